@@ -118,3 +118,6 @@ private:
 };
 
 inline CStringView::CStringView(const CString& text) noexcept : m_Text(text.View()) {}
+
+inline XFormatArgument::XFormatArgument(const CString& text) noexcept
+    : m_Wide(text.View()), m_Pointer(text.GetString()) {}

@@ -8,8 +8,6 @@
 #include "platform/cstring.h"
 #include "platform/encoding.h"
 
-XFormatArgument::XFormatArgument(const CString& text) noexcept : m_Wide(text.View()), m_Pointer(text.GetString()) {}
-
 namespace {
 
 // The pieces of a number: what stands before and behind the zeros that fill its width.

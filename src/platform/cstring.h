@@ -119,5 +119,4 @@ private:
 
 inline CStringView::CStringView(const CString& text) noexcept : m_Text(text.View()) {}
 
-inline XFormatArgument::XFormatArgument(const CString& text) noexcept
-    : m_Wide(text.View()), m_Pointer(text.GetString()) {}
+inline XFormatArgument::XFormatArgument(const CString& text) noexcept : XFormatArgument(text.View()) {}

@@ -41,10 +41,15 @@ TEST(XPath, JoinsWithTheSeparatorThatThePathUses) {
     struct {
         const wchar_t *path, *name, *joined;
     } const cases[] = {
-        {L"C:\\dir", L"file", L"C:\\dir\\file"},  {L"C:\\dir\\", L"file", L"C:\\dir\\file"}, {L"", L"file", L"file"},
-        {L"C:\\dir", L"D:\\x", L"D:\\x"},         {L"C:\\dir\\", L"\\x", L"C:\\dir\\\\x"},  // separators at both sides
-                                                                                            // stay
-        {L"/srv/dir", L"file", L"/srv/dir/file"}, {L"dir", L"file", L"dir\\file"},           {L"dir", L"", L"dir\\"},
+        {L"C:\\dir", L"file", L"C:\\dir\\file"},
+        {L"C:\\dir\\", L"file", L"C:\\dir\\file"},
+        {L"", L"file", L"file"},
+        {L"C:\\dir", L"D:\\x", L"D:\\x"},
+        {L"C:\\dir\\", L"\\x", L"C:\\dir\\\\x"},  // separators at both sides
+                                                  // stay
+        {L"/srv/dir", L"file", L"/srv/dir/file"},
+        {L"dir", L"file", L"dir\\file"},
+        {L"dir", L"", L"dir\\"},
     };
     for (const auto& [path, name, joined] : cases) EXPECT_EQ(BuildFileName(path, name), joined);
 }

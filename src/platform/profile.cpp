@@ -34,12 +34,19 @@ public:
         return true;
     }
 
+    void PutText(std::wstring_view text) noexcept {
+        for (const wchar_t element : text) {
+            if (!Put(element)) return;
+        }
+    }
+
     unsigned EndValue() noexcept {
         if (m_Capacity > 0) m_Buffer[m_Length] = L'\0';
         return m_Length;
     }
 
-    /// A list ends with a NUL of its own, two if it is empty. One that did not fit gives up an element for its last name's NUL.
+    /// A list ends with a NUL of its own, two if it is empty. One that did not fit gives up an element for its last
+    /// name's NUL.
     unsigned EndList(bool isCut) noexcept {
         if (isCut && m_Length > 0) --m_Length;
         if (m_Capacity > 0) m_Buffer[m_Length] = L'\0';
@@ -53,10 +60,10 @@ private:
     unsigned m_Length = 0;
 };
 
-// next gives one name after the other; what is behind a full buffer is not looked at.
-template <class Next>
-unsigned List(AnswerBuffer& answer, bool withSurrogates, Next&& next) {
-    for (std::string_view name; next(name);) {
+// What is behind a full buffer is not looked at.
+template <class Names>
+unsigned List(AnswerBuffer& answer, bool withSurrogates, Names names) {
+    for (std::string_view name; names.Next(name);) {
         if (name.empty()) continue;  // it would end the list for every reader
         if (!answer.PutText(name, withSurrogates) || !answer.Put(L'\0')) return answer.EndList(/*isCut*/ true);
     }
@@ -69,20 +76,19 @@ unsigned GetPrivateProfileStringW(const wchar_t* section, const wchar_t* key, co
                                   wchar_t* buffer, unsigned capacity, const wchar_t* fileName) {
     const TextFile file{fileName};
     const bool withSurrogates = file.WithSurrogates();
-    ProfileScan scan{file.Text(), withSurrogates};
+    ProfileSections sections{file.Text(), withSurrogates};
     AnswerBuffer answer{buffer, capacity};
-    if (!section) return List(answer, withSurrogates, [&](std::string_view& name) { return scan.NextSection(name); });
+    if (!section) return List(answer, withSurrogates, sections);
 
-    const bool isThere = scan.EnterSection(ProfileName{section});
-    if (!key) return List(answer, withSurrogates, [&](std::string_view& name) { return scan.NextKey(name); });
+    std::string_view lines;
+    const bool hasSection = sections.Find(ProfileName{section}, lines);
+    if (!key) return List(answer, withSurrogates, ProfileKeys{lines});
 
     std::string_view value;
-    if (isThere && scan.FindValue(ProfileName{key}, value)) {
+    if (hasSection && FindProfileValue(lines, ProfileName{key}, withSurrogates, value)) {
         answer.PutText(value, withSurrogates);
     } else {
-        for (const wchar_t element : WithoutTrailingBlanks(defaultText)) {
-            if (!answer.Put(element)) break;
-        }
+        answer.PutText(WithoutTrailingBlanks(defaultText));
     }
     return answer.EndValue();
 }

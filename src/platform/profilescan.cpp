@@ -4,6 +4,7 @@
 
 #include "platform/characters.h"
 #include "platform/detail/filetext.h"
+#include "platform/detail/nameend.h"
 
 namespace {
 
@@ -25,6 +26,17 @@ wchar_t TakeFolded(std::string_view& text, bool withSurrogates) noexcept {
     return first >= 'A' && first <= 'Z' ? first + ('a' - 'A') : first;
 }
 
+bool IsEntry(std::string_view line, const ProfileName& key, bool withSurrogates, std::string_view& value) noexcept {
+    line = WithoutLeadingBlanks(line);
+    if (!key.TakeFrom(line, withSurrogates)) return false;
+    line = WithoutLeadingBlanks(line);
+    if (line.empty() || (line[0] != '=' && line[0] != '\0')) return false;
+    const std::size_t equals = line.find('=');
+    if (equals == line.npos) return false;
+    value = WithoutQuotes(Cleaned(line.substr(equals + 1)));
+    return true;
+}
+
 }  // namespace
 
 ProfileName::ProfileName(std::wstring_view asked) {
@@ -43,7 +55,8 @@ bool ProfileName::CanBeName(std::wstring_view foreign) const noexcept {
     if (m_Folded.empty()) return true;
     // The names of a file have lost their blanks; these are the ones that a question keeps.
     constexpr std::wstring_view blanks = L"\t\v\f\x1A";
-    const bool hasBlankEdge = blanks.find(m_Folded.front()) != blanks.npos || blanks.find(m_Folded.back()) != blanks.npos;
+    const bool hasBlankEdge =
+        blanks.find(m_Folded.front()) != blanks.npos || blanks.find(m_Folded.back()) != blanks.npos;
     return !hasBlankEdge && m_Folded.find_first_of(foreign) == m_Folded.npos;
 }
 
@@ -54,7 +67,7 @@ bool ProfileName::TakeFrom(std::string_view& text, bool withSurrogates) const no
     return true;
 }
 
-bool ProfileScan::NextSection(std::string_view& name) noexcept {
+bool ProfileSections::Next(std::string_view& name) noexcept {
     if (!NextHeader()) return false;
     const std::string_view rest = m_Text.substr(m_At);
     const auto* const end = std::ranges::find_if(rest, [](char byte) { return byte == ']' || IsLineEnd(byte); });
@@ -62,45 +75,19 @@ bool ProfileScan::NextSection(std::string_view& name) noexcept {
     return true;
 }
 
-bool ProfileScan::EnterSection(const ProfileName& name) noexcept {
+bool ProfileSections::Find(const ProfileName& name, std::string_view& lines) noexcept {
     if (!name.CanBeSection()) return false;
     while (NextHeader()) {
-        if (!IsNameAt(m_Text.substr(m_At), name)) continue;
-        m_Section = LineWalk{m_Text, m_At};
-        std::string_view header;
-        m_Section.Next(header);
+        if (!IsNamed(name)) continue;
+        const std::size_t start = EndOfLine(m_Text, m_At);
+        const std::size_t end = NextHeader() ? m_At - 1 : m_Text.size();
+        lines = m_Text.substr(start, end - start);
         return true;
     }
     return false;
 }
 
-bool ProfileScan::NextKey(std::string_view& key) noexcept {
-    for (std::string_view line; NextLine(line);) {
-        const std::size_t equals = line.find('=');
-        if (equals == line.npos || line[0] == ';') continue;
-        key = Cleaned(line.substr(0, equals));
-        if (!key.empty()) return true;
-    }
-    return false;
-}
-
-bool ProfileScan::FindValue(const ProfileName& key, std::string_view& value) noexcept {
-    if (!key.CanBeKey()) return false;
-    for (std::string_view line; NextLine(line);) {
-        // The start of a line decides for nearly all of them; only behind the right key is the '=' of interest.
-        std::string_view rest = line;
-        if (!key.TakeFrom(rest, m_WithSurrogates)) continue;
-        rest = WithoutLeadingBlanks(rest);
-        if (rest.empty() || (rest[0] != '=' && rest[0] != '\0')) continue;
-        const std::size_t equals = rest.find('=');
-        if (equals == rest.npos) continue;
-        value = WithoutQuotes(Cleaned(rest.substr(equals + 1)));
-        return true;
-    }
-    return false;
-}
-
-bool ProfileScan::NextHeader() noexcept {
+bool ProfileSections::NextHeader() noexcept {
     for (std::size_t at = m_Text.find('[', m_At); at != m_Text.npos; at = m_Text.find('[', at + 1)) {
         if (!StandsFirstInLine(at)) continue;
         m_At = at + 1;
@@ -111,23 +98,38 @@ bool ProfileScan::NextHeader() noexcept {
 }
 
 // Looks back no further than to the '[' before it, so a text full of them costs no more than one pass.
-bool ProfileScan::StandsFirstInLine(std::size_t position) const noexcept {
+bool ProfileSections::StandsFirstInLine(std::size_t position) const noexcept {
     while (position > 0 && IsFileBlank(m_Text[position - 1])) --position;
     return position == 0 || IsLineEnd(m_Text[position - 1]);
 }
 
-bool ProfileScan::IsNameAt(std::string_view rest, const ProfileName& name) const noexcept {
-    rest = WithoutLeadingBlanks(rest);
+bool ProfileSections::IsNamed(const ProfileName& name) const noexcept {
+    std::string_view rest = WithoutLeadingBlanks(m_Text.substr(m_At));
     if (!name.TakeFrom(rest, m_WithSurrogates)) return false;
     rest = WithoutLeadingBlanks(rest);
     return rest.empty() || rest[0] == ']' || rest[0] == '\0' || IsLineEnd(rest[0]);
 }
 
-// The next line of the section that is not empty, without blanks in front. The section ends at the next header.
-bool ProfileScan::NextLine(std::string_view& line) noexcept {
-    while (m_Section.Next(line)) {
+bool ProfileKeys::Next(std::string_view& key) noexcept {
+    for (std::string_view line; m_Lines.Next(line);) {
         line = WithoutLeadingBlanks(line);
-        if (!line.empty()) return line[0] != '[';
+        const std::size_t equals = line.find('=');
+        if (equals == line.npos || line[0] == ';') continue;
+        key = Cleaned(line.substr(0, equals));
+        if (!key.empty()) return true;
+    }
+    return false;
+}
+
+bool FindProfileValue(std::string_view lines, const ProfileName& key, bool withSurrogates,
+                      std::string_view& value) noexcept {
+    if (!key.CanBeKey() || lines.empty()) return false;
+    const NameEndSearch search{key.Folded()};
+    // Each round leaves a line behind for good, so looking back for a line's start never looks at a byte twice.
+    for (std::size_t at = search.Find(lines, 1); at < lines.size(); at = search.Find(lines, at + 1)) {
+        const std::size_t start = StartOfLine(lines, at);
+        at = EndOfLine(lines, at);
+        if (IsEntry(lines.substr(start, at - start), key, withSurrogates, value)) return true;
     }
     return false;
 }

@@ -185,7 +185,13 @@ TEST_F(Profile, EndsLinesAtCrAndLfOnly) {
         EXPECT_EQ(Ask(nullptr, nullptr), L"A\0B\0"s);
         EXPECT_EQ(Ask(L"B", L"k"), L"3");
     }
-    EXPECT_EQ(AskIn("[A]\nk=1\v2\xC2\x85" "3\xE2\x80\xA8" "4", L"A", L"k"), L"1\v2\x85" L"3\x2028" L"4");
+    EXPECT_EQ(AskIn("[A]\nk=1\v2\xC2\x85"
+                    "3\xE2\x80\xA8"
+                    "4",
+                    L"A", L"k"),
+              L"1\v2\x85"
+              L"3\x2028"
+              L"4");
 }
 
 TEST_F(Profile, FindsSectionsByTheirHeaders) {
@@ -232,12 +238,12 @@ TEST_F(Profile, TakesOnePairOfQuotesOff) {
         const char* value;
         const wchar_t* answer;
     } const cases[] = {
-        {"\"v\"", L"v"},           {"'v'", L"v"},
-        {"\"\"v\"\"", L"\"v\""},   {"\"a\" \"b\"", L"a\" \"b"},
-        {"\"\"\"", L"\""},         {"\"\"", L""},
-        {"\"", L"\""},             {"\"v\" ; x", L"\"v\" ; x"},
-        {"\"v'", L"\"v'"},         {"\"'v'\"", L"'v'"},
-        {"' v '", L" v "},         {"\xE2\x80\x9Cv\xE2\x80\x9C", L"\x201Cv\x201C"},
+        {"\"v\"", L"v"},         {"'v'", L"v"},
+        {"\"\"v\"\"", L"\"v\""}, {"\"a\" \"b\"", L"a\" \"b"},
+        {"\"\"\"", L"\""},       {"\"\"", L""},
+        {"\"", L"\""},           {"\"v\" ; x", L"\"v\" ; x"},
+        {"\"v'", L"\"v'"},       {"\"'v'\"", L"'v'"},
+        {"' v '", L" v "},       {"\xE2\x80\x9Cv\xE2\x80\x9C", L"\x201Cv\x201C"},
     };
     for (const auto& [value, answer] : cases) {
         EXPECT_EQ(AskIn(std::string{"[A]\nk="} + value, L"A", L"k"), answer) << value;

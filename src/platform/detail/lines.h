@@ -24,13 +24,24 @@ inline std::string_view WithoutBlanks(std::string_view text) noexcept {
     return text;
 }
 
-/// Walks over the lines of a text from a position on. A line ends at CR or LF; the empty line inside CR LF is harmless
+/// Position of the line end at or behind a position; the text's size on the last line.
+inline std::size_t EndOfLine(std::string_view text, std::size_t at) noexcept {
+    while (at < text.size() && !IsLineEnd(text[at])) ++at;
+    return at;
+}
+
+/// Position behind the line end in front of a position; 0 on the first line.
+inline std::size_t StartOfLine(std::string_view text, std::size_t at) noexcept {
+    while (at > 0 && !IsLineEnd(text[at - 1])) --at;
+    return at;
+}
+
+/// Walks over the lines of a text. A line ends at CR or LF; the empty line inside CR LF is harmless
 /// to every reader. Each kind of line end is searched from where its last search stopped, so that text without one of
 /// them, or without any, costs one pass.
 class LineWalk {
 public:
-    explicit LineWalk(std::string_view text, std::size_t start = 0) noexcept
-        : m_Text(text), m_At(start), m_Lf(Seek('\n')), m_Cr(Seek('\r')) {}
+    explicit LineWalk(std::string_view text) noexcept : m_Text(text), m_Lf(Seek('\n')), m_Cr(Seek('\r')) {}
 
     std::size_t At() const noexcept { return m_At; }  ///< where the next line starts
 
@@ -48,7 +59,7 @@ private:
     std::size_t Seek(char end) const noexcept { return std::min(m_Text.find(end, m_At), m_Text.size()); }
 
     std::string_view m_Text;
-    std::size_t m_At;
+    std::size_t m_At = 0;
     std::size_t m_Lf;
     std::size_t m_Cr;
 };

@@ -11,10 +11,11 @@ class ProfileName {
 public:
     explicit ProfileName(std::wstring_view asked);
 
+    const std::wstring& Folded() const noexcept { return m_Folded; }
     bool CanBeSection() const noexcept { return CanBeName(L"]\r\n"); }
     bool CanBeKey() const noexcept;
 
-    /// Takes the name, in any case, from the front of a text that decodes to it.
+    /// Takes the name, in any case, from the front of a text.
     bool TakeFrom(std::string_view& text, bool withSurrogates) const noexcept;
 
 private:
@@ -23,31 +24,40 @@ private:
     std::wstring m_Folded;
 };
 
-/// Answers one question to the text of a profile file. It looks at bytes and decodes no more of them than it must; what
-/// it hands out are pieces of the text.
-class ProfileScan {
+/// Walks over the section headers of a profile text. It looks at bytes and hands out pieces of the text.
+class ProfileSections {
 public:
-    ProfileScan(std::string_view text, bool withSurrogates) noexcept
-        : m_Text(text), m_WithSurrogates(withSurrogates), m_Section(text, text.size()) {}
+    ProfileSections(std::string_view text, bool withSurrogates) noexcept
+        : m_Text(text), m_WithSurrogates(withSurrogates) {}
 
     /// Name of the next section in file order; it may be empty.
-    bool NextSection(std::string_view& name) noexcept;
-    /// Goes into the first section of a name, the only one that answers.
-    bool EnterSection(const ProfileName& name) noexcept;
-
-    /// Key of the next entry in the section.
-    bool NextKey(std::string_view& key) noexcept;
-    /// Value of the first entry from here on that has the key, without blanks and without its pair of quotes.
-    bool FindValue(const ProfileName& key, std::string_view& value) noexcept;
+    bool Next(std::string_view& name) noexcept;
+    /// Lines of the first section of a name from here on, the only one that answers: from the end of its header line
+    /// to the next header.
+    bool Find(const ProfileName& name, std::string_view& lines) noexcept;
 
 private:
     bool NextHeader() noexcept;
     bool StandsFirstInLine(std::size_t position) const noexcept;
-    bool IsNameAt(std::string_view rest, const ProfileName& name) const noexcept;
-    bool NextLine(std::string_view& line) noexcept;
+    bool IsNamed(const ProfileName& name) const noexcept;
 
     std::string_view m_Text;
     bool m_WithSurrogates;
-    std::size_t m_At = 0;  // where the search for headers goes on: behind the '[' of the header found last
-    LineWalk m_Section;
+    std::size_t m_At = 0;  // behind the '[' of the header found last
 };
+
+/// Walks over the entries of a section.
+class ProfileKeys {
+public:
+    explicit ProfileKeys(std::string_view lines) noexcept : m_Lines(lines) {}
+
+    /// Key of the next entry; never empty.
+    bool Next(std::string_view& key) noexcept;
+
+private:
+    LineWalk m_Lines;
+};
+
+/// Finds the value of the first entry with a key, without blanks and without its pair of quotes.
+bool FindProfileValue(std::string_view lines, const ProfileName& key, bool withSurrogates,
+                      std::string_view& value) noexcept;

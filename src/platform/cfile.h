@@ -1,6 +1,7 @@
 #pragma once
 
 #include <exception>
+#include <string>
 
 #include "platform/cstring.h"
 
@@ -82,4 +83,5 @@ public:
 private:
     int m_Handle = -1;
     CString m_FileName;
+    std::string m_Bytes;  // of the text being written; kept to spare each line an allocation
 };

@@ -4,21 +4,41 @@
 
 #include "platform/detail/utf8.h"
 
+namespace {
+
+// Appends the ASCII characters that a text begins with, nearly always all of it. @return how many they are
+std::size_t AppendAscii(std::string& out, std::wstring_view text) {
+    const std::size_t begin = out.size();
+    out.resize(begin + text.size());
+    std::size_t count = 0;
+    for (; count < text.size() && static_cast<std::uint32_t>(text[count]) < 0x80; ++count) {
+        out[begin + count] = static_cast<char>(text[count]);
+    }
+    out.resize(begin + count);
+    return count;
+}
+
+}  // namespace
+
+void AppendUtf8(std::string& out, std::wstring_view text) {
+    text.remove_prefix(AppendAscii(out, text));
+    for (const wchar_t element : text) {
+        const auto codePoint = static_cast<std::uint32_t>(element);
+        if (codePoint >= 0xDC80 && codePoint <= 0xDCFF) {
+            out += static_cast<char>(codePoint - 0xDC00);
+        } else {
+            AppendUtf8(out, codePoint <= 0x10FFFF ? codePoint : U'\xFFFD');
+        }
+    }
+}
+
 std::string ToUtf8(const CString& text) {
     return ToUtf8(text.View());
 }
 
 std::string ToUtf8(std::wstring_view text) {
     std::string bytes;
-    bytes.reserve(text.size());
-    for (const wchar_t element : text) {
-        const auto codePoint = static_cast<std::uint32_t>(element);
-        if (codePoint >= 0xDC80 && codePoint <= 0xDCFF) {
-            bytes += static_cast<char>(codePoint - 0xDC00);
-        } else {
-            AppendUtf8(bytes, codePoint <= 0x10FFFF ? codePoint : U'\xFFFD');
-        }
-    }
+    AppendUtf8(bytes, text);
     return bytes;
 }
 
@@ -26,10 +46,9 @@ CString FromUtf8(std::string_view bytes) {
     std::wstring text;
     text.reserve(bytes.size());
     while (!bytes.empty()) {
-        const auto [codePoint, length] = ReadUtf8(bytes);
-        const auto byte = static_cast<std::uint8_t>(bytes[0]);
-        text += static_cast<wchar_t>(length != 0 ? codePoint : 0xDC00 + byte);
-        bytes.remove_prefix(length != 0 ? length : 1);
+        const auto [element, length] = ReadElement(bytes);
+        text += element;
+        bytes.remove_prefix(length);
     }
     return CString{std::move(text)};
 }

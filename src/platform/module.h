@@ -1,9 +1,10 @@
 #pragma once
 
-/// Extension modules of a host. The library registers itself when it is loaded and unregisters when it is unloaded.
 #include "platform/cstring.h"
 
-/// A registered module; the registration lasts as long as the object.
+/// An extension module of a host, registered as long as the object lives. The library registers itself as
+/// "veltrane_base" when it is loaded and unregisters when it is unloaded; a registration that fails ends the loading,
+/// and the process, with a line on standard error and exit code 127.
 class VELTRANE_API CDynLinkLibrary {
 public:
     /// @throws std::logic_error when a module of that name is registered already
@@ -13,8 +14,11 @@ public:
     ~CDynLinkLibrary();
 
 private:
+    friend VELTRANE_API bool IsModuleRegistered(const CString& name);
+
     CString m_Name;
+    CDynLinkLibrary* m_Next = nullptr;
 };
 
-/// Whether a module of that name is registered.
+/// Whether a module of that name, in exact case, is registered.
 VELTRANE_API bool IsModuleRegistered(const CString& name);

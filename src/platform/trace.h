@@ -19,5 +19,6 @@ struct SourceEvent {
 using SourceTrace = std::function<void(const SourceEvent&)>;
 
 /// Installs an observer that is told every question to a profile file, the registry or the environment; an empty one
-/// ends the observation. It changes no result; while none is set, no lines are counted. @return the observer before
+/// ends the observation. It changes no result: what it throws is dropped, and what it asks itself is not reported.
+/// While none is set, no lines are counted. @return the observer before
 VELTRANE_API SourceTrace SetSourceTrace(SourceTrace trace);

@@ -39,6 +39,21 @@ inline Utf8Sequence ReadUtf8(std::string_view bytes, bool withSurrogates = false
     return {};
 }
 
+/// One element of wide text read from the front of UTF-8 bytes that are not empty; a byte that starts no valid sequence
+/// gives U+DC00 + byte.
+struct Utf8Element {
+    wchar_t element = 0;
+    std::size_t length = 1;
+};
+
+inline Utf8Element ReadElement(std::string_view bytes) noexcept {
+    const auto first = static_cast<std::uint8_t>(bytes[0]);
+    if (first < 0x80) return {first, 1};
+    const auto [codePoint, length] = ReadUtf8(bytes);
+    if (length == 0) return {static_cast<wchar_t>(0xDC00 + first), 1};
+    return {static_cast<wchar_t>(codePoint), length};
+}
+
 /// Appends one code point, a lone surrogate in its three-byte form.
 inline void AppendUtf8(std::string& out, char32_t codePoint) {
     const auto trail = [codePoint](int shift) { return static_cast<char>(0x80 | (codePoint >> shift & 0x3F)); };
@@ -52,3 +67,6 @@ inline void AppendUtf8(std::string& out, char32_t codePoint) {
         out += {static_cast<char>(0xF0 | codePoint >> 18), trail(12), trail(6), trail(0)};
     }
 }
+
+/// Appends wide text as ToUtf8 writes it; a buffer that is used again spares the allocation.
+void AppendUtf8(std::string& out, std::wstring_view text);

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cerrno>
+#include <cstddef>
+#include <string>
+#include <utility>
+
+#include "platform/cstring.h"
+
+/// Repeats a call of the system as long as a signal interrupts it.
+template <class Call>
+auto Retried(Call&& call) {
+    for (;;) {
+        const auto result = call();
+        if (result >= 0 || errno != EINTR) return result;
+    }
+}
+
+/// A descriptor of the system that closes itself.
+class NativeFile {
+public:
+    NativeFile() = default;
+    explicit NativeFile(int handle) noexcept : m_Handle(handle) {}
+    NativeFile(NativeFile&& other) noexcept : m_Handle(other.Release()) {}
+    NativeFile& operator=(NativeFile&& other) noexcept {
+        std::swap(m_Handle, other.m_Handle);
+        return *this;
+    }
+    ~NativeFile();
+
+    explicit operator bool() const noexcept { return m_Handle >= 0; }
+    int Handle() const noexcept { return m_Handle; }
+    /// Hands the descriptor over to the caller.
+    int Release() noexcept { return std::exchange(m_Handle, -1); }
+
+private:
+    int m_Handle = -1;
+};
+
+/// A regular file open for reading, and its size in bytes when it was opened.
+struct InputFile {
+    NativeFile file;
+    std::size_t size = 0;
+
+    explicit operator bool() const noexcept { return static_cast<bool>(file); }
+};
+
+/// Opens a regular file through the path mapping. A path spelled as on the disk costs one open and one fstat.
+/// @return no file when it is missing, unreadable, or anything but a regular file; never waits for a pipe or device
+InputFile OpenForReading(const CString& path);
+
+/// Reads a file from its place to its end, however long it has become.
+/// @param expected  size to make room for
+/// @return false when reading fails; bytes then holds what came before
+bool ReadToEnd(const NativeFile& file, std::size_t expected, std::string& bytes);

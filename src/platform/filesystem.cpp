@@ -1,0 +1,154 @@
+#include "platform/filesystem.h"
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+
+#include "platform/characters.h"
+#include "platform/detail/nativefile.h"
+#include "platform/detail/utf8.h"
+#include "platform/encoding.h"
+
+namespace {
+
+constexpr bool IsSeparator(wchar_t element) noexcept {
+    return element == L'\\' || element == L'/';
+}
+
+/// @return 0 for A to 25 for Z, case ignored; nothing for any other element
+std::optional<std::size_t> DriveIndex(wchar_t drive) noexcept {
+    const wchar_t letter = FoldCharacter(drive);
+    if (letter < L'a' || letter > L'z' || drive >= 0x80) return std::nullopt;  // the Kelvin sign folds to k
+    return static_cast<std::size_t>(letter - L'a');
+}
+
+// Appends a wide path, every run of separators as one '/'.
+void AppendPath(std::string& name, std::wstring_view path) {
+    while (!path.empty()) {
+        const std::size_t end = std::min(path.find_first_of(L"\\/"), path.size());
+        name += ToUtf8(path.substr(0, end));
+        path.remove_prefix(end);
+        if (path.empty()) return;
+        if (!name.ends_with('/')) name += '/';
+        path.remove_prefix(std::min(path.find_first_not_of(L"\\/"), path.size()));
+    }
+}
+
+using Drives = std::array<std::string, 26>;
+
+void SetDrive(Drives& drives, wchar_t drive, const CString& folder) {
+    const auto index = DriveIndex(drive);
+    if (!index) return;
+    drives[*index].clear();
+    if (folder.Find(L'\0') < 0) AppendPath(drives[*index], folder.View());
+}
+
+// "C=/srv/c;D=/data"; what is not of this form is passed over.
+Drives ReadDrives() {
+    Drives drives;
+    const char* const variable = std::getenv("VORNAK_DRIVES");
+    CString rest = FromUtf8(variable ? variable : "");
+    while (!rest.IsEmpty()) {
+        const int end = rest.Find(L';');
+        const CString entry = end < 0 ? rest : rest.Left(end);
+        rest = end < 0 ? CString{} : rest.Mid(end + 1);
+        if (entry[1] == L'=') SetDrive(drives, entry[0], entry.Mid(2));
+    }
+    return drives;
+}
+
+// Read on first need; never destroyed, since objects that end late may still open files.
+Drives& DriveFolders() {
+    static Drives& drives = *new Drives{ReadDrives()};
+    return drives;
+}
+
+bool Exists(const std::string& name) noexcept {
+    struct stat status;
+    return Retried([&] { return lstat(name.c_str(), &status); }) == 0;
+}
+
+std::wstring Folded(std::string_view name) {
+    return std::wstring{FromUtf8(name).MakeLower().View()};
+}
+
+// Compares as it decodes: a folder may hold many names, and most differ at once.
+bool FoldsTo(std::string_view name, std::wstring_view folded) noexcept {
+    for (; !name.empty() && !folded.empty(); folded.remove_prefix(1)) {
+        const auto [element, length] = ReadElement(name);
+        if (FoldCharacter(element) != folded.front()) return false;
+        name.remove_prefix(length);
+    }
+    return name.empty() && folded.empty();
+}
+
+/// The entry of a folder that differs in case only, the first in byte order; empty when there is none.
+std::string EntryOf(const std::string& folder, std::string_view component) {
+    struct Close {
+        void operator()(DIR* directory) const noexcept { closedir(directory); }
+    };
+    const std::unique_ptr<DIR, Close> directory{opendir(folder.empty() ? "." : folder.c_str())};
+    if (!directory) return {};
+    const std::wstring folded = Folded(component);
+    std::string best;
+    while (const dirent* const entry = readdir(directory.get())) {
+        const std::string_view name = entry->d_name;
+        if (FoldsTo(name, folded) && (best.empty() || name < best)) best = name;
+    }
+    return best;
+}
+
+}  // namespace
+
+void SetDriveFolder(wchar_t drive, const CString& folder) {
+    SetDrive(DriveFolders(), drive, folder);
+}
+
+std::string SpelledPath(const CString& path) {
+    std::wstring_view rest = path.View();
+    if (rest.empty() || rest.find(L'\0') != std::wstring_view::npos) return {};
+    std::string name;
+    if (path[1] == L':') {
+        if (const auto drive = DriveIndex(path[0])) {
+            name = DriveFolders()[*drive];
+            if (name.empty()) return {};
+            rest.remove_prefix(2);
+            if (!rest.empty() && !IsSeparator(rest[0]) && !name.ends_with('/')) name += '/';
+        }
+    }
+    AppendPath(name, rest);
+    return name;
+}
+
+std::string MapPath(const CString& path) {
+    const std::string spelled = SpelledPath(path);
+    if (spelled.empty() || Exists(spelled)) return spelled;
+
+    std::string name;
+    for (std::string_view rest = spelled; !rest.empty();) {
+        const std::size_t end = std::min(rest.find('/'), rest.size());
+        const std::string_view component = rest.substr(0, end);
+        const std::string exact = name + std::string{component};
+        if (component.empty() || Exists(exact)) {
+            name = exact;
+        } else {
+            const std::string entry = errno == ENOENT ? EntryOf(name, component) : std::string{};
+            if (entry.empty()) return name.append(rest);
+            name += entry;
+        }
+        rest.remove_prefix(end);
+        if (!rest.empty()) name += '/';
+        if (!rest.empty()) rest.remove_prefix(1);
+    }
+    return name;
+}
+
+bool CreateDirectoryW(const CString& path) {
+    const std::string name = MapPath(path);
+    return !name.empty() && Retried([&] { return mkdir(name.c_str(), 0777); }) == 0;
+}

@@ -1,0 +1,60 @@
+#include "platform/localtime.h"
+
+#include <ctime>
+
+namespace {
+
+constexpr const wchar_t* DAYS[] = {L"Sunday", L"Monday", L"Tuesday", L"Wednesday", L"Thursday", L"Friday", L"Saturday"};
+constexpr const wchar_t* MONTHS[] = {L"January", L"February", L"March",     L"April",   L"May",      L"June",
+                                     L"July",    L"August",   L"September", L"October", L"November", L"December"};
+
+/// @return false for a letter that stands for nothing
+bool AppendField(CString& text, wchar_t letter, const std::tm& time) {
+    switch (letter) {
+        case L'A':
+            text += DAYS[time.tm_wday];
+            return true;
+        case L'B':
+            text += MONTHS[time.tm_mon];
+            return true;
+        case L'd':
+            text += FormatText(L"%02d", time.tm_mday);
+            return true;
+        case L'H':
+            text += FormatText(L"%02d", time.tm_hour);
+            return true;
+        case L'M':
+            text += FormatText(L"%02d", time.tm_min);
+            return true;
+        case L'S':
+            text += FormatText(L"%02d", time.tm_sec);
+            return true;
+        case L'Y':
+            text += FormatText(L"%04d", std::int64_t{time.tm_year} + 1900);
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace
+
+std::int64_t CurrentTime() {
+    return std::time(nullptr);
+}
+
+CString LocalTimeText(CStringView pattern, std::int64_t secondsSinceEpoch) {
+    tzset();  // localtime_r alone need not look at TZ
+    const std::time_t seconds = secondsSinceEpoch;
+    std::tm time{};
+    CString text;
+    if (!localtime_r(&seconds, &time)) return text;
+    for (std::wstring_view rest = pattern.View(); !rest.empty(); rest.remove_prefix(1)) {
+        if (rest.size() > 1 && rest[0] == L'%' && AppendField(text, rest[1], time)) {
+            rest.remove_prefix(1);
+        } else {
+            text += rest[0];
+        }
+    }
+    return text;
+}

@@ -1,0 +1,91 @@
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/cfile.h"
+#include "platform/detail/nativefile.h"
+#include "platform/detail/utf8.h"
+#include "platform/filesystem.h"
+
+namespace {
+
+constexpr unsigned WRITE_FLAGS = CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite;
+
+CFileException FileError(long osError, const CString& fileName) {
+    return {CFileException::OsErrorToException(osError), osError, fileName};
+}
+
+/// Locks a file and only then empties it, so that the file of another writer stays as it is. Devices belong to
+/// everybody and hold nothing that could be lost: they are not locked. @return 0 or the system's error number
+int TakeOver(const NativeFile& file) {
+    struct stat status;
+    if (fstat(file.Handle(), &status) != 0) return errno;
+    if (S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode)) return 0;
+    // flock, as record locks never conflict within a process. A file system without locks goes on without.
+    if (Retried([&] { return flock(file.Handle(), LOCK_EX | LOCK_NB); }) != 0 && errno == EWOULDBLOCK) return errno;
+    const bool isRegular = S_ISREG(status.st_mode);
+    return isRegular && Retried([&] { return ftruncate(file.Handle(), 0); }) != 0 ? errno : 0;
+}
+
+/// @return 0 or the system's error number, ENOTDIR for everything that lacks the folder
+int OpenForWriting(const CString& path, NativeFile& file) {
+    constexpr int flags = O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+    const std::string name = MapPath(path);
+    if (name.empty()) return ENOTDIR;
+    file = NativeFile{Retried([&] { return open(name.c_str(), flags, 0666); })};
+    if (!file) return errno == ENOENT ? ENOTDIR : errno;  // a file that is missing would have been made
+    return TakeOver(file);
+}
+
+}  // namespace
+
+CStdioFile::~CStdioFile() {
+    try {
+        CStdioFile::Close();
+    } catch (const CFileException&) {  // nobody is left to be told
+    }
+}
+
+bool CStdioFile::Open(const CString& path, unsigned flags, CFileException* error) {
+    const auto fails = [&](const CFileException& failure) {
+        if (error) *error = failure;
+        return false;
+    };
+    if (flags != WRITE_FLAGS) return fails(FileError(EINVAL, path));
+    try {
+        CStdioFile::Close();
+    } catch (const CFileException& failure) {
+        return fails(failure);
+    }
+    NativeFile file;
+    if (const int osError = OpenForWriting(path, file)) return fails(FileError(osError, path));
+    m_FileName = path;
+    m_Handle = file.Release();
+    return true;
+}
+
+void CStdioFile::WriteString(const CString& text) {
+    Flush();
+    constexpr std::size_t keptCapacity = 1 << 16;  // what a log line needs at most; more goes back at once
+    if (m_Bytes.capacity() > keptCapacity) m_Bytes = {};
+    m_Bytes.clear();
+    AppendUtf8(m_Bytes, text.View());
+    for (std::string_view rest = m_Bytes; !rest.empty();) {
+        const ssize_t count = Retried([&] { return write(m_Handle, rest.data(), rest.size()); });
+        if (count < 0) throw FileError(errno, m_FileName);
+        if (count == 0) throw FileError(EIO, m_FileName);  // a file that takes nothing would be asked for ever
+        rest.remove_prefix(static_cast<std::size_t>(count));
+    }
+}
+
+void CStdioFile::Flush() {
+    if (m_Handle < 0) throw FileError(EINVAL, m_FileName);
+}
+
+void CStdioFile::Close() {
+    if (m_Handle < 0) return;
+    const int handle = std::exchange(m_Handle, -1);
+    // Never tried again: the descriptor is free even after a failure, and may be another's by then.
+    if (close(handle) != 0 && errno != EINTR) throw FileError(errno, m_FileName);
+}

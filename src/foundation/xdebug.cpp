@@ -1,0 +1,21 @@
+#include "foundation/xdebug.h"
+
+#include "platform/messagebox.h"
+
+namespace {
+
+bool g_Debug = false;
+
+}  // namespace
+
+bool IsDebug() {
+    return g_Debug;
+}
+
+void SetDebug(bool on) {
+    g_Debug = on;
+}
+
+void PrintDebug(const CString& text) {
+    if (g_Debug) AfxMessageBox(text, MB_ICONINFORMATION);
+}

@@ -1,0 +1,140 @@
+#include "logging/xlogging.h"
+
+#include "foundation/xdebug.h"
+#include "foundation/xpath.h"
+#include "foundation/xraise.h"
+#include "platform/characters.h"
+#include "platform/localtime.h"
+
+namespace {
+
+constexpr XSource Here{L".\\xlogging"};
+
+constexpr wchar_t LINE_END[] = L"\r\n";
+constexpr wchar_t DATE_FORMAT[] = L"%A, %B %d, %Y ; %H:%M:%S";
+constexpr wchar_t ENTRY_TIME_FORMAT[] = L"%H:%M:%S: ";
+constexpr wchar_t ENTRY_INDENT[] = L"          ";  // as wide as the time
+constexpr wchar_t ERROR_START[] = L"########################## Error info start ##########################\r\n";
+constexpr wchar_t ERROR_END[] = L"##########################  Error info end  ##########################\r\n";
+constexpr int RULE_WIDTH = 105;
+
+CString Rule(wchar_t element) {
+    return CString{element, RULE_WIDTH} + LINE_END;
+}
+
+CString Now() {
+    return LocalTimeText(DATE_FORMAT, CurrentTime());
+}
+
+}  // namespace
+
+XLogging::~XLogging() {
+    try {
+        CloseLogFile();
+    } catch (...) {  // NOLINT(bugprone-empty-catch): nobody is left to be told
+    }
+}
+
+void XLogging::StartLogging(const CString& logFile, const CString& forFile, const CString& version,
+                            const CString& compileTime) {
+    m_LogFile = logFile;
+    if (OpenLogFile({})) {
+        LogWrite(
+            FormatText(L"Start log output...\r\n"
+                       L"For File:     %s\r\n"
+                       L"Version:      %s\r\n"
+                       L"Compile Time: %s\r\n"
+                       L"\r\n",
+                       forFile, version, compileTime));
+    }
+    CString name;
+    SplitFileName(m_LogPath, name, m_LogFile);
+}
+
+bool XLogging::OpenLogFile(const CString& linePrefix) {
+    if (m_bOpen) return false;
+    try {
+        PrintDebug(m_LogFile);
+        CFileException failure;
+        if (!Open(m_LogFile, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite, &failure)) {
+            const XSite site = Here(L"XLogging::OpenLogFile");
+            XFileException error{m_LogFile};
+            error.SetOpenError(site.file, site.method, site.line, failure);
+            throw error;
+        }
+        m_bOpen = true;
+        m_LinePrefix = linePrefix;
+        LogWrite(Rule(L'*') + Rule(L'*') + FormatText(L"Log output of %s\r\nstart: %s\r\n", m_LogFile, Now()) +
+                 Rule(L'-'));
+        return true;
+    } catch (const XException& failure) {
+        XException error = failure;  // callers get the plain error, whatever was thrown here
+        AddReasonAt(error, Here(L"XLogging::OpenLogFile"), L"Failed to open the log file!");
+        throw error;
+    } catch (...) {
+        throw MakeError(Here(L"XLogging::OpenLogFile"),
+                        L"An unknown exception occured while opening the log file <%s>!", m_LogFile);
+    }
+}
+
+void XLogging::CloseLogFile() {
+    if (!m_bOpen) return;
+    LogWrite(LINE_END + Rule(L'*') + FormatText(L"finish: %s\r\n", Now()) + Rule(L'-') + LINE_END + LINE_END);
+    m_bOpen = false;
+    Close();
+}
+
+void XLogging::LogWrite(const CString& text) {
+    if (!m_bOpen) return;
+    WriteString(text);
+    Flush();
+}
+
+void XLogging::WriteUnformatted(CString text) {
+    LogWrite(text);
+}
+
+void XLogging::NewLine() {
+    LogWrite(LINE_END);
+}
+
+void XLogging::WriteLog(CString text, bool newLine, bool timeStamp) {
+    if (!m_bOpen) return;
+    std::wstring entry;
+    entry.reserve(std::size(LINE_END) + std::size(ENTRY_INDENT) + m_LinePrefix.View().size() + text.View().size());
+    if (newLine) entry.append(LINE_END).append(timeStamp ? TimeColumn().View() : ENTRY_INDENT);
+    entry.append(m_LinePrefix.View()).append(text.View());
+    LogWrite(std::move(entry));
+}
+
+void XLogging::ShowError(CString code, CString location, CString message) {
+    if (!m_bOpen) return;
+    const int number = _wtoi(code);
+    if (message == m_LastErrorMessage && number == m_nLastErrorCode) return;
+    LogWrite(LINE_END + FormatText(L"%sLocation:  \t%s\r\nMessage:   \t%s\r\nError Code:\t%s\r\n%s\r\n", ERROR_START,
+                                   location, message, code, ERROR_END));
+    m_LastErrorMessage = message;
+    m_nLastErrorCode = number;
+}
+
+void XLogging::ShowError(int code, CString location, CString message) {
+    ShowError(FormatText(L"%d", code), location, message);
+}
+
+void XLogging::ShowError(int code, CString file, CString method, int line, CString message) {
+    ShowError(FormatText(L"%d", code), file, method, line, message);
+}
+
+void XLogging::ShowError(CString code, CString file, CString method, int line, CString message) {
+    ShowError(code, XException::GetLocationString(file, method, line), message);
+}
+
+// The time of now as entries show it, formatted once a second.
+const CString& XLogging::TimeColumn() {
+    const std::int64_t now = CurrentTime();
+    if (now != m_nTimeColumn) {
+        m_TimeColumn = LocalTimeText(ENTRY_TIME_FORMAT, now);
+        m_nTimeColumn = now;
+    }
+    return m_TimeColumn;
+}

@@ -6,6 +6,7 @@
 #include "platform/detail/filetext.h"
 #include "platform/detail/profilescan.h"
 #include "platform/detail/textfile.h"
+#include "platform/detail/tracing.h"
 
 namespace {
 
@@ -54,41 +55,73 @@ public:
         return m_Length;
     }
 
+    CString Text() const { return std::wstring_view{m_Buffer, m_Length}; }
+
 private:
     wchar_t* m_Buffer;
     unsigned m_Capacity;
     unsigned m_Length = 0;
 };
 
-// What is behind a full buffer is not looked at.
-template <class Names>
-unsigned List(AnswerBuffer& answer, bool withSurrogates, Names names) {
-    for (std::string_view name; names.Next(name);) {
-        if (name.empty()) continue;  // it would end the list for every reader
-        if (!answer.PutText(name, withSurrogates) || !answer.Put(L'\0')) return answer.EndList(/*isCut*/ true);
+/// One question to the text of a file.
+class Question {
+public:
+    Question(const TextFile& file, AnswerBuffer& answer) noexcept
+        : m_Answer(answer), m_Text(file.Text()), m_WithSurrogates(file.WithSurrogates()) {}
+
+    unsigned Ask(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText) {
+        ProfileSections sections{m_Text, m_WithSurrogates};
+        if (!section) return List(sections);
+        std::string_view lines;
+        const bool hasSection = sections.Find(ProfileName{section}, lines);
+        if (!key) return List(ProfileKeys{lines});
+        m_Found = hasSection && FindProfileValue(lines, ProfileName{key}, m_WithSurrogates, m_Value);
+        if (m_Found) {
+            m_Answer.PutText(m_Value, m_WithSurrogates);
+        } else {
+            m_Answer.PutText(WithoutTrailingBlanks(defaultText));
+        }
+        return m_Answer.EndValue();
     }
-    return answer.EndList(/*isCut*/ false);
-}
+
+    bool Found() const noexcept { return m_Found; }
+    /// Line of the value, counted only here; 0 for a list or when nothing was found.
+    int Line() const noexcept {
+        return m_Value.data() ? LineNumber(m_Text, static_cast<std::size_t>(m_Value.data() - m_Text.data())) : 0;
+    }
+
+private:
+    // What is behind a full buffer is not looked at.
+    template <class Names>
+    unsigned List(Names names) {
+        for (std::string_view name; names.Next(name);) {
+            if (name.empty()) continue;  // it would end the list for every reader
+            m_Found = true;
+            if (!m_Answer.PutText(name, m_WithSurrogates) || !m_Answer.Put(L'\0')) {
+                return m_Answer.EndList(/*isCut*/ true);
+            }
+        }
+        return m_Answer.EndList(/*isCut*/ false);
+    }
+
+    AnswerBuffer& m_Answer;
+    std::string_view m_Text;
+    bool m_WithSurrogates;
+    std::string_view m_Value;
+    bool m_Found = false;
+};
 
 }  // namespace
 
 unsigned GetPrivateProfileStringW(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText,
                                   wchar_t* buffer, unsigned capacity, const wchar_t* fileName) {
     const TextFile file{fileName};
-    const bool withSurrogates = file.WithSurrogates();
-    ProfileSections sections{file.Text(), withSurrogates};
     AnswerBuffer answer{buffer, capacity};
-    if (!section) return List(answer, withSurrogates, sections);
-
-    std::string_view lines;
-    const bool hasSection = sections.Find(ProfileName{section}, lines);
-    if (!key) return List(answer, withSurrogates, ProfileKeys{lines});
-
-    std::string_view value;
-    if (hasSection && FindProfileValue(lines, ProfileName{key}, withSurrogates, value)) {
-        answer.PutText(value, withSurrogates);
-    } else {
-        answer.PutText(WithoutTrailingBlanks(defaultText));
+    Question question{file, answer};
+    const unsigned count = question.Ask(section, key, defaultText);
+    if (IsTracing()) {
+        ReportToTrace(
+            {SourceEvent::Source::Profile, fileName, question.Line(), section, key, answer.Text(), question.Found()});
     }
-    return answer.EndValue();
+    return count;
 }

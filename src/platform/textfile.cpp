@@ -1,21 +1,17 @@
 #include "platform/detail/textfile.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
-#include <cerrno>
 
+#include "platform/detail/nativefile.h"
 #include "platform/detail/utf16.h"
 #include "platform/detail/utf8.h"
-#include "platform/encoding.h"
 
 namespace {
 
-std::size_t ReadUpTo(int file, char* buffer, std::size_t size) noexcept {
+std::size_t ReadUpTo(const NativeFile& file, char* buffer, std::size_t size) noexcept {
     std::size_t got = 0;
     while (got < size) {
-        const ssize_t count = ::read(file, buffer + got, size - got);
-        if (count < 0 && errno == EINTR) continue;
+        const ssize_t count = Retried([&] { return read(file.Handle(), buffer + got, size - got); });
         if (count <= 0) break;
         got += static_cast<std::size_t>(count);
     }
@@ -32,16 +28,10 @@ std::string Utf8OfUtf16(std::string_view bytes, Utf16Order order) {
 }  // namespace
 
 TextFile::TextFile(const CString& path) {
-    const int file = ::open(ToUtf8(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    struct stat status {};
-    if (file < 0) return;
-    ::fstat(file, &status);
-    const auto size = static_cast<std::size_t>(status.st_size);
-    if (size <= MAX_SIZE) {
-        m_Bytes = std::make_unique_for_overwrite<char[]>(size);
-        Recode({m_Bytes.get(), ReadUpTo(file, m_Bytes.get(), size)});
-    }
-    ::close(file);
+    const InputFile input = OpenForReading(path);
+    if (!input || input.size > MAX_SIZE) return;
+    m_Bytes = std::make_unique_for_overwrite<char[]>(input.size);
+    Recode({m_Bytes.get(), ReadUpTo(input.file, m_Bytes.get(), input.size)});
 }
 
 void TextFile::Recode(std::string_view bytes) {

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/trace.h"
 #include "support/environment.h"
 #include "support/support.h"
 
@@ -293,6 +294,34 @@ TEST_F(Profile, ReadsTheEncodingsOfOtherSystems) {
         SCOPED_TRACE(what);
         EXPECT_EQ(AskIn(bytes, L"A", L"k"), value);
     }
+}
+
+TEST_F(Profile, TellsTheObserverEachQuestion) {
+    Write("; first\r\n[A]\r\n\rk='v'\r\n");
+    std::vector<SourceEvent> events;
+    SetSourceTrace([&](const SourceEvent& event) { events.push_back(event); });
+    Ask(L"a ", L"K");
+    Ask(L"A", L"absent", L"default");
+    Ask(L"A", nullptr);
+    SetSourceTrace({});
+    Ask(L"A", L"k");
+
+    ASSERT_EQ(events.size(), 3U);
+    for (const SourceEvent& event : events) {
+        EXPECT_EQ(event.source, SourceEvent::Source::Profile);
+        EXPECT_EQ(event.file, m_File);
+    }
+    EXPECT_EQ(events[0].section, L"a ");
+    EXPECT_EQ(events[0].key, L"K");
+    EXPECT_EQ(events[0].value, L"v");
+    EXPECT_EQ(events[0].line, 4);
+    EXPECT_TRUE(events[0].found);
+    EXPECT_EQ(events[1].value, L"default");
+    EXPECT_EQ(events[1].line, 0);
+    EXPECT_FALSE(events[1].found);
+    EXPECT_EQ(events[2].value.View(), L"k\0"s);
+    EXPECT_EQ(events[2].line, 0);
+    EXPECT_TRUE(events[2].found);
 }
 
 TEST_F(Profile, SeesAChangeAtTheNextQuestion) {

@@ -42,26 +42,24 @@ bool IsEntry(std::string_view line, const ProfileName& key, bool withSurrogates,
 ProfileName::ProfileName(std::wstring_view asked) {
     while (asked.starts_with(L' ')) asked.remove_prefix(1);
     while (asked.ends_with(L' ')) asked.remove_suffix(1);
-    m_Folded = asked;
-    std::ranges::transform(m_Folded, m_Folded.begin(), FoldCharacter);
+    m_Folded = CString{asked}.MakeLower();
 }
 
 bool ProfileName::CanBeKey() const noexcept {
-    if (m_Folded.empty() || m_Folded.front() == L';' || m_Folded.front() == L'[') return false;
-    return CanBeName(L"=\r\n");
+    return !m_Folded.IsEmpty() && m_Folded[0] != L';' && m_Folded[0] != L'[' && CanBeName(L"=\r\n");
 }
 
 bool ProfileName::CanBeName(std::wstring_view foreign) const noexcept {
-    if (m_Folded.empty()) return true;
     // The names of a file have lost their blanks; these are the ones that a question keeps.
     constexpr std::wstring_view blanks = L"\t\v\f\x1A";
-    const bool hasBlankEdge =
-        blanks.find(m_Folded.front()) != blanks.npos || blanks.find(m_Folded.back()) != blanks.npos;
-    return !hasBlankEdge && m_Folded.find_first_of(foreign) == m_Folded.npos;
+    const wchar_t first = m_Folded[0];
+    const wchar_t last = m_Folded[m_Folded.GetLength() - 1];
+    const bool hasBlankEdge = blanks.find(first) != blanks.npos || blanks.find(last) != blanks.npos;
+    return !hasBlankEdge && m_Folded.FindOneOf(foreign) < 0;
 }
 
 bool ProfileName::TakeFrom(std::string_view& text, bool withSurrogates) const noexcept {
-    for (const wchar_t element : m_Folded) {
+    for (const wchar_t element : m_Folded.View()) {
         if (text.empty() || TakeFolded(text, withSurrogates) != element) return false;
     }
     return true;

@@ -43,8 +43,6 @@ class LineWalk {
 public:
     explicit LineWalk(std::string_view text) noexcept : m_Text(text), m_Lf(Seek('\n')), m_Cr(Seek('\r')) {}
 
-    std::size_t At() const noexcept { return m_At; }  ///< where the next line starts
-
     bool Next(std::string_view& line) noexcept {
         if (m_At >= m_Text.size()) return false;
         if (m_Lf < m_At) m_Lf = Seek('\n');
@@ -53,6 +51,11 @@ public:
         line = m_Text.substr(m_At, end - m_At);
         m_At = end + 1;
         return true;
+    }
+
+    /// Whether the line given last is none of its own but the empty one inside CR LF.
+    bool IsInsidePair() const noexcept {
+        return m_At >= 2 && m_At <= m_Text.size() && m_Text[m_At - 1] == '\n' && m_Text[m_At - 2] == '\r';
     }
 
 private:

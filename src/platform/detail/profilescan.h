@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
 #include <string_view>
 
+#include "platform/cstring.h"
 #include "platform/detail/lines.h"
 
 /// A name as asked for, folded once. Blanks (U+0020) at its ends do not count.
@@ -11,7 +11,7 @@ class ProfileName {
 public:
     explicit ProfileName(std::wstring_view asked);
 
-    const std::wstring& Folded() const noexcept { return m_Folded; }
+    std::wstring_view Folded() const noexcept { return m_Folded.View(); }
     bool CanBeSection() const noexcept { return CanBeName(L"]\r\n"); }
     bool CanBeKey() const noexcept;
 
@@ -21,7 +21,7 @@ public:
 private:
     bool CanBeName(std::wstring_view foreign) const noexcept;
 
-    std::wstring m_Folded;
+    CString m_Folded;
 };
 
 /// Walks over the section headers of a profile text. It looks at bytes and hands out pieces of the text.

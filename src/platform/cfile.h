@@ -82,6 +82,7 @@ public:
 
 private:
     int m_Handle = -1;
+    bool m_IsPipe = false;
     CString m_FileName;
     std::string m_Bytes;  // of the text being written; kept to spare each line an allocation
 };

@@ -118,3 +118,5 @@ private:
 };
 
 inline CStringView::CStringView(const CString& text) noexcept : m_Text(text.View()) {}
+
+inline XFormatArgument::XFormatArgument(const CString& text) noexcept : XFormatArgument(text.View()) {}

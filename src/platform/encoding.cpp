@@ -32,13 +32,9 @@ void AppendUtf8(std::string& out, std::wstring_view text) {
     }
 }
 
-std::string ToUtf8(const CString& text) {
-    return ToUtf8(text.View());
-}
-
-std::string ToUtf8(std::wstring_view text) {
+std::string ToUtf8(CStringView text) {
     std::string bytes;
-    AppendUtf8(bytes, text);
+    AppendUtf8(bytes, text.View());
     return bytes;
 }
 

@@ -3,12 +3,21 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstdlib>
+#include <cwchar>
+#include <stdexcept>
 
 #include "platform/cstring.h"
 #include "platform/encoding.h"
 
-XFormatArgument::XFormatArgument(const CString& text) noexcept : m_Wide(text.View()), m_Pointer(text.GetString()) {}
+std::wstring_view XFormatArgument::Wide(std::size_t limit) const noexcept {
+    if (!m_Wide) return {};
+    return {m_Wide, m_Length == NUL_ENDED ? wcsnlen(m_Wide, limit) : std::min(m_Length, limit)};
+}
+
+std::string_view XFormatArgument::Narrow() const noexcept {
+    if (!m_Narrow) return {};
+    return m_Length == NUL_ENDED ? std::string_view{m_Narrow} : std::string_view{m_Narrow, m_Length};
+}
 
 namespace {
 
@@ -19,8 +28,12 @@ struct Number {
     bool fillZeros = false;
 };
 
+constexpr std::size_t Size(int count) noexcept {
+    return static_cast<std::size_t>(count);
+}
+
 void AppendPadded(std::wstring& out, const XFormatConversion& conversion, std::wstring_view text) {
-    const std::size_t width = static_cast<std::size_t>(conversion.width);
+    const std::size_t width = Size(conversion.width);
     const std::size_t fill = width > text.size() ? width - text.size() : 0;
     if (!conversion.left) out.append(fill, L' ');
     out.append(text);
@@ -29,7 +42,7 @@ void AppendPadded(std::wstring& out, const XFormatConversion& conversion, std::w
 
 void AppendNumber(std::wstring& out, const XFormatConversion& conversion, Number number) {
     const std::size_t length = number.prefix.size() + number.digits.size();
-    const std::size_t width = static_cast<std::size_t>(conversion.width);
+    const std::size_t width = Size(conversion.width);
     if (number.fillZeros && !conversion.left && width > length) number.digits.insert(0, width - length, '0');
     number.prefix += number.digits;
     AppendPadded(out, conversion, std::wstring(number.prefix.begin(), number.prefix.end()));
@@ -51,7 +64,7 @@ Number IntegerNumber(const XFormatConversion& conversion, const XFormatArgument&
     Number number{isDecimal ? Sign(conversion, negative) : "", {buffer, end}, conversion.zero};
     if (value == 0 && conversion.precision == 0) number.digits.clear();
     if (conversion.precision > static_cast<int>(number.digits.size())) {
-        number.digits.insert(0, static_cast<std::size_t>(conversion.precision) - number.digits.size(), '0');
+        number.digits.insert(0, Size(conversion.precision) - number.digits.size(), '0');
     }
     if (conversion.precision >= 0) number.fillZeros = false;  // the precision already says how many digits
     if (conversion.alternate && base == 8 && !number.digits.starts_with('0')) number.digits.insert(0, 1, '0');
@@ -91,12 +104,12 @@ Number RealNumber(const XFormatConversion& conversion, const XFormatArgument& ar
     if (isGeneral && precision == 0) precision = 1;
 
     // 310 digits stand before the point of the largest double.
-    number.digits.resize(static_cast<std::size_t>(precision) + 320);
+    number.digits.resize(Size(precision) + 320);
     char* const begin = number.digits.data();
     const auto [end, error] = std::to_chars(begin, begin + number.digits.size(), std::fabs(value), format, precision);
     number.digits.resize(static_cast<std::size_t>(end - begin));
     if (conversion.alternate && std::isfinite(value)) {
-        KeepPoint(number.digits, static_cast<std::size_t>(precision), isGeneral);
+        KeepPoint(number.digits, Size(precision), isGeneral);
     }
     if (conversion.letter != lower) {
         std::ranges::transform(number.digits, number.digits.begin(),
@@ -111,12 +124,8 @@ Number PointerNumber(const XFormatArgument& argument) {
     return {"0x", {buffer, std::to_chars(buffer, std::end(buffer), value, 16).ptr}, false};
 }
 
-void AppendText(std::wstring& out, const XFormatConversion& conversion, std::wstring_view text) {
-    AppendPadded(out, conversion,
-                 conversion.precision < 0 ? text : text.substr(0, static_cast<std::size_t>(conversion.precision)));
-}
-
 void AppendConversion(std::wstring& out, const XFormatConversion& conversion, const XFormatArgument& argument) {
+    const std::size_t limit = conversion.precision < 0 ? std::wstring_view::npos : Size(conversion.precision);
     switch (conversion.kind) {
         case XFormatKind::Integer:
             return AppendNumber(out, conversion, IntegerNumber(conversion, argument));
@@ -125,9 +134,9 @@ void AppendConversion(std::wstring& out, const XFormatConversion& conversion, co
         case XFormatKind::Pointer:
             return AppendNumber(out, conversion, PointerNumber(argument));
         case XFormatKind::WideText:
-            return AppendText(out, conversion, argument.Wide());
+            return AppendPadded(out, conversion, argument.Wide(limit));
         case XFormatKind::NarrowText:
-            return AppendText(out, conversion, FromUtf8(argument.Narrow()).View());
+            return AppendPadded(out, conversion, FromUtf8(argument.Narrow()).View().substr(0, limit));
         case XFormatKind::WideCharacter: {
             const auto element = static_cast<wchar_t>(argument.Signed());
             return AppendPadded(out, conversion, {&element, 1});
@@ -139,24 +148,32 @@ void AppendConversion(std::wstring& out, const XFormatConversion& conversion, co
     }
 }
 
+const XFormatArgument& TakeArgument(std::span<const XFormatArgument>& arguments) {
+    if (arguments.empty()) throw std::invalid_argument("format: argument missing");
+    const XFormatArgument& argument = arguments.front();
+    arguments = arguments.subspan(1);
+    return argument;
+}
+
+// One beyond the longest text stands for everything beyond.
 int StarValue(const XFormatArgument& argument) {
-    return static_cast<int>(
-        std::clamp<std::int64_t>(argument.Signed(), -XFormatScanner::MAX_WIDTH, XFormatScanner::MAX_WIDTH));
+    constexpr std::int64_t beyond = std::int64_t{CString::MAX_LENGTH} + 1;
+    return static_cast<int>(std::clamp(argument.Signed(), -beyond, beyond));
 }
 
 // A star takes its number from the arguments; a negative width means '-', a negative precision none.
 void TakeStars(XFormatConversion& conversion, std::span<const XFormatArgument>& arguments) {
     if (conversion.starWidth) {
-        conversion.width = StarValue(arguments.front());
-        arguments = arguments.subspan(1);
+        conversion.width = StarValue(TakeArgument(arguments));
         if (conversion.width < 0) {
             conversion.left = true;
             conversion.width = -conversion.width;
         }
     }
-    if (conversion.starPrecision) {
-        conversion.precision = std::max(StarValue(arguments.front()), -1);
-        arguments = arguments.subspan(1);
+    if (conversion.starPrecision) conversion.precision = std::max(StarValue(TakeArgument(arguments)), -1);
+    const bool isNumber = conversion.kind == XFormatKind::Integer || conversion.kind == XFormatKind::Real;
+    if (std::max(conversion.width, isNumber ? conversion.precision : 0) > CString::MAX_LENGTH) {
+        throw std::length_error("format: width or precision");
     }
 }
 
@@ -165,13 +182,16 @@ void TakeStars(XFormatConversion& conversion, std::span<const XFormatArgument>& 
 std::wstring FormatArguments(std::wstring_view format, std::span<const XFormatArgument> arguments) {
     std::wstring out;
     for (XFormatScanner scanner{format}; scanner.More();) {
-        out.append(scanner.Literal());
-        if (!scanner.AtConversion()) continue;
+        const std::wstring_view literal = scanner.Literal();
+        out.append(literal);
+        if (!scanner.AtConversion()) {
+            if (literal.empty()) throw std::invalid_argument("format: '%' at the end");
+            continue;
+        }
         XFormatConversion conversion;
-        scanner.Next(conversion);
+        if (!scanner.Next(conversion)) throw std::invalid_argument("format: unknown conversion");
         TakeStars(conversion, arguments);
-        AppendConversion(out, conversion, arguments.front());
-        arguments = arguments.subspan(1);
+        AppendConversion(out, conversion, TakeArgument(arguments));
     }
     return out;
 }

@@ -34,7 +34,7 @@ struct XFormatConversion {
 /// Reads a format conversion by conversion; the same code checks formats while compiling and walks them at run time.
 class XFormatScanner {
 public:
-    /// Widths and precisions above this are refused: no column of a text is wider.
+    /// Widths and precisions written with more than this are refused: no column of a text is wider.
     static constexpr int MAX_WIDTH = 100'000;
 
     constexpr explicit XFormatScanner(std::wstring_view format) noexcept : m_Rest(format) {}
@@ -163,7 +163,7 @@ private:
 };
 
 /// One argument of a format, its type taken from the value itself; borrows the texts that it names.
-class XFormatArgument {
+class VELTRANE_API XFormatArgument {
 public:
     template <std::integral T>
     XFormatArgument(T value) noexcept
@@ -172,15 +172,15 @@ public:
     requires std::is_enum_v<T> XFormatArgument(T value)
     noexcept : XFormatArgument(static_cast<std::underlying_type_t<T>>(value)) {}
     XFormatArgument(double value) noexcept : m_Real(value) {}
-    XFormatArgument(const wchar_t* text) noexcept
-        : m_Wide(text ? std::wstring_view{text} : std::wstring_view{L"(null)"}), m_Pointer(text) {}
-    XFormatArgument(std::wstring_view text) noexcept : m_Wide(text), m_Pointer(text.data()) {}
-    XFormatArgument(const std::wstring& text) noexcept : m_Wide(text), m_Pointer(text.data()) {}
+    XFormatArgument(const wchar_t* text) noexcept : m_Wide(text ? text : L"(null)"), m_Pointer(text) {}
+    XFormatArgument(std::wstring_view text) noexcept
+        : m_Wide(text.data()), m_Length(text.size()), m_Pointer(text.data()) {}
+    XFormatArgument(const std::wstring& text) noexcept : XFormatArgument(std::wstring_view{text}) {}
     XFormatArgument(const CString& text) noexcept;
-    XFormatArgument(const char* text) noexcept
-        : m_Narrow(text ? std::string_view{text} : std::string_view{"(null)"}), m_Pointer(text) {}
-    XFormatArgument(std::string_view text) noexcept : m_Narrow(text), m_Pointer(text.data()) {}
-    XFormatArgument(const std::string& text) noexcept : m_Narrow(text), m_Pointer(text.data()) {}
+    XFormatArgument(const char* text) noexcept : m_Narrow(text ? text : "(null)"), m_Pointer(text) {}
+    XFormatArgument(std::string_view text) noexcept
+        : m_Narrow(text.data()), m_Length(text.size()), m_Pointer(text.data()) {}
+    XFormatArgument(const std::string& text) noexcept : XFormatArgument(std::string_view{text}) {}
     XFormatArgument(const void* pointer) noexcept : m_Pointer(pointer) {}
 
     std::int64_t Signed() const noexcept { return static_cast<std::int64_t>(m_Bits); }
@@ -190,13 +190,17 @@ public:
         return m_Size >= sizeof m_Bits ? m_Bits : m_Bits & ((std::uint64_t{1} << (8 * m_Size)) - 1);
     }
     double Real() const noexcept { return m_Real; }
-    std::wstring_view Wide() const noexcept { return m_Wide; }
-    std::string_view Narrow() const noexcept { return m_Narrow; }
+    /// The text, at most limit elements of it: no more is looked at, so a text cut by its precision needs no NUL.
+    std::wstring_view Wide(std::size_t limit) const noexcept;
+    std::string_view Narrow() const noexcept;
     const void* Pointer() const noexcept { return m_Pointer; }
 
 private:
-    std::wstring_view m_Wide;
-    std::string_view m_Narrow;
+    static constexpr std::size_t NUL_ENDED = static_cast<std::size_t>(-1);
+
+    const wchar_t* m_Wide = nullptr;
+    const char* m_Narrow = nullptr;
+    std::size_t m_Length = NUL_ENDED;  // of either text
     const void* m_Pointer = nullptr;
     double m_Real = 0;
     std::uint64_t m_Bits = 0;
@@ -212,7 +216,6 @@ constexpr bool AcceptsArgument(XFormatKind kind) {
                             std::is_convertible_v<const T&, std::wstring_view>;
     constexpr bool isNarrow =
         std::is_convertible_v<const T&, const char*> || std::is_convertible_v<const T&, std::string_view>;
-    constexpr bool isCharacter = std::is_same_v<D, wchar_t> || std::is_same_v<D, char>;
     switch (kind) {
         case XFormatKind::Integer:
             return std::is_integral_v<D> || std::is_enum_v<D>;
@@ -223,8 +226,9 @@ constexpr bool AcceptsArgument(XFormatKind kind) {
         case XFormatKind::NarrowText:
             return isNarrow;
         case XFormatKind::WideCharacter:
+            return std::is_same_v<D, wchar_t>;
         case XFormatKind::NarrowCharacter:
-            return isCharacter;
+            return std::is_same_v<D, char>;
         case XFormatKind::Pointer:
             return std::is_pointer_v<D> || std::is_null_pointer_v<D>;
     }
@@ -247,7 +251,7 @@ public:
 
     constexpr std::wstring_view View() const noexcept { return m_Format; }
 
-private:
+    /// Whether a text is a format for just these arguments.
     static constexpr bool Fits(std::wstring_view format) {
         std::size_t used = 0;
         for (XFormatScanner scanner{format}; scanner.More();) {
@@ -266,6 +270,7 @@ private:
         return used == sizeof...(Args);
     }
 
+private:
     static constexpr bool Accepts([[maybe_unused]] std::size_t index, [[maybe_unused]] XFormatKind kind) {
         std::size_t position = 0;
         return (false || ... || (position++ == index && AcceptsArgument<Args>(kind)));
@@ -277,7 +282,8 @@ private:
 template <class... Args>
 using XFormatFor = XFormat<std::type_identity_t<Args>...>;
 
-/// Formats a checked format; @throws std::length_error when the result is longer than memory or CString allow
+/// Formats with arguments that were checked against the format. @throws std::length_error for a width, or the precision
+/// of a number, above CString::MAX_LENGTH; std::invalid_argument for a format that is none or asks for more arguments
 VELTRANE_API std::wstring FormatArguments(std::wstring_view format, std::span<const XFormatArgument> arguments);
 
 template <class... Args>

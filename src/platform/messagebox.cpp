@@ -3,17 +3,20 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <memory>
 #include <utility>
 
+#include "platform/detail/nativefile.h"
 #include "platform/encoding.h"
 
 namespace {
 
 constexpr int ID_OK = 1;
 
-// Never destroyed: a box shown while the process ends must still find it.
-MessageBoxHandler& InstalledHandler() {
-    static MessageBoxHandler& handler = *new MessageBoxHandler;
+// Never destroyed: a box shown while the process ends must still find it. Shared with the call that runs, since a
+// handler may install another one.
+std::shared_ptr<MessageBoxHandler>& InstalledHandler() {
+    static auto& handler = *new std::shared_ptr<MessageBoxHandler>;
     return handler;
 }
 
@@ -25,27 +28,34 @@ std::string ConsoleText(CString text) {
 }
 
 // A program without a terminal must never wait.
-void WaitForEnter(std::FILE* stream) {
-    if (isatty(STDIN_FILENO) == 0 || isatty(fileno(stream)) == 0) return;
-    for (int c = std::fgetc(stdin); c != '\n' && c != EOF;) c = std::fgetc(stdin);
+void WaitForEnter(int output) {
+    if (isatty(STDIN_FILENO) == 0 || isatty(output) == 0) return;
+    char typed = 0;
+    while (typed != '\n' && Retried([&] { return read(STDIN_FILENO, &typed, 1); }) == 1) continue;
 }
 
 int ShowOnConsole(const CString& text, unsigned style) {
     std::FILE* const stream = (style & MB_ICONINFORMATION) != 0 ? stdout : stderr;
-    const std::string bytes = ConsoleText(text);
-    std::fwrite(bytes.data(), 1, bytes.size(), stream);
-    std::fflush(stream);
-    WaitForEnter(stream);
+    const int output = fileno(stream);
+    {
+        const BrokenPipeGuard guard;
+        // Past the stream: one that the host has used for wide characters would drop the text.
+        std::fflush(stream);
+        WriteAll(output, ConsoleText(text));
+    }
+    WaitForEnter(output);
     return ID_OK;
 }
 
 }  // namespace
 
 int AfxMessageBox(const CString& text, unsigned style, unsigned helpId) {
-    const MessageBoxHandler handler = InstalledHandler();  // a copy: the handler may install another one
-    return handler ? handler(text, style, helpId) : ShowOnConsole(text, style);
+    const auto handler = InstalledHandler();
+    return handler ? (*handler)(text, style, helpId) : ShowOnConsole(text, style);
 }
 
 MessageBoxHandler SetMessageBoxHandler(MessageBoxHandler handler) {
-    return std::exchange(InstalledHandler(), std::move(handler));
+    auto next = handler ? std::make_shared<MessageBoxHandler>(std::move(handler)) : nullptr;
+    const auto before = std::exchange(InstalledHandler(), std::move(next));
+    return before ? *before : MessageBoxHandler{};
 }

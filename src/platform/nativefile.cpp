@@ -51,3 +51,39 @@ bool ReadToEnd(const NativeFile& file, std::size_t expected, std::string& bytes)
         }
     }
 }
+
+int WriteAll(int handle, std::string_view bytes) noexcept {
+    while (!bytes.empty()) {
+        const ssize_t count = Retried([&] { return write(handle, bytes.data(), bytes.size()); });
+        if (count < 0) return errno;
+        if (count == 0) return EIO;  // a file that takes nothing would be asked for ever
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return 0;
+}
+
+namespace {
+
+sigset_t BrokenPipe() noexcept {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGPIPE);
+    return signals;
+}
+
+}  // namespace
+
+BrokenPipeGuard::BrokenPipeGuard() noexcept {
+    sigset_t pending;
+    sigpending(&pending);
+    m_WasPending = sigismember(&pending, SIGPIPE) == 1;
+    const sigset_t signals = BrokenPipe();
+    pthread_sigmask(SIG_BLOCK, &signals, &m_Before);
+}
+
+BrokenPipeGuard::~BrokenPipeGuard() {
+    const sigset_t signals = BrokenPipe();
+    const timespec noTime{};
+    if (!m_WasPending) sigtimedwait(&signals, nullptr, &noTime);  // takes back the signal that a write has raised
+    pthread_sigmask(SIG_SETMASK, &m_Before, nullptr);
+}

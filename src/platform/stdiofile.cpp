@@ -3,6 +3,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <optional>
+
 #include "platform/cfile.h"
 #include "platform/detail/nativefile.h"
 #include "platform/detail/utf8.h"
@@ -38,6 +40,11 @@ int OpenForWriting(const CString& path, NativeFile& file) {
     return TakeOver(file);
 }
 
+bool IsPipe(const NativeFile& file) noexcept {
+    struct stat status;
+    return fstat(file.Handle(), &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
 }  // namespace
 
 CStdioFile::~CStdioFile() {
@@ -61,6 +68,7 @@ bool CStdioFile::Open(const CString& path, unsigned flags, CFileException* error
     NativeFile file;
     if (const int osError = OpenForWriting(path, file)) return fails(FileError(osError, path));
     m_FileName = path;
+    m_IsPipe = IsPipe(file);
     m_Handle = file.Release();
     return true;
 }
@@ -71,12 +79,9 @@ void CStdioFile::WriteString(const CString& text) {
     if (m_Bytes.capacity() > keptCapacity) m_Bytes = {};
     m_Bytes.clear();
     AppendUtf8(m_Bytes, text.View());
-    for (std::string_view rest = m_Bytes; !rest.empty();) {
-        const ssize_t count = Retried([&] { return write(m_Handle, rest.data(), rest.size()); });
-        if (count < 0) throw FileError(errno, m_FileName);
-        if (count == 0) throw FileError(EIO, m_FileName);  // a file that takes nothing would be asked for ever
-        rest.remove_prefix(static_cast<std::size_t>(count));
-    }
+    std::optional<BrokenPipeGuard> guard;
+    if (m_IsPipe) guard.emplace();
+    if (const int osError = WriteAll(m_Handle, m_Bytes)) throw FileError(osError, m_FileName);
 }
 
 void CStdioFile::Flush() {

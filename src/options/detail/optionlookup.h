@@ -2,12 +2,22 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
+#include <iterator>
 #include <string_view>
 
 #include "options/detail/optiontable.h"
 
 // Finds rows by name without touching more than one or two of them: the slots of all names are computed by the
 // compiler.
+
+/// Position of a row in the table; -1 for a definition that a host made itself.
+inline int OptionRow(const XOptionDefinition& definition) {
+    const std::less<> before;  // orders any two addresses
+    const XOptionDefinition* const first = std::begin(g_OptionDefinitions);
+    const bool isRow = !before(&definition, first) && before(&definition, std::end(g_OptionDefinitions));
+    return isRow ? static_cast<int>(&definition - first) : -1;
+}
 
 /// Mixes the length and five elements of a name; the names of the table spread well over it.
 constexpr std::uint32_t HashOptionName(std::wstring_view name) {

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <signal.h>
+
 #include <cerrno>
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "platform/cstring.h"
@@ -53,3 +56,21 @@ InputFile OpenForReading(const CString& path);
 /// @param expected  size to make room for
 /// @return false when reading fails; bytes then holds what came before
 bool ReadToEnd(const NativeFile& file, std::size_t expected, std::string& bytes);
+
+/// Writes all bytes, with one call unless the system takes less or a signal interrupts it. Waits for nobody: a pipe
+/// that is full and not to be waited for is an error.
+/// @return 0 or the system's error number
+int WriteAll(int handle, std::string_view bytes) noexcept;
+
+/// Keeps a pipe whose reader is gone from ending the process while the guard lives: writing then fails like any other.
+class BrokenPipeGuard {
+public:
+    BrokenPipeGuard() noexcept;
+    BrokenPipeGuard(const BrokenPipeGuard&) = delete;
+    BrokenPipeGuard& operator=(const BrokenPipeGuard&) = delete;
+    ~BrokenPipeGuard();
+
+private:
+    sigset_t m_Before;
+    bool m_WasPending;
+};

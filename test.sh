@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Builds with and without sanitizers, runs the tests in both, and checks format and clang-tidy. Ends with the closing
+# lines of the test runner.
+set -euo pipefail
+cd "$(dirname "$0")"
+. cmake/packages.sh
+need_packages g++ cmake ninja-build libgtest-dev libbenchmark-dev clang-format clang-tidy python3-minimal binutils
+
+step() { printf '\n== %s\n' "$*"; }
+
+step "format"
+git ls-files --cached --others --exclude-standard '*.h' '*.cpp' | xargs clang-format --dry-run --Werror
+
+for preset in release sanitize; do
+    step "build $preset"
+    cmake --preset "$preset" >/dev/null
+    cmake --build --preset "$preset" -- -j"$(nproc)"
+done
+
+step "clang-tidy"
+git ls-files --cached --others --exclude-standard 'src/*.cpp' 'host/*.cpp' |
+    xargs -P "$(nproc)" -n 4 clang-tidy -p build/release --quiet 2>/dev/null
+
+for preset in sanitize release; do
+    step "test $preset"
+    ctest --preset "$preset" --quiet --output-log "build/$preset/ctest.log" || {
+        cat "build/$preset/ctest.log"
+        exit 1
+    }
+    tail -n 4 "build/$preset/ctest.log"
+done

@@ -1,0 +1,151 @@
+#include "foundation/xexception.h"
+
+#include <cerrno>
+
+#include "foundation/xoci.h"
+#include "foundation/xraise.h"
+#include "support/support.h"
+
+namespace {
+
+CString TextOf(const XException& error) {
+    CString text = L"to be overwritten";
+    error.GetErrorText(text);
+    return text;
+}
+
+XException Raised() {
+    XException error;
+    error.SetError(-1, L".\\xoption", L"XOption::A", 91, L"first");
+    return error;
+}
+
+TEST(XException, LocationsShowMethodFileNameAndLine) {
+    struct {
+        const char* what;
+        const wchar_t *file, *method;
+        const wchar_t* location;
+    } const cases[] = {
+        {"path is cut at the last backslash", L".\\sub\\xset", L"XSet::Find", L"<XSet::Find> in [xset], line [7]"},
+        {"slashes separate nothing here", L"./xset", L"M", L"<M> in [./xset], line [7]"},
+        {"path ends in a backslash", L"sub\\", L"M", L"<M> in [], line [7]"},
+        {"no method, no location", L".\\xset", L"", L""},
+        {"texts of users are no formats", L"%s%n", L"%d", L"<%d> in [%s%n], line [7]"},
+    };
+    for (const auto& [what, file, method, location] : cases) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(XException::GetLocationString(file, method, 7), location);
+    }
+}
+
+TEST(XException, ChainsGrowInFrontAndMessagesAppendBehind) {
+    XException error = Raised();
+    error.AddError(L".\\xoption", L"XOption::B", 92, L"second");
+    error.AddMessage(L"detail");
+    EXPECT_EQ(TextOf(error),
+              L"An error occured:\r\n"
+              L"location:\t<XOption::B> in [xoption], line [92]\r\n"
+              L"               \t<XOption::A> in [xoption], line [91]\r\n"
+              L"message:\tsecond\r\nreason: \tfirst\r\n\tdetail");
+}
+
+TEST(XException, AnErrorWithoutNumberTakesNoReason) {
+    XException error;
+    error.AddError(L".\\x", L"M", 1, L"ignored");
+    EXPECT_EQ(TextOf(error), L"An error occured:\r\nlocation:\t\r\nmessage:\t\r\nnumber:\t0");
+    error.AddMessage(L"alone");  // no joint in front of the first
+    error.AddMessage(L"");       // but behind it, even for nothing
+    EXPECT_EQ(error.GetMessage(), L"alone\r\n\t");
+}
+
+TEST(XException, SetErrorReplacesTheChainsAndKeepsTheWarning) {
+    XException error = Raised();
+    error.SetWarning(L".\\y", L"W", 2, L"warned");
+    EXPECT_EQ(error.GetNumber(), -1);
+    EXPECT_EQ(error.GetMessage(), L"warned");
+    XException plain;
+    plain.SetError(5, L".\\z", L"Z", 3, L"new");
+    error.SetError(&plain);
+    EXPECT_TRUE(error.IsWarning());
+    EXPECT_EQ(TextOf(error), L"An error occured:\r\nlocation:\t<Z> in [z], line [3]\r\nmessage:\tnew\r\nnumber:\t5");
+    EXPECT_TRUE(XException{error}.IsWarning());  // copies take the mark, SetError does not
+}
+
+TEST(XException, ShowUsesTheErrorBoxWithTheTextUnchanged) {
+    BoxRecorder recorder;
+    Raised().Show();
+    ASSERT_EQ(recorder.boxes.size(), 1U);
+    EXPECT_EQ(recorder.boxes[0].text, TextOf(Raised()));
+    EXPECT_EQ(recorder.boxes[0].style, 0x10U);
+    EXPECT_EQ(recorder.boxes[0].helpId, 0U);
+}
+
+TEST(XException, TakesOverADatabaseRecordLastEntryInFront) {
+    XOCI::XError record;
+    XException error = Raised();
+    error.SetError(record);
+    EXPECT_EQ(error.GetMessage(), L"first") << "an empty record changes nothing";
+    record.Add(100, L".\\a", L"A", 1, L"unused", nullptr);
+    record.Add(-1, L".\\b", L"B", 2, L"fetch failed", nullptr);
+    error.SetError(record);
+    EXPECT_EQ(TextOf(error),
+              L"An error occured:\r\n"
+              L"location:\t<B> in [b], line [2]\r\n               \t<A> in [a], line [1]\r\n"
+              L"message:\tfetch failed\r\nreason: \tOracle OCI-Error: 'OCI_NO_DATA'\r\nnumber:\t100");
+}
+
+TEST(XFileException, NamesFileOrFolderInFrontOfTheCallersMessage) {
+    XFileException error{L"C:\\x.ini"};
+    error.SetFileNotFoundError(L".\\f", L"M", 1, L"gone");
+    EXPECT_EQ(error.GetMessage(), L"File <C:\\x.ini> not found!\r\n\tgone");
+    error.SetPathNotFoundError(L".\\f", L"M", 1, L"");
+    EXPECT_EQ(error.GetMessage(), L"Folder <C:\\x.ini> does not exist!\r\n\t");
+    EXPECT_EQ(error.GetNumber(), -1);
+    error.SetOpenError(L".\\f", L"M", 1, CFileException{CFileException::none, EACCES, L""});
+    EXPECT_EQ(error.GetNumber(), 5) << "the cause follows the system's number, not the one in the record";
+    EXPECT_EQ(error.GetMessage(), L"Cannot open file <C:\\x.ini>!\r\n\tAccess denied!");
+}
+
+TEST(XFileException, EveryCauseHasItsText) {
+    const wchar_t* const texts[] = {
+        L"None!",
+        L"Generic exception!",
+        L"File not found!",
+        L"Bad path!",
+        L"Too many open files!",
+        L"Access denied!",
+        L"Invalid file!",
+        L"Remove current directory!",
+        L"Directory full!",
+        L"Bad seek!",
+        L"Hard IO!",
+        L"Sharing violation!",
+        L"Lock violation!",
+        L"Disk full!",
+        L"End of file!",
+    };
+    for (int cause = 0; cause < 15; ++cause) EXPECT_EQ(XFileException::GetMessage(cause), texts[cause]);
+    for (const int cause : {15, -1, 1'000'000}) EXPECT_EQ(XFileException::GetMessage(cause), L"Unknown error!");
+}
+
+constexpr XSource Here{L".\\sample"};
+constexpr XFailure<CString> FAILURE{L"Error of <%s>!", L"An unknown exception in <%s>!"};
+
+TEST(WithReason, EnrichesTheSameObjectAndReplacesForeignExceptions) {
+    const CString name = L"%s";
+    const auto run = [&](auto body) { WithReason(Here(L"Outer", 5), FAILURE, body, name); };
+    const auto file = ErrorOf<XFileException>([&] {
+        run([] {
+            XFileException error{L"f"};
+            error.SetFileNotFoundError(L".\\in", L"Inner", 1, L"m");
+            throw error;
+        });
+    });
+    EXPECT_EQ(file.GetMessage(), L"Error of <%s>!\r\nreason: \tFile <f> not found!\r\n\tm");
+    const auto foreign = ErrorOf([&] { run([] { throw 7; }); });
+    EXPECT_EQ(TextOf(foreign),
+              L"An error occured:\r\nlocation:\t<Outer> in [sample], line [5]\r\n"
+              L"message:\tAn unknown exception in <%s>!");
+}
+
+}  // namespace

@@ -12,8 +12,8 @@ constexpr XSource Here{L".\\xlogging"};
 
 constexpr wchar_t LINE_END[] = L"\r\n";
 constexpr wchar_t DATE_FORMAT[] = L"%A, %B %d, %Y ; %H:%M:%S";
-constexpr wchar_t ENTRY_TIME_FORMAT[] = L"%H:%M:%S: ";
-constexpr wchar_t ENTRY_INDENT[] = L"          ";  // as wide as the time
+constexpr wchar_t ENTRY_TIME_FORMAT[] = L"\r\n%H:%M:%S: ";
+constexpr wchar_t ENTRY_INDENT[] = L"\r\n          ";  // as wide as the time
 constexpr wchar_t ERROR_START[] = L"########################## Error info start ##########################\r\n";
 constexpr wchar_t ERROR_END[] = L"##########################  Error info end  ##########################\r\n";
 constexpr int RULE_WIDTH = 105;
@@ -100,11 +100,9 @@ void XLogging::NewLine() {
 
 void XLogging::WriteLog(CString text, bool newLine, bool timeStamp) {
     if (!m_bOpen) return;
-    std::wstring entry;
-    entry.reserve(std::size(LINE_END) + std::size(ENTRY_INDENT) + m_LinePrefix.View().size() + text.View().size());
-    if (newLine) entry.append(LINE_END).append(timeStamp ? TimeColumn().View() : ENTRY_INDENT);
-    entry.append(m_LinePrefix.View()).append(text.View());
-    LogWrite(std::move(entry));
+    const std::wstring_view start = !newLine ? L"" : timeStamp ? LineWithTime().View() : ENTRY_INDENT;
+    WriteTexts({start, m_LinePrefix.View(), text.View()});
+    Flush();
 }
 
 void XLogging::ShowError(CString code, CString location, CString message) {
@@ -129,12 +127,12 @@ void XLogging::ShowError(CString code, CString file, CString method, int line, C
     ShowError(code, XException::GetLocationString(file, method, line), message);
 }
 
-// The time of now as entries show it, formatted once a second.
-const CString& XLogging::TimeColumn() {
+// The start of a new line with the time of now, formatted once a second.
+const CString& XLogging::LineWithTime() {
     const std::int64_t now = CurrentTime();
-    if (now != m_nTimeColumn) {
-        m_TimeColumn = LocalTimeText(ENTRY_TIME_FORMAT, now);
-        m_nTimeColumn = now;
+    if (now != m_nLineTime) {
+        m_LineWithTime = LocalTimeText(ENTRY_TIME_FORMAT, now);
+        m_nLineTime = now;
     }
-    return m_TimeColumn;
+    return m_LineWithTime;
 }

@@ -48,7 +48,7 @@ public:
     void ShowError(CString code, CString file, CString method, int line, CString message);
 
 private:
-    const CString& TimeColumn();
+    const CString& LineWithTime();
 
     CString m_LinePrefix;
     CString m_LogPath;
@@ -56,6 +56,6 @@ private:
     bool m_bOpen = false;
     CString m_LastErrorMessage;
     std::int32_t m_nLastErrorCode = 0;
-    std::int64_t m_nTimeColumn = -1;  // the second that the time column below shows
-    CString m_TimeColumn;
+    std::int64_t m_nLineTime = -1;  // the second that the text below shows
+    CString m_LineWithTime;
 };

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <exception>
+#include <initializer_list>
 #include <string>
+#include <string_view>
 
 #include "platform/cstring.h"
 
@@ -79,6 +81,10 @@ public:
     /// Closes and unlocks; does nothing when no file is open. @throws CFileException when the system reports a write
     /// that failed late; the file is closed all the same
     virtual void Close();
+
+protected:
+    /// Writes texts behind each other as WriteString writes one, without putting them together first.
+    void WriteTexts(std::initializer_list<std::wstring_view> texts);
 
 private:
     int m_Handle = -1;

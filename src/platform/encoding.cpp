@@ -8,11 +8,20 @@ namespace {
 
 // Appends the ASCII characters that a text begins with, nearly always all of it. @return how many they are
 std::size_t AppendAscii(std::string& out, std::wstring_view text) {
+    constexpr std::size_t blockSize = 16;  // a fixed count, so that the compiler works on whole registers
     const std::size_t begin = out.size();
     out.resize(begin + text.size());
+    char* const bytes = out.data() + begin;
     std::size_t count = 0;
+    for (; count + blockSize <= text.size(); count += blockSize) {
+        const wchar_t* const block = text.data() + count;
+        std::uint32_t all = 0;
+        for (std::size_t i = 0; i < blockSize; ++i) all |= static_cast<std::uint32_t>(block[i]);
+        if (all >= 0x80) break;
+        for (std::size_t i = 0; i < blockSize; ++i) bytes[count + i] = static_cast<char>(block[i]);
+    }
     for (; count < text.size() && static_cast<std::uint32_t>(text[count]) < 0x80; ++count) {
-        out[begin + count] = static_cast<char>(text[count]);
+        bytes[count] = static_cast<char>(text[count]);
     }
     out.resize(begin + count);
     return count;
@@ -21,6 +30,7 @@ std::size_t AppendAscii(std::string& out, std::wstring_view text) {
 }  // namespace
 
 void AppendUtf8(std::string& out, std::wstring_view text) {
+    if (text.empty()) return;
     text.remove_prefix(AppendAscii(out, text));
     for (const wchar_t element : text) {
         const auto codePoint = static_cast<std::uint32_t>(element);

@@ -74,11 +74,15 @@ bool CStdioFile::Open(const CString& path, unsigned flags, CFileException* error
 }
 
 void CStdioFile::WriteString(const CString& text) {
+    WriteTexts({text.View()});
+}
+
+void CStdioFile::WriteTexts(std::initializer_list<std::wstring_view> texts) {
     Flush();
     constexpr std::size_t keptCapacity = 1 << 16;  // what a log line needs at most; more goes back at once
     if (m_Bytes.capacity() > keptCapacity) m_Bytes = {};
     m_Bytes.clear();
-    AppendUtf8(m_Bytes, text.View());
+    for (const std::wstring_view text : texts) AppendUtf8(m_Bytes, text);
     std::optional<BrokenPipeGuard> guard;
     if (m_IsPipe) guard.emplace();
     if (const int osError = WriteAll(m_Handle, m_Bytes)) throw FileError(osError, m_FileName);

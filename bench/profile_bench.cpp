@@ -1,0 +1,92 @@
+#include "platform/profile.h"
+
+#include <benchmark/benchmark.h>
+#include <fcntl.h>
+#include <unistd.h>
+#include <chrono>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "platform/encoding.h"
+
+namespace {
+
+/// A file of the system's temporary folder, removed at the end.
+class BenchFile {
+public:
+    explicit BenchFile(const std::string& bytes) {
+        const int file = mkstemp(m_Name.data());
+        if (file < 0 || ::write(file, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) std::abort();
+        ::close(file);
+        m_Wide = FromUtf8(m_Name);
+    }
+    BenchFile(const BenchFile&) = delete;
+    BenchFile& operator=(const BenchFile&) = delete;
+    ~BenchFile() { ::unlink(m_Name.c_str()); }
+
+    const char* Name() const { return m_Name.c_str(); }
+    const wchar_t* Wide() const { return m_Wide.GetString(); }
+
+private:
+    std::string m_Name = "/tmp/veltrane-bench-XXXXXX";
+    CString m_Wide;
+};
+
+/// What no reader can save: open, read, close.
+void Floor(const BenchFile& file, std::size_t size, char* buffer) {
+    const int handle = ::open(file.Name(), O_RDONLY | O_CLOEXEC);
+    if (::read(handle, buffer, size) != static_cast<ssize_t>(size)) std::abort();
+    ::close(handle);
+    benchmark::DoNotOptimize(buffer);
+}
+
+/// Sections "section<n>" of keys "key<n>", as large as asked for.
+std::string Sections(std::size_t size, int count) {
+    std::string bytes;
+    for (int section = 1; section <= count; ++section) {
+        bytes += "[section" + std::to_string(section) + "]\n";
+        const std::size_t end = size * static_cast<std::size_t>(section) / static_cast<std::size_t>(count);
+        for (int key = 1; bytes.size() < end; ++key) bytes += "key" + std::to_string(key) + "=some value of it\n";
+    }
+    return bytes + "last=found\n";
+}
+
+/// Asks and reads in turn, so that both meet the same machine; reports question : floor of the fastest turns.
+template <class Question>
+void CompareWithFloor(benchmark::State& state, const BenchFile& file, std::size_t size, Question&& question) {
+    using Clock = std::chrono::steady_clock;
+    const auto buffer = std::make_unique_for_overwrite<char[]>(size);
+    std::chrono::duration<double> floor{0};
+    std::chrono::duration<double> asked{0};
+    for (auto _ : state) {
+        const auto start = Clock::now();
+        Floor(file, size, buffer.get());
+        const auto middle = Clock::now();
+        question();
+        const auto end = Clock::now();
+        floor += middle - start;
+        asked += end - middle;
+        state.SetIterationTime(std::chrono::duration<double>(end - middle).count());
+    }
+    state.counters["floor_us"] = floor.count() * 1e6 / static_cast<double>(state.iterations());
+    state.counters["ratio"] = asked / floor;
+}
+
+void LastKey(benchmark::State& state, std::size_t size, int sections) {
+    const std::string bytes = Sections(size, sections);
+    const BenchFile file{bytes};
+    const std::wstring section = L"section" + std::to_wstring(sections);
+    CompareWithFloor(state, file, bytes.size(), [&] {
+        wchar_t buffer[2048];
+        if (GetPrivateProfileStringW(section.c_str(), L"last", L"", buffer, 2048, file.Wide()) != 5) std::abort();
+        benchmark::DoNotOptimize(buffer);
+    });
+}
+
+BENCHMARK_CAPTURE(LastKey, SmallFile, 10 << 10, 8)->UseManualTime();
+BENCHMARK_CAPTURE(LastKey, SmallFileOfOneSection, 10 << 10, 1)->UseManualTime();
+BENCHMARK_CAPTURE(LastKey, LargeFileOf200Sections, 1 << 20, 200)->UseManualTime();
+BENCHMARK_CAPTURE(LastKey, LargeFileOfOneSection, 1 << 20, 1)->UseManualTime();
+
+}  // namespace

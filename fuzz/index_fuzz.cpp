@@ -1,0 +1,37 @@
+// Input: a line with the format, then the item.
+#include <climits>
+
+#include "fuzz_input.h"
+#include "platform/indexformat.h"
+
+namespace {
+
+/// Whether a format has a place for the number, and no digit behind it that would be read along.
+bool IsReadableBack(const CString& format) {
+    const CString one = FormatIndex(format, 1);
+    const CString two = FormatIndex(format, 2);
+    REQUIRE(one.GetLength() == two.GetLength());
+    int at = 0;
+    while (at < one.GetLength() && one[at] == two[at]) ++at;
+    const wchar_t behind = one[at + 1];
+    return at < one.GetLength() && (behind < L'0' || behind > L'9');
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    std::string_view input = InputText(data, size);
+    const CString format = FromUtf8(TakeLine(input));
+    const CString item = FromUtf8(input);
+
+    int index = 77;
+    if (!MatchIndex(item, format, index)) REQUIRE(index == 77);
+    if (format.Find(L"%d") < 0) REQUIRE(index == 77 && !MatchIndex(item, format, index));
+    if (!IsReadableBack(format)) return 0;
+    for (const int number : {0, 7, -1, INT_MAX, INT_MIN, index}) {
+        int read = ~number;
+        REQUIRE(MatchIndex(FormatIndex(format, number), format, read));
+        REQUIRE(read == number);
+    }
+    return 0;
+}

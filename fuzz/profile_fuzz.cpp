@@ -1,0 +1,148 @@
+// Input: a line with the capacity as a character ('0' is 0), a line with the section and one with the key ("*" is
+// null), then the file. Every answer is compared with that of a reader that goes over the whole file, character by
+// character.
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+#include "fuzz_input.h"
+#include "platform/characters.h"
+#include "platform/detail/utf16.h"
+#include "platform/detail/windows1252.h"
+#include "platform/profile.h"
+
+namespace {
+
+using Text = std::wstring;
+
+struct Entry {
+    Text key;
+    Text value;
+};
+
+struct Section {
+    Text name;
+    std::vector<Entry> entries;
+};
+
+Text Decoded(std::string_view file) {
+    Text text;
+    if (file.starts_with("\xFF\xFE") || file.starts_with("\xFE\xFF")) {
+        const auto order = file[0] == '\xFF' ? Utf16Order::LittleEndian : Utf16Order::BigEndian;
+        for (Utf16Reader reader{file.substr(2), order}; reader.More();) text += static_cast<wchar_t>(reader.Next());
+        return text;
+    }
+    if (file.starts_with("\xEF\xBB\xBF")) file.remove_prefix(3);
+    text = FromUtf8(file).View();
+    for (wchar_t& element : text) {
+        const bool isByte = element >= 0xDC80 && element <= 0xDCFF;
+        if (isByte) element = FromWindows1252(static_cast<std::uint8_t>(element - 0xDC00));
+    }
+    return text;
+}
+
+Text Trimmed(const Text& text, const wchar_t* blanks = L" \t\v\f\x1A") {
+    const std::size_t first = text.find_first_not_of(blanks);
+    return first == text.npos ? Text{} : text.substr(first, text.find_last_not_of(blanks) + 1 - first);
+}
+
+Text Cleaned(const Text& text) {
+    return Trimmed(text.substr(0, text.find(L'\0')));
+}
+
+Text Unquoted(const Text& text) {
+    const bool isQuoted = text.size() > 1 && text.front() == text.back() && (text[0] == L'"' || text[0] == L'\'');
+    return isQuoted ? text.substr(1, text.size() - 2) : text;
+}
+
+Text Folded(Text text) {
+    std::ranges::transform(text, text.begin(), FoldCharacter);
+    return text;
+}
+
+void ReadLine(std::vector<Section>& sections, const Text& line) {
+    const std::size_t equals = line.find(L'=');
+    if (line.empty() || line[0] == L';') return;
+    if (line[0] == L'[') {
+        sections.push_back({Cleaned(line.substr(1, std::min(line.find(L']'), line.size()) - 1)), {}});
+    } else if (!sections.empty() && equals != line.npos && !Cleaned(line.substr(0, equals)).empty()) {
+        sections.back().entries.push_back(
+            {Cleaned(line.substr(0, equals)), Unquoted(Cleaned(line.substr(equals + 1)))});
+    }
+}
+
+std::vector<Section> Sections(const Text& text) {
+    std::vector<Section> sections;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = std::min(text.find_first_of(L"\r\n", at), text.size());
+        ReadLine(sections, Trimmed(text.substr(at, end - at)));
+        at = end + 1;
+    }
+    return sections;
+}
+
+/// The whole answer, each name of a list with its NUL.
+Text Expected(const std::vector<Section>& sections, const wchar_t* section, const wchar_t* key) {
+    Text list;
+    if (!section) {
+        for (const Section& each : sections) {
+            if (!each.name.empty()) list += each.name + L'\0';
+        }
+        return list;
+    }
+    const auto isAsked = [&](const Section& each) { return Folded(each.name) == Folded(Trimmed(section, L" ")); };
+    const auto found = std::ranges::find_if(sections, isAsked);
+    const std::vector<Entry> entries = found == sections.end() ? std::vector<Entry>{} : found->entries;
+    for (const Entry& entry : entries) {
+        if (!key) {
+            list += entry.key + L'\0';
+        } else if (Folded(entry.key) == Folded(Trimmed(key, L" "))) {
+            return entry.value;
+        }
+    }
+    return key ? L" default" : list;
+}
+
+/// What is left of an answer in a buffer of '#'.
+Text Placed(const Text& answer, bool isList, std::size_t capacity, std::size_t room, unsigned& count) {
+    Text buffer(room, L'#');
+    const bool fits = answer.size() < capacity;
+    const std::size_t kept = fits ? answer.size() : capacity - std::min<std::size_t>(capacity, isList ? 2 : 1);
+    count = static_cast<unsigned>(kept);
+    std::copy_n(answer.begin(), kept, buffer.begin());
+    if (capacity > 0) buffer[kept] = L'\0';
+    if (isList && (kept == 0 || !fits) && kept + 1 < capacity) buffer[kept + 1] = L'\0';
+    return buffer;
+}
+
+std::optional<CString> Question(std::string_view line) {
+    return line == "*" ? std::nullopt : std::optional{FromUtf8(line)};
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const MemoryFile file;
+    std::string_view input = InputText(data, size);
+    const std::string_view first = TakeLine(input);
+    const std::optional<CString> section = Question(TakeLine(input));
+    const std::optional<CString> key = Question(TakeLine(input));
+    const wchar_t* const sectionText = section ? section->GetString() : nullptr;
+    const wchar_t* const keyText = key ? key->GetString() : nullptr;
+    file.Write(input);
+
+    const Text expected = Expected(Sections(Decoded(input)), sectionText, keyText);
+    const bool isList = !sectionText || !keyText;
+    const std::size_t small = first.empty() ? 0 : static_cast<std::uint8_t>(first[0] - '0');
+    for (const std::size_t capacity : {small, expected.size() + 1, expected.size() + 2}) {
+        unsigned expectedCount = 0;
+        const std::size_t room = std::max(capacity, expected.size()) + 2;
+        const Text placed = Placed(expected, isList, capacity, room, expectedCount);
+        Text buffer(room, L'#');
+        const unsigned count = GetPrivateProfileStringW(sectionText, keyText, L" default ", buffer.data(),
+                                                        static_cast<unsigned>(capacity), file.Name().GetString());
+        REQUIRE(count == expectedCount);
+        REQUIRE(buffer == placed);
+    }
+    return 0;
+}

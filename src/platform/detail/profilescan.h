@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "platform/cstring.h"
+#include "platform/detail/lines.h"
+
+/// A name as asked for, folded once. Blanks (U+0020) at its ends do not count.
+class ProfileName {
+public:
+    explicit ProfileName(std::wstring_view asked);
+
+    std::wstring_view Folded() const noexcept { return m_Folded.View(); }
+    bool CanBeSection() const noexcept { return CanBeName(L"]\r\n"); }
+    bool CanBeKey() const noexcept;
+
+    /// Takes the name, in any case, from the front of a text.
+    bool TakeFrom(std::string_view& text, bool withSurrogates) const noexcept;
+
+private:
+    bool CanBeName(std::wstring_view foreign) const noexcept;
+
+    CString m_Folded;
+};
+
+/// Walks over the section headers of a profile text. It looks at bytes and hands out pieces of the text.
+class ProfileSections {
+public:
+    ProfileSections(std::string_view text, bool withSurrogates) noexcept
+        : m_Text(text), m_WithSurrogates(withSurrogates) {}
+
+    /// Name of the next section in file order; it may be empty.
+    bool Next(std::string_view& name) noexcept;
+    /// Lines of the first section of a name from here on, the only one that answers: from the end of its header line
+    /// to the next header.
+    bool Find(const ProfileName& name, std::string_view& lines) noexcept;
+
+private:
+    bool NextHeader() noexcept;
+    bool StandsFirstInLine(std::size_t position) const noexcept;
+    bool IsNamed(const ProfileName& name) const noexcept;
+
+    std::string_view m_Text;
+    bool m_WithSurrogates;
+    std::size_t m_At = 0;  // behind the '[' of the header found last
+};
+
+/// Walks over the entries of a section.
+class ProfileKeys {
+public:
+    explicit ProfileKeys(std::string_view lines) noexcept : m_Lines(lines) {}
+
+    /// Key of the next entry; never empty.
+    bool Next(std::string_view& key) noexcept;
+
+private:
+    LineWalk m_Lines;
+};
+
+/// Finds the value of the first entry with a key, without blanks and without its pair of quotes.
+bool FindProfileValue(std::string_view lines, const ProfileName& key, bool withSurrogates,
+                      std::string_view& value) noexcept;

@@ -1,0 +1,133 @@
+#include "platform/detail/profilescan.h"
+
+#include <algorithm>
+
+#include "platform/characters.h"
+#include "platform/detail/filetext.h"
+#include "platform/detail/nameend.h"
+
+namespace {
+
+// Names, keys and values end at their first NUL, and lose their blanks after that.
+std::string_view Cleaned(std::string_view text) noexcept {
+    return WithoutBlanks(text.substr(0, text.find('\0')));
+}
+
+std::string_view WithoutQuotes(std::string_view value) noexcept {
+    const bool isQuoted =
+        value.size() >= 2 && value.front() == value.back() && (value.front() == '"' || value.front() == '\'');
+    return isQuoted ? value.substr(1, value.size() - 2) : value;
+}
+
+wchar_t TakeFolded(std::string_view& text, bool withSurrogates) noexcept {
+    const char first = text[0];
+    if (static_cast<signed char>(first) < 0) return FoldCharacter(TakeFileCharacter(text, withSurrogates));
+    text.remove_prefix(1);
+    return first >= 'A' && first <= 'Z' ? first + ('a' - 'A') : first;
+}
+
+bool IsEntry(std::string_view line, const ProfileName& key, bool withSurrogates, std::string_view& value) noexcept {
+    line = WithoutLeadingBlanks(line);
+    if (!key.TakeFrom(line, withSurrogates)) return false;
+    line = WithoutLeadingBlanks(line);
+    if (line.empty() || (line[0] != '=' && line[0] != '\0')) return false;
+    const std::size_t equals = line.find('=');
+    if (equals == line.npos) return false;
+    value = WithoutQuotes(Cleaned(line.substr(equals + 1)));
+    return true;
+}
+
+}  // namespace
+
+ProfileName::ProfileName(std::wstring_view asked) {
+    while (asked.starts_with(L' ')) asked.remove_prefix(1);
+    while (asked.ends_with(L' ')) asked.remove_suffix(1);
+    m_Folded = CString{asked}.MakeLower();
+}
+
+bool ProfileName::CanBeKey() const noexcept {
+    return !m_Folded.IsEmpty() && m_Folded[0] != L';' && m_Folded[0] != L'[' && CanBeName(L"=\r\n");
+}
+
+bool ProfileName::CanBeName(std::wstring_view foreign) const noexcept {
+    // The names of a file have lost their blanks; these are the ones that a question keeps.
+    constexpr std::wstring_view blanks = L"\t\v\f\x1A";
+    const wchar_t first = m_Folded[0];
+    const wchar_t last = m_Folded[m_Folded.GetLength() - 1];
+    const bool hasBlankEdge = blanks.find(first) != blanks.npos || blanks.find(last) != blanks.npos;
+    return !hasBlankEdge && m_Folded.FindOneOf(foreign) < 0;
+}
+
+bool ProfileName::TakeFrom(std::string_view& text, bool withSurrogates) const noexcept {
+    for (const wchar_t element : m_Folded.View()) {
+        if (text.empty() || TakeFolded(text, withSurrogates) != element) return false;
+    }
+    return true;
+}
+
+bool ProfileSections::Next(std::string_view& name) noexcept {
+    if (!NextHeader()) return false;
+    const std::string_view rest = m_Text.substr(m_At);
+    const auto* const end = std::ranges::find_if(rest, [](char byte) { return byte == ']' || IsLineEnd(byte); });
+    name = Cleaned({rest.begin(), end});
+    return true;
+}
+
+bool ProfileSections::Find(const ProfileName& name, std::string_view& lines) noexcept {
+    if (!name.CanBeSection()) return false;
+    while (NextHeader()) {
+        if (!IsNamed(name)) continue;
+        const std::size_t start = EndOfLine(m_Text, m_At);
+        const std::size_t end = NextHeader() ? m_At - 1 : m_Text.size();
+        lines = m_Text.substr(start, end - start);
+        return true;
+    }
+    return false;
+}
+
+bool ProfileSections::NextHeader() noexcept {
+    for (std::size_t at = m_Text.find('[', m_At); at != m_Text.npos; at = m_Text.find('[', at + 1)) {
+        if (!StandsFirstInLine(at)) continue;
+        m_At = at + 1;
+        return true;
+    }
+    m_At = m_Text.size();
+    return false;
+}
+
+// Looks back no further than to the '[' before it, so a text full of them costs no more than one pass.
+bool ProfileSections::StandsFirstInLine(std::size_t position) const noexcept {
+    while (position > 0 && IsFileBlank(m_Text[position - 1])) --position;
+    return position == 0 || IsLineEnd(m_Text[position - 1]);
+}
+
+bool ProfileSections::IsNamed(const ProfileName& name) const noexcept {
+    std::string_view rest = WithoutLeadingBlanks(m_Text.substr(m_At));
+    if (!name.TakeFrom(rest, m_WithSurrogates)) return false;
+    rest = WithoutLeadingBlanks(rest);
+    return rest.empty() || rest[0] == ']' || rest[0] == '\0' || IsLineEnd(rest[0]);
+}
+
+bool ProfileKeys::Next(std::string_view& key) noexcept {
+    for (std::string_view line; m_Lines.Next(line);) {
+        line = WithoutLeadingBlanks(line);
+        const std::size_t equals = line.find('=');
+        if (equals == line.npos || line[0] == ';') continue;
+        key = Cleaned(line.substr(0, equals));
+        if (!key.empty()) return true;
+    }
+    return false;
+}
+
+bool FindProfileValue(std::string_view lines, const ProfileName& key, bool withSurrogates,
+                      std::string_view& value) noexcept {
+    if (!key.CanBeKey() || lines.empty()) return false;
+    const NameEndSearch search{key.Folded()};
+    // Each round leaves a line behind for good, so looking back for a line's start never looks at a byte twice.
+    for (std::size_t at = search.Find(lines, 1); at < lines.size(); at = search.Find(lines, at + 1)) {
+        const std::size_t start = StartOfLine(lines, at);
+        at = EndOfLine(lines, at);
+        if (IsEntry(lines.substr(start, at - start), key, withSurrogates, value)) return true;
+    }
+    return false;
+}

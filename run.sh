@@ -6,3 +6,18 @@ cd "$(dirname "$0")"
 need_packages g++ cmake ninja-build
 cmake -S . -B build/run -G Ninja -DCMAKE_BUILD_TYPE=Release -DVELTRANE_BUILD_TESTS=OFF >/dev/null
 cmake --build build/run -- -j"$(nproc)"
+
+. examples/config/environment.sh
+mkdir -p build/run/Out
+veltrane() {
+    printf '\n$ veltrane %s\n' "$*"
+    build/run/veltrane --metadata "$PWD/examples/config/metadata" --config "$PWD/examples/config/user" -i team.ini "$@" ||
+        printf '(exit code %s)\n' "$?"
+}
+
+veltrane base --summary
+veltrane base -l examples/config/lists/base-v4.txt -l examples/config/lists/base-v5.txt -d -c change.txt
+veltrane --logfil other.log
+veltrane -q -cv maybe
+printf '\nThe log of the last run that got far enough to open it:\n\n'
+tr -d '\r' <build/run/Out/log/base-team.log

@@ -7,7 +7,8 @@ target_compile_options(veltrane_options INTERFACE
 
 if(VELTRANE_SANITIZE)
     target_compile_options(veltrane_options INTERFACE
-        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)  # g++ sees ghosts of it in the standard library then
     target_link_options(veltrane_options INTERFACE -fsanitize=address,undefined)
 elseif(NOT VELTRANE_BUILD_FUZZ)
     target_compile_options(veltrane_options INTERFACE $<$<CONFIG:Release>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)

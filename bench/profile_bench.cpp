@@ -60,7 +60,7 @@ void CompareWithFloor(benchmark::State& state, const BenchFile& file, std::size_
     const auto buffer = std::make_unique_for_overwrite<char[]>(size);
     std::chrono::duration<double> floor{0};
     std::chrono::duration<double> asked{0};
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         const auto start = Clock::now();
         Floor(file, size, buffer.get());
         const auto middle = Clock::now();
@@ -111,7 +111,7 @@ void Growth(benchmark::State& state, const std::string& piece, Question question
     const auto size = static_cast<std::size_t>(state.range(0));
     const BenchFile file{Shape(piece, size)};
     std::wstring buffer(2 * size, L'\0');  // no list is cut
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(GetPrivateProfileStringW(question.section, question.key, L"", buffer.data(),
                                                           static_cast<unsigned>(buffer.size()), file.Wide()));
     }
@@ -144,7 +144,7 @@ void Observed(benchmark::State& state, bool isObserved) {
     const BenchFile file{Sections(10 << 10, 8)};
     if (isObserved) SetSourceTrace([](const SourceEvent& event) { benchmark::DoNotOptimize(event.line); });
     wchar_t buffer[2048];
-    for (auto _ : state) GetPrivateProfileStringW(L"section8", L"last", L"", buffer, 2048, file.Wide());
+    while (state.KeepRunning()) GetPrivateProfileStringW(L"section8", L"last", L"", buffer, 2048, file.Wide());
     SetSourceTrace({});
 }
 BENCHMARK_CAPTURE(Observed, No, false);

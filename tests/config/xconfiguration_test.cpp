@@ -16,14 +16,16 @@ protected:
     XConfiguration Reader(const std::string& bytes) const { return XConfiguration{m_Folder.Write("tool.ini", bytes)}; }
     std::vector<int> Indexes(const std::string& bytes, const wchar_t* section, const wchar_t* pattern) const {
         XSetInt set;
-        EXPECT_EQ(Reader(bytes).GetKeyIndexSet(set, section, pattern), !set.IsEmpty());
+        const bool isFound = Reader(bytes).GetKeyIndexSet(set, section, pattern);
+        EXPECT_EQ(isFound, !set.IsEmpty());
         std::vector<int> indexes;
         for (int i = 0; i < set.Size(); ++i) indexes.push_back(set.GetConstRefAt(i));
         return indexes;
     }
     Values ValuesOf(const std::string& bytes, const wchar_t* section, const wchar_t* pattern) const {
         XMapInt2CString map;
-        EXPECT_EQ(Reader(bytes).GetKeyValueSet(map, section, pattern), map.Size() > 0);
+        const bool isFound = Reader(bytes).GetKeyValueSet(map, section, pattern);
+        EXPECT_EQ(isFound, map.Size() > 0);
         return Entries(map);
     }
     static Values Entries(XMapInt2CString& map) {

@@ -306,8 +306,8 @@ void XSet<T>::SortElements(Elements& elements, Comparison comparison) {
         if constexpr (XKnownOrder<T>) std::sort(elements.begin(), elements.end(), Less);
         return;
     }
-    const auto less = [&](const Element& a, const Element& b) {
-        return comparison ? comparison(a, b) < 0 : Less(a, b);
+    const auto less = [&](const Element* a, const Element* b) {
+        return comparison ? comparison(*a, *b) < 0 : Less(*a, *b);
     };
     Elements sorted;
     sorted.reserve(elements.size());
@@ -365,7 +365,9 @@ void XSet<T>::Union(const XSet& a, const XSet& b, Comparison comparison) {
         Clear();
         m_Data.swap(first);
         SortElements(m_Data, nullptr);
-        Merge(WithoutEqual(NotFound(MergeSorted(PointersTo(second), Less), compare), compare));
+        const auto less = [](const Element* x, const Element* y) { return Less(*x, *y); };
+        const Pointers sorted = MergeSorted(PointersTo(second), less);
+        Merge(WithoutEqual(NotFound(sorted, compare), compare));
         m_bSorted = true;
     });
 }

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "collections/detail/matchsorted.h"
 #include "platform/characters.h"
 
 template class XSetData<CString>;
@@ -33,24 +34,11 @@ std::vector<CString> Split(std::wstring_view text, std::wstring_view separators)
     return pieces;
 }
 
-// Positions in two sorted sets, walked together; each value of one is matched with one of the other.
-struct Match {
-    std::vector<int> onlyFirst;
-    std::vector<int> both;
-};
-
-Match MatchSorted(XSetString& a, XSetString& b) {
+XMatch Match(XSetString& a, XSetString& b) {
     a.Sort();
     b.Sort();
-    Match match;
-    int j = 0;
-    for (int i = 0; i < a.Size(); ++i) {
-        int order = -1;
-        while (j < b.Size() && (order = a.GetConstRefAt(i).Compare(b.GetConstRefAt(j))) > 0) ++j;
-        (order == 0 ? match.both : match.onlyFirst).push_back(i);
-        if (order == 0) ++j;
-    }
-    return match;
+    return MatchSorted(a.Size(), b.Size(),
+                       [&](int i, int j) { return a.GetConstRefAt(i).Compare(b.GetConstRefAt(j)); });
 }
 
 }  // namespace
@@ -95,9 +83,9 @@ void XSetString::InsertPieces(const std::vector<CString>& pieces) {
 }
 
 void XSetString::Sub(XSetString& a, XSetString& b) {
-    for (const int position : MatchSorted(a, b).onlyFirst) Insert(a.GetConstRefAt(position), /*unique*/ false);
+    for (const int position : Match(a, b).onlyFirst) Insert(a.GetConstRefAt(position), /*unique*/ false);
 }
 
 void XSetString::Intersection(XSetString& a, XSetString& b) {
-    for (const int position : MatchSorted(a, b).both) Insert(a.GetConstRefAt(position), /*unique*/ false);
+    for (const int position : Match(a, b).both) Insert(a.GetConstRefAt(position), /*unique*/ false);
 }

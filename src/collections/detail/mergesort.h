@@ -5,9 +5,10 @@
 #include <utility>
 #include <vector>
 
-/// Sorts pointers by a relation that nobody vouches for. Which pointer is read is bounded by the borders of the runs
-/// alone, and each pass puts every pointer of the one before in exactly one place: a relation that contradicts itself
-/// costs the order and nothing else (std::sort and the heaps may run out of the array then). Keeps equal ones in order.
+/// Sorts pointers by a relation between them that nobody vouches for. Which pointer is read is bounded by the borders
+/// of the runs alone, and each pass puts every pointer of the one before in exactly one place: a relation that
+/// contradicts itself costs the order and nothing else (std::sort and the heaps may run out of the array then). Keeps
+/// equal ones in order.
 /// @throws what the relation throws; nothing has been changed by then, as the result is a new array
 template <class P, class Less>
 std::vector<P> MergeSorted(std::vector<P> order, Less less) {
@@ -20,7 +21,7 @@ std::vector<P> MergeSorted(std::vector<P> order, Less less) {
             std::size_t left = begin;
             std::size_t right = middle;
             for (std::size_t out = begin; out < end; ++out) {
-                const bool takeRight = left == middle || (right < end && less(*order[right], *order[left]));
+                const bool takeRight = left == middle || (right < end && less(order[right], order[left]));
                 merged[out] = order[takeRight ? right++ : left++];
             }
         }

@@ -30,8 +30,9 @@ std::string Utf8OfUtf16(std::string_view bytes, Utf16Order order) {
 TextFile::TextFile(const CString& path) {
     const InputFile input = OpenForReading(path);
     if (!input || input.size > MAX_SIZE) return;
-    m_Bytes = std::make_unique_for_overwrite<char[]>(input.size);
-    Recode({m_Bytes.get(), ReadUpTo(input.file, m_Bytes.get(), input.size)});
+    if (input.size > SMALL_SIZE) m_Bytes = std::make_unique_for_overwrite<char[]>(input.size);
+    char* const bytes = m_Bytes ? m_Bytes.get() : m_SmallBytes;
+    Recode({bytes, ReadUpTo(input.file, bytes, input.size)});
 }
 
 void TextFile::Recode(std::string_view bytes) {

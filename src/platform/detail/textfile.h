@@ -18,6 +18,8 @@ public:
     /// Reads a file through the path mapping; what can not be read is an empty text. A file that changes meanwhile
     /// gives what was there.
     explicit TextFile(const CString& path);
+    TextFile(const TextFile&) = delete;
+    TextFile& operator=(const TextFile&) = delete;
 
     std::string_view Text() const noexcept { return m_Text; }  ///< as long as this object
     /// Whether the text holds lone surrogates of UTF-16 in three-byte form, to be decoded as such.
@@ -26,7 +28,10 @@ public:
 private:
     void Recode(std::string_view bytes);
 
-    std::unique_ptr<char[]> m_Bytes;
+    static constexpr std::size_t SMALL_SIZE = 16384;  // nearly every configuration file fits: no memory is asked for
+
+    char m_SmallBytes[SMALL_SIZE];
+    std::unique_ptr<char[]> m_Bytes;  // of a larger file
     std::string m_Converted;
     std::string_view m_Text;
     bool m_WithSurrogates = false;

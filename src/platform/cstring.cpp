@@ -147,7 +147,14 @@ int CString::Replace(wchar_t oldElement, wchar_t newElement) {
 }
 
 CString& CString::MakeUpper() {
-    std::ranges::transform(m_Text, m_Text.begin(), UpperCharacter);
+    // Nearly every element is ASCII: those are not worth a call.
+    for (wchar_t& element : m_Text) {
+        if (element >= L'a' && element <= L'z') {
+            element -= L'a' - L'A';
+        } else if (element < 0 || element > 0x7F) {
+            element = UpperCharacter(element);
+        }
+    }
     return *this;
 }
 

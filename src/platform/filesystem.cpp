@@ -31,7 +31,7 @@ std::optional<std::size_t> DriveIndex(wchar_t drive) noexcept {
 void AppendPath(std::string& name, std::wstring_view path) {
     while (!path.empty()) {
         const std::size_t end = std::min(path.find_first_of(L"\\/"), path.size());
-        name += ToUtf8(path.substr(0, end));
+        AppendUtf8(name, path.substr(0, end));
         path.remove_prefix(end);
         if (path.empty()) return;
         if (!name.ends_with('/')) name += '/';

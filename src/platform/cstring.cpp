@@ -160,19 +160,12 @@ int CString::Replace(wchar_t oldElement, wchar_t newElement) {
 }
 
 CString& CString::MakeUpper() {
-    // Nearly every element is ASCII: those are not worth a call.
-    for (wchar_t& element : m_Text) {
-        if (element >= L'a' && element <= L'z') {
-            element -= L'a' - L'A';
-        } else if (element < 0 || element > 0x7F) {
-            element = UpperCharacter(element);
-        }
-    }
+    std::ranges::transform(m_Text, m_Text.begin(), [](wchar_t element) { return UpperCharacter(element); });
     return *this;
 }
 
 CString& CString::MakeLower() {
-    std::ranges::transform(m_Text, m_Text.begin(), FoldCharacter);
+    std::ranges::transform(m_Text, m_Text.begin(), [](wchar_t element) { return FoldCharacter(element); });
     return *this;
 }
 

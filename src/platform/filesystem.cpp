@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <ctime>
 #include <memory>
 #include <optional>
 
@@ -29,13 +30,12 @@ std::optional<std::size_t> DriveIndex(wchar_t drive) noexcept {
 
 // Appends a wide path, every run of separators as one '/'.
 void AppendPath(std::string& name, std::wstring_view path) {
-    while (!path.empty()) {
-        const std::size_t end = std::min(path.find_first_of(L"\\/"), path.size());
-        AppendUtf8(name, path.substr(0, end));
-        path.remove_prefix(end);
-        if (path.empty()) return;
-        if (!name.ends_with('/')) name += '/';
-        path.remove_prefix(std::min(path.find_first_not_of(L"\\/"), path.size()));
+    name.reserve(name.size() + path.size());
+    for (auto begin = path.begin(); begin != path.end();) {
+        const auto end = std::find_if(begin, path.end(), IsSeparator);
+        AppendUtf8(name, {begin, end});
+        begin = std::find_if_not(end, path.end(), IsSeparator);
+        if (begin != end && !name.ends_with('/')) name += '/';
     }
 }
 
@@ -87,12 +87,53 @@ bool FoldsTo(std::string_view name, std::wstring_view folded) noexcept {
     return name.empty() && folded.empty();
 }
 
+std::string FolderName(const std::string& name) {
+    return name.empty() ? "." : name;
+}
+
+/// A path that was looked for in vain, and the folder that holds nothing of the next name, as it was before the look. A
+/// configuration that is not there is asked for with every option: as long as the folder has not changed, one question
+/// for its state answers instead of a look at all its entries.
+class MissingPath {
+public:
+    MissingPath() = default;
+    MissingPath(std::string path, const std::string& folder) : m_Path(std::move(path)), m_Folder(FolderName(folder)) {
+        const std::time_t now = std::time(nullptr);
+        // A change in the same tick of the system's clock as the one before would leave no trace.
+        m_IsSettled = stat(m_Folder.c_str(), &m_Status) == 0 && m_Status.st_mtim.tv_sec + SETTLING_SECONDS < now;
+    }
+
+    bool IsStill(const std::string& path) const noexcept {
+        struct stat now;
+        return m_IsSettled && path == m_Path && stat(m_Folder.c_str(), &now) == 0 && now.st_dev == m_Status.st_dev &&
+               now.st_ino == m_Status.st_ino && IsSame(now.st_mtim, m_Status.st_mtim) &&
+               IsSame(now.st_ctim, m_Status.st_ctim);
+    }
+
+private:
+    static constexpr std::time_t SETTLING_SECONDS = 2;
+
+    static bool IsSame(const timespec& a, const timespec& b) noexcept {
+        return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+    }
+
+    std::string m_Path;
+    std::string m_Folder;
+    struct stat m_Status {};
+    bool m_IsSettled = false;
+};
+
+MissingPath& LastMissing() {
+    static MissingPath& last = *new MissingPath;  // never destroyed, as the drives
+    return last;
+}
+
 /// The entry of a folder that differs in case only, the first in byte order; empty when there is none.
 std::string EntryOf(const std::string& folder, std::string_view component) {
     struct Close {
         void operator()(DIR* directory) const noexcept { closedir(directory); }
     };
-    const std::unique_ptr<DIR, Close> directory{opendir(folder.empty() ? "." : folder.c_str())};
+    const std::unique_ptr<DIR, Close> directory{opendir(FolderName(folder).c_str())};
     if (!directory) return {};
     const std::wstring folded = Folded(component);
     std::string best;
@@ -127,8 +168,11 @@ std::string SpelledPath(const CString& path) {
 
 std::string MapPath(const CString& path) {
     std::string spelled = SpelledPath(path);
-    if (spelled.empty() || Exists(spelled)) return spelled;
+    return spelled.empty() || Exists(spelled) ? spelled : MapMissingPath(spelled);
+}
 
+std::string MapMissingPath(const std::string& spelled) {
+    if (LastMissing().IsStill(spelled)) return spelled;
     std::string name;
     for (std::string_view rest = spelled; !rest.empty();) {
         const std::size_t end = std::min(rest.find('/'), rest.size());
@@ -137,8 +181,12 @@ std::string MapPath(const CString& path) {
         if (component.empty() || Exists(exact)) {
             name = exact;
         } else {
+            MissingPath missing{spelled, name};
             const std::string entry = errno == ENOENT ? EntryOf(name, component) : std::string{};
-            if (entry.empty()) return name.append(rest);
+            if (entry.empty()) {
+                if (spelled.starts_with(name)) LastMissing() = std::move(missing);
+                return name.append(rest);
+            }
             name += entry;
         }
         rest.remove_prefix(end);

@@ -25,7 +25,7 @@ InputFile OpenForReading(const CString& path) {
     if (spelled.empty()) return {};
     InputFile input{OpenReadOnly(spelled)};
     if (!input && errno == ENOENT) {
-        const std::string mapped = MapPath(path);
+        const std::string mapped = MapMissingPath(spelled);
         if (mapped != spelled) input.file = OpenReadOnly(mapped);
     }
     struct stat status;

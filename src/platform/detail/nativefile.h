@@ -40,6 +40,9 @@ private:
     int m_Handle = -1;
 };
 
+/// MapPath for a spelled path that the system has just not found.
+std::string MapMissingPath(const std::string& spelled);
+
 /// A regular file open for reading, and its size in bytes when it was opened.
 struct InputFile {
     NativeFile file;

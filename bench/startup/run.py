@@ -51,7 +51,7 @@ with tempfile.TemporaryDirectory() as folder:
              folder + "/data", "-i", folder + "/user.ini", "-n", "base", "-q", "true", "-cv", "auto", "-cs", "false",
              "-e", "true", "-l", "a.dic", "-l", "b.dic", "-c", "change.sql"]
     environment = {"PATH": "/usr/bin", "HOME": "/root", "LANG": "C.UTF-8", "TEMP": "/tmp", "TZ": "UTC",
-                   "dictionary-path": "/srv", "VORNAK_REGISTRY": folder + "/missing.reg"}
+                   "dictionary-path": "/srv", "LC_ALL": "C"}
     environment = dict(list(environment.items())[-6:])
 
     def wall(command):

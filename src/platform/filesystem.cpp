@@ -6,11 +6,11 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <ctime>
 #include <memory>
 #include <optional>
 
 #include "platform/characters.h"
+#include "platform/detail/filestate.h"
 #include "platform/detail/nativefile.h"
 #include "platform/detail/utf8.h"
 #include "platform/encoding.h"
@@ -28,15 +28,16 @@ std::optional<std::size_t> DriveIndex(wchar_t drive) noexcept {
     return static_cast<std::size_t>(letter - L'a');
 }
 
-// Appends a wide path, every run of separators as one '/'.
+// Appends a wide path, every run of separators as one '/'. Bytes of other characters are never mistaken for one.
 void AppendPath(std::string& name, std::wstring_view path) {
-    name.reserve(name.size() + path.size());
-    for (auto begin = path.begin(); begin != path.end();) {
-        const auto end = std::find_if(begin, path.end(), IsSeparator);
-        AppendUtf8(name, {begin, end});
-        begin = std::find_if_not(end, path.end(), IsSeparator);
-        if (begin != end && !name.ends_with('/')) name += '/';
+    std::size_t end = name.size();
+    AppendUtf8(name, path);
+    for (std::size_t at = end; at < name.size(); ++at) {
+        const bool isSeparator = name[at] == '/' || name[at] == '\\';
+        if (isSeparator && end > 0 && name[end - 1] == '/') continue;
+        name[end++] = isSeparator ? '/' : name[at];
     }
+    name.resize(end);
 }
 
 using Drives = std::array<std::string, 26>;
@@ -92,35 +93,12 @@ std::string FolderName(const std::string& name) {
 }
 
 /// A path that was looked for in vain, and the folder that holds nothing of the next name, as it was before the look. A
-/// configuration that is not there is asked for with every option: as long as the folder has not changed, one question
-/// for its state answers instead of a look at all its entries.
-class MissingPath {
-public:
-    MissingPath() = default;
-    MissingPath(std::string path, const std::string& folder) : m_Path(std::move(path)), m_Folder(FolderName(folder)) {
-        const std::time_t now = std::time(nullptr);
-        // A change in the same tick of the system's clock as the one before would leave no trace.
-        m_IsSettled = stat(m_Folder.c_str(), &m_Status) == 0 && m_Status.st_mtim.tv_sec + SETTLING_SECONDS < now;
-    }
-
-    bool IsStill(const std::string& path) const noexcept {
-        struct stat now;
-        return m_IsSettled && path == m_Path && stat(m_Folder.c_str(), &now) == 0 && now.st_dev == m_Status.st_dev &&
-               now.st_ino == m_Status.st_ino && IsSame(now.st_mtim, m_Status.st_mtim) &&
-               IsSame(now.st_ctim, m_Status.st_ctim);
-    }
-
-private:
-    static constexpr std::time_t SETTLING_SECONDS = 2;
-
-    static bool IsSame(const timespec& a, const timespec& b) noexcept {
-        return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
-    }
-
-    std::string m_Path;
-    std::string m_Folder;
-    struct stat m_Status {};
-    bool m_IsSettled = false;
+/// configuration that is not there is asked for with every option: as long as the folder has not changed, its state
+/// answers instead of a look at all its entries.
+struct MissingPath {
+    std::string path;
+    std::string folder;
+    FileState state;
 };
 
 MissingPath& LastMissing() {
@@ -171,8 +149,12 @@ std::string MapPath(const CString& path) {
     return spelled.empty() || Exists(spelled) ? spelled : MapMissingPath(spelled);
 }
 
+bool IsStillMissing(const std::string& spelled) noexcept {
+    const MissingPath& last = LastMissing();
+    return spelled == last.path && FileState{last.folder.c_str()} == last.state;
+}
+
 std::string MapMissingPath(const std::string& spelled) {
-    if (LastMissing().IsStill(spelled)) return spelled;
     std::string name;
     for (std::string_view rest = spelled; !rest.empty();) {
         const std::size_t end = std::min(rest.find('/'), rest.size());
@@ -181,10 +163,11 @@ std::string MapMissingPath(const std::string& spelled) {
         if (component.empty() || Exists(exact)) {
             name = exact;
         } else {
-            MissingPath missing{spelled, name};
-            const std::string entry = errno == ENOENT ? EntryOf(name, component) : std::string{};
+            const bool isMissing = errno == ENOENT;
+            const FileState state{FolderName(name).c_str()};
+            const std::string entry = isMissing ? EntryOf(name, component) : std::string{};
             if (entry.empty()) {
-                if (spelled.starts_with(name)) LastMissing() = std::move(missing);
+                if (state.IsSettled() && spelled.starts_with(name)) LastMissing() = {spelled, FolderName(name), state};
                 return name.append(rest);
             }
             name += entry;

@@ -31,6 +31,7 @@ private:
     static constexpr std::size_t SMALL_SIZE = 16384;  // nearly every configuration file fits: no memory is asked for
 
     char m_SmallBytes[SMALL_SIZE];
+    std::shared_ptr<const std::string> m_Kept;
     std::unique_ptr<char[]> m_Bytes;  // of a larger file
     std::string m_Converted;
     std::string_view m_Text;

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/cstring.h"
+#include "platform/detail/keptfiles.h"
 
 /// The text of a configuration file, read once and whole, as bytes to scan: without a mark at its start, and a file in
 /// UTF-16 turned into UTF-8.
@@ -26,13 +27,13 @@ public:
     bool WithSurrogates() const noexcept { return m_WithSurrogates; }
 
 private:
+    void Read(const CString& path);
     void Recode(std::string_view bytes);
 
     static constexpr std::size_t SMALL_SIZE = 16384;  // nearly every configuration file fits: no memory is asked for
 
     char m_SmallBytes[SMALL_SIZE];
-    std::shared_ptr<const std::string> m_Kept;
-    std::unique_ptr<char[]> m_Bytes;  // of a larger file
+    FileBytes m_Bytes;  // of a larger file, or of one that is kept
     std::string m_Converted;
     std::string_view m_Text;
     bool m_WithSurrogates = false;

@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 seconds=${1:?usage: fuzz/run.sh SECONDS [HARNESS...]}
 shift
 harnesses=("${@:-}")
-[ -n "${harnesses[0]}" ] || harnesses=(profile registry index encoding)
+[ -n "${harnesses[0]}" ] || harnesses=(profile registry index encoding commandline expansion rules)
 
 cmake --preset fuzz >/dev/null
 ninja -C build/fuzz -j2 --quiet "${harnesses[@]/%/_fuzz}"

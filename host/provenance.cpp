@@ -1,7 +1,6 @@
 #include "provenance.h"
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 #include "foundation/xpath.h"
@@ -121,13 +120,13 @@ const SourceEvent* Provenance::AnswerFor(XOption& options, const XOptionItem& it
 }
 
 const SourceEvent* Provenance::AnswerBehind(const std::vector<CString>& texts) const {
-    for (const SourceEvent& answer : m_Answers | std::views::reverse) {
-        if (answer.line == 0) continue;
+    const auto isBehindAny = [&](const SourceEvent& answer) {
         const auto isBehind = [&](const CString& text) {
             return answer.key == text || answer.value.Find(L"%" + text + L"%") >= 0 ||
                    (answer.value.GetLength() > 1 && text.Right(answer.value.GetLength()) == answer.value);
         };
-        if (std::ranges::any_of(texts, isBehind)) return &answer;
-    }
-    return nullptr;
+        return answer.line > 0 && std::ranges::any_of(texts, isBehind);
+    };
+    const auto newest = std::find_if(m_Answers.rbegin(), m_Answers.rend(), isBehindAny);
+    return newest == m_Answers.rend() ? nullptr : &*newest;
 }

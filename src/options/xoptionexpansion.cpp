@@ -92,7 +92,7 @@ void XOptionExpansion::Enter(const Key& key) {
 CString XOptionExpansion::OpenChain(std::vector<Key>::const_iterator from) const {
     CString chain;
     for (; from != m_Open.end(); ++from) {
-        chain += FormatText(chain.IsEmpty() ? XFormat<CString>{L"<%s>"} : XFormat<CString>{L" -> <%s>"}, from->second);
+        chain += FormatText(L"%s<%s>", chain.IsEmpty() ? L"" : L" -> ", from->second);
     }
     return chain;
 }

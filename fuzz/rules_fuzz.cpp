@@ -1,0 +1,62 @@
+// Input: a line with the name, one with the version and whether the case counts ("3 k"), then one rule a line: version,
+// old and new text, divided by tabulators. The renamed name is compared with what replacing rule by rule gives.
+#include <vector>
+
+#include "foundation/xstring.h"
+#include "fuzz_input.h"
+#include "options/xnamingrules.h"
+#include "platform/characters.h"
+
+namespace {
+
+struct Rule {
+    int version;
+    CString oldText, newText;
+};
+
+Rule ReadRule(const CString& line) {
+    CString version;
+    CString rest;
+    Rule rule{};
+    SplitString(version, rest, line, L'\t');
+    SplitString(rule.oldText, rule.newText, rest, L'\t');
+    rule.version = _wtoi(version);
+    return rule;
+}
+
+constexpr int LONGEST_NAME = 100'000;  // rules that multiply a text end elsewhere; here they would only take time
+
+// @return false when the name gets too long
+bool RenamePlainly(CString& name, const std::vector<Rule>& rules, int version, bool keepCase) {
+    if (!keepCase) name.MakeUpper();
+    for (Rule rule : rules) {
+        if (rule.version > version) break;
+        if (!keepCase) rule.oldText.MakeUpper();
+        if (!keepCase) rule.newText.MakeUpper();
+        name.Replace(rule.oldText, rule.newText);
+        if (name.GetLength() > LONGEST_NAME) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    std::string_view input = InputText(data, size);
+    CString name = FromUtf8(TakeLine(input));
+    const CString mode = FromUtf8(TakeLine(input));
+    const int version = _wtoi(mode);
+    const bool keepCase = mode.Find(L'k') >= 0;
+
+    std::vector<Rule> rules;
+    XNamingRules set;
+    while (!input.empty()) {
+        rules.push_back(ReadRule(FromUtf8(TakeLine(input))));
+        set.InsertRule(rules.back().version, rules.back().oldText, rules.back().newText);
+    }
+    CString expected = name;
+    if (!RenamePlainly(expected, rules, version, keepCase)) return 0;
+    set.ReplaceName(name, version, keepCase);
+    REQUIRE(name == expected);
+    return 0;
+}

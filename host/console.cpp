@@ -13,7 +13,8 @@ constexpr XSource Here{L".\\console"};
 int ShowOnConsole(const CString& text, unsigned style, unsigned /*helpId*/) {
     CString lines = text;
     lines.Replace(L"\r\n", L"\n");
-    (style == MB_ICONINFORMATION ? std::cout : std::cerr) << ToUtf8(lines) << std::endl;
+    if (lines[lines.GetLength() - 1] != L'\n') lines += L'\n';
+    (style == MB_ICONINFORMATION ? std::cout : std::cerr) << ToUtf8(lines) << std::flush;
     return 1;
 }
 

@@ -15,6 +15,7 @@
 
 #include "collections/detail/guarded.h"
 #include "collections/detail/mergesort.h"
+#include "collections/detail/radixsort.h"
 #include "collections/xsetdata.h"
 #include "collections/xsetp.h"
 #include "platform/cstring.h"
@@ -351,7 +352,15 @@ auto XSet<T>::SortedEntries(Source& elements) requires XKnownOrder<T> {
     std::vector<Entry<decltype(elements.data())>> entries;
     entries.reserve(elements.size());
     for (auto& element : elements) entries.push_back({OrderKey(element.GetValue()), &element});
-    std::sort(entries.begin(), entries.end());
+    SortByKey(entries);
+    if constexpr (!std::integral<T>) {  // runs that begin alike
+        const auto differ = [](const auto& a, const auto& b) { return a.key != b.key; };
+        for (auto begin = entries.begin(), end = begin; begin != entries.end(); begin = end) {
+            end = std::adjacent_find(begin, entries.end(), differ);
+            if (end != entries.end()) ++end;
+            if (end - begin > 1) std::sort(begin, end);
+        }
+    }
     return entries;
 }
 

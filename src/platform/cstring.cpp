@@ -77,14 +77,14 @@ int CString::Compare(CStringView other) const noexcept {
 }
 
 std::uint64_t CString::OrderKey() const noexcept {
-    constexpr int UNITS = 4;
-    CodeUnits units{m_Text, std::identity{}};
+    constexpr std::size_t ELEMENTS = 9;  // of 7 bits each
+    constexpr std::uint32_t BEYOND = 0x7F;
     std::uint64_t key = 0;
-    for (int i = 0; i < UNITS; ++i) {
-        const std::int64_t unit = units.Next();
-        // An element that is no code point stands for more than a unit holds: it counts as the largest front there is.
-        if (unit > 0xFFFF) return key << 16 * (UNITS - i) | ~std::uint64_t{0} >> 16 * i;
-        key = key << 16 | static_cast<std::uint64_t>(std::max<std::int64_t>(unit, 0));
+    for (std::size_t i = 0; i < ELEMENTS; ++i) {
+        const auto element = i < m_Text.size() ? static_cast<std::uint32_t>(m_Text[i]) : 0;
+        // Elements outside ASCII are many, so texts that have one here share the largest number from here on.
+        if (element >= BEYOND) return ((key + 1) << 7 * (ELEMENTS - i)) - 1;
+        key = key << 7 | element;
     }
     return key;
 }

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "platform/encoding.h"
+#include "platform/trace.h"
 
 namespace {
 
@@ -59,7 +60,7 @@ void CompareWithFloor(benchmark::State& state, const BenchFile& file, std::size_
     const auto buffer = std::make_unique_for_overwrite<char[]>(size);
     std::chrono::duration<double> floor{0};
     std::chrono::duration<double> asked{0};
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         const auto start = Clock::now();
         Floor(file, size, buffer.get());
         const auto middle = Clock::now();
@@ -88,5 +89,65 @@ BENCHMARK_CAPTURE(LastKey, SmallFile, 10 << 10, 8)->UseManualTime();
 BENCHMARK_CAPTURE(LastKey, SmallFileOfOneSection, 10 << 10, 1)->UseManualTime();
 BENCHMARK_CAPTURE(LastKey, LargeFileOf200Sections, 1 << 20, 200)->UseManualTime();
 BENCHMARK_CAPTURE(LastKey, LargeFileOfOneSection, 1 << 20, 1)->UseManualTime();
+
+/// Shapes of a file that could make a reader look at the same bytes again and again.
+std::string Shape(const std::string& piece, std::size_t size) {
+    std::string bytes = "[A]\n";
+    while (bytes.size() + piece.size() < size) bytes += piece;
+    return bytes;
+}
+
+struct Question {
+    const wchar_t* section;
+    const wchar_t* key;
+};
+constexpr Question SECTIONS{nullptr, nullptr};
+constexpr Question KEYS{L"A", nullptr};
+constexpr Question VALUE{L"A", L"last"};
+constexpr Question ABSENT_SECTION{L"absent", L"last"};
+
+/// Time by size: it has to grow no faster than the file, whatever is in it and whatever is asked.
+void Growth(benchmark::State& state, const std::string& piece, Question question) {
+    const auto size = static_cast<std::size_t>(state.range(0));
+    const BenchFile file{Shape(piece, size)};
+    std::wstring buffer(2 * size, L'\0');  // no list is cut
+    while (state.KeepRunning()) {
+        benchmark::DoNotOptimize(GetPrivateProfileStringW(question.section, question.key, L"", buffer.data(),
+                                                          static_cast<unsigned>(buffer.size()), file.Wide()));
+    }
+    state.SetComplexityN(state.range(0));
+}
+
+#define GROWTH(name, piece, question)                \
+    BENCHMARK_CAPTURE(Growth, name, piece, question) \
+        ->RangeMultiplier(4)                         \
+        ->Range(1 << 18, 1 << 22)                    \
+        ->Unit(benchmark::kMicrosecond)              \
+        ->Complexity(benchmark::oN)
+
+GROWTH(SectionList, "[section]\nkey=value\n", SECTIONS);
+GROWTH(SectionListOfBrackets, "  [", SECTIONS);
+GROWTH(SectionListOfBlanks, "                [x", SECTIONS);
+GROWTH(KeyList, "key=value\n", KEYS);
+GROWTH(KeyListOfCarriageReturns, "k=\r", KEYS);
+GROWTH(KeyListWithoutEquals, "key\n", KEYS);
+GROWTH(Value, "key=value\n", VALUE);
+GROWTH(ValueOfCarriageReturns, "\r", VALUE);
+GROWTH(ValueWithoutLineEnd, "last ", VALUE);
+GROWTH(ValueInLinesThatEndAlike, "xlast = last\r\n", VALUE);
+GROWTH(ValueOfHighBytes, "\xFF=\xFF ", VALUE);
+GROWTH(AbsentSection, "[abseny]\nlast=1\n", ABSENT_SECTION);
+GROWTH(AbsentSectionOfBrackets, "[", ABSENT_SECTION);
+
+/// What an observer costs, and that none costs nothing to speak of: without one a question tests a single flag.
+void Observed(benchmark::State& state, bool isObserved) {
+    const BenchFile file{Sections(10 << 10, 8)};
+    if (isObserved) SetSourceTrace([](const SourceEvent& event) { benchmark::DoNotOptimize(event.line); });
+    wchar_t buffer[2048];
+    while (state.KeepRunning()) GetPrivateProfileStringW(L"section8", L"last", L"", buffer, 2048, file.Wide());
+    SetSourceTrace({});
+}
+BENCHMARK_CAPTURE(Observed, No, false);
+BENCHMARK_CAPTURE(Observed, Yes, true);
 
 }  // namespace

@@ -10,7 +10,7 @@ harnesses=("${@:-}")
 [ -n "${harnesses[0]}" ] || harnesses=(profile registry index encoding)
 
 cmake --preset fuzz >/dev/null
-ninja -C build/fuzz -j2 "${harnesses[@]/%/_fuzz}" >/dev/null
+ninja -C build/fuzz -j2 --quiet "${harnesses[@]/%/_fuzz}"
 
 status=0
 for harness in "${harnesses[@]}"; do

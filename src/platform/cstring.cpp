@@ -29,7 +29,7 @@ public:
     std::int64_t Next() noexcept {
         if (m_Trail != 0) return std::exchange(m_Trail, 0);
         if (m_Rest.empty()) return -1;
-        const auto element = static_cast<std::uint32_t>(m_Fold(m_Rest.front()));
+        const auto element = static_cast<char32_t>(m_Fold(m_Rest.front()));
         m_Rest.remove_prefix(1);
         if (element < 0x10000) return element;
         m_Trail = 0xDC00 + ((element - 0x10000) & 0x3FF);

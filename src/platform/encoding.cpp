@@ -33,7 +33,7 @@ void AppendUtf8(std::string& out, std::wstring_view text) {
     if (text.empty()) return;
     text.remove_prefix(AppendAscii(out, text));
     for (const wchar_t element : text) {
-        const auto codePoint = static_cast<std::uint32_t>(element);
+        const auto codePoint = static_cast<char32_t>(element);
         if (codePoint >= 0xDC80 && codePoint <= 0xDCFF) {
             out += static_cast<char>(codePoint - 0xDC00);
         } else {

@@ -126,7 +126,7 @@ std::string SpelledPath(const CString& path) {
 }
 
 std::string MapPath(const CString& path) {
-    const std::string spelled = SpelledPath(path);
+    std::string spelled = SpelledPath(path);
     if (spelled.empty() || Exists(spelled)) return spelled;
 
     std::string name;
@@ -142,8 +142,9 @@ std::string MapPath(const CString& path) {
             name += entry;
         }
         rest.remove_prefix(end);
-        if (!rest.empty()) name += '/';
-        if (!rest.empty()) rest.remove_prefix(1);
+        if (rest.empty()) break;
+        name += '/';
+        rest.remove_prefix(1);
     }
     return name;
 }

@@ -181,6 +181,7 @@ public:
     XFormatArgument(std::string_view text) noexcept
         : m_Narrow(text.data()), m_Length(text.size()), m_Pointer(text.data()) {}
     XFormatArgument(const std::string& text) noexcept : XFormatArgument(std::string_view{text}) {}
+    XFormatArgument(std::nullptr_t) noexcept : m_Wide(L"(null)"), m_Narrow("(null)") {}
     XFormatArgument(const void* pointer) noexcept : m_Pointer(pointer) {}
 
     std::int64_t Signed() const noexcept { return static_cast<std::int64_t>(m_Bits); }

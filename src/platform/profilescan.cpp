@@ -42,7 +42,8 @@ bool IsEntry(std::string_view line, const ProfileName& key, bool withSurrogates,
 ProfileName::ProfileName(std::wstring_view asked) {
     while (asked.starts_with(L' ')) asked.remove_prefix(1);
     while (asked.ends_with(L' ')) asked.remove_suffix(1);
-    m_Folded = CString{asked}.MakeLower();
+    m_Folded = asked;
+    m_Folded.MakeLower();
 }
 
 bool ProfileName::CanBeKey() const noexcept {

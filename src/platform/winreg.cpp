@@ -1,7 +1,7 @@
 #include "platform/winreg.h"
 
 #include <unistd.h>
-#include <cstring>
+#include <algorithm>
 #include <map>
 #include <utility>
 
@@ -110,7 +110,7 @@ long RegQueryValueExW(HKEY key, const wchar_t* name, std::uint32_t*, std::uint32
     if (size) *size = needed;
     if (!fits) return ERROR_MORE_DATA;
     if (data) {
-        std::memcpy(data, value.data.data(), needed);
+        std::ranges::copy(value.data, data);
         Report(*opened, name, &value);
     }
     return ERROR_SUCCESS;

@@ -15,8 +15,7 @@ struct Utf8Sequence {
 /// U+10FFFF.
 inline Utf8Sequence ReadUtf8(std::string_view bytes, bool withSurrogates = false) noexcept {
     struct Lead {
-        std::uint8_t mask, bits;
-        std::size_t length;
+        std::uint8_t mask, bits, length;
         char32_t least;  // a smaller code point would have a shorter form
     };
     static constexpr Lead leads[] = {

@@ -1,0 +1,30 @@
+#include "console.h"
+
+#include <iostream>
+
+#include "foundation/xraise.h"
+#include "platform/encoding.h"
+#include "platform/messagebox.h"
+
+namespace {
+
+constexpr XSource Here{L".\\console"};
+
+int ShowOnConsole(const CString& text, unsigned style, unsigned /*helpId*/) {
+    CString lines = text;
+    lines.Replace(L"\r\n", L"\n");
+    (style == MB_ICONINFORMATION ? std::cout : std::cerr) << ToUtf8(lines) << std::endl;
+    return 1;
+}
+
+}  // namespace
+
+void PrintLine(const CString& line) {
+    if (!(std::cout << ToUtf8(line) << '\n')) {
+        throw MakeError(Here(L"PrintLine"), L"The standard output can not be written!");
+    }
+}
+
+void UseConsoleBoxes() {
+    SetMessageBoxHandler(ShowOnConsole);
+}

@@ -1,0 +1,9 @@
+#pragma once
+
+#include "platform/cstring.h"
+
+/// Writes a line to standard output. @throws XException when it can not be written
+void PrintLine(const CString& line);
+
+/// Shows message boxes as text on the console: information on standard output, all else on standard error, no waiting.
+void UseConsoleBoxes();

@@ -1,0 +1,105 @@
+#include "namelist.h"
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "foundation/xraise.h"
+#include "platform/characters.h"
+#include "platform/encoding.h"
+#include "platform/filesystem.h"
+
+namespace {
+
+constexpr XSource Here{L".\\namelist"};
+
+// Rules and lists are compared in upper case, whatever the case they are written in.
+constexpr bool KEEP_CASE = false;
+
+XFileException NotReadable(const CString& file) {
+    const XSite site = Here(L"LoadNameList");
+    XFileException error{file};
+    error.SetFileNotFoundError(site.file, site.method, site.line, L"The name list can not be read!");
+    return error;
+}
+
+std::ifstream OpenNameList(const CString& file) {
+    const std::string path = MapPath(file);
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(path, ignored)) throw NotReadable(file);
+    std::ifstream lines{path};
+    if (!lines) throw NotReadable(file);
+    return lines;
+}
+
+// Takes a word and the blanks behind it off the front of a line.
+bool TakeWord(CString& line, const CString& word) {
+    if (line.Left(word.GetLength()) != word || !IsWhiteSpace(line[word.GetLength()])) return false;
+    line = line.Mid(word.GetLength()).TrimLeft();
+    return true;
+}
+
+bool IsNumber(const CString& text) {
+    return !text.IsEmpty() && text.View().find_first_not_of(L"0123456789") == std::wstring_view::npos;
+}
+
+void SortUnique(XSetString& names) {
+    names.Sort(nullptr);
+    XSetString unique;
+    for (int i = 0; i < names.Size(); ++i) {
+        if (i == 0 || names.GetConstRefAt(i) != names.GetConstRefAt(i - 1))
+            unique.Insert(names.GetConstRefAt(i), false);
+    }
+    unique.SetSorted(true);
+    names = unique;
+}
+
+void AppendDifference(std::vector<CString>& lines, XSetString& names, XSetString& others, const CString& sign) {
+    XSetString only;
+    only.Sub(names, others);
+    for (int i = 0; i < only.Size(); ++i) lines.push_back(sign + only.GetConstRefAt(i));
+}
+
+}  // namespace
+
+void LoadNameList(NameList& names, std::vector<CString>& renamings, XOption& options, const CString& file) {
+    std::ifstream lines = OpenNameList(file);
+    int version = 0;
+    int number = 0;
+    bool isFirst = true;
+    for (std::string bytes; std::getline(lines, bytes);) {
+        ++number;
+        const CString text = FromUtf8(bytes).Trim();
+        if (text.IsEmpty() || text[0] == L';') continue;
+        CString name = text;
+        const bool isTable = TakeWord(name, L"table");
+        if (isTable || TakeWord(name, L"column")) {
+            const CString oldName = name;
+            if (isTable) {
+                options.ReplaceTableName(name, version, KEEP_CASE);
+            } else {
+                options.ReplaceColumnsName(name, version, KEEP_CASE);
+            }
+            (isTable ? names.tables : names.columns).Insert(name, false);
+            renamings.push_back(oldName + L" -> " + name);
+        } else if (isFirst && TakeWord(name, L"version") && IsNumber(name)) {
+            version = _wtoi(name);
+        } else {
+            throw MakeError(Here(L"LoadNameList"), L"The name list <%s> can not be understood in line %d: <%s>!", file,
+                            number, text);
+        }
+        isFirst = false;
+    }
+    if (lines.bad()) throw NotReadable(file);
+    SortUnique(names.tables);
+    SortUnique(names.columns);
+}
+
+std::vector<CString> Difference(NameList& first, NameList& second) {
+    std::vector<CString> lines;
+    AppendDifference(lines, first.tables, second.tables, L"- table ");
+    AppendDifference(lines, second.tables, first.tables, L"+ table ");
+    AppendDifference(lines, first.columns, second.columns, L"- column ");
+    AppendDifference(lines, second.columns, first.columns, L"+ column ");
+    return lines;
+}

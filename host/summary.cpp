@@ -1,0 +1,86 @@
+#include "summary.h"
+
+#include "console.h"
+#include "foundation/xstring.h"
+
+namespace {
+
+constexpr int TABULATOR_WIDTH = 8;
+
+CString LabelOf(const XOptionItem& item) {
+    CString label;
+    item.GetOptionName(label);
+    if (item.GetOptionIndex() >= 0) label += FormatText(L"[%d]", item.GetOptionIndex());
+    return label;
+}
+
+// The table counts the tabulators behind the bare name; an index must not move the column.
+CString TabulatorsBehind(const CString& label, const XOptionItem& item) {
+    CString name;
+    item.GetOptionName(name);
+    const int column = name.GetLength() / TABULATOR_WIDTH + item.GetNrTabulators();
+    const CString tabulators = GetTabulator(label, column);
+    return tabulators.IsEmpty() ? GetTabulator(1) : tabulators;
+}
+
+CString OriginText(const Origin& origin) {
+    if (origin.file.IsEmpty()) return origin.layer;
+    return FormatText(L"%s %s:%d [%s]", origin.layer, origin.file, origin.line, origin.section);
+}
+
+// Lone surrogates (bytes that were no UTF-8) are written as escapes too: JSON itself has to be valid UTF-8.
+CString JsonText(const CString& text) {
+    CString json = L"\"";
+    for (const wchar_t element : text.View()) {
+        const bool isSurrogate = element >= 0xD800 && element <= 0xDFFF;
+        if (element == L'"' || element == L'\\') {
+            json += L'\\';
+            json += element;
+        } else if ((element >= 0 && element < 0x20) || isSurrogate) {
+            json += FormatText(L"\\u%04x", static_cast<unsigned>(element));
+        } else {
+            json += element;
+        }
+    }
+    return json + L'"';
+}
+
+CString JsonList(const XSetInt& list) {
+    CString json = L"[";
+    for (int i = 0; i < list.Size(); ++i) {
+        if (i > 0) json += L',';
+        json += FormatText(L"%d", list.GetConstRefAt(i));
+    }
+    return json + L']';
+}
+
+}  // namespace
+
+void PrintSummary(XOption& options, const Provenance& provenance) {
+    for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
+        if (row->eOption == eOptionTitle) continue;
+        const CString name = row->szLongName;
+        for (const auto* item = options.GetFirstOptionItem(name); item; item = options.GetNextOptionItem(name)) {
+            const CString label = LabelOf(*item);
+            PrintLine(label + TabulatorsBehind(label, *item) + item->GetOptionValue() + L"\t(" +
+                      OriginText(provenance.Of(item)) + L")");
+        }
+    }
+}
+
+void PrintSummaryAsJson(XOption& options, const Provenance& provenance) {
+    for (auto* item = options.GetFirstOptionItem(L""); item; item = options.GetNextOptionItem(L"")) {
+        CString name;
+        item->GetOptionName(name);
+        const Origin& origin = provenance.Of(item);
+        CString line = FormatText(L"{\"option\":%s,\"index\":%d,\"value\":%s", JsonText(name), item->GetOptionIndex(),
+                                  JsonText(item->GetOptionValue()));
+        if (item->GetID() == eOptionObsoleteClasses) line += L",\"list\":" + JsonList(*item->GetOptionIList());
+        line += FormatText(L",\"source\":\"%s\"", origin.layer);
+        if (!origin.file.IsEmpty()) {
+            line += FormatText(L",\"file\":%s,\"line\":%d,\"section\":%s", JsonText(origin.file), origin.line,
+                               JsonText(origin.section));
+        }
+        PrintLine(line + L"}");
+    }
+}

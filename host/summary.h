@@ -1,0 +1,10 @@
+#pragma once
+
+#include "options/xoption.h"
+#include "provenance.h"
+
+/// Prints every option that has a value, one line each: name, index, value and where it came from.
+void PrintSummary(XOption& options, const Provenance& provenance);
+
+/// Prints every item of the store as one JSON object a line.
+void PrintSummaryAsJson(XOption& options, const Provenance& provenance);

@@ -1,0 +1,184 @@
+// A host of the base library, the part of a schema tool that is not about schemas: it starts the option store, opens
+// the log, and acts on the options it knows. Copy from here.
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <vector>
+
+#include "console.h"
+#include "foundation/xaction.h"
+#include "foundation/xpath.h"
+#include "foundation/xraise.h"
+#include "hints.h"
+#include "logging/xlogging.h"
+#include "namelist.h"
+#include "options/xoption.h"
+#include "platform/encoding.h"
+#include "platform/localtime.h"
+#include "platform/process.h"
+#include "provenance.h"
+#include "summary.h"
+
+namespace {
+
+constexpr XSource Here{L".\\veltrane"};
+constexpr wchar_t VERSION_INFO[] = VELTRANE_VERSION;
+constexpr wchar_t COMPILE_TIME[] = L"" __DATE__ " " __TIME__;
+
+/// Everything that one run of the tool works with.
+struct Tool {
+    Provenance provenance;
+    XOption options;
+    XLogging log;
+};
+
+/// An action of the tool: an entry in the log that ends with the time it took.
+class LoggedAction {
+public:
+    LoggedAction(XLogging& log, const CString& what) : m_Log(log) {
+        m_Log.WriteLog(what, /*newLine*/ true, /*timeStamp*/ true);
+        m_Clock.Start();
+    }
+    void Done() {
+        m_Clock.Stop();
+        m_Log.WriteLog(L", " + m_Clock.ElapsedStr(), /*newLine*/ false, /*timeStamp*/ false);
+    }
+
+private:
+    XLogging& m_Log;
+    XAction m_Clock;
+};
+
+void StartUp(Tool& tool) {
+    const std::filesystem::path program = std::filesystem::canonical("/proc/self/exe");
+    tool.options.Initialize(FromUtf8(program.parent_path().native()), FromUtf8(program.filename().native()),
+                            COMPILE_TIME, VERSION_INFO, LocalTimeText(L"%A, %B %d, %Y ; %H:%M:%S", CurrentTime()));
+    tool.provenance.Settle(tool.options);
+    tool.options.OpenConfiguration();
+    tool.provenance.Settle(tool.options);
+    tool.options.ReadConfiguration();
+    tool.provenance.Settle(tool.options);
+}
+
+// A relative file goes below a folder option when that is known.
+CString PlaceBelow(XOption& options, const CString& folderOption, const CString& file) {
+    const CString folder = options.GetOptionString(folderOption, -1);
+    return IsAbsolutePath(file) || !IsAbsolutePath(folder) ? file : BuildFileName(folder, file);
+}
+
+void OpenLog(Tool& tool) {
+    const CString file = tool.options.GetOptionString(L"logfile", -1);
+    if (file.IsEmpty()) return;
+    tool.log.StartLogging(PlaceBelow(tool.options, L"logging", file), tool.options.GetOptionString(L"exe-name", -1),
+                          tool.options.GetOptionString(L"version-info", -1),
+                          tool.options.GetOptionString(L"compile-time", -1));
+}
+
+bool IsJsonWanted() {
+    CString form;
+    return GetEnvironmentText(form, L"VELTRANE_SUMMARY") && form == L"json";
+}
+
+void WriteChangeFile(const CString& path, const std::vector<CString>& lines) {
+    const XSite site = Here(L"WriteChangeFile");
+    CFileException failure;
+    CStdioFile file;
+    if (!file.Open(path, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite, &failure)) {
+        XFileException error{path};
+        error.SetOpenError(site.file, site.method, site.line, failure);
+        throw error;
+    }
+    CString text;
+    for (const CString& line : lines) text += line + L"\n";
+    file.WriteString(text);
+    file.Close();
+}
+
+// The dictionaries of the command line, in its order.
+std::vector<NameList> LoadNameLists(Tool& tool, bool isQuiet) {
+    std::vector<NameList> lists;
+    for (const auto* item = tool.options.GetFirstOptionItem(L"load-dictionary"); item;
+         item = tool.options.GetNextOptionItem(L"load-dictionary")) {
+        LoggedAction action{tool.log, L"load " + item->GetOptionString()};
+        std::vector<CString> renamings;
+        LoadNameList(lists.emplace_back(), renamings, tool.options, item->GetOptionString());
+        action.Done();
+        if (isQuiet) continue;
+        for (const CString& renaming : renamings) PrintLine(renaming);
+    }
+    return lists;
+}
+
+void CompareLists(Tool& tool, std::vector<NameList>& lists, bool isQuiet) {
+    const bool isShown = tool.options.GetFirstOptionItem(L"diff-dictionary") != nullptr;
+    const auto* changeFile = tool.options.GetFirstOptionItem(L"create-changefile");
+    if (!isShown && !changeFile) return;
+    if (lists.size() < 2) {
+        throw MakeError(Here(L"CompareLists"),
+                        L"It's necessary to load at least two dictionaries (see the '-l' option)!");
+    }
+    LoggedAction action{tool.log, L"compare dictionaries"};
+    const std::vector<CString> lines = Difference(lists[0], lists[1]);
+    for (; changeFile; changeFile = tool.options.GetNextOptionItem(L"create-changefile")) {
+        WriteChangeFile(PlaceBelow(tool.options, L"changefile-root", changeFile->GetOptionCommand()), lines);
+    }
+    action.Done();
+    if (!isShown || isQuiet) return;
+    for (const CString& line : lines) PrintLine(line);
+}
+
+void Act(Tool& tool) {
+    const bool isSummaryWanted = tool.options.GetOptionBoolean(L"summary", -1);
+    const bool isJson = isSummaryWanted && IsJsonWanted();
+    if (isJson) {
+        PrintSummaryAsJson(tool.options, tool.provenance);
+    } else if (isSummaryWanted) {
+        PrintSummary(tool.options, tool.provenance);
+    }
+    std::vector<NameList> lists = LoadNameLists(tool, isJson);
+    CompareLists(tool, lists, isJson);
+    if (!std::cout.flush()) throw MakeError(Here(L"Act"), L"The standard output can not be written!");
+}
+
+// The one place that shows errors: box, log, exit code.
+int Report(Tool& tool, XException& error) {
+    AddHints(error, tool.provenance);
+    error.Show();
+    try {
+        tool.log.ShowError(error.GetNumber(), error.GetLocation(), error.GetMessage());
+    } catch (const CFileException&) {  // NOLINT(bugprone-empty-catch): the box has told it, the log can not be written
+    }
+    return EXIT_FAILURE;
+}
+
+int Run() {
+    Tool tool;
+    try {
+        StartUp(tool);
+        OpenLog(tool);
+        Act(tool);
+        tool.log.CloseLogFile();
+        return EXIT_SUCCESS;
+    } catch (XException& error) {
+        return Report(tool, error);
+    } catch (const CFileException& failure) {  // a log or change file that can not be written any more
+        XFileException error{failure.m_strFileName};
+        const XSite site = Here(L"Run");
+        error.SetError(failure.m_cause, site.file, site.method, site.line,
+                       FormatText(L"Cannot write file <%s>!", failure.m_strFileName));
+        error.AddMessage(XFileException::GetMessage(failure.m_cause));
+        return Report(tool, error);
+    }
+}
+
+}  // namespace
+
+int main() {
+    UseConsoleBoxes();
+    try {
+        return Run();
+    } catch (const std::exception& failure) {
+        std::cerr << "An unknown exception occured: " << failure.what() << std::endl;
+    }
+    return EXIT_FAILURE;
+}

@@ -1,0 +1,441 @@
+#pragma once
+
+#include <algorithm>
+#include <climits>
+#include <concepts>
+#include <cstddef>
+#include <iterator>
+#include <numeric>
+#include <span>
+#include <stdexcept>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "collections/detail/guarded.h"
+#include "collections/detail/mergesort.h"
+#include "collections/xsetdata.h"
+#include "collections/xsetp.h"
+#include "platform/cstring.h"
+
+/// Types whose own order is known: total, the same from call to call, and without exceptions.
+template <class T>
+concept XKnownOrder = std::integral<T> || std::same_as<T, CString>;
+
+/// An ordered sequence of values with a flag each, in the order of insertion until it is sorted; duplicates are kept
+/// unless a caller asks otherwise. A set marked sorted is searched in halves, any other from its front.
+///
+/// T needs a default value, copy construction, assignment and `<`, each only if an operation that calls it is used;
+/// its elements are moved, not copied, where it can move. Nothing that T or a comparison throws comes out of a set:
+/// the operation shows its message in a box, returns what its comment says for a position outside or for nothing
+/// found, and the set stays as far as the operation came. A set given to itself as argument counts as a copy.
+template <class T>
+class XSet {
+public:
+    using Element = XSetData<T>;
+    /// Negative when the first sorts before the second, 0 when they are equal, positive otherwise. It must agree with
+    /// the order in which a set was sorted to find anything in it; null stands for Comp.
+    using Comparison = int (*)(const Element&, const Element&);
+
+    XSet() = default;
+    XSet(const XSet& other);  ///< as Copy
+    ~XSet();
+    XSet& operator=(const XSet& other);  ///< as Copy
+
+    bool IsSorted() const noexcept { return m_bSorted; }
+    /// Marks only, reorders nothing: for callers that fill a set in ascending order.
+    void SetSorted(bool sorted) noexcept { m_bSorted = sorted; }
+    int Size() const noexcept { return static_cast<int>(m_Data.size()); }
+    bool IsEmpty() const;
+
+    /// Position of an element equal to the value, the first one in a set not marked sorted; -1 if none. The comparison
+    /// is called with the value as first and the element as second argument.
+    int Find(const T& value, Comparison comparison) const;
+    /// Address of the value, valid until the set changes; null outside.
+    T* GetAt(int position);
+    /// The value, or outside a default one that all sets of the type share.
+    const T& GetConstRefAt(int position) const;
+    /// As GetConstRefAt; what is written into the shared one stays there.
+    T& GetRefAt(int position);
+    bool GetFlag(int position) const;  ///< false outside
+    /// A set with fewer elements is less; among equal sizes the first different value decides.
+    bool operator<(const XSet& other) const;
+    /// -1, 0 or 1 in the order of the elements' `<`.
+    static int Comp(const Element& a, const Element& b);
+
+    /// Appends a value and clears the sorted mark. @return false when unique is asked for and Comp finds the value
+    bool Insert(const T& value, bool unique);
+    void Delete(int position);              ///< keeps the sorted mark; nothing outside
+    bool SetFlag(int position, bool flag);  ///< false outside
+    void SetFlag(bool flag);
+    void Clear();
+    /// Sorts ascending and marks the set; nothing if it is marked. Null means T's `<`. Equal ones may change places.
+    void Sort(Comparison comparison = nullptr);
+
+    /// Values only, flags false, not marked sorted; a set copied onto itself stays as it is.
+    void Copy(const XSet& other);
+    void Copy(const XSet* other);  ///< null does nothing
+    /// Replaces out by the values whose flag is the given one, flags false.
+    void GetSubset(XSet& out, bool flag);
+    /// Replaces the set by all values of a and those of b that the comparison does not find in it yet, in the order of
+    /// b; sorted by T's `<` and marked.
+    void Union(const XSet& a, const XSet& b, Comparison comparison);
+
+protected:
+    /// Copies a value to the end, sorted mark untouched. @throws what copying throws
+    void Append(const T& value);
+
+private:
+    using Elements = std::vector<Element>;
+    using Pointers = std::vector<Element*>;
+
+    bool Contains(int position) const noexcept { return position >= 0 && position < Size(); }
+    Element& At(int position) noexcept { return m_Data[static_cast<std::size_t>(position)]; }
+    const Element& At(int position) const noexcept { return m_Data[static_cast<std::size_t>(position)]; }
+
+    static int KnownOrder(const T& a, const T& b) noexcept requires XKnownOrder<T>;
+    template <class Compare>
+    int FindWith(Compare compare) const;
+    void AppendAll(const XSet& other);
+    static Elements ValuesOf(const XSet& other);
+    static bool Less(const Element& a, const Element& b) noexcept;
+    static void SortElements(Elements& elements, Comparison comparison);
+    static Pointers PointersTo(Elements& elements);
+    Pointers NotFound(const Pointers& sorted, Comparison comparison) const;
+    static Pointers WithoutEqual(const Pointers& sorted, Comparison comparison);
+    static void KeepFirst(Pointers& kept, std::span<Element* const> equal, Comparison comparison);
+    void Merge(const Pointers& sorted);
+
+    // Out of line: inlined into a host, it could become a second object beside the library's.
+    [[gnu::noinline]] static const T& ConstEmpty() {
+        static const T tEmpty{};
+        return tEmpty;
+    }
+    [[gnu::noinline]] static T& Empty() {
+        static T tEmpty{};
+        return tEmpty;
+    }
+
+    bool m_bSorted = false;
+    Elements m_Data;
+};
+
+template <class T>
+XSet<T>::XSet(const XSet& other) {
+    Guarded(L"Exception in 'XSet<T>::XSet()'", [&] { AppendAll(other); });
+}
+
+template <class T>
+XSet<T>::~XSet() {
+    Guarded(L"Exception in 'XSet<T>::~XSet()'", [&] { m_Data.clear(); });
+}
+
+template <class T>
+XSet<T>& XSet<T>::operator=(const XSet& other) {
+    Guarded(L"Exception in 'XSet<T>::operator=()'", [&] { AppendAll(other); });
+    return *this;
+}
+
+template <class T>
+bool XSet<T>::IsEmpty() const {
+    return Guarded(L"Exception in 'XSetData<T>::IsEmpty<()'", /*fallback*/ true, [&] { return m_Data.empty(); });
+}
+
+template <class T>
+int XSet<T>::Find(const T& value, Comparison comparison) const {
+    return Guarded(L"Exception in 'XSet<T>::Find()'", /*fallback*/ -1, [&] {
+        if constexpr (XKnownOrder<T>) {  // saves the copy of the value and the calls through the pointer
+            if (!comparison || comparison == Comp) {
+                return FindWith([&](const Element& element) { return KnownOrder(value, element.GetValue()); });
+            }
+        }
+        const Element probe{value};
+        const Comparison compare = comparison ? comparison : Comp;
+        return FindWith([&](const Element& element) { return compare(probe, element); });
+    });
+}
+
+template <class T>
+template <class Compare>
+int XSet<T>::FindWith(Compare compare) const {
+    if (!m_bSorted) {
+        for (int i = 0; i < Size(); ++i) {
+            if (compare(At(i)) == 0) return i;
+        }
+        return -1;
+    }
+    for (int low = 0, high = Size() - 1; low <= high;) {
+        const int middle = (high - low) / 2 + low;
+        const int order = compare(At(middle));
+        if (order == 0) return middle;
+        if (order < 0) {
+            high = middle - 1;
+        } else {
+            low = middle + 1;
+        }
+    }
+    return -1;
+}
+
+template <class T>
+T* XSet<T>::GetAt(int position) {
+    return Guarded(L"Exception in 'XSet<T>::GetAt()'", /*fallback*/ nullptr,
+                   [&]() -> T* { return Contains(position) ? &At(position).GetValue() : nullptr; });
+}
+
+template <class T>
+const T& XSet<T>::GetConstRefAt(int position) const {
+    return Guarded(L"Exception in 'XSet<T>::GetConstRefAt()'", ConstEmpty,
+                   [&]() -> const T& { return Contains(position) ? At(position).GetValue() : ConstEmpty(); });
+}
+
+template <class T>
+T& XSet<T>::GetRefAt(int position) {
+    return Guarded(L"Exception in 'XSet<T>::GetRefAt()'", Empty,
+                   [&]() -> T& { return Contains(position) ? At(position).GetValue() : Empty(); });
+}
+
+template <class T>
+bool XSet<T>::GetFlag(int position) const {
+    return Guarded(L"Exception in 'XSet<T>::GetFlag()'", /*fallback*/ false,
+                   [&] { return Contains(position) && At(position).GetFlag(); });
+}
+
+template <class T>
+bool XSet<T>::operator<(const XSet& other) const {
+    return Guarded(L"Exception in 'XSet<T>::operator<()'", /*fallback*/ false, [&] {
+        if (Size() != other.Size()) return Size() < other.Size();
+        for (int i = 0; i < Size(); ++i) {
+            if (At(i).GetValue() < other.At(i).GetValue()) return true;
+            if (other.At(i).GetValue() < At(i).GetValue()) return false;
+        }
+        return false;
+    });
+}
+
+template <class T>
+int XSet<T>::Comp(const Element& a, const Element& b) {
+    return Guarded(L"Exception in 'XSet<T>::Comp()'", /*fallback*/ 0, [&] {
+        if constexpr (XKnownOrder<T>) {
+            return KnownOrder(a.GetValue(), b.GetValue());
+        } else {
+            return a < b ? -1 : b < a ? 1 : 0;
+        }
+    });
+}
+
+template <class T>
+int XSet<T>::KnownOrder(const T& a, const T& b) noexcept requires XKnownOrder<T> {
+    if constexpr (std::same_as<T, CString>) {
+        return a.Compare(b);
+    } else {
+        return (b < a) - (a < b);
+    }
+}
+
+template <class T>
+bool XSet<T>::Insert(const T& value, bool unique) {
+    return Guarded(L"Exception in 'XSet<T>::Insert()'", /*fallback*/ false, [&] {
+        if (unique && Find(value, Comp) >= 0) return false;
+        Append(value);
+        m_bSorted = false;
+        return true;
+    });
+}
+
+template <class T>
+void XSet<T>::Append(const T& value) {
+    if (m_Data.size() >= std::size_t{INT_MAX}) throw std::length_error("XSet");  // positions are ints
+    m_Data.emplace_back(value);
+}
+
+template <class T>
+void XSet<T>::Delete(int position) {
+    Guarded(L"Exception in 'XSet<T>::Delete()'", [&] {
+        if (!Contains(position)) return;
+        for (int i = position; i + 1 < Size(); ++i) At(i).Take(std::move(At(i + 1)));
+        m_Data.pop_back();
+    });
+}
+
+template <class T>
+bool XSet<T>::SetFlag(int position, bool flag) {
+    return Guarded(L"Exception in 'XSet<T>::SetFlag()'", /*fallback*/ false, [&] {
+        if (!Contains(position)) return false;
+        At(position).SetFlag(flag);
+        return true;
+    });
+}
+
+template <class T>
+void XSet<T>::SetFlag(bool flag) {
+    Guarded(L"Exception in 'XSet<T>::SetFlag()'", [&] {
+        for (Element& element : m_Data) element.SetFlag(flag);
+    });
+}
+
+template <class T>
+void XSet<T>::Clear() {
+    Guarded(L"Exception in 'XSet<T>::Clear()'", [&] {
+        m_bSorted = false;
+        m_Data.clear();
+    });
+}
+
+template <class T>
+void XSet<T>::Sort(Comparison comparison) {
+    Guarded(L"Exception in 'XSet<T>::Sort()'", [&] {
+        if (m_bSorted) return;
+        SortElements(m_Data, comparison);
+        m_bSorted = true;
+    });
+}
+
+template <class T>
+bool XSet<T>::Less(const Element& a, const Element& b) noexcept {
+    if constexpr (XKnownOrder<T>) {
+        return KnownOrder(a.GetValue(), b.GetValue()) < 0;
+    } else {
+        return a < b;
+    }
+}
+
+template <class T>
+void XSet<T>::SortElements(Elements& elements, Comparison comparison) {
+    if (XKnownOrder<T> && !comparison) {
+        if constexpr (XKnownOrder<T>) std::sort(elements.begin(), elements.end(), Less);
+        return;
+    }
+    const auto less = [&](const Element* a, const Element* b) {
+        return comparison ? comparison(*a, *b) < 0 : Less(*a, *b);
+    };
+    Elements sorted;
+    sorted.reserve(elements.size());
+    for (Element* element : MergeSorted(PointersTo(elements), less)) sorted.push_back(std::move(*element));
+    elements.swap(sorted);
+}
+
+template <class T>
+typename XSet<T>::Pointers XSet<T>::PointersTo(Elements& elements) {
+    Pointers pointers;
+    pointers.reserve(elements.size());
+    for (Element& element : elements) pointers.push_back(&element);
+    return pointers;
+}
+
+template <class T>
+void XSet<T>::Copy(const XSet& other) {
+    Guarded(L"Exception in 'XSet<T>::Copy()'", [&] { AppendAll(other); });
+}
+
+template <class T>
+void XSet<T>::Copy(const XSet* other) {
+    if (other) Copy(*other);
+}
+
+// The one copy of constructor, Copy and assignment.
+template <class T>
+void XSet<T>::AppendAll(const XSet& other) {
+    if (&other == this) return;
+    Clear();
+    m_Data.reserve(other.m_Data.size());
+    for (const Element& element : other.m_Data) Append(element.GetValue());
+}
+
+template <class T>
+void XSet<T>::GetSubset(XSet& out, bool flag) {
+    Guarded(L"Exception in 'XSet<T>::GetSubset()'", [&] {
+        Elements own;
+        if (&out == this) own.swap(m_Data);
+        const Elements& source = &out == this ? own : m_Data;
+        out.Clear();
+        for (const Element& element : source) {
+            if (element.GetFlag() == flag) out.Append(element.GetValue());
+        }
+    });
+}
+
+// Gives what looking every value of b up and sorting after each insertion gives, in the time of two sorts and a merge.
+template <class T>
+void XSet<T>::Union(const XSet& a, const XSet& b, Comparison comparison) {
+    Guarded(L"Exception in 'XSet<T>::Union()'", [&] {
+        const Comparison compare = comparison ? comparison : Comp;
+        Elements first = ValuesOf(a);  // both before the set is emptied: it may be a or b
+        Elements second = ValuesOf(b);
+        Clear();
+        m_Data.swap(first);
+        SortElements(m_Data, nullptr);
+        const auto less = [](const Element* x, const Element* y) { return Less(*x, *y); };
+        const Pointers sorted = MergeSorted(PointersTo(second), less);
+        Merge(WithoutEqual(NotFound(sorted, compare), compare));
+        m_bSorted = true;
+    });
+}
+
+template <class T>
+typename XSet<T>::Elements XSet<T>::ValuesOf(const XSet& other) {
+    Elements values;
+    values.reserve(other.m_Data.size());
+    for (const Element& element : other.m_Data) values.emplace_back(element.GetValue());
+    return values;
+}
+
+// Those that the comparison does not find in this sorted set.
+template <class T>
+typename XSet<T>::Pointers XSet<T>::NotFound(const Pointers& sorted, Comparison comparison) const {
+    Pointers absent;
+    absent.reserve(sorted.size());
+    auto next = m_Data.begin();
+    for (Element* probe : sorted) {
+        int order = 1;
+        while (next != m_Data.end() && (order = comparison(*probe, *next)) > 0) ++next;
+        if (order != 0) absent.push_back(probe);
+    }
+    return absent;
+}
+
+// Of those that the comparison takes for equal, the ones that stand first in their array. Equal ones are neighbours in
+// a sorted order, so each run of neighbours that are equal in pairs is settled by itself.
+template <class T>
+typename XSet<T>::Pointers XSet<T>::WithoutEqual(const Pointers& sorted, Comparison comparison) {
+    Pointers kept;
+    kept.reserve(sorted.size());
+    for (std::size_t begin = 0, end = 0; begin < sorted.size(); begin = end) {
+        for (end = begin + 1; end < sorted.size(); ++end) {
+            if (comparison(*sorted[end - 1], *sorted[end]) != 0) break;
+        }
+        KeepFirst(kept, std::span(sorted).subspan(begin, end - begin), comparison);
+    }
+    return kept;
+}
+
+// A value is known when a neighbour among those kept so far equals it: two neighbours of one value need not be equal.
+template <class T>
+void XSet<T>::KeepFirst(Pointers& kept, std::span<Element* const> equal, Comparison comparison) {
+    std::vector<std::size_t> arrival(equal.size());
+    std::iota(arrival.begin(), arrival.end(), std::size_t{0});
+    std::ranges::sort(arrival, {}, [&](std::size_t rank) { return equal[rank]; });
+    std::vector<std::size_t> ranks;
+    for (const std::size_t rank : arrival) {
+        const auto at = std::ranges::lower_bound(ranks, rank);
+        const auto isKnown = [&](std::size_t other) { return comparison(*equal[rank], *equal[other]) == 0; };
+        if (at != ranks.end() && isKnown(*at)) continue;
+        if (at != ranks.begin() && isKnown(*std::prev(at))) continue;
+        ranks.insert(at, rank);
+    }
+    for (const std::size_t rank : ranks) kept.push_back(equal[rank]);
+}
+
+template <class T>
+void XSet<T>::Merge(const Pointers& sorted) {
+    if (sorted.size() > std::size_t{INT_MAX} - m_Data.size()) throw std::length_error("XSet");
+    Elements merged;
+    merged.reserve(m_Data.size() + sorted.size());
+    auto next = m_Data.begin();
+    for (Element* element : sorted) {
+        for (; next != m_Data.end() && !Less(*element, *next); ++next) merged.push_back(std::move(*next));
+        merged.push_back(std::move(*element));
+    }
+    std::move(next, m_Data.end(), std::back_inserter(merged));
+    m_Data.swap(merged);
+}

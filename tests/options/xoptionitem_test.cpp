@@ -1,0 +1,105 @@
+#include "options/xoptionitem.h"
+
+#include <functional>
+
+#include "support/support.h"
+
+namespace {
+
+XOptionItem Item(const wchar_t* name, const wchar_t* value) {
+    return {FindOptionDefinition(name), value, -1};
+}
+
+std::vector<int> NumbersOf(const XSetInt* list) {
+    std::vector<int> numbers;
+    for (int i = 0; list && i < list->Size(); ++i) numbers.push_back(list->GetConstRefAt(i));
+    return numbers;
+}
+
+TEST(XOptionItem, ReadsItsTextAsTheTypeOfItsOption) {
+    struct {
+        const wchar_t *option, *value;
+        bool isTrue;
+        enumFlags flag;
+    } const cases[] = {
+        {L"quiet", L"TRUE", true, eFlagAuto},
+        {L"quiet", L"yes", false, eFlagAuto},
+        {L"quiet", L"", false, eFlagAuto},
+        {L"create-views", L"Auto", false, eFlagAuto},
+        {L"create-views", L"FALSE", false, eFlagFalse},
+        {L"create-views", L"true", false, eFlagTrue},
+        {L"create-views", L"maybe", false, eFlagAuto},
+    };
+    for (const auto& [option, value, isTrue, flag] : cases) {
+        const XOptionItem item = Item(option, value);
+        if (item.IsBoolean()) {
+            EXPECT_EQ(item.GetOptionBoolean(), isTrue) << ToUtf8(value);
+        } else {
+            EXPECT_EQ(item.GetOptionTrillian(), flag) << ToUtf8(value);
+        }
+        EXPECT_EQ(item.GetOptionValue(), value);
+    }
+    const XOptionItem both = Item(L"load-dictionary", L"x.dic");
+    EXPECT_EQ(both.GetOptionCommand(), L"x.dic");
+    EXPECT_EQ(both.GetOptionString(), L"x.dic");
+    EXPECT_TRUE(Item(L"check-database", L"true").GetOptionBoolean());
+}
+
+TEST(XOptionItem, TellsWhatItIs) {
+    const XOptionItem item = Item(L"name", L"db");
+    CString text;
+    item.GetOptionName(text);
+    EXPECT_EQ(text, L"name");
+    item.GetOptionDescription(text);
+    EXPECT_EQ(text.Left(9), L"\t\tSet the");
+    EXPECT_EQ(item.GetID(), 0x101C1);
+    EXPECT_EQ(item.GetNrTabulators(), 3);
+    EXPECT_FALSE(item.IsFlag() || item.IsCommand());
+}
+
+TEST(XOptionItem, RefusesTheOtherTypesInItsWords) {
+    XOptionItem quiet = Item(L"quiet", L"true");
+    XOptionItem name = Item(L"name", L"db");
+    XSetInt list;
+    struct {
+        std::function<void()> ask;
+        const wchar_t *method, *message;
+    } const cases[] = {
+        {[&] { quiet.GetOptionCommand(); }, L"GetOptionCommand",
+         L"Cannot get an option command from the option item <quiet>, because this one does not represent a command!"},
+        {[&] { quiet.GetOptionString(); }, L"GetOptionString",
+         L"Cannot get an option string from the option item <quiet>, because this one does not represent a string!"},
+        {[&] { name.GetOptionBoolean(); }, L"GetOptionBoolean",
+         L"Cannot get an option boolean value from an option item which does not represent a boolean value!"},
+        {[&] { name.GetOptionTrillian(); }, L"GetOptionTrillian",
+         L"Cannot get an option tri-state value from an option item which does not represent a tri-state value!"},
+        {[&] { name.GetOptionIList(); }, L"GetOptionIList",
+         L"Cannot get an option integer list from an option item which does not represent an integer list!"},
+        {[&] { name.SetOptionIList(list); }, L"SetOptionIList",
+         L"Cannot set an option integer list for an option item which does not represent an integer list!"},
+        {[] { XOptionItem(nullptr, L"", 0); }, L"XOptionItem",
+         L"Cannot create an option item, because the option definition is missing!"},
+    };
+    for (const auto& [ask, method, message] : cases) {
+        const XException error = ErrorOf(ask);
+        EXPECT_EQ(error.GetMessage(), message);
+        const CString location = FormatText(L"<XOptionItem::%s> in [xoption], line", method);
+        EXPECT_EQ(error.GetLocation().Left(location.GetLength()), location);
+    }
+}
+
+TEST(XOptionItem, AnIntegerListGrowsWithItsTexts) {
+    XOptionItem item = Item(L"obsolete-classes", L"4,2");
+    const XOptionItem copy = item;
+    item.SetOptionValue(L"7");
+    EXPECT_EQ(item.GetOptionValue(), L"7");
+    EXPECT_EQ(NumbersOf(item.GetOptionIList()), (std::vector{4, 2, 7}));
+    XSetInt nine;
+    nine.Insert(9);
+    item.SetOptionIList(nine);
+    EXPECT_EQ(NumbersOf(item.GetOptionIList()), std::vector{9});
+    EXPECT_EQ(item.GetOptionValue(), L"7") << "the text stays";
+    EXPECT_EQ(NumbersOf(copy.GetOptionIList()), (std::vector{4, 2})) << "a copy has a list of its own";
+}
+
+}  // namespace

@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$1"
 arguments=$(sed -n 's/^With `\(.*\)` on its command line it prints$/\1/p' README.md)
-expected=$(sed -n '/^<!-- readme-output -->$/,/^```$/p' README.md | sed '1,2d;$d')
+expected=$(sed -n '/^<!-- readme-output -->$/{n; :line; n; /^```$/q; p; b line}' README.md)
 [ -n "$arguments" ] && [ -n "$expected" ] || {
     echo "README.md has no command line or no output"
     exit 1

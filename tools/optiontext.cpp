@@ -1,6 +1,6 @@
 #include "optiontext.h"
 
-#include <algorithm>
+#include <set>
 
 #include "platform/encoding.h"
 
@@ -133,13 +133,10 @@ std::string SectionTitle(enumCfgSection section) {
 }
 
 std::vector<enumCfgSection> GetOptionSections() {
-    std::vector<enumCfgSection> sections;
-    for (const OptionText& option : GetOptionTexts()) {
-        if (option.row->eSection != eSectionNone) sections.push_back(option.row->eSection);
-    }
-    std::ranges::sort(sections);
-    sections.erase(std::ranges::unique(sections).begin(), sections.end());
-    return sections;
+    std::set<enumCfgSection> sections;
+    for (const OptionText& option : GetOptionTexts()) sections.insert(option.row->eSection);
+    sections.erase(eSectionNone);
+    return {sections.begin(), sections.end()};
 }
 
 std::string Replaced(std::string text, std::string_view word, std::string_view replacement) {

@@ -2,8 +2,9 @@
 # Types command lines with tabulators into a real bash and looks at the arguments that the command gets.
 # Usage: bash_completion.sh COMPLETION_FILE
 set -euo pipefail
+file=$(realpath "$1")
 . "$(dirname "$0")/completion_world.sh"
-bash -n "$1"
+bash -n "$file"
 failed=0
 
 # Types a line, of which \t completes and \e* inserts all completions, and compares the arguments.
@@ -17,7 +18,7 @@ typed() {
         failed=1
     }
 }
-load=". '$1'\n"
+load=". '$file'\n"
 typed "${load}veltrane --logf\tx" 'got<--logfile><x>'
 typed "${load}veltrane --create-\e*" 'got<--create-autodoc><--create-changefile><--create-schema><--create-views>'
 typed "${load}veltrane -q f\t" 'got<-q><false>'
@@ -32,6 +33,7 @@ typed "${load}veltrane 'it\t" "got<it's \$(touch evil)>"
 typed "${load}veltrane -m other el\t" 'got<-m><other><elsewhere>'
 typed "${load}veltrane --metadata \"$world/real/other\" el\t" "got<--metadata><$world/real/other><elsewhere>"
 typed "${load}veltrane -m '\$(touch evil)' \t" 'got<-m><$(touch evil)>'
+typed "${load}veltrane -m \$(>evil) \t\e#veltrane ok" 'got<ok>'  # \e# makes the line a comment before it is run
 typed "${load}veltrane -dat my\t" 'got<-dat><my folder/>'
 typed "${load}veltrane -dat run\tx" 'got<-dat><runx>'
 typed "${load}veltrane -log run\tx" 'got<-log><run.log><x>'

@@ -3,9 +3,10 @@
 # Usage: fish_completion.sh COMPLETION_FILE
 set -euo pipefail
 command -v fish >/dev/null || exit 77
+file=$(realpath "$1")
 . "$(dirname "$0")/completion_world.sh"
 export HOME=$world/home XDG_CONFIG_HOME=$world/home XDG_DATA_HOME=$world/home
-fish --no-execute "$1"
+fish --no-execute "$file"
 failed=0
 
 # Names that complete a line, with commas between, are the expected ones.
@@ -18,7 +19,6 @@ offers() {
         failed=1
     }
 }
-file=$1
 offers 'veltrane --logf' '--logfile'
 offers 'veltrane --create-' '--create-autodoc,--create-changefile,--create-schema,--create-views'
 offers 'veltrane -c' '-c,-ca,-cfg,-cr,-cs,-cv'

@@ -186,6 +186,28 @@ TEST(OptionDocuments, EachOptionStandsOnOneOfTheTwoPages) {
     }
 }
 
+TEST(OptionDocuments, EachCompletionOffersExactlyTheNamesOfTheOptionTable) {
+    Names wanted;
+    for (const auto* row : OptionRows()) {
+        wanted.insert("--" + ToUtf8(row->szLongName));
+        if (row->szShortName[0] != 0) wanted.insert('-' + ToUtf8(row->szShortName));
+    }
+    const std::string share = VELTRANE_SHARE_FOLDER;
+    const std::string bash = ReadDocument(share + "/bash-completion/completions/veltrane");
+    const Names words = AllOf(bash, "compgen -W '(-[^']*)'");
+    ASSERT_EQ(words.size(), 1U);
+    EXPECT_EQ(AllOf(*words.begin(), "([^ ]+)"), wanted);
+
+    EXPECT_EQ(AllOf(ReadDocument(share + "/zsh/vendor-completions/_veltrane"), "\n *'(-[^:']*)"), wanted);
+
+    const std::string fish = ReadDocument(share + "/fish/vendor_completions.d/veltrane.fish");
+    Names names;
+    for (const std::string& name : AllOf(fish, "\ncomplete -c veltrane(?: -o [a-z]+)? -l ([a-z-]+)"))
+        names.insert("--" + name);
+    for (const std::string& name : AllOf(fish, "\ncomplete -c veltrane -o ([a-z]+) -l ")) names.insert('-' + name);
+    EXPECT_EQ(names, wanted);
+}
+
 TEST(OptionExamples, TheBasicFileShowsEveryOptionThatCanBeConfigured) {
     EXPECT_EQ(OptionsShownIn("examples/config/metadata/veltrane.ini"), ConfiguredOptions());
 }

@@ -3,12 +3,13 @@
 # Usage: zsh_completion.sh COMPLETION_FILE
 set -euo pipefail
 command -v zsh >/dev/null || exit 77
+file=$(realpath "$1")
 . "$(dirname "$0")/completion_world.sh"
-zsh -n "$1"
+zsh -n "$file"
 failed=0
 mkdir "$world/zdot"
 cat >"$world/zdot/.zshrc" <<SETUP
-fpath=('$(dirname "$1")' \$fpath)
+fpath=('$(dirname "$file")' \$fpath)
 autoload -U compinit
 compinit -u -D
 unsetopt zle_bracketed_paste auto_remove_slash prompt_sp beep

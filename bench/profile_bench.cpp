@@ -3,10 +3,12 @@
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <unistd.h>
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/encoding.h"
 #include "platform/trace.h"
@@ -53,25 +55,34 @@ std::string Sections(std::size_t size, int count) {
     return bytes + "last=found\n";
 }
 
-/// Asks and reads in turn, so that both meet the same machine; reports question : floor of the fastest turns.
+double Median(std::vector<double>& values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+/// Reads and asks in turn, so that both meet the same machine, and reports how the medians compare: turns that others
+/// interrupt do not count.
 template <class Question>
 void CompareWithFloor(benchmark::State& state, const BenchFile& file, std::size_t size, Question&& question) {
     using Clock = std::chrono::steady_clock;
+    using Seconds = std::chrono::duration<double>;
     const auto buffer = std::make_unique_for_overwrite<char[]>(size);
-    std::chrono::duration<double> floor{0};
-    std::chrono::duration<double> asked{0};
+    std::vector<double> floor;
+    std::vector<double> asked;
     while (state.KeepRunning()) {
         const auto start = Clock::now();
         Floor(file, size, buffer.get());
         const auto middle = Clock::now();
         question();
         const auto end = Clock::now();
-        floor += middle - start;
-        asked += end - middle;
-        state.SetIterationTime(std::chrono::duration<double>(end - middle).count());
+        floor.push_back(Seconds{middle - start}.count());
+        asked.push_back(Seconds{end - middle}.count());
+        state.SetIterationTime(asked.back());
     }
-    state.counters["floor_us"] = floor.count() * 1e6 / static_cast<double>(state.iterations());
-    state.counters["ratio"] = asked / floor;
+    state.counters["floor_us"] = Median(floor) * 1e6;
+    state.counters["asked_us"] = Median(asked) * 1e6;
+    state.counters["ratio"] = Median(asked) / Median(floor);
 }
 
 void LastKey(benchmark::State& state, std::size_t size, int sections) {

@@ -4,6 +4,7 @@
 #include <climits>
 #include <concepts>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <numeric>
 #include <span>
@@ -101,6 +102,24 @@ private:
     static bool Less(const Element& a, const Element& b) noexcept;
     static void SortElements(Elements& elements, Comparison comparison);
     static Pointers PointersTo(Elements& elements);
+    static Pointers Sorted(Elements& elements, Comparison comparison);
+
+    // An element with the number that its place in a known order begins with: most comparisons are settled by numbers
+    // that lie side by side, without a look at the elements.
+    template <class Pointer>
+    struct Entry {
+        std::uint64_t key;
+        Pointer element;
+        bool operator<(const Entry& other) const noexcept {
+            return key != other.key ? key < other.key : !std::integral<T> && Less(*element, *other.element);
+        }
+    };
+    static std::uint64_t OrderKey(const T& value) noexcept requires XKnownOrder<T>;
+    template <class Source>
+    static auto SortedEntries(Source& elements) requires XKnownOrder<T>;
+    static Pointers SortedByKey(Elements& elements) requires XKnownOrder<T>;
+    void UnionByKey(const XSet& a, const XSet& b) requires XKnownOrder<T>;
+
     Pointers NotFound(const Pointers& sorted, Comparison comparison) const;
     static Pointers WithoutEqual(const Pointers& sorted, Comparison comparison);
     static void KeepFirst(Pointers& kept, std::span<Element* const> equal, Comparison comparison);
@@ -302,17 +321,47 @@ bool XSet<T>::Less(const Element& a, const Element& b) noexcept {
 
 template <class T>
 void XSet<T>::SortElements(Elements& elements, Comparison comparison) {
-    if (XKnownOrder<T> && !comparison) {
-        if constexpr (XKnownOrder<T>) std::sort(elements.begin(), elements.end(), Less);
-        return;
-    }
-    const auto less = [&](const Element* a, const Element* b) {
-        return comparison ? comparison(*a, *b) < 0 : Less(*a, *b);
-    };
     Elements sorted;
     sorted.reserve(elements.size());
-    for (Element* element : MergeSorted(PointersTo(elements), less)) sorted.push_back(std::move(*element));
+    for (Element* element : Sorted(elements, comparison)) sorted.push_back(std::move(*element));
     elements.swap(sorted);
+}
+
+template <class T>
+typename XSet<T>::Pointers XSet<T>::Sorted(Elements& elements, Comparison comparison) {
+    if constexpr (XKnownOrder<T>) {
+        if (!comparison) return SortedByKey(elements);
+    }
+    return MergeSorted(PointersTo(elements), [&](const Element* a, const Element* b) {
+        return comparison ? comparison(*a, *b) < 0 : Less(*a, *b);
+    });
+}
+
+template <class T>
+typename XSet<T>::Pointers XSet<T>::SortedByKey(Elements& elements) requires XKnownOrder<T> {
+    Pointers pointers;
+    pointers.reserve(elements.size());
+    for (const auto& entry : SortedEntries(elements)) pointers.push_back(entry.element);
+    return pointers;
+}
+
+template <class T>
+template <class Source>
+auto XSet<T>::SortedEntries(Source& elements) requires XKnownOrder<T> {
+    std::vector<Entry<decltype(elements.data())>> entries;
+    entries.reserve(elements.size());
+    for (auto& element : elements) entries.push_back({OrderKey(element.GetValue()), &element});
+    std::sort(entries.begin(), entries.end());
+    return entries;
+}
+
+template <class T>
+std::uint64_t XSet<T>::OrderKey(const T& value) noexcept requires XKnownOrder<T> {
+    if constexpr (std::same_as<T, CString>) {
+        return value.OrderKey();
+    } else {
+        return static_cast<std::uint64_t>(value) + (std::is_signed_v<T> ? std::uint64_t{1} << 63 : 0);
+    }
 }
 
 template <class T>
@@ -360,16 +409,35 @@ template <class T>
 void XSet<T>::Union(const XSet& a, const XSet& b, Comparison comparison) {
     Guarded(L"Exception in 'XSet<T>::Union()'", [&] {
         const Comparison compare = comparison ? comparison : Comp;
+        if constexpr (XKnownOrder<T>) {
+            if (compare == Comp) return UnionByKey(a, b);
+        }
         Elements first = ValuesOf(a);  // both before the set is emptied: it may be a or b
         Elements second = ValuesOf(b);
         Clear();
         m_Data.swap(first);
         SortElements(m_Data, nullptr);
-        const auto less = [](const Element* x, const Element* y) { return Less(*x, *y); };
-        const Pointers sorted = MergeSorted(PointersTo(second), less);
-        Merge(WithoutEqual(NotFound(sorted, compare), compare));
+        Merge(WithoutEqual(NotFound(Sorted(second, nullptr), compare), compare));
         m_bSorted = true;
     });
+}
+
+// Only what becomes part of the result is copied.
+template <class T>
+void XSet<T>::UnionByKey(const XSet& a, const XSet& b) requires XKnownOrder<T> {
+    const auto first = SortedEntries(a.m_Data);
+    const auto second = SortedEntries(b.m_Data);
+    XSet result;
+    result.m_Data.reserve(std::max(first.size(), second.size()));
+    auto next = first.begin();
+    for (auto entry = second.begin(); entry != second.end(); ++entry) {
+        if (entry != second.begin() && !(*std::prev(entry) < *entry)) continue;
+        for (; next != first.end() && *next < *entry; ++next) result.Append(next->element->GetValue());
+        if (next == first.end() || *entry < *next) result.Append(entry->element->GetValue());
+    }
+    for (; next != first.end(); ++next) result.Append(next->element->GetValue());
+    m_Data.swap(result.m_Data);
+    m_bSorted = true;
 }
 
 template <class T>

@@ -120,7 +120,7 @@ bool XConfiguration::GetOptionNameSet(XMapInt2CString& names, const CString& sec
 
 /// A value or, where section or key is empty, a list of names.
 XConfiguration::Answer XConfiguration::Ask(const CString& section, const CString& key) const {
-    wchar_t buffer[CAPACITY] = {};
+    wchar_t buffer[CAPACITY];  // filled as far as it is looked at: every answer ends with a NUL
     const unsigned count = GetPrivateProfileStringW(section.IsEmpty() ? nullptr : section.GetString(),
                                                     key.IsEmpty() ? nullptr : key.GetString(), L"", buffer, CAPACITY,
                                                     m_FileName.GetString());

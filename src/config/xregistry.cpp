@@ -16,7 +16,7 @@ constexpr std::uint32_t TERMINATOR_SIZE = 2;  // of the text that a value withou
 
 /// Path of a key, or of the one above it for an empty name.
 CString Below(const CString& path, const CString& name) {
-    return name.IsEmpty() ? path : FormatText(L"%s\\%s", path, name);
+    return name.IsEmpty() ? path : path + L"\\" + name;
 }
 
 /// A query for a value with room for size bytes; receives the bytes and their number.

@@ -10,31 +10,33 @@ template class XSetP<XNamingRule>;
 
 namespace {
 
-// Which pairs of neighbours a name holds, as a set of hashes. It rejects most rules by the first and the last pair of
-// their old text, before that is copied, put in upper case and searched. Letters hash alike in both cases, so one
-// filter serves names as they are and in upper case; an old text whose pairs are not ASCII is never rejected, as its
-// upper case may be anything.
+// Which pairs of neighbours a name holds, as a set of hashes. It rejects most rules by the last and the first pair of
+// their old text, before that is copied, put in upper case and searched: the last one first, as rules that begin alike
+// are common. Letters hash alike in both cases, so one filter serves names as they are and in upper case; a pair that
+// is not ASCII rejects nothing, as its upper case may be anything.
 class NameFilter {
 public:
-    explicit NameFilter(std::wstring_view name) noexcept : m_nLength(name.size()) {
+    explicit NameFilter(std::wstring_view name) noexcept { Reset(name); }
+
+    void Reset(std::wstring_view name) noexcept {
+        m_nLength = name.size();
+        m_Pairs.fill(0);
         for (std::size_t i = 1; i < name.size(); ++i) {
-            const std::uint32_t hash = Hash(PairAt(name, i - 1));
+            const std::size_t hash = Hash(PairAt(name, i - 1));
             m_Pairs[hash / 64] |= std::uint64_t{1} << (hash % 64);
         }
     }
 
     bool MayContain(std::wstring_view text) const noexcept {
-        if (text.size() < 2) return !text.empty();
         if (text.size() > m_nLength) return false;
-        const std::uint64_t first = PairAt(text, 0);
-        const std::uint64_t last = PairAt(text, text.size() - 2);
-        return (Holds(first) & Holds(last)) != 0 || ((first | last) & ~ASCII) != 0;
+        if (text.size() < 2) return !text.empty();
+        return MayHold(PairAt(text, text.size() - 2)) && MayHold(PairAt(text, 0));
     }
 
 private:
     static constexpr std::uint64_t ASCII = 0x0000'007F'0000'007F;
     static constexpr std::uint64_t CASE_BIT = 0x0000'0020'0000'0020;  // tells 'a' from 'A'
-    static constexpr int HASH_BITS = 12;
+    static constexpr std::size_t HASHES = 1024;                       // two letters of five bits each do not collide
 
     static_assert(sizeof(wchar_t) == 4);
     static std::uint64_t PairAt(std::wstring_view text, std::size_t position) noexcept {
@@ -42,16 +44,17 @@ private:
         std::memcpy(&pair, text.data() + position, sizeof pair);
         return pair;
     }
-    static std::uint32_t Hash(std::uint64_t pair) noexcept {
-        return static_cast<std::uint32_t>(((pair & ~CASE_BIT) * 0x9E37'79B9'7F4A'7C15) >> (64 - HASH_BITS));
+    static std::size_t Hash(std::uint64_t pair) noexcept {
+        pair &= ~CASE_BIT;
+        return (pair ^ pair >> 27) % HASHES;
     }
-    std::uint64_t Holds(std::uint64_t pair) const noexcept {
-        const std::uint32_t hash = Hash(pair);
-        return m_Pairs[hash / 64] >> (hash % 64) & 1;
+    bool MayHold(std::uint64_t pair) const noexcept {
+        const std::size_t hash = Hash(pair);
+        return ((m_Pairs[hash / 64] >> (hash % 64) & 1) | (pair & ~ASCII)) != 0;
     }
 
-    std::size_t m_nLength;
-    std::array<std::uint64_t, (1 << HASH_BITS) / 64> m_Pairs{};
+    std::size_t m_nLength = 0;
+    std::array<std::uint64_t, HASHES / 64> m_Pairs{};
 };
 
 int Apply(const XNamingRule& rule, CString& name, bool keepCase) {
@@ -86,7 +89,7 @@ void XNamingRules::ReplaceName(CString& name, int version, bool keepCase) const 
         if (!rule) continue;
         if (rule->GetVersion() > version) break;
         if (!filter.MayContain(rule->GetFirst().View())) continue;
-        if (Apply(*rule, renamed, keepCase) > 0) filter = NameFilter{renamed.View()};
+        if (Apply(*rule, renamed, keepCase) > 0) filter.Reset(renamed.View());
     }
     name = std::move(renamed);
 }

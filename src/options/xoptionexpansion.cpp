@@ -23,8 +23,9 @@ void CheckLength(std::int64_t length) {
 XOptionExpansion::XOptionExpansion(Source source) : m_Source(std::move(source)) {}
 
 void XOptionExpansion::Retrieve(CString& value, const CString& section, const CString& key) {
-    Enter({section, key});
     value = m_Source(section, key);
+    if (value.Find(MARK) < 0) return;
+    Enter({section, key});
     Expand(value, section);
     m_Open.pop_back();
 }

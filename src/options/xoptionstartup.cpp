@@ -9,6 +9,7 @@
 #include "options/xcommandline.h"
 #include "options/xoption.h"
 #include "platform/cfile.h"
+#include "platform/detail/keptfiles.h"
 #include "platform/filesystem.h"
 #include "platform/indexformat.h"
 #include "platform/messagebox.h"
@@ -199,6 +200,7 @@ void XOption::OpenBasicConfiguration() {
 }
 
 void XOption::ReadConfiguration() {
+    const SourceSnapshot snapshot;  // of all that follows no host sees when it is read
     WithReason(Here(L"XOption::ReadConfiguration"), READING, [this] {
         for (int i = 0; XOptionDefinition* const row = GetOptionDefinitionAt(i); ++i) {
             if (row->HasOptionNumber()) RetrieveOption(row);

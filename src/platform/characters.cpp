@@ -15,20 +15,14 @@ locale_t FoldingLocale() noexcept {
     return locale;
 }
 
-constexpr bool IsAscii(wchar_t element) noexcept {
-    return element >= 0 && element < 0x80;
-}
-
 }  // namespace
 
-wchar_t FoldCharacter(wchar_t element) noexcept {
-    if (IsAscii(element)) return element >= L'A' && element <= L'Z' ? element + (L'a' - L'A') : element;
+wchar_t FoldBeyondAscii(wchar_t element) noexcept {
     const locale_t locale = FoldingLocale();
     return locale ? static_cast<wchar_t>(towlower_l(static_cast<wint_t>(element), locale)) : element;
 }
 
-wchar_t UpperCharacter(wchar_t element) noexcept {
-    if (IsAscii(element)) return element >= L'a' && element <= L'z' ? element - (L'a' - L'A') : element;
+wchar_t UpperBeyondAscii(wchar_t element) noexcept {
     const locale_t locale = FoldingLocale();
     return locale ? static_cast<wchar_t>(towupper_l(static_cast<wint_t>(element), locale)) : element;
 }

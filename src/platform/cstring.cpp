@@ -76,6 +76,19 @@ int CString::Compare(CStringView other) const noexcept {
     return CompareUnits({a, left.end()}, {b, right.end()}, std::identity{});
 }
 
+std::uint64_t CString::OrderKey() const noexcept {
+    constexpr int UNITS = 4;
+    CodeUnits units{m_Text, std::identity{}};
+    std::uint64_t key = 0;
+    for (int i = 0; i < UNITS; ++i) {
+        const std::int64_t unit = units.Next();
+        // An element that is no code point stands for more than a unit holds: it counts as the largest front there is.
+        if (unit > 0xFFFF) return key << 16 * (UNITS - i) | ~std::uint64_t{0} >> 16 * i;
+        key = key << 16 | static_cast<std::uint64_t>(std::max<std::int64_t>(unit, 0));
+    }
+    return key;
+}
+
 int CString::CompareNoCase(CStringView other) const noexcept {
     return CompareUnits(m_Text, other.View(), FoldCharacter);
 }
@@ -147,12 +160,12 @@ int CString::Replace(wchar_t oldElement, wchar_t newElement) {
 }
 
 CString& CString::MakeUpper() {
-    std::ranges::transform(m_Text, m_Text.begin(), UpperCharacter);
+    std::ranges::transform(m_Text, m_Text.begin(), [](wchar_t element) { return UpperCharacter(element); });
     return *this;
 }
 
 CString& CString::MakeLower() {
-    std::ranges::transform(m_Text, m_Text.begin(), FoldCharacter);
+    std::ranges::transform(m_Text, m_Text.begin(), [](wchar_t element) { return FoldCharacter(element); });
     return *this;
 }
 

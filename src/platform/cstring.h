@@ -1,6 +1,7 @@
 #pragma once
 
 #include <compare>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -58,6 +59,9 @@ public:
 
     /// -1, 0 or 1 in the order of 16-bit code units, as if elements above U+FFFF were surrogate pairs.
     int Compare(CStringView other) const noexcept;
+    /// The front of the text as a number in the same order: of two texts with different numbers, the one with the
+    /// smaller number is less. Lets a sort compare most texts without looking at them.
+    std::uint64_t OrderKey() const noexcept;
     /// Compare of both texts in simple lower case.
     int CompareNoCase(CStringView other) const noexcept;
 

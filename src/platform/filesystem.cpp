@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "platform/characters.h"
+#include "platform/detail/filestate.h"
 #include "platform/detail/nativefile.h"
 #include "platform/detail/utf8.h"
 #include "platform/encoding.h"
@@ -27,16 +28,16 @@ std::optional<std::size_t> DriveIndex(wchar_t drive) noexcept {
     return static_cast<std::size_t>(letter - L'a');
 }
 
-// Appends a wide path, every run of separators as one '/'.
+// Appends a wide path, every run of separators as one '/'. Bytes of other characters are never mistaken for one.
 void AppendPath(std::string& name, std::wstring_view path) {
-    while (!path.empty()) {
-        const std::size_t end = std::min(path.find_first_of(L"\\/"), path.size());
-        name += ToUtf8(path.substr(0, end));
-        path.remove_prefix(end);
-        if (path.empty()) return;
-        if (!name.ends_with('/')) name += '/';
-        path.remove_prefix(std::min(path.find_first_not_of(L"\\/"), path.size()));
+    std::size_t end = name.size();
+    AppendUtf8(name, path);
+    for (std::size_t at = end; at < name.size(); ++at) {
+        const bool isSeparator = name[at] == '/' || name[at] == '\\';
+        if (isSeparator && end > 0 && name[end - 1] == '/') continue;
+        name[end++] = isSeparator ? '/' : name[at];
     }
+    name.resize(end);
 }
 
 using Drives = std::array<std::string, 26>;
@@ -87,12 +88,30 @@ bool FoldsTo(std::string_view name, std::wstring_view folded) noexcept {
     return name.empty() && folded.empty();
 }
 
+std::string FolderName(const std::string& name) {
+    return name.empty() ? "." : name;
+}
+
+/// A path that was looked for in vain, and the folder that holds nothing of the next name, as it was before the look. A
+/// configuration that is not there is asked for with every option: as long as the folder has not changed, its state
+/// answers instead of a look at all its entries.
+struct MissingPath {
+    std::string path;
+    std::string folder;
+    FileState state;
+};
+
+MissingPath& LastMissing() {
+    static MissingPath& last = *new MissingPath;  // never destroyed, as the drives
+    return last;
+}
+
 /// The entry of a folder that differs in case only, the first in byte order; empty when there is none.
 std::string EntryOf(const std::string& folder, std::string_view component) {
     struct Close {
         void operator()(DIR* directory) const noexcept { closedir(directory); }
     };
-    const std::unique_ptr<DIR, Close> directory{opendir(folder.empty() ? "." : folder.c_str())};
+    const std::unique_ptr<DIR, Close> directory{opendir(FolderName(folder).c_str())};
     if (!directory) return {};
     const std::wstring folded = Folded(component);
     std::string best;
@@ -127,8 +146,15 @@ std::string SpelledPath(const CString& path) {
 
 std::string MapPath(const CString& path) {
     std::string spelled = SpelledPath(path);
-    if (spelled.empty() || Exists(spelled)) return spelled;
+    return spelled.empty() || Exists(spelled) ? spelled : MapMissingPath(spelled);
+}
 
+bool IsStillMissing(const std::string& spelled) noexcept {
+    const MissingPath& last = LastMissing();
+    return spelled == last.path && FileState{last.folder.c_str()} == last.state;
+}
+
+std::string MapMissingPath(const std::string& spelled) {
     std::string name;
     for (std::string_view rest = spelled; !rest.empty();) {
         const std::size_t end = std::min(rest.find('/'), rest.size());
@@ -137,8 +163,13 @@ std::string MapPath(const CString& path) {
         if (component.empty() || Exists(exact)) {
             name = exact;
         } else {
-            const std::string entry = errno == ENOENT ? EntryOf(name, component) : std::string{};
-            if (entry.empty()) return name.append(rest);
+            const bool isMissing = errno == ENOENT;
+            const FileState state{FolderName(name).c_str()};
+            const std::string entry = isMissing ? EntryOf(name, component) : std::string{};
+            if (entry.empty()) {
+                if (state.IsSettled() && spelled.starts_with(name)) LastMissing() = {spelled, FolderName(name), state};
+                return name.append(rest);
+            }
             name += entry;
         }
         rest.remove_prefix(end);

@@ -40,7 +40,7 @@ CString FormatIndex(const CString& format, int index) {
     bool isWritten = false;
     for (std::wstring_view open = format.View(); !open.empty();) {
         if (open.starts_with(L"%d") && !isWritten) {
-            text += std::to_wstring(index);
+            text += FormatText(L"%d", index);
             open.remove_prefix(2);
             isWritten = true;
         } else {

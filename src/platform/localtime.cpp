@@ -1,6 +1,9 @@
 #include "platform/localtime.h"
 
+#include <cstdlib>
 #include <ctime>
+#include <optional>
+#include <string>
 
 namespace {
 
@@ -8,8 +11,36 @@ constexpr const wchar_t* DAYS[] = {L"Sunday", L"Monday", L"Tuesday", L"Wednesday
 constexpr const wchar_t* MONTHS[] = {L"January", L"February", L"March",     L"April",   L"May",      L"June",
                                      L"July",    L"August",   L"September", L"October", L"November", L"December"};
 
+struct BrokenDown {
+    std::optional<std::string> zone;  // TZ; none when it is not set
+    std::time_t seconds = 0;
+    std::tm time{};
+    bool isKnown = false;
+};
+
+/// The local date of a time, null without one. Kept for its second and its zone: a log asks for the same one again and
+/// again, and where TZ is not set each tzset asks the file system for the zone.
+const std::tm* LocalTime(std::time_t seconds) {
+    static BrokenDown& last = *new BrokenDown;
+    const char* const zone = std::getenv("TZ");
+    const bool isSameZone = zone ? last.zone == zone : !last.zone;
+    if (last.isKnown && isSameZone && last.seconds == seconds) return &last.time;
+
+    last.isKnown = false;
+    last.zone = zone ? std::optional<std::string>{zone} : std::nullopt;
+    last.seconds = seconds;
+    tzset();  // localtime_r alone need not look at TZ
+    last.isKnown = localtime_r(&seconds, &last.time) != nullptr;
+    return last.isKnown ? &last.time : nullptr;
+}
+
+void AppendTwoDigits(std::wstring& text, int number) {
+    text += static_cast<wchar_t>(L'0' + number / 10);
+    text += static_cast<wchar_t>(L'0' + number % 10);
+}
+
 /// @return false for a letter that stands for nothing
-bool AppendField(CString& text, wchar_t letter, const std::tm& time) {
+bool AppendField(std::wstring& text, wchar_t letter, const std::tm& time) {
     switch (letter) {
         case L'A':
             text += DAYS[time.tm_wday];
@@ -18,16 +49,16 @@ bool AppendField(CString& text, wchar_t letter, const std::tm& time) {
             text += MONTHS[time.tm_mon];
             return true;
         case L'd':
-            text += FormatText(L"%02d", time.tm_mday);
+            AppendTwoDigits(text, time.tm_mday);
             return true;
         case L'H':
-            text += FormatText(L"%02d", time.tm_hour);
+            AppendTwoDigits(text, time.tm_hour);
             return true;
         case L'M':
-            text += FormatText(L"%02d", time.tm_min);
+            AppendTwoDigits(text, time.tm_min);
             return true;
         case L'S':
-            text += FormatText(L"%02d", time.tm_sec);
+            AppendTwoDigits(text, time.tm_sec);
             return true;
         case L'Y':
             text += FormatText(L"%04d", std::int64_t{time.tm_year} + 1900);
@@ -44,13 +75,11 @@ std::int64_t CurrentTime() {
 }
 
 CString LocalTimeText(CStringView pattern, std::int64_t secondsSinceEpoch) {
-    tzset();  // localtime_r alone need not look at TZ
-    const std::time_t seconds = secondsSinceEpoch;
-    std::tm time{};
-    CString text;
-    if (!localtime_r(&seconds, &time)) return text;
+    const std::tm* const time = LocalTime(secondsSinceEpoch);
+    if (!time) return {};
+    std::wstring text;
     for (std::wstring_view rest = pattern.View(); !rest.empty(); rest.remove_prefix(1)) {
-        if (rest.size() > 1 && rest[0] == L'%' && AppendField(text, rest[1], time)) {
+        if (rest.size() > 1 && rest[0] == L'%' && AppendField(text, rest[1], *time)) {
             rest.remove_prefix(1);
         } else {
             text += rest[0];

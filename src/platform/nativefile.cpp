@@ -20,17 +20,16 @@ NativeFile OpenReadOnly(const std::string& name) {
 
 }  // namespace
 
-InputFile OpenForReading(const CString& path) {
-    const std::string spelled = SpelledPath(path);
-    if (spelled.empty()) return {};
-    InputFile input{OpenReadOnly(spelled)};
+InputFile OpenForReading(const std::string& spelled) {
+    if (spelled.empty() || IsStillMissing(spelled)) return {};
+    InputFile input{OpenReadOnly(spelled), {}};
     if (!input && errno == ENOENT) {
-        const std::string mapped = MapPath(path);
+        const std::string mapped = MapMissingPath(spelled);
         if (mapped != spelled) input.file = OpenReadOnly(mapped);
     }
-    struct stat status;
-    if (!input || fstat(input.file.Handle(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
-    input.size = static_cast<std::size_t>(status.st_size);
+    if (!input) return {};
+    input.state = FileState{input.file.Handle()};
+    if (!input.state.Exists() || !S_ISREG(input.state.Status().st_mode)) return {};
     return input;
 }
 

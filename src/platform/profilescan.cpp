@@ -47,16 +47,17 @@ ProfileName::ProfileName(std::wstring_view asked) {
 }
 
 bool ProfileName::CanBeKey() const noexcept {
-    return !m_Folded.IsEmpty() && m_Folded[0] != L';' && m_Folded[0] != L'[' && CanBeName(L"=\r\n");
+    return !m_Folded.IsEmpty() && m_Folded[0] != L';' && m_Folded[0] != L'[' && CanStandBefore(L'=');
 }
 
-bool ProfileName::CanBeName(std::wstring_view foreign) const noexcept {
+bool ProfileName::CanStandBefore(wchar_t end) const noexcept {
     // The names of a file have lost their blanks; these are the ones that a question keeps.
-    constexpr std::wstring_view blanks = L"\t\v\f\x1A";
-    const wchar_t first = m_Folded[0];
-    const wchar_t last = m_Folded[m_Folded.GetLength() - 1];
-    const bool hasBlankEdge = blanks.find(first) != blanks.npos || blanks.find(last) != blanks.npos;
-    return !hasBlankEdge && m_Folded.FindOneOf(foreign) < 0;
+    const auto isBlank = [](wchar_t element) {
+        return element >= 0 && element < 0x80 && IsFileBlank(static_cast<char>(element));
+    };
+    if (isBlank(m_Folded[0]) || isBlank(m_Folded[m_Folded.GetLength() - 1])) return false;
+    return std::ranges::none_of(
+        m_Folded.View(), [end](wchar_t element) { return element == end || element == L'\r' || element == L'\n'; });
 }
 
 bool ProfileName::TakeFrom(std::string_view& text, bool withSurrogates) const noexcept {

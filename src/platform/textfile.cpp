@@ -2,9 +2,13 @@
 
 #include <unistd.h>
 
+#include <memory>
+#include <utility>
+
 #include "platform/detail/nativefile.h"
 #include "platform/detail/utf16.h"
 #include "platform/detail/utf8.h"
+#include "platform/filesystem.h"
 
 namespace {
 
@@ -28,10 +32,31 @@ std::string Utf8OfUtf16(std::string_view bytes, Utf16Order order) {
 }  // namespace
 
 TextFile::TextFile(const CString& path) {
-    const InputFile input = OpenForReading(path);
-    if (!input || input.size > MAX_SIZE) return;
-    m_Bytes = std::make_unique_for_overwrite<char[]>(input.size);
-    Recode({m_Bytes.get(), ReadUpTo(input.file, m_Bytes.get(), input.size)});
+    if (const FileBytes* const kept = Kept().Find(path)) {
+        m_Bytes = *kept;
+        Recode(m_Bytes.View());
+    } else {
+        Read(path);
+    }
+}
+
+void TextFile::Read(const CString& path) {
+    std::string spelled = SpelledPath(path);
+    const InputFile input = OpenForReading(spelled);
+    const std::size_t size = input && input.Size() <= MAX_SIZE ? input.Size() : 0;
+    const bool isWorthKeeping = KeptFiles::IsWorthKeeping(input.state, size);
+    char* buffer = m_SmallBytes;
+    if (size > SMALL_SIZE || isWorthKeeping) {
+        const auto data = std::make_shared_for_overwrite<char[]>(size);
+        buffer = data.get();
+        m_Bytes = {data, size};
+    }
+    const std::string_view bytes{buffer, ReadUpTo(input.file, buffer, size)};
+    if (isWorthKeeping) {
+        m_Bytes.size = bytes.size();
+        Kept().Keep(path, std::move(spelled), input.state, m_Bytes);
+    }
+    Recode(bytes);
 }
 
 void TextFile::Recode(std::string_view bytes) {
@@ -41,7 +66,7 @@ void TextFile::Recode(std::string_view bytes) {
         m_Converted = Utf8OfUtf16(bytes.substr(2), isLittle ? Utf16Order::LittleEndian : Utf16Order::BigEndian);
         m_Text = m_Converted;
         m_WithSurrogates = true;
-        m_Bytes.reset();
+        m_Bytes = {};
     } else {
         m_Text = bytes.substr(bytes.starts_with("\xEF\xBB\xBF") ? 3 : 0);
     }

@@ -1,6 +1,5 @@
 #include "platform/winreg.h"
 
-#include <unistd.h>
 #include <algorithm>
 #include <map>
 #include <utility>
@@ -9,12 +8,11 @@
 #include "platform/detail/textfile.h"
 #include "platform/detail/tracing.h"
 #include "platform/detail/utf16.h"
-#include "platform/encoding.h"
 #include "platform/process.h"
 
 namespace {
 
-constexpr char DEFAULT_FILE[] = "/etc/vornak/registry.reg";
+constexpr wchar_t DEFAULT_FILE[] = L"/etc/vornak/registry.reg";
 
 struct OpenKey {
     CString file;
@@ -46,20 +44,14 @@ OpenKey* FindKey(HKEY handle) {
 CString RegistryFile() {
     CString file = Shared().file;
     if (file.IsEmpty()) GetEnvironmentText(file, L"VORNAK_REGISTRY");
-    return file.IsEmpty() ? FromUtf8(DEFAULT_FILE) : file;
-}
-
-// Most machines have no registry, and an option store asks for every option: the default's name is spelled as it is on
-// the disk, so one failing call settles it without a search for other spellings.
-bool IsMissingDefault(const CString& file) {
-    return file == FromUtf8(DEFAULT_FILE) && access(DEFAULT_FILE, F_OK) != 0;
+    return file.IsEmpty() ? CString{DEFAULT_FILE} : file;
 }
 
 bool ReadKey(const CString& file, const CString& path, RegistryValues& values) {
-    CString folded = CString{path}.MakeLower();
-    if (folded[0] == L'\\' || IsMissingDefault(file)) return false;
-    if (folded[folded.GetLength() - 1] == L'\\') folded = folded.Left(folded.GetLength() - 1);
     const TextFile text{file};
+    if (text.Text().empty() || path[0] == L'\\') return false;  // most machines have no registry
+    CString folded = CString{path}.MakeLower();
+    if (folded[folded.GetLength() - 1] == L'\\') folded = folded.Left(folded.GetLength() - 1);
     return ReadRegistryKey(text.Text(), text.WithSurrogates(), folded.View(), values);
 }
 

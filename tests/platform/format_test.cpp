@@ -94,7 +94,7 @@ TEST(Format, RoundsTheExactBinaryValue) {
         {Formatted(L"%e %E %.0e", 12345.678, 0.0, 15.0), L"1.234568e+04 0.000000E+00 2e+01"},
         {Formatted(L"%g %g %g %G", 100000.0, 1e6, 0.0001, 1e-5), L"100000 1e+06 0.0001 1E-05"},
         {Formatted(L"%.3g %.0g %g", 1234.0, 25.0, 0.0), L"1.23e+03 2e+01 0"},
-        {Formatted(L"%#.0f %#g %#.3g", 1.0, 1.0, 0.5), L"1. 1.00000 0.500"},
+        {Formatted(L"%#.0f %#g %#.3g %#.0g", 1.0, 1.0, 0.5, 1.0), L"1. 1.00000 0.500 1."},
         {Formatted(L"%8.2f|%-8.2f|%08.2f|%+.1f|% .1f", -1.5, -1.5, -1.5, 2.0, 2.0),
          L"   -1.50|-1.50   |-0001.50|+2.0| 2.0"},
         {Formatted(L"%f %F %e", HUGE_VAL, -HUGE_VAL, std::nan("")), L"inf -INF nan"},

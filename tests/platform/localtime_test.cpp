@@ -44,6 +44,19 @@ TEST(LocalTime, LeavesOtherTextAsItIs) {
     EXPECT_EQ(LocalTimeText(L"", 0), L"");
 }
 
+TEST(LocalTime, FollowsAChangeOfTheZone) {
+    constexpr std::int64_t second = 1794931875;
+    for (int round = 0; round < 2; ++round) {
+        const EnvironmentGuard west{"TZ", "EST5"};
+        EXPECT_EQ(LocalTimeText(L"%H", second), L"11");
+        const EnvironmentGuard east{"TZ", "CET-1"};
+        EXPECT_EQ(LocalTimeText(L"%H", second), L"17");
+        EXPECT_EQ(LocalTimeText(L"%S", second + 1), L"16");
+        const EnvironmentGuard utc{"TZ", ""};
+        EXPECT_EQ(LocalTimeText(L"%H", second + 1), L"16");
+    }
+}
+
 TEST(LocalTime, SpeaksEnglishInEveryLocale) {
     const EnvironmentGuard zone{"TZ", "UTC0"};
     const EnvironmentGuard locale{"LC_ALL", "de_DE.UTF-8"};

@@ -113,6 +113,19 @@ TEST(MessageBox, WaitsForEnterOnATerminal) {
     waitpid(child, nullptr, 0);
 }
 
+TEST(MessageBox, DoesNotWaitWhenOnlyItsInputIsATerminal) {
+    const ChildResult child = RunChild([] {
+        int keyboard = -1;
+        int terminal = -1;
+        if (openpty(&keyboard, &terminal, nullptr, nullptr, nullptr) != 0) return 9;
+        dup2(terminal, STDIN_FILENO);
+        alarm(/*seconds*/ 5);
+        return AfxMessageBox(L"text", MB_ICONERROR);
+    });
+    EXPECT_EQ(child.exitCode, 1);
+    EXPECT_EQ(child.errors, "text\n");
+}
+
 TEST(MessageBox, GivesTheHandlerEverythingAndReturnsItsResult) {
     BoxRecorder::Box seen{};
     const HandlerGuard guard{[&](const CString& text, unsigned style, unsigned helpId) {

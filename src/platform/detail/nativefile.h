@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/cstring.h"
+#include "platform/detail/filestate.h"
 
 /// Repeats a call of the system as long as a signal interrupts it.
 template <class Call>
@@ -40,17 +41,24 @@ private:
     int m_Handle = -1;
 };
 
-/// A regular file open for reading, and its size in bytes when it was opened.
+/// MapPath for a spelled path that the system has just not found.
+std::string MapMissingPath(const std::string& spelled);
+/// Whether a spelled path is known to name nothing, in no case of its letters, without looking for it again.
+bool IsStillMissing(const std::string& spelled) noexcept;
+
+/// A regular file open for reading, and its state when it was opened.
 struct InputFile {
     NativeFile file;
-    std::size_t size = 0;
+    FileState state;
 
     explicit operator bool() const noexcept { return static_cast<bool>(file); }
+    std::size_t Size() const noexcept { return static_cast<std::size_t>(state.Status().st_size); }
 };
 
 /// Opens a regular file through the path mapping. A path spelled as on the disk costs one open and one fstat.
+/// @param spelled  as SpelledPath gives it
 /// @return no file when it is missing, unreadable, or anything but a regular file; never waits for a pipe or device
-InputFile OpenForReading(const CString& path);
+InputFile OpenForReading(const std::string& spelled);
 
 /// Reads a file from its place to its end, however long it has become.
 /// @param expected  size to make room for

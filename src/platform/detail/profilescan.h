@@ -12,14 +12,14 @@ public:
     explicit ProfileName(std::wstring_view asked);
 
     std::wstring_view Folded() const noexcept { return m_Folded.View(); }
-    bool CanBeSection() const noexcept { return CanBeName(L"]\r\n"); }
+    bool CanBeSection() const noexcept { return CanStandBefore(L']'); }
     bool CanBeKey() const noexcept;
 
     /// Takes the name, in any case, from the front of a text.
     bool TakeFrom(std::string_view& text, bool withSurrogates) const noexcept;
 
 private:
-    bool CanBeName(std::wstring_view foreign) const noexcept;
+    bool CanStandBefore(wchar_t end) const noexcept;
 
     CString m_Folded;
 };

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/cstring.h"
+#include "platform/detail/keptfiles.h"
 
 /// The text of a configuration file, read once and whole, as bytes to scan: without a mark at its start, and a file in
 /// UTF-16 turned into UTF-8.
@@ -18,15 +19,21 @@ public:
     /// Reads a file through the path mapping; what can not be read is an empty text. A file that changes meanwhile
     /// gives what was there.
     explicit TextFile(const CString& path);
+    TextFile(const TextFile&) = delete;
+    TextFile& operator=(const TextFile&) = delete;
 
     std::string_view Text() const noexcept { return m_Text; }  ///< as long as this object
     /// Whether the text holds lone surrogates of UTF-16 in three-byte form, to be decoded as such.
     bool WithSurrogates() const noexcept { return m_WithSurrogates; }
 
 private:
+    void Read(const CString& path);
     void Recode(std::string_view bytes);
 
-    std::unique_ptr<char[]> m_Bytes;
+    static constexpr std::size_t SMALL_SIZE = 16384;  // nearly every configuration file fits: no memory is asked for
+
+    char m_SmallBytes[SMALL_SIZE];
+    FileBytes m_Bytes;  // of a larger file, or of one that is kept
     std::string m_Converted;
     std::string_view m_Text;
     bool m_WithSurrogates = false;

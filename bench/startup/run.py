@@ -1,0 +1,83 @@
+#!/usr/bin/env python3
+"""Times the start of a host beside an empty program, in pairs, and counts instructions, memory and libraries.
+
+Usage: run.py BUILD_FOLDER [PAIRS]"""
+import os
+import re
+import resource
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+build = os.path.abspath(sys.argv[1])
+pairs = int(sys.argv[2]) if len(sys.argv) > 2 else 400
+empty = [os.path.join(build, "bench", "startup_empty")]
+
+
+def basic_file():
+    """10 KiB, 80 keys in 6 sections."""
+    names = subprocess.run([os.path.join(build, "bench", "startup_store"), "--help"], capture_output=True).stdout
+    assert b"Synopsis" in names
+    autodoc = re.findall(r'L"(autodoc-[a-z-]+)"', open(os.path.join(os.path.dirname(__file__), "..", "..", "src",
+                         "options", "detail", "optiontable.h")).read())
+    sections = {
+        "ROOT": ["dictionary-root=/srv/%name%/dictionaries", "logfile=%name%-run.log"],
+        "USER": ["create-views=auto", "create-schema=false", "gather-index-statistics=true", "exit=false",
+                 "load-oracle=false"],
+        "AUTODOC": [f"{name}={name}.html" for name in dict.fromkeys(autodoc) if name != "autodoc-document-root"],
+        "base": ["dictionary-name=BASE", "role=OWNER", "registry=REG", "obsolete-classes-1=1,2,3"],
+        "base\\FILES\\1": ["map-file=a.map", "index-file=a.idx"],
+        "base\\TABLENAME RULES\\1": ["ORDERS_OLD=ORDERS", "TMP_=WRK_"],
+    }
+    keys = sum(map(len, sections.values()))
+    sections["USER"] += [f"team-setting-{i}=value of the setting number {i}" for i in range(80 - keys)]
+    text = "".join(f"[{name}]\n" + "\n".join(lines) + "\n" for name, lines in sections.items())
+    return "; " + "the basic configuration " * ((10240 - len(text)) // 24) + "\n" + text
+
+
+with tempfile.TemporaryDirectory() as folder:
+    for name in ("meta", "config", "data", "data/changefile", "data/log"):
+        os.makedirs(os.path.join(folder, name), exist_ok=True)
+    text = basic_file()
+    # The comment is spread so that no line is unusual.
+    text = re.sub(r"((?:the basic configuration ){4})", r"\1\n; ", text)
+    open(os.path.join(folder, "meta", "startup_store.ini"), "w").write(text)
+    user = "[USER]\nspool=%name%.lst\n[AUTODOC]\nautodoc-title=Title\n"
+    user += "".join(f"; remark {i:03} of the team about its configuration\n" for i in range(60))
+    open(os.path.join(folder, "user.ini"), "w").write(user[:3072])
+    store = [os.path.join(build, "bench", "startup_store"), "-m", folder + "/meta", "-cfg", folder + "/config", "-dat",
+             folder + "/data", "-i", folder + "/user.ini", "-n", "base", "-q", "true", "-cv", "auto", "-cs", "false",
+             "-e", "true", "-l", "a.dic", "-l", "b.dic", "-c", "change.sql"]
+    environment = {"PATH": "/usr/bin", "HOME": "/root", "LANG": "C.UTF-8", "TEMP": "/tmp", "TZ": "UTC",
+                   "dictionary-path": "/srv", "LC_ALL": "C"}
+    environment = dict(list(environment.items())[-6:])
+
+    def wall(command):
+        begin = time.perf_counter()
+        process = os.posix_spawn(command[0], command, environment)
+        _, status = os.waitpid(process, 0)
+        assert status == 0, f"{command[0]} failed"
+        return time.perf_counter() - begin
+
+    def instructions(command):
+        output = subprocess.run(["valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null"] + command,
+                                capture_output=True, text=True, env=environment)
+        return int(re.search(r"refs:\s+([0-9,]+)", output.stderr).group(1).replace(",", ""))
+
+    subprocess.run(store, env=environment, check=True)
+    times = {"empty": [], "store": []}
+    for _ in range(pairs):
+        times["empty"].append(wall(empty))
+        times["store"].append(wall(store))
+    ratios = [s / e for s, e in zip(times["store"], times["empty"])]
+    print(f"basic file {len(text)} bytes, user file {len(user[:3072])} bytes, {pairs} pairs")
+    print(f"wall time: empty {statistics.median(times['empty']) * 1e6:.0f} us, "
+          f"store {statistics.median(times['store']) * 1e6:.0f} us, median ratio {statistics.median(ratios):.3f}")
+    print(f"instructions: empty {instructions(empty):,}, store {instructions(store):,}")
+    libraries = subprocess.run(["ldd", store[0]], capture_output=True, text=True).stdout.split()
+    print("libraries:", " ".join(word for word in libraries if word.startswith(("lib", "linux"))))
+    before = resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss
+    process = subprocess.run(["/usr/bin/time", "-f", "%M", *store], capture_output=True, text=True, env=environment)
+    print(f"peak memory: {process.stderr.strip()} KiB" if process.returncode == 0 else f"peak of any child: {before} KiB")

@@ -1,0 +1,31 @@
+// The whole start of a host: store, three start-up steps, every option read once.
+#include "options/xoption.h"
+
+namespace {
+
+void ReadEveryOption(XOption& options) {
+    for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
+        const CString name = row->szLongName;
+        if (!row->IsSingle()) {
+            for (auto* item = options.GetFirstOptionItem(name); item;) item = options.GetNextOptionItem(name);
+        } else if (row->IsBoolean()) {
+            options.GetOptionBoolean(name, -1);
+        } else if (row->IsTrillian()) {
+            options.GetOptionTrillian(name, -1);
+        } else if (!row->IsMandatory() || row->eSection != eSectionNone) {
+            options.GetOptionString(name, -1);
+        }
+    }
+}
+
+}  // namespace
+
+// Usage: startup_store FOLDER OPTION... ; the folder holds the program's .metadata.
+int main(int /*argc*/, char** /*argv*/) {
+    XOption options;
+    options.Initialize(L"/nowhere", L"startup_store", L"today", L"1.0", L"now");
+    options.OpenConfiguration();
+    options.ReadConfiguration();
+    ReadEveryOption(options);
+    return 0;
+}

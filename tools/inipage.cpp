@@ -72,11 +72,13 @@ the key of that name in the section of the value;
 the key of that name in [ROOT], the environment variable of that name, the
 option of that name as the program knows it by now;
 .IP 3. 4
-the unnamed section, which an INI file answers with the names of its sections.
+the unnamed section, which a file answers with the names of its sections.
 .PP
-A reference to an option without a value is taken out. A name that is no option
-and has no value is an error. What is put in may hold references itself. A
-percent sign without a second one is an ordinary character.
+So refer to what has a value. A name without one is an error when it is no
+option, a mandatory one, one of several values, or no text. On the command line,
+before a file is open, any other reference without a value is taken out. What is
+put in may hold references itself. A percent sign without a second one is an
+ordinary character.
 .SH PRECEDENCE
 From the strongest to the weakest:
 .IP 1. 4

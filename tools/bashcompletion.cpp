@@ -1,0 +1,79 @@
+#include "documents.h"
+#include "shelltext.h"
+
+namespace {
+
+// A word is never evaluated: what stands on the line, and what a file holds, may be anything. So quotes and backslashes
+// are taken off the folder's word by hand, and names are quoted for the quotes that are open.
+constexpr char SCRIPT[] = R"(# bash completion for veltrane, @MADE@
+
+_veltrane_databases() {
+    local folder=.metadata program i
+    for ((i = 1; i < ${#COMP_WORDS[@]} - 1; i++)); do
+        [[ ${COMP_WORDS[i]} == -m || ${COMP_WORDS[i]} == --metadata ]] && folder=${COMP_WORDS[i + 1]}
+    done
+    case $folder in
+        [\"\']*) folder=${folder:1} folder=${folder%[\"\']} ;;
+        *) IFS= read folder <<<"$folder" ;; # takes the backslashes off
+    esac
+    [[ $folder == \~/* ]] && folder=$HOME/${folder:2}
+    if [[ $folder != /* ]]; then
+        program=$(type -P -- "${COMP_WORDS[0]}") || return
+        program=$(readlink -f -- "$program")
+        folder=${program%/*}/$folder
+    fi
+    [[ -f $folder/veltrane.ini ]] && LC_ALL=C sed -n @FILTER@ "$folder/veltrane.ini" 2>/dev/null
+}
+
+_veltrane_add_databases() {
+    local name
+    while IFS= read -r name; do
+        case $1 in
+            \"*) name=${name//\"/\\\"} name=${name//\$/\\\$} name=${name//\`/\\\`} ;;
+            \'*) name=${name//\'/\'\\\'\'} ;;
+            *) printf -v name %q "$name" ;;
+        esac
+        [[ $name == "${1#[\"\']}"* ]] && COMPREPLY+=("$name")
+    done < <(_veltrane_databases)
+}
+
+_veltrane() {
+    local word=${COMP_WORDS[COMP_CWORD]}
+    COMPREPLY=()
+    if [[ $word == -* ]]; then
+        mapfile -t COMPREPLY < <(compgen -W @NAMES@ -- "$word")
+        return
+    fi
+    case ${COMP_WORDS[COMP_CWORD - 1]} in
+        @FLAGS@)
+            mapfile -t COMPREPLY < <(compgen -W 'true false' -- "$word") ;;
+        @TRISTATES@)
+            mapfile -t COMPREPLY < <(compgen -W 'true false auto' -- "$word") ;;
+        @FOLDERS@)
+            compopt -o dirnames ;;
+        @FILES@)
+            compopt -o default ;;
+        @TEXTS@)
+            ;;
+        *)
+            _veltrane_add_databases "$word" ;;
+    esac
+}
+
+complete -F _veltrane veltrane
+)";
+
+}  // namespace
+
+std::string BashCompletion() {
+    using enum ValueKind;
+    std::string script = Replaced(SCRIPT, "@MADE@", MADE_FROM);
+    script = Replaced(script, "@FILTER@", ShellQuoted(DatabaseFilter()));
+    const std::string names = NamesOf({None, Flag, TriState, Text, File, Folder, Database}, " ");
+    script = Replaced(script, "@NAMES@", ShellQuoted(names));
+    script = Replaced(script, "@FLAGS@", NamesOf({Flag}, " | "));
+    script = Replaced(script, "@TRISTATES@", NamesOf({TriState}, " | "));
+    script = Replaced(script, "@FOLDERS@", NamesOf({Folder}, " | "));
+    script = Replaced(script, "@FILES@", NamesOf({File}, " | "));
+    return Replaced(script, "@TEXTS@", NamesOf({Text, None}, " | "));
+}

@@ -1,0 +1,189 @@
+#include <cctype>
+
+#include "documents.h"
+#include "optiontext.h"
+#include "troff.h"
+
+namespace {
+
+constexpr char PAGE[] = R"(.TH VELTRANE 1 "" "Veltrane @VERSION@" "Veltrane"
+.ad l
+.nh
+.SH NAME
+veltrane \- show options, rename and compare the names of database schemas
+.SH SYNOPSIS
+.B veltrane
+.RI [ option " ...] [" database\-name ]
+.SH DESCRIPTION
+.B veltrane
+gathers its options from the command line, the registry, two INI files and the
+environment, works on the naming rules of one database, and writes a log.
+.BR veltrane.ini (5)
+tells where a value comes from when the command line does not give it.
+.PP
+It is the sample host of its base library. It acts on
+@ACTS@,
+@LAST_ACT@ and the options for folders and files; the options of the
+schema work itself are accepted, shown in the summary and left to tools that
+are built on the library.
+.PP
+A name list of
+.B \-\-load\-dictionary
+has one
+.BI table\~ name
+or
+.BI column\~ name
+a line, and
+.BI version\~ number
+first. Each name is printed with the name that the naming rules of the
+database make of it.
+.B \-\-diff\-dictionary
+prints what only the first list holds with a minus and what only the second
+holds with a plus;
+.B \-\-create\-changefile
+writes the same lines to a file below the folder
+.BR changefile\-root .
+.SS Grammar
+A short name has one hyphen, a long name two; upper and lower case differ. The
+value is the argument behind it. There is no form with an equals sign, and a
+value can not begin with a hyphen.
+.PP
+A flag without a value is true, or auto where that is allowed. It takes the
+next word unless that begins with a hyphen, so the name of the database stands
+in front of it:
+.RB \(lq "veltrane base \-q" \(rq.
+A word that belongs to no option is the name of the database.
+.PP
+An option given twice keeps its last value; one that takes several values
+collects them. The value may hold references such as
+.BR %data% .
+.SH OPTIONS
+@OPTIONS@.SS "All other options"
+Each key of
+.BR veltrane.ini (5)
+is a long name, too. The program itself gives
+@FACTS@;
+given on the command line they replace what the program says.
+.SH EXIT STATUS
+.TP
+.B 0
+The work is done, or
+.BR \-\-help ,
+.B \-\-version
+or
+.B \-\-setup
+was met: these end the program at once, whatever stands behind them.
+.TP
+.B 1
+An error. It is shown on standard error, and in the log when that is open.
+.SH ENVIRONMENT
+.TP
+.B VORNAK_REGISTRY
+The registry file, instead of
+.IR /etc/vornak/registry.reg .
+.TP
+.B VORNAK_DRIVES
+The folders that stand for drives, such as
+.BR C=/srv/c;D=/data .
+A drive without a folder does not exist.
+.TP
+.B VELTRANE_SUMMARY
+With the value
+.BR json ,
+.B \-\-summary
+prints one JSON object a line, with the origin of each value, and nothing else
+is printed.
+.TP
+@VARIABLES@
+The options of the section [ROOT], in exactly this spelling; they count when
+nothing else gives a value. A shell can not set those with a hyphen,
+.BR env (1)
+can.
+.SH FILES
+.TP
+.IB metadata /veltrane.ini
+The basic file, which must exist. The folder is
+.I .metadata
+beside the program unless
+.B \-\-metadata
+names another; one that is not absolute is taken from the folder of the program.
+.TP
+.I /etc/vornak/registry.reg
+The registry, an export file.
+.TP
+.IR data /configuration ", " data /changefile ", " data /log
+Folders for user files, change files and logs. They are created when missing,
+unless an option names them.
+.SH EXAMPLES
+.TP
+.B veltrane base \-\-summary
+Show every option of the database \(lqbase\(rq and where it comes from.
+.TP
+.B veltrane base \-l v4.txt \-l v5.txt \-d \-c change.txt
+Rename the names of two lists, compare the lists, write the difference.
+.SH SEE ALSO
+.BR veltrane.ini (5)
+)";
+
+std::string OptionEntry(const OptionText& option) {
+    std::string head = option.shortOption.empty() ? "" : Bold(option.shortOption) + ", ";
+    head += Bold(option.longOption);
+    if (!option.value.empty()) head += ' ' + Italic(option.value);
+    const bool isPlain = option.description.empty();
+    std::string body = isPlain ? "See " + Bold("EXIT STATUS") + '.' : Troff(option.description);
+    if (isPlain && option.row->eSection != eSectionNone) body = "Sets the key of that name; see " + Bold("FILES") + '.';
+    if (!option.row->IsSingle()) body += "\n.br\nMay be given several times.";
+    return Entry(head, body);
+}
+
+std::string Capital(std::string text) {
+    text[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(text[0])));
+    return text;
+}
+
+std::string Options() {
+    std::string text;
+    for (const OptionGroup& group : GetOptionGroups()) {
+        if (group.title.empty()) continue;
+        text += ".SS \"" + Troff(Capital(group.title)) + "\"\n";
+        for (const OptionText& option : group.options) {
+            if (option.HasSyntax()) text += OptionEntry(option);
+        }
+    }
+    return text;
+}
+
+/// Bold names on lines of their own, with commas between.
+std::string Listed(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names) text.append(text.empty() ? "" : ",\n").append(Bold(name));
+    return text;
+}
+
+std::string Facts() {
+    std::vector<std::string> names;
+    for (const OptionText& option : GetOptionTexts()) {
+        if (option.row->eSection == eSectionNone && !option.HasSyntax()) names.push_back(option.longOption);
+    }
+    return Listed(names);
+}
+
+std::string Variables() {
+    std::string text;
+    for (const OptionText& option : GetOptionTexts()) {
+        if (option.row->eSection == eSectionRoot) text.append(text.empty() ? "" : ", ").append(Bold(option.key));
+    }
+    return text;
+}
+
+}  // namespace
+
+std::string CommandPage() {
+    std::string page = PAGE;
+    page = Replaced(page, "@VERSION@", VELTRANE_VERSION);
+    page = Replaced(page, "@ACTS@", Listed({"--summary", "--load-dictionary", "--diff-dictionary"}));
+    page = Replaced(page, "@LAST_ACT@", Bold("--create-changefile"));
+    page = Replaced(page, "@OPTIONS@", Options());
+    page = Replaced(page, "@FACTS@", Facts());
+    return Replaced(page, "@VARIABLES@", Variables());
+}

@@ -1,0 +1,66 @@
+#include "documents.h"
+#include "shelltext.h"
+
+namespace {
+
+constexpr char SCRIPT[] = R"(# fish completion for veltrane, @MADE@
+
+function __veltrane_databases
+    set -l words (commandline -opc)
+    set -l folder .metadata
+    for i in (seq 2 (math (count $words) - 1))
+        contains -- $words[$i] -m --metadata; and set folder $words[(math $i + 1)]
+    end
+    set folder (string replace -r '^~/' "$HOME/" -- $folder)
+    if not string match -q '/*' -- $folder
+        set -l program (command -s -- $words[1]); or return
+        set folder (string replace -r '/[^/]*$' '' -- (realpath -- $program))/$folder
+    end
+    test -f $folder/veltrane.ini; and LC_ALL=C sed -n @FILTER@ $folder/veltrane.ini 2>/dev/null
+end
+
+complete -c veltrane -f -a '(__veltrane_databases)' -d database
+@OPTIONS@)";
+
+/// One word of fish that stands for exactly this text.
+std::string FishQuoted(std::string_view text) {
+    return '\'' + Replaced(Replaced(std::string{text}, "\\", "\\\\"), "'", "\\'") + '\'';
+}
+
+std::string_view ValueOf(ValueKind kind) {
+    switch (kind) {
+        case ValueKind::Flag:
+            return " -xa 'true false'";
+        case ValueKind::TriState:
+            return " -xa 'true false auto'";
+        case ValueKind::Folder:
+            return " -xa '(__fish_complete_directories (commandline -ct) \"\")'";
+        case ValueKind::File:
+            return " -rF";
+        case ValueKind::Database:
+            return " -xa '(__veltrane_databases)'";
+        default:
+            return " -x";
+    }
+}
+
+// A short name is one "old option" even when it is one letter, so that fish offers no bundles of letters.
+std::string Options() {
+    std::string lines;
+    for (const OptionText& option : GetOptionTexts()) {
+        lines += "complete -c veltrane";
+        if (!option.shortOption.empty()) lines += " -o " + option.shortOption.substr(1);
+        lines += " -l " + option.key;
+        if (!option.description.empty()) lines += " -d " + FishQuoted(option.description);
+        lines.append(ValueOf(option.kind)).append("\n");
+    }
+    return lines;
+}
+
+}  // namespace
+
+std::string FishCompletion() {
+    std::string script = Replaced(SCRIPT, "@MADE@", MADE_FROM);
+    script = Replaced(script, "@FILTER@", FishQuoted(DatabaseFilter()));
+    return Replaced(script, "@OPTIONS@", Options());
+}

@@ -1,0 +1,147 @@
+#include "optiontext.h"
+
+#include <set>
+
+#include "platform/encoding.h"
+
+namespace {
+
+std::string OneLine(const wchar_t* text) {
+    std::string line;
+    for (const char c : ToUtf8(text)) {
+        const bool isBlank = c == ' ' || c == '\t' || c == '\r' || c == '\n';
+        if (!isBlank) line += c;
+        if (isBlank && !line.empty() && line.back() != ' ') line += ' ';
+    }
+    if (line.ends_with(' ')) line.pop_back();
+    return line;
+}
+
+/// What the left column of the help shows in angle brackets.
+std::string Placeholder(const XOptionDefinition& row) {
+    const std::string syntax = OneLine(row.szSyntax);
+    const std::size_t first = syntax.find('<');
+    return first == std::string::npos ? std::string{} : syntax.substr(first);
+}
+
+ValueKind KindOfValue(const XOptionDefinition& row) {
+    const bool isEnding = row.eSection == eSectionNone && row.IsBoolean();  // help and version do not look at a value
+    if (row.eOption == eOptionName) return ValueKind::Database;
+    if (row.IsBoolean()) return isEnding ? ValueKind::None : ValueKind::Flag;
+    if (row.IsTrillian()) return ValueKind::TriState;
+    if (!row.IsString() && !row.IsIList()) return ValueKind::None;
+
+    struct {
+        std::string_view word;
+        ValueKind kind;
+    } const words[] = {
+        {"directory>", ValueKind::Folder},
+        {"location>", ValueKind::Folder},
+        {"filename>", ValueKind::File},
+        {"dictionary>", ValueKind::File},
+    };
+    const std::string placeholder = Placeholder(row);
+    for (const auto& [word, kind] : words) {
+        if (placeholder.ends_with(word)) return kind;
+    }
+    return ValueKind::Text;
+}
+
+std::string ValueText(const XOptionDefinition& row, ValueKind kind) {
+    if (kind == ValueKind::None) return {};
+    if (kind == ValueKind::Flag) return "[true|false]";
+    if (kind == ValueKind::TriState) return "[true|false|auto]";
+    const std::string placeholder = Placeholder(row);
+    if (placeholder.empty()) return row.IsIList() ? "<numbers>" : "<text>";
+    return row.IsValueOptional() ? '[' + placeholder + ']' : placeholder;
+}
+
+OptionText TextOf(const XOptionDefinition& row) {
+    const ValueKind kind = KindOfValue(row);
+    const std::string key = ToUtf8(row.szLongName);
+    const std::string shortName = ToUtf8(row.szShortName);
+    return {.row = &row,
+            .key = key,
+            .shortOption = shortName.empty() ? shortName : '-' + shortName,
+            .longOption = "--" + key,
+            .value = ValueText(row, kind),
+            .description = OneLine(row.szDescription),
+            .kind = kind};
+}
+
+std::string TitleOf(const XOptionDefinition& row) {
+    const std::string title = OneLine(row.szSyntax);
+    return title == "--" ? std::string{} : title.substr(0, title.find(':'));
+}
+
+}  // namespace
+
+std::vector<OptionGroup> GetOptionGroups() {
+    std::vector<OptionGroup> groups(1);
+    for (int i = 0; i < GetOptionDefinitionCount(); ++i) {
+        const XOptionDefinition& row = *GetOptionDefinitionAt(i);
+        if (row.eOption == eOptionTitle) {
+            groups.push_back({TitleOf(row), {}});
+        } else {
+            groups.back().options.push_back(TextOf(row));
+        }
+    }
+    std::erase_if(groups, [](const OptionGroup& group) { return group.options.empty(); });
+    return groups;
+}
+
+std::vector<OptionText> GetOptionTexts() {
+    std::vector<OptionText> options;
+    for (const OptionGroup& group : GetOptionGroups()) {
+        options.insert(options.end(), group.options.begin(), group.options.end());
+    }
+    return options;
+}
+
+std::string KindOf(const XOptionDefinition& row) {
+    std::string kind;
+    const auto add = [&](bool applies, std::string_view word) {
+        if (applies) kind.append(kind.empty() ? "" : ", ").append(word);
+    };
+    add(row.IsCommand(), "command");
+    add(row.IsBoolean(), "boolean");
+    add(row.IsTrillian(), "tri-state");
+    add(row.IsIList(), "integer list");
+    add(row.IsString(), "text");
+    add(row.IsMandatory(), "mandatory");
+    add(row.IsValueOptional(), "value may be left out");
+    add(!row.IsSingle(), "several values");
+    return kind;
+}
+
+std::vector<std::string> GetFixedSections() {
+    std::vector<std::string> names;
+    for (const enumCfgSection section : GetOptionSections()) {
+        const std::string title = SectionTitle(section);
+        if (title.find('<') == std::string::npos) names.push_back(title);
+    }
+    return names;
+}
+
+std::string SectionTitle(enumCfgSection section) {
+    const XConfigSection* const row = FindConfigSection(section);
+    if (!row) return {};
+    const std::string parent = SectionTitle(row->eParent);
+    std::string own = Replaced(ToUtf8(row->szName), "%d", "<n>");
+    if (own.starts_with("--")) own = "<database>";
+    return parent.empty() ? own : parent + '\\' + own;
+}
+
+std::vector<enumCfgSection> GetOptionSections() {
+    std::set<enumCfgSection> sections;
+    for (const OptionText& option : GetOptionTexts()) sections.insert(option.row->eSection);
+    sections.erase(eSectionNone);
+    return {sections.begin(), sections.end()};
+}
+
+std::string Replaced(std::string text, std::string_view word, std::string_view replacement) {
+    for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + replacement.size())) {
+        text.replace(at, word.size(), replacement);
+    }
+    return text;
+}

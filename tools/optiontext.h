@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "options/xoptiondefinition.h"
+
+/// What may follow an option on the command line.
+enum class ValueKind { None, Flag, TriState, Text, File, Folder, Database };
+
+/// A row of the option table as plain UTF-8 text: no tabulators, no line ends, single blanks.
+struct OptionText {
+    const XOptionDefinition* row;
+    std::string key;          ///< "create-views"
+    std::string shortOption;  ///< "-cv"; may be empty
+    std::string longOption;   ///< "--create-views"
+    std::string value;        ///< "<directory>", "[true|false]"; empty when nothing follows
+    std::string description;  ///< may be empty
+    ValueKind kind;
+
+    /// Whether the help has something to say on it.
+    bool HasSyntax() const { return row->szSyntax[0] != 0; }
+};
+
+/// The options below one title of the help. The title is without its colon, and empty behind the last group.
+struct OptionGroup {
+    std::string title;
+    std::vector<OptionText> options;
+};
+
+/// The option table in its own order; groups without options are left out.
+std::vector<OptionGroup> GetOptionGroups();
+/// The options of all groups.
+std::vector<OptionText> GetOptionTexts();
+
+/// "command, boolean", "text, several values": type and multiplicity of an option.
+std::string KindOf(const XOptionDefinition& row);
+
+/// The sections with a fixed name: "ROOT", "USER", "AUTODOC".
+std::vector<std::string> GetFixedSections();
+/// Name of a section as a reader sees it: "<database>\FILES\<n>"; empty for the unnamed one and for none.
+std::string SectionTitle(enumCfgSection section);
+/// The sections that options stand in, in the order of their values.
+std::vector<enumCfgSection> GetOptionSections();
+
+/// The text with every occurrence of a word replaced.
+std::string Replaced(std::string text, std::string_view word, std::string_view replacement);

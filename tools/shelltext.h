@@ -1,0 +1,20 @@
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
+#include "optiontext.h"
+
+/// One word of bash or zsh that stands for exactly this text.
+std::string ShellQuoted(std::string_view text);
+
+/// The short and long names of the options with a value of one of these kinds, with a separator between.
+std::string NamesOf(std::initializer_list<ValueKind> kinds, std::string_view separator);
+
+/// A program for GNU sed that prints the names of the databases in an INI file: its sections but those with a fixed
+/// name and those of families.
+std::string DatabaseFilter();
+
+/// The line that says where a file comes from.
+inline constexpr char MADE_FROM[] = "made from the option table by veltrane_describe";

@@ -1,0 +1,58 @@
+#include "troff.h"
+
+#include "platform/encoding.h"
+#include "platform/format.h"
+
+namespace {
+
+/// The escape of a character that troff would take for a command or print as another one.
+std::string_view Escape(wchar_t c) {
+    switch (c) {
+        case L'\\':
+            return "\\e";
+        case L'-':
+            return "\\-";
+        case L'"':
+            return "\\(dq";
+        case L'\'':
+            return "\\(aq";
+        case L'`':
+            return "\\(ga";
+        case L'^':
+            return "\\(ha";
+        case L'~':
+            return "\\(ti";
+        default:
+            return {};
+    }
+}
+
+}  // namespace
+
+std::string Troff(std::string_view text) {
+    std::string source = text.starts_with('.') ? "\\&" : "";  // a dot at the front of a line is a request
+    const CString wide = FromUtf8(text);
+    for (const wchar_t c : wide.View()) {
+        const std::string_view escape = Escape(c);
+        if (!escape.empty()) {
+            source += escape;
+        } else if (c < 0x80) {
+            source += static_cast<char>(c);
+        } else {
+            source += ToUtf8(FormatText(L"\\[u%04X]", static_cast<unsigned>(c)));
+        }
+    }
+    return source;
+}
+
+std::string Bold(std::string_view text) {
+    return "\\fB" + Troff(text) + "\\fR";
+}
+
+std::string Italic(std::string_view text) {
+    return "\\fI" + Troff(text) + "\\fR";
+}
+
+std::string Entry(std::string_view head, std::string_view body) {
+    return std::string{".TP\n"}.append(head).append("\n").append(body).append("\n");
+}

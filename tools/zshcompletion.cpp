@@ -1,0 +1,77 @@
+#include "documents.h"
+#include "shelltext.h"
+
+namespace {
+
+constexpr char SCRIPT[] = R"(#compdef veltrane
+# zsh completion for veltrane, @MADE@
+
+_veltrane_databases() {
+    local folder=.metadata program=${(Q)words[1]} i
+    local -a names
+    for ((i = 2; i < $#words; i++)); do
+        [[ $words[i] == (-m|--metadata) ]] && folder=${(Q)words[i + 1]}
+    done
+    [[ $folder == \~/* ]] && folder=$HOME/${folder:2}
+    if [[ $folder != /* ]]; then
+        program=$(whence -p -- "$program") || return 1
+        folder=${program:A:h}/$folder
+    fi
+    [[ -f $folder/veltrane.ini ]] || return 1
+    names=("${(@f)$(LC_ALL=C sed -n @FILTER@ "$folder/veltrane.ini" 2>/dev/null)}")
+    compadd -X database -a names
+}
+
+_veltrane() {
+    local -a options=(
+@OPTIONS@    )
+    if [[ $PREFIX == -* ]]; then
+        _describe -o option options
+        return
+    fi
+    case ${words[CURRENT - 1]} in
+        @FLAGS@)
+            compadd true false ;;
+        @TRISTATES@)
+            compadd true false auto ;;
+        @FOLDERS@)
+            _files -/ ;;
+        @FILES@)
+            _files ;;
+        @TEXTS@)
+            _message text ;;
+        *)
+            _veltrane_databases ;;
+    esac
+}
+
+_veltrane "$@"
+)";
+
+std::string Described(const std::string& name, const std::string& description) {
+    if (name.empty()) return {};
+    const std::string colon = description.empty() ? "" : ":";
+    return "        " + ShellQuoted(name + colon + description) + '\n';
+}
+
+std::string Options() {
+    std::string lines;
+    for (const OptionText& option : GetOptionTexts()) {
+        lines += Described(option.shortOption, option.description) + Described(option.longOption, option.description);
+    }
+    return lines;
+}
+
+}  // namespace
+
+std::string ZshCompletion() {
+    using enum ValueKind;
+    std::string script = Replaced(SCRIPT, "@MADE@", MADE_FROM);
+    script = Replaced(script, "@FILTER@", ShellQuoted(DatabaseFilter()));
+    script = Replaced(script, "@FLAGS@", NamesOf({Flag}, " | "));
+    script = Replaced(script, "@TRISTATES@", NamesOf({TriState}, " | "));
+    script = Replaced(script, "@FOLDERS@", NamesOf({Folder}, " | "));
+    script = Replaced(script, "@FILES@", NamesOf({File}, " | "));
+    script = Replaced(script, "@TEXTS@", NamesOf({Text, None}, " | "));
+    return Replaced(script, "@OPTIONS@", Options());
+}

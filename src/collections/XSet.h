@@ -13,8 +13,8 @@
 #include <utility>
 #include <vector>
 
-#include "collections/detail/guarded.h"
-#include "collections/detail/mergesort.h"
+#include "collections/guarded.h"
+#include "collections/mergesort.h"
 #include "collections/xsetdata.h"
 #include "collections/xsetp.h"
 #include "platform/cstring.h"

@@ -2,7 +2,7 @@
 
 #include <map>
 
-#include "collections/detail/cursormap.h"
+#include "collections/cursormap.h"
 #include "collections/xsetint.h"
 #include "platform/cstring.h"
 

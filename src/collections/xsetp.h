@@ -8,10 +8,10 @@
 #include <utility>
 #include <vector>
 
-#include "collections/detail/guarded.h"
-#include "collections/detail/matchsorted.h"
-#include "collections/detail/mergesort.h"
-#include "collections/detail/typename.h"
+#include "collections/guarded.h"
+#include "collections/matchsorted.h"
+#include "collections/mergesort.h"
+#include "collections/typename.h"
 #include "foundation/xraise.h"
 
 /// An ordered sequence of heap objects that the set owns: it deletes what is removed and copies with T's copy

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "collections/detail/cursormap.h"
+#include "collections/cursormap.h"
 #include "platform/cstring.h"
 
 /// Strings in the order of appending, with a cursor of its own.

@@ -30,6 +30,12 @@ concept XKnownOrder = std::integral<T> || std::same_as<T, CString>;
 /// its elements are moved, not copied, where it can move. Nothing that T or a comparison throws comes out of a set:
 /// the operation shows its message in a box, returns what its comment says for a position outside or for nothing
 /// found, and the set stays as far as the operation came. A set given to itself as argument counts as a copy.
+/// @code
+/// XSet<int> numbers;
+/// numbers.Insert(7, /*unique*/ true);
+/// numbers.Sort();
+/// numbers.SetFlag(numbers.Find(7, XSet<int>::Comp), true);
+/// @endcode
 template <class T>
 class XSet {
 public:

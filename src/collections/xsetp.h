@@ -25,6 +25,11 @@
 /// replaced. The read accessors and GetSubset absorb what T throws, show a box and answer as for a position outside.
 /// Sub, Intersection, Compare and FullCompare let through what T throws. A set given to itself as argument counts as a
 /// copy. Addresses and references of objects are valid until the object is removed.
+/// @code
+/// XSetP<XStringPair> pairs;
+/// pairs.Insert(new XStringPair(L"tmp_", L"wrk_"));  // the set deletes it
+/// for (int i = 0; i < pairs.Size(); ++i) Use(pairs.GetConstRefAt(i).GetFirst());
+/// @endcode
 template <class T>
 class XSetP {
 public:

@@ -27,7 +27,7 @@ expect "Synopsis: Veltrane [options] <database-name>" "$temporary/help"
 cmake -S "$tests/consumer" -B "$temporary/package" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
 cmake --build "$temporary/package" >/dev/null
 run_consumer "$temporary/package/consumer"
-if cmake -S "$tests/consumer" -B "$temporary/later" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" -DCONSUMER_VERSION=2.0 \
+if cmake -S "$tests/consumer" -B "$temporary/later" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" -DCONSUMER_VERSION=0.9 \
     >/dev/null 2>&1; then
     fail "the package passes for another major version"
 fi

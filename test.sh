@@ -4,8 +4,8 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 . cmake/packages.sh
-need_packages g++ cmake ninja-build libgtest-dev libbenchmark-dev clang-format clang-tidy python3-minimal binutils \
-    groff-base man-db zsh fish bsdutils
+need_packages g++ cmake ninja-build libgtest-dev libbenchmark-dev clang clang-format clang-tidy python3-minimal binutils \
+    groff-base man-db zsh fish bsdutils doxygen dpkg-dev file pkg-config
 
 step() { printf '\n== %s\n' "$*"; }
 

@@ -2,7 +2,8 @@
 add_library(veltrane_options INTERFACE)
 
 target_compile_options(veltrane_options INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wformat=2 -Wformat-nonliteral -Werror
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wformat=2 -Wformat-nonliteral $<$<BOOL:${PROJECT_IS_TOP_LEVEL}>:-Werror>
+    $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>  # unique symbols would keep the library loaded forever
     -fvisibility=hidden -fvisibility-inlines-hidden -fstack-protector-strong -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
 
 if(VELTRANE_SANITIZE)
@@ -12,6 +13,11 @@ if(VELTRANE_SANITIZE)
     target_link_options(veltrane_options INTERFACE -fsanitize=address,undefined)
 elseif(NOT VELTRANE_BUILD_FUZZ)
     target_compile_options(veltrane_options INTERFACE $<$<CONFIG:Release>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
+endif()
+
+if(VELTRANE_COVERAGE)
+    target_compile_options(veltrane_options INTERFACE --coverage -fprofile-update=atomic)
+    target_link_options(veltrane_options INTERFACE --coverage)
 endif()
 
 target_link_options(veltrane_options INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)

@@ -13,9 +13,9 @@
 #include <utility>
 #include <vector>
 
-#include "collections/detail/guarded.h"
-#include "collections/detail/mergesort.h"
-#include "collections/detail/radixsort.h"
+#include "collections/guarded.h"
+#include "collections/mergesort.h"
+#include "collections/radixsort.h"
 #include "collections/xsetdata.h"
 #include "collections/xsetp.h"
 #include "platform/cstring.h"
@@ -31,6 +31,12 @@ concept XKnownOrder = std::integral<T> || std::same_as<T, CString>;
 /// its elements are moved, not copied, where it can move. Nothing that T or a comparison throws comes out of a set:
 /// the operation shows its message in a box, returns what its comment says for a position outside or for nothing
 /// found, and the set stays as far as the operation came. A set given to itself as argument counts as a copy.
+/// @code
+/// XSet<int> numbers;
+/// numbers.Insert(7, /*unique*/ true);
+/// numbers.Sort();
+/// numbers.SetFlag(numbers.Find(7, XSet<int>::Comp), true);
+/// @endcode
 template <class T>
 class XSet {
 public:

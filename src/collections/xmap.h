@@ -2,7 +2,7 @@
 
 #include <map>
 
-#include "collections/detail/cursormap.h"
+#include "collections/cursormap.h"
 #include "collections/xsetint.h"
 #include "platform/cstring.h"
 
@@ -41,6 +41,11 @@ private:
 };
 
 /// Ordered map from int to sets of integers that it owns, each under one key, until the map is destroyed.
+/// @code
+/// XMapInt2SetOfInt columns;
+/// columns.Insert(5, L"1, 3, 7");
+/// if (const XSetInt* set = columns.Find(5)) Use(*set);
+/// @endcode
 class VELTRANE_API XMapInt2SetOfInt {
 public:
     XMapInt2SetOfInt() = default;
@@ -61,6 +66,10 @@ private:
 };
 
 /// Ordered map from int to a pair of numbers with a cursor of its own; a pair of zeros counts as none.
+/// @code
+/// XMapInt2IntTupel::IntTupel pair;
+/// for (int key = map.GetFirst(pair); key >= 0; key = map.GetNext(pair)) Use(key, pair.nFirst, pair.nSecond);
+/// @endcode
 class VELTRANE_API XMapInt2IntTupel {
 public:
     struct IntTupel {

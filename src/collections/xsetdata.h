@@ -2,10 +2,14 @@
 
 #include <utility>
 
-#include "collections/detail/guarded.h"
+#include "collections/guarded.h"
 
 /// One element of an XSet: a value and the mark that callers use to pick elements. T needs what the used operations
 /// call: copy construction, assignment, `<`. Assignment and `<` absorb what T throws, show a box and carry on.
+/// @code
+/// int DownFrom(const XSetData<int>& a, const XSetData<int>& b) { return b.GetValue() - a.GetValue(); }
+/// numbers.Sort(DownFrom);
+/// @endcode
 template <class T>
 class XSetData {
 public:

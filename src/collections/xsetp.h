@@ -8,10 +8,10 @@
 #include <utility>
 #include <vector>
 
-#include "collections/detail/guarded.h"
-#include "collections/detail/matchsorted.h"
-#include "collections/detail/mergesort.h"
-#include "collections/detail/typename.h"
+#include "collections/guarded.h"
+#include "collections/matchsorted.h"
+#include "collections/mergesort.h"
+#include "collections/typename.h"
 #include "foundation/xraise.h"
 
 /// An ordered sequence of heap objects that the set owns: it deletes what is removed and copies with T's copy
@@ -25,6 +25,11 @@
 /// replaced. The read accessors and GetSubset absorb what T throws, show a box and answer as for a position outside.
 /// Sub, Intersection, Compare and FullCompare let through what T throws. A set given to itself as argument counts as a
 /// copy. Addresses and references of objects are valid until the object is removed.
+/// @code
+/// XSetP<XStringPair> pairs;
+/// pairs.Insert(new XStringPair(L"tmp_", L"wrk_"));  // the set deletes it
+/// for (int i = 0; i < pairs.Size(); ++i) Use(pairs.GetConstRefAt(i).GetFirst());
+/// @endcode
 template <class T>
 class XSetP {
 public:

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "collections/detail/matchsorted.h"
+#include "collections/matchsorted.h"
 #include "platform/characters.h"
 
 template class XSetData<CString>;

@@ -6,6 +6,12 @@ extern template class VELTRANE_API XSetData<CString>;
 extern template class VELTRANE_API XSet<CString>;
 
 /// A set of strings with list parsing and set arithmetic, in the order of CString::Compare.
+/// @code
+/// XSetString before, after, gone;
+/// before.InsertList(L"orders, items", /*sort*/ true, L",");
+/// after.InsertList(L"orders", /*sort*/ true, L",");
+/// gone.Sub(before, after);  // "items"
+/// @endcode
 class VELTRANE_API XSetString : public XSet<CString> {
 public:
     /// The difference of the sizes; among equal sizes CString::Compare of the first strings that differ, else 0.

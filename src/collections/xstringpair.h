@@ -4,6 +4,10 @@
 #include "platform/cstring.h"
 
 /// Two strings, ordered by the first, then by the second, as CString::Compare orders.
+/// @code
+/// const XStringPair rule{L"tmp_", L"wrk_"};
+/// name.Replace(rule.GetFirst(), rule.GetSecond());
+/// @endcode
 class VELTRANE_API XStringPair {
 public:
     XStringPair() = default;
@@ -31,6 +35,11 @@ private:
 extern template class VELTRANE_API XSetP<XStringPair>;
 
 /// An owning set of string pairs; the same pair may be in it any number of times.
+/// @code
+/// XSetStringPairs renamed;
+/// renamed.InsertPair(L"tmp_orders", L"wrk_orders");
+/// renamed.Sort();
+/// @endcode
 class VELTRANE_API XSetStringPairs : public XSetP<XStringPair> {
 public:
     XSetStringPairs() = default;

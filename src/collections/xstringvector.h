@@ -3,10 +3,14 @@
 #include <cstddef>
 #include <vector>
 
-#include "collections/detail/cursormap.h"
+#include "collections/cursormap.h"
 #include "platform/cstring.h"
 
 /// Strings in the order of appending, with a cursor of its own.
+/// @code
+/// CString line;
+/// for (bool more = lines.First(line); more; more = lines.Next(line)) Use(line);
+/// @endcode
 class VELTRANE_API XStringVector {
 public:
     XStringVector() = default;
@@ -36,6 +40,9 @@ private:
 };
 
 /// Ordered map from string to vectors that it owns until it is destroyed, with a cursor of its own.
+/// @code
+/// for (bool more = map.First(); more; more = map.Next()) Use(map.GetActKey(), *map.GetActValue());
+/// @endcode
 class VELTRANE_API XStringMap {
 public:
     XStringMap() = default;

@@ -3,7 +3,7 @@
 #include "platform/cstring.h"
 #include "platform/winreg.h"
 
-/// Reads values below SOFTWARE\VORNAK in the machine's registry, whatever their type, as text. A missing key or value
+/// Reads values below `SOFTWARE\VORNAK` in the machine's registry, whatever their type, as text. A missing key or value
 /// is no error.
 /// @code
 /// CString file;

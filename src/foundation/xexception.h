@@ -67,6 +67,11 @@ private:
 };
 
 /// An error that concerns one file or folder.
+/// @code
+/// XFileException error{file};
+/// error.SetFileNotFoundError(L".\\xdictionary", L"XDictionary::Open", __LINE__, L"No dictionary!");
+/// throw error;
+/// @endcode
 class VELTRANE_API XFileException : public XException {
 public:
     explicit XFileException(const CString& fileName);

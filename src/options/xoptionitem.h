@@ -8,6 +8,10 @@
 
 /// One value of one option: its row of the option table, its text and, for an option with several values, its index.
 /// The text is converted on request; what was stored is never checked, so a wrong word reads as false or as auto.
+/// @code
+/// XOptionItem item{FindOptionDefinition(L"logfile"), L"run.log", -1};
+/// Use(item.GetOptionString());
+/// @endcode
 class VELTRANE_API XOptionItem {
 public:
     /// @param index  number of the value from 0; -1 for a single option

@@ -8,6 +8,10 @@
 #include "platform/cstring.h"
 
 /// A failed file operation, as the system reported it.
+/// @code
+/// CFileException error;
+/// if (!file.Open(path, flags, &error) && error.m_cause == CFileException::accessDenied) AskForAnotherPath();
+/// @endcode
 class VELTRANE_API CFileException : public std::exception {
 public:
     /// Causes, numbered as hosts and log readers know them. Nothing on this system gives removeCurrentDir or endOfFile.
@@ -45,6 +49,11 @@ struct CFileStatus {
     CString m_szFullName;  ///< absolute path with "." and ".." resolved by text
 };
 
+/// Questions about files by their path.
+/// @code
+/// CFileStatus status;
+/// if (CFile::GetStatus(L"D:\\Out\\..\\run.log", status)) Use(status.m_szFullName);
+/// @endcode
 class VELTRANE_API CFile {
 public:
     static constexpr unsigned modeWrite = 0x0001;
@@ -57,6 +66,10 @@ public:
 };
 
 /// A text file that is written: UTF-8, line ends as given, no mark at the start, nothing kept back in the process.
+/// @code
+/// CStdioFile file;
+/// if (file.Open(path, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite)) file.WriteString(L"done\r\n");
+/// @endcode
 class VELTRANE_API CStdioFile {
 public:
     CStdioFile() = default;

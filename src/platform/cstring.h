@@ -12,6 +12,10 @@ class CString;
 
 /// Read-only text that an operation looks at while it runs. Made of a CString, of wide text (null is empty) or of a
 /// view; owns nothing.
+/// @code
+/// int CountBlanks(CStringView text) { return static_cast<int>(std::ranges::count(text.View(), L' ')); }
+/// CountBlanks(L"a literal") + CountBlanks(string) + CountBlanks(string.View().substr(1));
+/// @endcode
 class CStringView {
 public:
     constexpr CStringView(const wchar_t* text) noexcept

@@ -32,6 +32,13 @@ struct XFormatConversion {
 };
 
 /// Reads a format conversion by conversion; the same code checks formats while compiling and walks them at run time.
+/// @code
+/// for (XFormatScanner scanner{format}; scanner.More();) {
+///     Literal(scanner.Literal());
+///     XFormatConversion conversion;
+///     if (scanner.AtConversion() && scanner.Next(conversion)) Convert(conversion);
+/// }
+/// @endcode
 class XFormatScanner {
 public:
     /// Widths and precisions written with more than this are refused: no column of a text is wider.
@@ -163,6 +170,10 @@ private:
 };
 
 /// One argument of a format, its type taken from the value itself; borrows the texts that it names.
+/// @code
+/// const XFormatArgument arguments[] = {XFormatArgument(name), XFormatArgument(3)};
+/// FormatArguments(L"%s: %d", arguments);
+/// @endcode
 class VELTRANE_API XFormatArgument {
 public:
     template <std::integral T>
@@ -242,6 +253,10 @@ constexpr bool AcceptsArgument(XFormatKind kind) {
 /// Conversions: %s (also %ls, %ws) wide text, %S %hs narrow text in UTF-8, %c %C characters, %d %i %u %x %X %o integers
 /// printed by their own type whatever h, l, ll or I64 say, %f %e %g %F %E %G doubles with '.', %p, %%. Flags "-+ #0",
 /// width and precision as digits or '*'. No %n.
+/// @code
+/// void Report(XFormat<CString, int> format);
+/// Report(L"%s in line %d");  // L"%d" alone does not compile
+/// @endcode
 template <class... Args>
 class XFormat {
 public:

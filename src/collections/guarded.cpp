@@ -1,4 +1,4 @@
-#include "collections/detail/guarded.h"
+#include "collections/guarded.h"
 
 #include "platform/messagebox.h"
 

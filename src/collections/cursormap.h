@@ -5,6 +5,9 @@
 
 /// An ordered map with one cursor. Off every entry - before First, at the end, after Clear, in a copy - the cursor
 /// answers null, and Next leaves it there. Insertion does not move it.
+/// @code
+/// for (auto* entry = map.First(); entry; entry = map.Next()) Use(entry->first, entry->second);
+/// @endcode
 template <class Key, class Value>
 class XCursorMap {
 public:

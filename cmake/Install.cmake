@@ -1,0 +1,31 @@
+# Three components: runtime (the shared library), development (headers, documents, CMake package, pkg-config file) and
+# tool (the host). Nothing that is installed holds the prefix: the tree may be moved.
+include(CMakePackageConfigHelpers)
+
+set(VELTRANE_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/veltrane_base)
+file(RELATIVE_PATH VELTRANE_LIBDIR_FROM_BINDIR ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+file(RELATIVE_PATH VELTRANE_PREFIX_FROM_PKGCONFIG ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+
+install(TARGETS veltrane_base EXPORT veltrane_base-targets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development)
+install(DIRECTORY src/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/veltrane COMPONENT development
+    FILES_MATCHING PATTERN "*.h" PATTERN "detail" EXCLUDE)
+install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development PATTERN "*.in" EXCLUDE)
+
+install(EXPORT veltrane_base-targets NAMESPACE veltrane:: DESTINATION ${VELTRANE_PACKAGE_DIR} COMPONENT development)
+configure_package_config_file(cmake/veltrane_base-config.cmake.in veltrane_base-config.cmake
+    INSTALL_DESTINATION ${VELTRANE_PACKAGE_DIR} NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file(veltrane_base-config-version.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/veltrane_base-config.cmake
+    ${CMAKE_CURRENT_BINARY_DIR}/veltrane_base-config-version.cmake
+    DESTINATION ${VELTRANE_PACKAGE_DIR} COMPONENT development)
+
+configure_file(cmake/veltrane_base.pc.in veltrane_base.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/veltrane_base.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+
+if(TARGET veltrane)
+    set_target_properties(veltrane PROPERTIES INSTALL_RPATH "$ORIGIN/${VELTRANE_LIBDIR_FROM_BINDIR}")
+    install(TARGETS veltrane RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
+endif()

@@ -1,0 +1,43 @@
+# Debian packages, one for each component: cpack -G DEB in the build folder.
+find_program(VELTRANE_SHLIBDEPS dpkg-shlibdeps)
+mark_as_advanced(VELTRANE_SHLIBDEPS)
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME veltrane)
+set(CPACK_PACKAGE_CONTACT "Veltrane maintainers <maintainers@veltrane.invalid>")
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_COMPONENTS_ALL runtime development)
+if(TARGET veltrane)
+    list(APPEND CPACK_COMPONENTS_ALL tool)
+endif()
+set(VELTRANE_DEB_RUNTIME libveltrane-base${PROJECT_VERSION_MAJOR})
+set(VELTRANE_DEB_VERSION ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
+
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${VELTRANE_DEB_RUNTIME})
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
+set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "This package holds the shared library.")
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libveltrane-base-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${VELTRANE_DEB_RUNTIME} (= ${VELTRANE_DEB_VERSION})")
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "This package holds headers, documents and build files.")
+
+set(CPACK_DEBIAN_TOOL_PACKAGE_NAME veltrane)
+set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION database)
+set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS "${VELTRANE_DEB_RUNTIME} (>= ${PROJECT_VERSION})")
+set(CPACK_COMPONENT_TOOL_DESCRIPTION "This package holds the sample tool.")
+
+# What the compiled files need of the system: found by the package tools, else what every build needs.
+if(VELTRANE_SHLIBDEPS)
+    set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+    set(CPACK_DEBIAN_TOOL_PACKAGE_SHLIBDEPS ON)
+    set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_CURRENT_BINARY_DIR})
+else()
+    set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS "libc6, libgcc-s1, libstdc++6")
+    string(APPEND CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS ", libc6, libgcc-s1, libstdc++6")
+endif()
+include(CPack)

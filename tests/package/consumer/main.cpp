@@ -1,0 +1,62 @@
+#include <iostream>
+#include <stdexcept>
+
+#include "foundation/xaction.h"
+#include "foundation/xexception.h"
+#include "options/xoptiondefinition.h"
+#include "platform/encoding.h"
+#include "platform/messagebox.h"
+#include "platform/module.h"
+
+namespace {
+
+void Print(const char* what, const CString& text) {
+    std::cout << what << ": " << ToUtf8(text) << '\n';
+}
+
+// The warnings of the library are its own business: these lines do not compile with all of them as errors.
+char Narrow(long number) {
+    char narrow = number;
+    {
+        char narrow = 'a';
+        static_cast<void>(narrow);
+    }
+    return narrow;
+}
+
+struct HostError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+void CatchErrorOfTheLibrary() {
+    try {
+        XAction running;
+        running.Start();
+        XAction{} += running;
+    } catch (const std::exception& error) {
+        const CString location = dynamic_cast<const XException&>(error).GetLocation();
+        Print("from the library", location.Left(location.Find(L", line")));
+    }
+}
+
+void ThrowThroughTheLibrary() {
+    SetMessageBoxHandler([](const CString&, unsigned, unsigned) -> int { throw HostError("host error"); });
+    try {
+        ShowHelp();
+    } catch (const HostError& error) {
+        std::cout << "through the library: " << error.what() << '\n';
+    }
+    SetMessageBoxHandler({});
+}
+
+}  // namespace
+
+int main() {
+    Print("option", FindOptionDefinition(L"--logfile")->szLongName);
+    Print("boolean", g_BooleanStrings[1]);
+    Print("trillian", g_TrillianStrings[eFlagAuto]);
+    Print("duration", XAction::TimeStr(5300, 1, true));
+    CatchErrorOfTheLibrary();
+    ThrowThroughTheLibrary();
+    std::cout << "registered: " << IsModuleRegistered(L"veltrane_base") << Narrow('\n');
+}

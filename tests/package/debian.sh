@@ -1,0 +1,55 @@
+#!/usr/bin/env bash
+# The Debian packages need each other and the system as they should, and the host runs in a root that holds them and
+# the system's libraries only.
+# Usage: debian.sh BUILD_FOLDER
+. "$(dirname "$0")/common.sh"
+
+(cd "$1" && cpack -G DEB -B "$temporary/packages" >"$temporary/log" 2>&1) || fail "$(cat "$temporary/log")"
+deb() { echo "$temporary/packages/$1"_*.deb; }
+field() { dpkg-deb -f "$(deb "$1")" "$2"; }
+depends() { field "$1" Depends | tr ',' '\n' | sed 's/^ *//' >"$temporary/depends"; }
+
+[ "$(ls "$temporary/packages"/*.deb | wc -l)" = 3 ] || fail "not three packages: $(ls "$temporary/packages")"
+for package in libveltrane-base1 libveltrane-base-dev veltrane; do
+    [ "$(field "$package" Package)" = "$package" ] || fail "no package $package"
+done
+version=$(field libveltrane-base1 Version)
+
+depends libveltrane-base1
+for system in libc6 libstdc++6 libgcc-s1; do
+    grep -q "^$system (>= " "$temporary/depends" || fail "libveltrane-base1 does not need $system"
+done
+! grep -q veltrane "$temporary/depends" || fail "libveltrane-base1 needs one of the others"
+depends libveltrane-base-dev
+expect "libveltrane-base1 (= $version)" "$temporary/depends"
+depends veltrane
+expect "libveltrane-base1 (>= ${version%-*})" "$temporary/depends"
+grep -q '^libc6 (>= ' "$temporary/depends" || fail "veltrane does not need libc6"
+dpkg-deb -I "$(deb libveltrane-base1)" shlibs >"$temporary/shlibs"
+grep -q '^libveltrane_base 1 libveltrane-base1' "$temporary/shlibs" || fail "shlibs: $(cat "$temporary/shlibs")"
+
+root=$temporary/root
+mkdir "$root"
+for package in libveltrane-base1 veltrane; do dpkg-deb -x "$(deb "$package")" "$root"; done
+[ ! -e "$root/usr/include" ] && [ -z "$(find "$root" -name '*.so')" ] || fail "development files in the run-time packages"
+dpkg-deb -x "$(deb libveltrane-base-dev)" "$root"
+[ -f "$root/usr/include/veltrane/platform/cstring.h" ] || fail "no headers in libveltrane-base-dev"
+[ -e "$(readlink -f "$(find "$root" -name libveltrane_base.so)")" ] || fail "libveltrane_base.so leads nowhere"
+
+ldd "$root/usr/bin/veltrane" | grep -oE '/[^ ]+' | grep -vF "$root" | while read -r file; do
+    mkdir -p "$root$(dirname "$file")"
+    cp -L "$file" "$root$file"
+done
+# A root of its own needs rights that not everyone has; the packages' library beside the system's is the next best.
+mkdir "$root/proc"
+in_root=(unshare --mount --pid --fork --mount-proc="$root/proc" chroot "$root")
+if "${in_root[@]}" /usr/bin/veltrane --help </dev/null >"$temporary/help" 2>"$temporary/errors"; then
+    echo "ran in a root of its own"
+elif grep -qE '^(unshare|chroot):' "$temporary/errors"; then
+    LD_LIBRARY_PATH=$(dirname "$(find "$root" -name libveltrane_base.so.1)") \
+        "$root/usr/bin/veltrane" --help </dev/null >"$temporary/help"
+else
+    fail "the host does not run: $(cat "$temporary/errors")"
+fi
+tr -d '\r' <"$temporary/help" >"$temporary/help.txt"
+expect "Synopsis: Veltrane [options] <database-name>" "$temporary/help.txt"

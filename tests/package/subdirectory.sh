@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# The source folder works inside another project, which gets none of its warnings, tests and installed files.
+# Usage: subdirectory.sh SOURCE_FOLDER
+. "$(dirname "$0")/common.sh"
+
+build=$temporary/build
+cmake -S "$tests/consumer" -B "$build" -G Ninja -DCONSUMER_SUBDIRECTORY="$1" -DCMAKE_CXX_FLAGS=-O0 >/dev/null
+cmake --build "$build" -- -j2 >"$temporary/log" || fail "$(tail -n 30 "$temporary/log")"
+run_consumer "$build/consumer"
+
+cmake --install "$build" --prefix "$temporary/prefix" >/dev/null
+(cd "$temporary/prefix" && find . -type f) >"$temporary/installed"
+[ "$(cat "$temporary/installed")" = ./bin/consumer ] || fail "installed too: $(cat "$temporary/installed")"
+for target in veltrane veltrane_tests docs package; do
+    ! ninja -C "$build" -t query "$target" >/dev/null 2>&1 || fail "the project gets the target $target"
+done

@@ -1,6 +1,7 @@
 #include "foundation/xoci.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/characters.h"
 #include "platform/oci.h"
@@ -35,7 +36,8 @@ const wchar_t* StatusText(std::int32_t status) {
 
 int OraNumber(const CString& text) {
     const int position = text.Find(L"ORA-");
-    return position > 0 && text.GetLength() > position + 4 ? _wtoi(text.Mid(position + 4, 5)) : 0;
+    const wchar_t first = text[position + 4];
+    return position > 0 && first >= L'0' && first <= L'9' ? _wtoi(text.Mid(position + 4, 5)) : 0;
 }
 
 // Text, number and ORA number of an entry; number 0 makes none.
@@ -72,6 +74,10 @@ void XError::Add(std::int32_t status, const CString& file, const CString& method
 
 const XErrorEntry* XError::GetAt(int index) const {
     return index >= 0 && index < m_nCount ? m_Entries[static_cast<std::size_t>(index)].get() : nullptr;
+}
+
+XErrorEntry* XError::GetAt(int index) {
+    return const_cast<XErrorEntry*>(std::as_const(*this).GetAt(index));
 }
 
 void XError::GetErrorText(CString& text, const CString& head) const {

@@ -41,6 +41,7 @@ public:
     int GetNumber() const { return m_nNumber; }  ///< number of the first entry; 0 without one
     int GetCount() const { return m_nCount; }
     const XErrorEntry* GetAt(int index) const;  ///< null outside; the record keeps it
+    XErrorEntry* GetAt(int index);
 
     /// The entries as text behind a head, the last one first, lines ended by "\n".
     void GetErrorText(CString& text, const CString& head) const;

@@ -12,7 +12,7 @@ constexpr XSource Here{L".\\xlogging"};
 
 constexpr wchar_t LINE_END[] = L"\r\n";
 constexpr wchar_t DATE_FORMAT[] = L"%A, %B %d, %Y ; %H:%M:%S";
-constexpr wchar_t ENTRY_TIME_FORMAT[] = L"\r\n%H:%M:%S: ";
+constexpr wchar_t ENTRY_TIME_FORMAT[] = L"%H:%M:%S: ";
 constexpr wchar_t ENTRY_INDENT[] = L"\r\n          ";  // as wide as the time
 constexpr wchar_t ERROR_START[] = L"########################## Error info start ##########################\r\n";
 constexpr wchar_t ERROR_END[] = L"##########################  Error info end  ##########################\r\n";
@@ -101,8 +101,11 @@ void XLogging::NewLine() {
 void XLogging::WriteLog(CString text, bool newLine, bool timeStamp) {
     if (!m_bOpen) return;
     const std::wstring_view start = !newLine ? L"" : timeStamp ? LineWithTime().View() : ENTRY_INDENT;
-    WriteTexts({start, m_LinePrefix.View(), text.View()});
-    Flush();
+    m_Entry.Empty();
+    m_Entry += start;
+    m_Entry += m_LinePrefix;
+    m_Entry += text;
+    LogWrite(m_Entry);
 }
 
 void XLogging::ShowError(CString code, CString location, CString message) {
@@ -131,7 +134,7 @@ void XLogging::ShowError(CString code, CString file, CString method, int line, C
 const CString& XLogging::LineWithTime() {
     const std::int64_t now = CurrentTime();
     if (now != m_nLineTime) {
-        m_LineWithTime = LocalTimeText(ENTRY_TIME_FORMAT, now);
+        m_LineWithTime = LINE_END + LocalTimeText(ENTRY_TIME_FORMAT, now);
         m_nLineTime = now;
     }
     return m_LineWithTime;

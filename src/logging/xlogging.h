@@ -58,4 +58,5 @@ private:
     std::int32_t m_nLastErrorCode = 0;
     std::int64_t m_nLineTime = -1;  // the second that the text below shows
     CString m_LineWithTime;
+    CString m_Entry;  // being written; kept to spare each entry an allocation
 };

@@ -59,6 +59,7 @@ XOptionDefinition* XCommandLine::GetNext(CString& value) {
         const FlagKind& kind = definition->IsBoolean() ? BOOLEAN_FLAG : TRILLIAN_FLAG;
         if (!kind.isValid(value)) throw MakeError(Here(L"XCommandLine::GetNext"), kind.wrongWord, value, argument);
     } else if (!isGiven && definition->IsString() && !definition->IsValueOptional()) {
+        Advance();  // what stands in the place of the value counts as used
         throw MakeError(Here(L"XCommandLine::GetNext"),
                         L"The option value for parameter <%s> is empty!\r\n"
                         L"    <---- Try <-h> to view the help window! ---->",

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "platform/characters.h"
 #include "platform/detail/nativefile.h"
 #include "platform/encoding.h"
 #include "platform/filesystem.h"
@@ -22,7 +23,9 @@ bool Exists(const std::string& name) noexcept {
 
 /// Length of the part that ".." never leaves: "X:" and the separators in front.
 std::size_t RootLength(std::wstring_view path) noexcept {
-    const std::size_t drive = path.size() >= 2 && path[1] == L':' ? 2 : 0;
+    const bool hasDrive = path.size() >= 2 && path[1] == L':' && IsAscii(path[0]) && FoldCharacter(path[0]) >= L'a' &&
+                          FoldCharacter(path[0]) <= L'z';
+    const std::size_t drive = hasDrive ? 2 : 0;
     return std::min(path.find_first_not_of(SEPARATORS, drive), path.size());
 }
 

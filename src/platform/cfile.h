@@ -1,9 +1,7 @@
 #pragma once
 
 #include <exception>
-#include <initializer_list>
 #include <string>
-#include <string_view>
 
 #include "platform/cstring.h"
 
@@ -95,13 +93,11 @@ public:
     /// that failed late; the file is closed all the same
     virtual void Close();
 
-protected:
-    /// Writes texts behind each other as WriteString writes one, without putting them together first.
-    void WriteTexts(std::initializer_list<std::wstring_view> texts);
-
 private:
+    void RequireOpen() const;
+
     int m_Handle = -1;
-    bool m_IsPipe = false;
+    bool m_MayRaiseSignals = false;  // a failing write would end the process, not return
     CString m_FileName;
     std::string m_Bytes;  // of the text being written; kept to spare each line an allocation
 };

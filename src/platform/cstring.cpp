@@ -94,7 +94,7 @@ int CString::CompareNoCase(CStringView other) const noexcept {
 }
 
 int CString::Find(CStringView text, int start) const noexcept {
-    return start < 0 ? -1 : Position(View().find(text.View(), static_cast<std::size_t>(start)));
+    return start < 0 || start >= GetLength() ? -1 : Position(View().find(text.View(), static_cast<std::size_t>(start)));
 }
 
 int CString::Find(wchar_t element, int start) const noexcept {

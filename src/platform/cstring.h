@@ -18,6 +18,7 @@ class CString;
 /// @endcode
 class CStringView {
 public:
+    constexpr CStringView() noexcept = default;
     constexpr CStringView(const wchar_t* text) noexcept
         : m_Text(text ? std::wstring_view{text} : std::wstring_view{}) {}
     constexpr CStringView(std::wstring_view text) noexcept : m_Text(text) {}
@@ -95,6 +96,9 @@ public:
     CString& Trim(CStringView elements);  ///< the given elements at both ends
     CString& TrimLeft(CStringView elements);
     CString& TrimRight(CStringView elements);
+    CString& Trim(wchar_t element) { return Trim(std::wstring_view{&element, 1}); }
+    CString& TrimLeft(wchar_t element) { return TrimLeft(std::wstring_view{&element, 1}); }
+    CString& TrimRight(wchar_t element) { return TrimRight(std::wstring_view{&element, 1}); }
 
     /// Replaces the text by a formatted one; see XFormat for the conversions. The target may be its own argument.
     template <class... Args>
@@ -107,6 +111,7 @@ public:
 
     friend CString operator+(CString left, CStringView right) { return std::move(left += right); }
     friend CString operator+(CString left, wchar_t right) { return std::move(left += right); }
+    friend CString operator+(wchar_t left, const CString& right) { return std::move(CString{left, 1} += right); }
     friend CString operator+(const wchar_t* left, const CString& right) { return std::move(CString{left} += right); }
 
     // Each pair of types has a form of its own: with fewer, a literal or the reversed form would be ambiguous.

@@ -180,7 +180,7 @@ std::string MapMissingPath(const std::string& spelled) {
     return name;
 }
 
-bool CreateDirectoryW(const CString& path) {
+bool CreateDirectoryW(const CString& path, const void* /*security*/) {
     const std::string name = MapPath(path);
     return !name.empty() && Retried([&] { return mkdir(name.c_str(), 0777); }) == 0;
 }

@@ -10,7 +10,8 @@ VELTRANE_API void SetDriveFolder(wchar_t drive, const CString& folder);
 
 /// Creates one folder, mode 0777 less the umask. @return false when anything of that name exists, the parent is missing
 /// or there is no right; nothing is created on the way
-VELTRANE_API bool CreateDirectoryW(const CString& path);
+/// @param security  taken for the sake of callers elsewhere, not looked at
+VELTRANE_API bool CreateDirectoryW(const CString& path, const void* security = nullptr);
 
 /// The system's name of a wide path: separators turned, drive replaced by its folder, each component as spelled if it
 /// exists, else the entry that differs in case only (the first in byte order). What matches nothing stays as spelled.

@@ -14,9 +14,19 @@ std::wstring_view XFormatArgument::Wide(std::size_t limit) const noexcept {
     return {m_Wide, m_Length == NUL_ENDED ? wcsnlen(m_Wide, limit) : std::min(m_Length, limit)};
 }
 
-std::string_view XFormatArgument::Narrow() const noexcept {
+// A text that is not to be read to its end need not have one: no byte behind the last wanted element is looked at.
+std::string_view XFormatArgument::Narrow(std::size_t limit) const noexcept {
     if (!m_Narrow) return {};
-    return m_Length == NUL_ENDED ? std::string_view{m_Narrow} : std::string_view{m_Narrow, m_Length};
+    if (m_Length != NUL_ENDED) return {m_Narrow, m_Length};
+    std::size_t length = 0;
+    for (std::size_t elements = 0; elements < limit && m_Narrow[length] != '\0'; ++elements) {
+        const auto lead = static_cast<unsigned char>(m_Narrow[length++]);
+        for (int trails = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : lead >= 0xC0 ? 1 : 0; trails > 0; --trails) {
+            if ((static_cast<unsigned char>(m_Narrow[length]) & 0xC0) != 0x80) break;
+            ++length;
+        }
+    }
+    return {m_Narrow, length};
 }
 
 namespace {
@@ -136,7 +146,7 @@ void AppendConversion(std::wstring& out, const XFormatConversion& conversion, co
         case XFormatKind::WideText:
             return AppendPadded(out, conversion, argument.Wide(limit));
         case XFormatKind::NarrowText:
-            return AppendPadded(out, conversion, FromUtf8(argument.Narrow()).View().substr(0, limit));
+            return AppendPadded(out, conversion, FromUtf8(argument.Narrow(limit)).View().substr(0, limit));
         case XFormatKind::WideCharacter: {
             const auto element = static_cast<wchar_t>(argument.Signed());
             return AppendPadded(out, conversion, {&element, 1});

@@ -204,7 +204,7 @@ public:
     double Real() const noexcept { return m_Real; }
     /// The text, at most limit elements of it: no more is looked at, so a text cut by its precision needs no NUL.
     std::wstring_view Wide(std::size_t limit) const noexcept;
-    std::string_view Narrow() const noexcept;
+    std::string_view Narrow(std::size_t limit) const noexcept;
     const void* Pointer() const noexcept { return m_Pointer; }
 
 private:

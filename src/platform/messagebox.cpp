@@ -38,7 +38,7 @@ int ShowOnConsole(const CString& text, unsigned style) {
     std::FILE* const stream = (style & MB_ICONINFORMATION) != 0 ? stdout : stderr;
     const int output = fileno(stream);
     {
-        const BrokenPipeGuard guard;
+        const WriteSignalGuard guard;
         // Past the stream: one that the host has used for wide characters would drop the text.
         std::fflush(stream);
         WriteAll(output, ConsoleText(text));

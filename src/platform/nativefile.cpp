@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <initializer_list>
 
 #include "platform/detail/nativefile.h"
 #include "platform/filesystem.h"
@@ -63,26 +64,29 @@ int WriteAll(int handle, std::string_view bytes) noexcept {
 
 namespace {
 
-sigset_t BrokenPipe() noexcept {
+constexpr int WRITE_SIGNALS[] = {SIGPIPE, SIGXFSZ};
+
+sigset_t SetOf(std::initializer_list<int> members) noexcept {
     sigset_t signals;
     sigemptyset(&signals);
-    sigaddset(&signals, SIGPIPE);
+    for (const int member : members) sigaddset(&signals, member);
     return signals;
 }
 
 }  // namespace
 
-BrokenPipeGuard::BrokenPipeGuard() noexcept {
-    sigset_t pending;
-    sigpending(&pending);
-    m_WasPending = sigismember(&pending, SIGPIPE) == 1;
-    const sigset_t signals = BrokenPipe();
+WriteSignalGuard::WriteSignalGuard() noexcept {
+    sigpending(&m_Pending);
+    const sigset_t signals = SetOf({WRITE_SIGNALS[0], WRITE_SIGNALS[1]});
     pthread_sigmask(SIG_BLOCK, &signals, &m_Before);
 }
 
-BrokenPipeGuard::~BrokenPipeGuard() {
-    const sigset_t signals = BrokenPipe();
+WriteSignalGuard::~WriteSignalGuard() {
     const timespec noTime{};
-    if (!m_WasPending) sigtimedwait(&signals, nullptr, &noTime);  // takes back the signal that a write has raised
+    for (const int signal : WRITE_SIGNALS) {
+        const sigset_t raised = SetOf({signal});
+        if (sigismember(&m_Pending, signal) == 0)
+            sigtimedwait(&raised, nullptr, &noTime);  // takes back the write's own
+    }
     pthread_sigmask(SIG_SETMASK, &m_Before, nullptr);
 }

@@ -42,6 +42,12 @@ OCIErrorGetFunction GetOCIErrorGet() {
     return found;
 }
 
+std::int32_t OCIErrorGet(void* handle, std::uint32_t record, unsigned char* sqlState, std::int32_t* errorCode,
+                         unsigned char* buffer, std::uint32_t bufferSize, std::uint32_t handleType) {
+    const OCIErrorGetFunction errorGet = GetOCIErrorGet();
+    return errorGet ? errorGet(handle, record, sqlState, errorCode, buffer, bufferSize, handleType) : -1;
+}
+
 OCIErrorText ReadOCIError(void* errorHandle) {
     const OCIErrorGetFunction errorGet = GetOCIErrorGet();
     if (!errorGet) return {};

@@ -17,6 +17,11 @@ VELTRANE_API void SetOCIErrorGet(OCIErrorGetFunction function);
 /// by its well-known names, looked up once. Null when there is none.
 VELTRANE_API OCIErrorGetFunction GetOCIErrorGet();
 
+/// Calls the function in use; -1, with the results untouched, when there is none.
+VELTRANE_API std::int32_t OCIErrorGet(void* handle, std::uint32_t record, unsigned char* sqlState,
+                                      std::int32_t* errorCode, unsigned char* buffer, std::uint32_t bufferSize,
+                                      std::uint32_t handleType);
+
 /// Text and number of the first error record behind an error handle.
 struct OCIErrorText {
     bool available = false;  ///< false when no client library answers; then number is -1 and text empty

@@ -1,9 +1,11 @@
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <optional>
+#include <utility>
 
 #include "platform/cfile.h"
 #include "platform/detail/nativefile.h"
@@ -36,13 +38,21 @@ int OpenForWriting(const CString& path, NativeFile& file) {
     const std::string name = MapPath(path);
     if (name.empty()) return ENOTDIR;
     file = NativeFile{Retried([&] { return open(name.c_str(), flags, 0666); })};
+    if (file && file.Handle() <= STDERR_FILENO) {
+        // A process that was started without its standard streams would write its messages into the file.
+        NativeFile moved{fcntl(file.Handle(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1)};
+        std::swap(file, moved);
+    }
     if (!file) return errno == ENOENT ? ENOTDIR : errno;  // a file that is missing would have been made
     return TakeOver(file);
 }
 
-bool IsPipe(const NativeFile& file) noexcept {
+// A pipe without a reader raises one signal, a file at the limit for the process another.
+bool MayRaiseSignals(const NativeFile& file) noexcept {
     struct stat status;
-    return fstat(file.Handle(), &status) == 0 && S_ISFIFO(status.st_mode);
+    rlimit limit;
+    return fstat(file.Handle(), &status) != 0 || S_ISFIFO(status.st_mode) || getrlimit(RLIMIT_FSIZE, &limit) != 0 ||
+           limit.rlim_cur != RLIM_INFINITY;
 }
 
 }  // namespace
@@ -68,27 +78,27 @@ bool CStdioFile::Open(const CString& path, unsigned flags, CFileException* error
     NativeFile file;
     if (const int osError = OpenForWriting(path, file)) return fails(FileError(osError, path));
     m_FileName = path;
-    m_IsPipe = IsPipe(file);
+    m_MayRaiseSignals = MayRaiseSignals(file);
     m_Handle = file.Release();
     return true;
 }
 
 void CStdioFile::WriteString(const CString& text) {
-    WriteTexts({text.View()});
-}
-
-void CStdioFile::WriteTexts(std::initializer_list<std::wstring_view> texts) {
-    Flush();
+    RequireOpen();
     constexpr std::size_t keptCapacity = 1 << 16;  // what a log line needs at most; more goes back at once
     if (m_Bytes.capacity() > keptCapacity) m_Bytes = {};
     m_Bytes.clear();
-    for (const std::wstring_view text : texts) AppendUtf8(m_Bytes, text);
-    std::optional<BrokenPipeGuard> guard;
-    if (m_IsPipe) guard.emplace();
+    AppendUtf8(m_Bytes, text.View());
+    std::optional<WriteSignalGuard> guard;
+    if (m_MayRaiseSignals) guard.emplace();
     if (const int osError = WriteAll(m_Handle, m_Bytes)) throw FileError(osError, m_FileName);
 }
 
 void CStdioFile::Flush() {
+    RequireOpen();
+}
+
+void CStdioFile::RequireOpen() const {
     if (m_Handle < 0) throw FileError(EINVAL, m_FileName);
 }
 

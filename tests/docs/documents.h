@@ -18,7 +18,7 @@ inline std::string ReadDocument(const std::string& path) {
     return bytes.str();
 }
 inline std::string ReadSource(const std::string& name) {
-    return ReadDocument(std::string{VELTRANE_SOURCE_FOLDER} + '/' + name);
+    return ReadDocument(VELTRANE_SOURCE_FOLDER "/" + name);
 }
 
 inline std::vector<std::string> LinesOf(const std::string& text) {

@@ -70,15 +70,16 @@ bool ReadToEnd(const NativeFile& file, std::size_t expected, std::string& bytes)
 /// @return 0 or the system's error number
 int WriteAll(int handle, std::string_view bytes) noexcept;
 
-/// Keeps a pipe whose reader is gone from ending the process while the guard lives: writing then fails like any other.
-class BrokenPipeGuard {
+/// Keeps the signals of a pipe whose reader is gone, and of a file at the limit for the process, from ending the
+/// process while the guard lives: writing then fails like any other.
+class WriteSignalGuard {
 public:
-    BrokenPipeGuard() noexcept;
-    BrokenPipeGuard(const BrokenPipeGuard&) = delete;
-    BrokenPipeGuard& operator=(const BrokenPipeGuard&) = delete;
-    ~BrokenPipeGuard();
+    WriteSignalGuard() noexcept;
+    WriteSignalGuard(const WriteSignalGuard&) = delete;
+    WriteSignalGuard& operator=(const WriteSignalGuard&) = delete;
+    ~WriteSignalGuard();
 
 private:
     sigset_t m_Before;
-    bool m_WasPending;
+    sigset_t m_Pending;
 };

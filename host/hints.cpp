@@ -12,8 +12,9 @@ namespace {
 // What the message names in angle brackets.
 std::vector<CString> NamedTexts(const CString& message) {
     std::vector<CString> texts;
-    for (int open = message.Find(L'<'); open >= 0; open = message.Find(L'<', open + 1)) {
-        const int close = message.Find(L'>', open);
+    int close = 0;
+    for (int open = message.Find(L'<'); open >= 0; open = message.Find(L'<', close + 1)) {
+        close = message.Find(L'>', open);
         if (close < 0) break;
         if (close > open + 1) texts.push_back(message.Mid(open + 1, close - open - 1));
     }
@@ -38,7 +39,9 @@ int EditDistance(const CString& left, const CString& right) {
 // The long name that is nearest, empty when none is near: about one slip in three letters.
 CString NearestOption(CString name) {
     constexpr int LONGEST_NAME = 64;  // nothing longer is near to any name of the table
-    name.TrimLeft(L"-").MakeLower();
+    const int equals = name.Find(L'=');
+    if (equals >= 0) name = name.Left(equals);
+    name.TrimLeft(L'-').MakeLower();
     if (name.GetLength() > LONGEST_NAME) return {};
     CString nearest;
     int best = std::min(3, name.GetLength() / 3) + 1;

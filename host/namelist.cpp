@@ -1,9 +1,12 @@
 #include "namelist.h"
 
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <string_view>
 
+#include "foundation/xpath.h"
 #include "foundation/xraise.h"
 #include "platform/characters.h"
 #include "platform/encoding.h"
@@ -19,7 +22,11 @@ constexpr bool KEEP_CASE = false;
 XFileException NotReadable(const CString& file) {
     const XSite site = Here(L"LoadNameList");
     XFileException error{file};
-    error.SetFileNotFoundError(site.file, site.method, site.line, L"The name list can not be read!");
+    if (FileExists(file)) {
+        error.SetOpenError(site.file, site.method, site.line, {CFileException::accessDenied, EACCES, file});
+    } else {
+        error.SetFileNotFoundError(site.file, site.method, site.line, L"The name list does not exist!");
+    }
     return error;
 }
 
@@ -68,7 +75,8 @@ void LoadNameList(NameList& names, std::vector<CString>& renamings, XOption& opt
     int number = 0;
     bool isFirst = true;
     for (std::string bytes; std::getline(lines, bytes);) {
-        ++number;
+        constexpr std::string_view mark = "\xEF\xBB\xBF";  // that other systems put in front of UTF-8
+        if (++number == 1 && bytes.starts_with(mark)) bytes.erase(0, mark.size());
         const CString text = FromUtf8(bytes).Trim();
         if (text.IsEmpty() || text[0] == L';') continue;
         CString name = text;

@@ -13,17 +13,13 @@ bool IsFolderOfStartUp(const CString& name) {
     return name == L"metadata" || name == L"config" || name == L"changefile-root" || name == L"logging";
 }
 
-// What was typed for an option, the last word if it was typed more than once.
-bool FindTyped(const CString& name, CString& typed) {
-    bool isTyped = false;
+// What was typed for each option, the last word of those typed more than once.
+std::map<CString, CString> TypedValues() {
+    std::map<CString, CString> values;
     XCommandLine line;
     CString value;
-    for (auto* option = line.GetFirst(value); option; option = line.GetNext(value)) {
-        if (name != option->szLongName) continue;
-        isTyped = true;
-        typed = value;
-    }
-    return isTyped;
+    for (auto* option = line.GetFirst(value); option; option = line.GetNext(value)) values[option->szLongName] = value;
+    return values;
 }
 
 CString SectionName(XOption& options, enumCfgSection section) {
@@ -35,11 +31,15 @@ CString SectionName(XOption& options, enumCfgSection section) {
     return parent.IsEmpty() || own.IsEmpty() ? own : BuildFileName(parent, own);
 }
 
-// The registry is asked for a section below the key of the tool.
+// The registry is asked for a section below the key of the tool, the environment for options of ROOT only.
 bool IsSection(const SourceEvent& answer, const CString& section) {
-    if (answer.source == SourceEvent::Source::Environment) return true;
-    if (answer.source == SourceEvent::Source::Registry) {
-        return answer.section.Right(section.GetLength() + 1) == L"\\" + section;
+    switch (answer.source) {
+        case SourceEvent::Source::Environment:
+            return section == FindConfigSection(eSectionRoot)->szName;
+        case SourceEvent::Source::Registry:
+            return answer.section.Right(section.GetLength() + 1) == L"\\" + section;
+        case SourceEvent::Source::Profile:
+            break;
     }
     return answer.section.CompareNoCase(section) == 0;
 }
@@ -49,13 +49,19 @@ bool HasIndex(CString text, CString format, int index) {
     return MatchIndex(text.MakeLower(), format.MakeLower(), found) && found == index;
 }
 
-bool Answers(const SourceEvent& answer, const XOptionItem& item, const CString& name, const CString& section) {
+// Whether an answer is the value of an item by the section and the key that were asked for.
+bool IsNamed(const SourceEvent& answer, const XOptionItem& item, const CString& name, const CString& section) {
     if (answer.value.IsEmpty()) return false;
     if (item.GetOptionIndex() < 0) return answer.key == name && IsSection(answer, section);
     if (section.Find(L"%d") >= 0) return answer.key == name && HasIndex(answer.section, section, item.GetOptionIndex());
-    // A key without index got the next free one, so its value is what tells it.
-    const bool isBare = answer.key.CompareNoCase(name) == 0 && answer.value == item.GetOptionValue();
-    return IsSection(answer, section) && (isBare || HasIndex(answer.key, name + L"-%d", item.GetOptionIndex()));
+    return IsSection(answer, section) && HasIndex(answer.key, name + L"-%d", item.GetOptionIndex());
+}
+
+// A key without index (the name of the family or a beginning of it) got the next free one; its value is what tells it,
+// as far as references leave it recognisable.
+bool IsBare(const SourceEvent& answer, const XOptionItem& item, const CString& name, const CString& section) {
+    return item.GetOptionIndex() >= 0 && IsSection(answer, section) && (name + L"-").Find(answer.key) == 0 &&
+           (answer.value == item.GetOptionValue() || answer.value.Find(L'%') >= 0);
 }
 
 }  // namespace
@@ -70,6 +76,7 @@ Provenance::~Provenance() {
 }
 
 void Provenance::Settle(XOption& options) {
+    if (m_Origins.empty()) m_Typed = TypedValues();
     m_BasicFile = BuildFileName(options.GetOptionString(L"metadata", -1), options.GetOptionString(L"exe-name", -1));
     m_BasicFile.Replace(L".exe", L"");
     m_BasicFile += L".ini";
@@ -89,15 +96,12 @@ const Origin& Provenance::Of(const XOptionItem* item) const {
 Origin Provenance::Find(XOption& options, const XOptionItem& item) const {
     CString name;
     item.GetOptionName(name);
-    CString given;
-    const bool isTyped = FindTyped(name, given);
-    const SourceEvent* const answer = isTyped ? nullptr : AnswerFor(options, item, name);
-    if (answer) given = answer->value;
+    const auto typed = m_Typed.find(name);
+    const SourceEvent* const answer = typed == m_Typed.end() ? AnswerFor(options, item, name) : nullptr;
+    const CString given = typed != m_Typed.end() ? typed->second : answer ? answer->value : CString{};
 
-    // A folder that is neither absolute nor as it was given was completed by start-up.
-    const bool isCompleted = given != item.GetOptionValue() && !IsAbsolutePath(given) && given[0] != L'%';
-    if (IsFolderOfStartUp(name) && isCompleted) return {L"start-up"};
-    if (isTyped) return {L"command line"};
+    if (IsFolderOfStartUp(name) && IsCompleted(options, name, given, item.GetOptionValue())) return {L"start-up"};
+    if (typed != m_Typed.end()) return {L"command line"};
     if (!answer) return {L"host"};
     switch (answer->source) {
         case SourceEvent::Source::Environment:
@@ -110,11 +114,27 @@ Origin Provenance::Find(XOption& options, const XOptionItem& item) const {
     return {answer->file == m_BasicFile ? L"basic file" : L"user file", answer->file, answer->line, answer->section};
 }
 
+// Whether start-up has put a folder below its base, as it does when what was given is not absolute.
+bool Provenance::IsCompleted(XOption& options, const CString& name, const CString& given, const CString& value) const {
+    const CString base = options.GetOptionString(name == L"metadata" ? L"exe-path" : L"data", -1);
+    const CString below = BuildFileName(base, L"");
+    if (base.IsEmpty() || value.Left(below.GetLength()) != below || IsAbsolutePath(given)) return false;
+    if (given[0] != L'%') return true;
+    const CString reference = given.Mid(1, given.Find(L'%', 1) - 1);  // what it leads to decides
+    const auto led = std::find_if(m_Answers.rbegin(), m_Answers.rend(),
+                                  [&](const SourceEvent& answer) { return answer.key == reference; });
+    return led != m_Answers.rend() && !IsAbsolutePath(led->value);
+}
+
 // Of the answers of this step the last one won.
 const SourceEvent* Provenance::AnswerFor(XOption& options, const XOptionItem& item, const CString& name) const {
-    const CString section = SectionName(options, FindOptionDefinition(name)->eSection);
-    for (std::size_t i = m_Answers.size(); i > m_nStep; --i) {
-        if (Answers(m_Answers[i - 1], item, name, section)) return &m_Answers[i - 1];
+    const enumCfgSection row = FindOptionDefinition(name)->eSection;
+    if (row == eSectionNone) return nullptr;
+    const CString section = SectionName(options, row);
+    for (const auto isAnswer : {IsNamed, IsBare}) {
+        for (std::size_t i = m_Answers.size(); i > m_nStep; --i) {
+            if (isAnswer(m_Answers[i - 1], item, name, section)) return &m_Answers[i - 1];
+        }
     }
     return nullptr;
 }

@@ -34,11 +34,13 @@ public:
 
 private:
     Origin Find(XOption& options, const XOptionItem& item) const;
+    bool IsCompleted(XOption& options, const CString& name, const CString& given, const CString& value) const;
     const SourceEvent* AnswerFor(XOption& options, const XOptionItem& item, const CString& name) const;
 
     SourceTrace m_Before;
     std::vector<SourceEvent> m_Answers;  // what was found, in the order of the questions
     std::size_t m_nStep = 0;             // the first answer of this step
     CString m_BasicFile;
+    std::map<CString, CString> m_Typed;  // by long name
     std::map<const XOptionItem*, Origin> m_Origins;
 };

@@ -23,6 +23,16 @@ CString TabulatorsBehind(const CString& label, const XOptionItem& item) {
     return tabulators.IsEmpty() ? GetTabulator(1) : tabulators;
 }
 
+// A line is an option: what would end it, or move the cursor, is shown as its number.
+CString Printable(const CString& text) {
+    CString line;
+    for (const wchar_t element : text.View()) {
+        const bool isControl = (element >= 0 && element < 0x20) || element == 0x7F;
+        line += isControl ? FormatText(L"\\x%02x", static_cast<unsigned>(element)) : std::wstring(1, element);
+    }
+    return line;
+}
+
 CString OriginText(const Origin& origin) {
     if (origin.file.IsEmpty()) return origin.layer;
     return FormatText(L"%s %s:%d [%s]", origin.layer, origin.file, origin.line, origin.section);
@@ -62,7 +72,7 @@ void PrintSummary(XOption& options, const Provenance& provenance) {
         const CString name = row->szLongName;
         for (const auto* item = options.GetFirstOptionItem(name); item; item = options.GetNextOptionItem(name)) {
             const CString label = LabelOf(*item);
-            PrintLine(label + TabulatorsBehind(label, *item) + item->GetOptionValue() + L"\t(" +
+            PrintLine(label + TabulatorsBehind(label, *item) + Printable(item->GetOptionValue()) + L"\t(" +
                       OriginText(provenance.Of(item)) + L")");
         }
     }

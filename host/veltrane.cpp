@@ -142,7 +142,10 @@ void Act(Tool& tool) {
 
 // The one place that shows errors: box, log, exit code.
 int Report(Tool& tool, XException& error) {
-    AddHints(error, tool.provenance);
+    try {
+        AddHints(error, tool.provenance);
+    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): the error itself is what counts
+    }
     error.Show();
     try {
         tool.log.ShowError(error.GetNumber(), error.GetLocation(), error.GetMessage());

@@ -43,12 +43,15 @@ void XOptionExpansion::Expand(CString& value, const CString& section) {
         begin = mark + 1;
         isReplaced |= isOpen;
         if (!std::exchange(isOpen, true)) continue;
+        const int held = done.GetLength();
+        m_nHeld += held;  // values inside each other share one limit: each ends in the one around it
         const CString& replacement = Replacement(section, name);
+        m_nHeld -= held;
         const int next = replacement.Find(MARK);
         isOpen = next >= 0;
         done += isOpen ? replacement.Left(next) : replacement;
         name = isOpen ? replacement.Mid(next + 1) : CString{};
-        CheckLength(std::int64_t{done.GetLength()} + name.GetLength());
+        CheckLength(m_nHeld + done.GetLength() + name.GetLength());
     }
     if (isOpen) done += CString{MARK, 1} + name;
     done += value.Mid(begin);

@@ -9,13 +9,6 @@ namespace {
 
 int g_Snapshots = 0;  // that live
 
-// Outside a snapshot; in one there is no limit, it ends soon.
-constexpr std::size_t MAX_KEPT_SIZE = 65536;
-
-bool IsInSnapshot() noexcept {
-    return g_Snapshots > 0 && !IsTracing();
-}
-
 }  // namespace
 
 SourceSnapshot::SourceSnapshot() noexcept {
@@ -23,7 +16,7 @@ SourceSnapshot::SourceSnapshot() noexcept {
 }
 
 SourceSnapshot::~SourceSnapshot() {
-    if (--g_Snapshots == 0) Kept().EndSnapshot();
+    if (--g_Snapshots == 0) Kept() = {};
 }
 
 KeptFiles& Kept() {
@@ -31,29 +24,16 @@ KeptFiles& Kept() {
     return kept;
 }
 
-const FileBytes* KeptFiles::Find(const CString& path) {
-    const auto entry = std::ranges::find(m_Entries, path.View(), [](const Entry& kept) { return kept.path.View(); });
-    if (entry == m_Entries.end()) return nullptr;
-    if (entry->isOfSnapshot && IsInSnapshot()) return &entry->bytes;
-    if (!entry->isSettled || FileState{entry->spelled.c_str()} != entry->state) return nullptr;
-    entry->isOfSnapshot = IsInSnapshot();
-    return &entry->bytes;
+bool KeptFiles::AreWanted() noexcept {
+    return g_Snapshots > 0 && !HasObserver();
 }
 
-bool KeptFiles::IsWorthKeeping(const FileState& state, std::size_t size) noexcept {
-    return IsInSnapshot() || (size <= MAX_KEPT_SIZE && state.IsSettled());
+const FileBytes* KeptFiles::Find(const CString& path) const {
+    if (!AreWanted() || path.IsEmpty()) return nullptr;
+    const auto entry = std::ranges::find(m_Entries, path, &Entry::path);
+    return entry == m_Entries.end() ? nullptr : &entry->bytes;
 }
 
-void KeptFiles::Keep(const CString& path, std::string spelled, const FileState& state, FileBytes bytes) {
-    auto entry = std::ranges::find(m_Entries, path.View(), [](const Entry& kept) { return kept.path.View(); });
-    if (entry == m_Entries.end()) entry = m_Entries.begin() + static_cast<std::ptrdiff_t>(m_nNext++ % m_Entries.size());
-    const bool isSettled = bytes.size <= MAX_KEPT_SIZE && state.IsSettled();
-    *entry = {path, std::move(spelled), state, std::move(bytes), IsInSnapshot(), isSettled};
-}
-
-void KeptFiles::EndSnapshot() {
-    for (Entry& entry : m_Entries) {
-        entry.isOfSnapshot = false;
-        if (!entry.isSettled) entry = {};
-    }
+void KeptFiles::Keep(const CString& path, FileBytes bytes) {
+    m_Entries[m_nNext++ % m_Entries.size()] = {path, std::move(bytes)};
 }

@@ -41,22 +41,18 @@ TextFile::TextFile(const CString& path) {
 }
 
 void TextFile::Read(const CString& path) {
-    std::string spelled = SpelledPath(path);
-    const InputFile input = OpenForReading(spelled);
+    const InputFile input = OpenForReading(SpelledPath(path));
     const std::size_t size = input && input.Size() <= MAX_SIZE ? input.Size() : 0;
-    const bool isWorthKeeping = KeptFiles::IsWorthKeeping(input.state, size);
+    const bool isKept = KeptFiles::AreWanted();
     char* buffer = m_SmallBytes;
-    if (size > SMALL_SIZE || isWorthKeeping) {
+    if (size > SMALL_SIZE || isKept) {
         const auto data = std::make_shared_for_overwrite<char[]>(size);
         buffer = data.get();
         m_Bytes = {data, size};
     }
-    const std::string_view bytes{buffer, ReadUpTo(input.file, buffer, size)};
-    if (isWorthKeeping) {
-        m_Bytes.size = bytes.size();
-        Kept().Keep(path, std::move(spelled), input.state, m_Bytes);
-    }
-    Recode(bytes);
+    m_Bytes.size = ReadUpTo(input.file, buffer, size);
+    if (isKept) Kept().Keep(path, m_Bytes);
+    Recode({buffer, m_Bytes.size});
 }
 
 void TextFile::Recode(std::string_view bytes) {

@@ -31,6 +31,10 @@ SourceTrace SetSourceTrace(SourceTrace trace) {
     return before ? *before : SourceTrace{};
 }
 
+bool HasObserver() noexcept {
+    return InstalledTrace() != nullptr;
+}
+
 void ReportToTrace(const SourceEvent& event) noexcept {
     const auto trace = InstalledTrace();
     g_ObserverRuns = true;

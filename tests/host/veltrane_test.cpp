@@ -163,7 +163,7 @@ TEST_F(Host, RenamesListsAndTellsTheirDifference) {
         const char* message;
     } const cases[] = {
         {{"db", "-l", "bad.txt"}, "The name list <bad.txt> can not be understood in line 2: <tabel b>!"},
-        {{"db", "-l", "data"}, "File <data> not found!\n\tThe name list can not be read!"},
+        {{"db", "-l", "data"}, "Cannot open file <data>!\n\tAccess denied!"},
         {{"db", "-l", "old.txt", "-d"}, "It's necessary to load at least two dictionaries (see the '-l' option)!"},
     };
     for (const auto& [arguments, message] : cases) {

@@ -11,12 +11,14 @@
 // Finds rows by name without touching more than one or two of them: the slots of all names are computed by the
 // compiler.
 
-/// Position of a row in the table; -1 for a definition that a host made itself.
+/// Position of the row in the table that a definition is or, as a copy made by a host, stands for; -1 for none.
 inline int OptionRow(const XOptionDefinition& definition) {
     const std::less<> before;  // orders any two addresses
     const XOptionDefinition* const first = std::begin(g_OptionDefinitions);
-    const bool isRow = !before(&definition, first) && before(&definition, std::end(g_OptionDefinitions));
-    return isRow ? static_cast<int>(&definition - first) : -1;
+    const XOptionDefinition* const end = std::end(g_OptionDefinitions);
+    if (!before(&definition, first) && before(&definition, end)) return static_cast<int>(&definition - first);
+    const auto* const same = std::ranges::find(g_OptionDefinitions, definition.eOption, &XOptionDefinition::eOption);
+    return same == end ? -1 : static_cast<int>(same - first);
 }
 
 /// Mixes the length and five elements of a name; the names of the table spread well over it.

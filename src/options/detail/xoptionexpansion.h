@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <utility>
@@ -43,4 +44,5 @@ private:
     std::map<Key, CString> m_Known;  // replacement of each reference met so far
     std::vector<Key> m_Open;         // keys whose values are being expanded, outermost first
     int m_Nesting = 0;
+    std::int64_t m_nHeld = 0;  // elements that the values being expanded have come to, all together
 };

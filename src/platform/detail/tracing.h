@@ -9,5 +9,8 @@ inline bool IsTracing() noexcept {
     return g_Tracing;
 }
 
+/// Whether an observer is set, be it the one who asks.
+bool HasObserver() noexcept;
+
 /// Tells the observer one question and its answer. What the observer throws is dropped: it changes no result.
 void ReportToTrace(const SourceEvent& event) noexcept;

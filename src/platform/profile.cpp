@@ -30,7 +30,9 @@ public:
 
     bool PutText(std::string_view bytes, bool withSurrogates) noexcept {
         while (!bytes.empty()) {
-            if (!Put(TakeFileCharacter(bytes, withSurrogates))) return false;
+            const bool isAscii = static_cast<unsigned char>(bytes[0]) < 0x80;  // nearly always, and not worth a call
+            if (!Put(isAscii ? static_cast<wchar_t>(bytes[0]) : TakeFileCharacter(bytes, withSurrogates))) return false;
+            if (isAscii) bytes.remove_prefix(1);
         }
         return true;
     }

@@ -1,6 +1,7 @@
 #include "platform/winreg.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <map>
 #include <utility>
 
@@ -8,7 +9,7 @@
 #include "platform/detail/textfile.h"
 #include "platform/detail/tracing.h"
 #include "platform/detail/utf16.h"
-#include "platform/process.h"
+#include "platform/encoding.h"
 
 namespace {
 
@@ -42,9 +43,9 @@ OpenKey* FindKey(HKEY handle) {
 }
 
 CString RegistryFile() {
-    CString file = Shared().file;
-    if (file.IsEmpty()) GetEnvironmentText(file, L"VORNAK_REGISTRY");
-    return file.IsEmpty() ? CString{DEFAULT_FILE} : file;
+    if (!Shared().file.IsEmpty()) return Shared().file;
+    const char* const variable = std::getenv("VORNAK_REGISTRY");
+    return variable && *variable != '\0' ? FromUtf8(variable) : CString{DEFAULT_FILE};
 }
 
 bool ReadKey(const CString& file, const CString& path, RegistryValues& values) {

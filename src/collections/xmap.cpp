@@ -79,7 +79,7 @@ void XMapInt2SetOfInt::Insert(int key, const CString& list) {
     set->BuildSet(list);
     if (set->IsEmpty()) return;
     m_Map.emplace(key, set.get());
-    set.release();
+    static_cast<void>(set.release());
 }
 
 XMapInt2IntTupel::~XMapInt2IntTupel() = default;

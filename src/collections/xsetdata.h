@@ -1,5 +1,6 @@
 #pragma once
 
+#include <type_traits>
 #include <utility>
 
 #include "collections/guarded.h"
@@ -15,7 +16,7 @@ class XSetData {
 public:
     XSetData(const T& value) : m_Value(value) {}
     XSetData(const XSetData&) = default;
-    XSetData(XSetData&&) = default;
+    XSetData(XSetData&&) noexcept(std::is_nothrow_move_constructible_v<T>) = default;
     virtual ~XSetData() = default;
 
     /// Assigns the value, then the flag; when the value fails, the flag stays.

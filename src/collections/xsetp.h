@@ -375,7 +375,7 @@ void XSetP<T>::Copy(const XSetP* other) {
 template <class T>
 void XSetP<T>::Adopt(Owned object) {
     Insert(object.get());
-    object.release();
+    static_cast<void>(object.release());
 }
 
 template <class T>

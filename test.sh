@@ -19,7 +19,7 @@ for preset in release sanitize; do
 done
 
 step "clang-tidy"
-git ls-files --cached --others --exclude-standard 'src/*.cpp' 'host/*.cpp' |
+git ls-files --cached --others --exclude-standard 'src/*.cpp' 'host/*.cpp' 'tools/*.cpp' |
     xargs -P "$(nproc)" -n 4 clang-tidy -p build/release --quiet 2>/dev/null
 
 for preset in sanitize release; do

@@ -62,7 +62,7 @@ with tempfile.TemporaryDirectory() as folder:
         return time.perf_counter() - begin
 
     def instructions(command):
-        output = subprocess.run(["valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null"] + command,
+        output = subprocess.run(["valgrind", "--tool=callgrind", "--callgrind-out-file=" + folder + "/callgrind"] + command,
                                 capture_output=True, text=True, env=environment)
         return int(re.search(r"refs:\s+([0-9,]+)", output.stderr).group(1).replace(",", ""))
 

@@ -219,4 +219,25 @@ TEST_F(Host, TellsThatStandardOutputIsFull) {
     EXPECT_NE(result.errors.find("The standard output can not be written!"), std::string::npos);
 }
 
+TEST_F(Host, AnswersLongAndOddCommandLines) {
+    Words many = {"db"};
+    for (int i = 0; i < 5'000; ++i) many.insert(many.end(), {"-doc", "x"});
+    EXPECT_EQ(Run(many).exitCode, 0);
+    const ChildResult brackets = Run({"--" + std::string(30'000, '<') + ">"});
+    EXPECT_EQ(brackets.exitCode, 1);
+    EXPECT_NE(brackets.errors.find("not recognized!"), std::string::npos);
+}
+
+TEST_F(Host, TellsFoldersOfStartUpFromGivenOnes) {
+    const Words arguments = {"--data", Path("data"), "db", "--summary", "--logging", "%sub%"};
+    const auto source = [&](const std::string& sub) {
+        const ChildResult result = Run(arguments, {"VELTRANE_SUMMARY=json", "sub=" + sub});
+        return JsonOf(result, "logging");
+    };
+    EXPECT_NE(source("log").find("\"source\":\"start-up\""), std::string::npos) << "completed below data";
+    EXPECT_NE(source(Path("data/log")).find("\"source\":\"command line\""), std::string::npos);
+    const ChildResult line = Run({"db", "--summary", "-doc", "a\nquiet"});
+    EXPECT_NE(line.output.find("a\\x0aquiet"), std::string::npos) << "a value stays on its line";
+}
+
 }  // namespace

@@ -1,5 +1,7 @@
 #include "logging/xlogging.h"
 
+#include <cerrno>
+#include <functional>
 #include <regex>
 
 #include "foundation/xdebug.h"
@@ -152,6 +154,23 @@ TEST_F(XLoggingTest, ShowsItsFileWhileDebugging) {
     SetDebug(false);
     ASSERT_EQ(recorder.boxes.size(), 1U);
     EXPECT_EQ(recorder.boxes[0].text, File());
+}
+
+// A log whose writing can be made to fail, as hosts derive it.
+struct FailingLog : XLogging {
+    void WriteString(const CString& text) override {
+        if (m_IsFull) throw CFileException{CFileException::diskFull, ENOSPC, L"log"};
+        XLogging::WriteString(text);
+    }
+    bool m_IsFull = false;
+};
+
+TEST_F(XLoggingTest, EveryEntryGoesThroughTheWritingOfTheFile) {
+    FailingLog log;
+    log.StartLogging(File(), L"", L"", L"");
+    log.m_IsFull = true;
+    EXPECT_EQ(ErrorOf<CFileException>([&] { log.WriteLog(L"x", true, true); }).m_cause, CFileException::diskFull);
+    EXPECT_EQ(ErrorOf<CFileException>([&] { log.WriteLog(L"x", false, false); }).m_cause, CFileException::diskFull);
 }
 
 }  // namespace

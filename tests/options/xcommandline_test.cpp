@@ -90,4 +90,13 @@ TEST(XCommandLine, AnErrorLeavesTheWrongWordInTheValue) {
     EXPECT_EQ(value, L"maybe");
 }
 
+TEST(XCommandLine, GoesOnBehindTheArgumentThatWasNoValue) {
+    const ArgumentsGuard guard{{L"-n", L"-q", L"-v"}};
+    XCommandLine line;
+    CString value;
+    ErrorOf([&] { line.GetFirst(value); });
+    EXPECT_EQ(line.GetNext(value)->eOption, eOptionVersion);
+    EXPECT_EQ(line.GetNext(value), nullptr);
+}
+
 }  // namespace

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "options/store.h"
+#include "platform/trace.h"
 
 namespace {
 
@@ -185,6 +186,27 @@ TEST_F(OptionStore, MandatoryOptionsMustBeFound) {
     EXPECT_EQ(ErrorOf([&] { m_Store->RetrieveOption(L"name"); }).GetMessage(),
               L"Error retrieving option <name>!\r\nreason: \tError retrieving the string option <name>!\r\nreason: \t"
               L"The mandatory option <name> could not be found in the program option registry!");
+}
+
+TEST_F(OptionStore, AnObserverSeesEveryQuestionAnsweredAnew) {
+    Basic(std::string{DATABASE} + "[USER]\nquiet=true\n");
+    Initialize({L"db"});
+    m_Store->OpenConfiguration();
+    const SourceTrace before = SetSourceTrace([&](const SourceEvent& event) {
+        if (event.key == L"create-schema") Basic(std::string{DATABASE} + "[USER]\nquiet=false\n");
+    });
+    m_Store->ReadConfiguration();
+    SetSourceTrace(before);
+    EXPECT_EQ(m_Store->GetOptionItem(L"quiet", -1)->GetOptionValue(), L"false") << "the file was changed on the way";
+}
+
+TEST_F(OptionStore, ACopyOfARowStandsForItsOption) {
+    Basic("[USER]\nquiet=true\n");
+    Initialize({L"db"});
+    m_Store->OpenConfiguration();
+    XOptionDefinition copy = *FindOptionDefinition(L"quiet");
+    m_Store->RetrieveOption(&copy);
+    EXPECT_TRUE(m_Store->GetOptionBoolean(L"quiet", -1));
 }
 
 }  // namespace

@@ -126,4 +126,16 @@ TEST_F(Expansion, ErrorsOfReferencesCarryTheWholeStory) {
               L"The option <> is not known by the system!");
 }
 
+TEST_F(Expansion, ValuesInsideEachOtherShareTheLimit) {
+    // Each level holds 200,000 elements while the next one is looked up: together they are too long long before the
+    // end.
+    std::string keys = "a=" + std::string(2000, 'x') + "\n";
+    std::string hundred;
+    for (int i = 0; i < 100; ++i) hundred += "%a%";
+    for (int i = 1; i <= 20; ++i) {
+        keys += "k" + std::to_string(i) + "=" + hundred + "%k" + std::to_string(i + 1) + "%\n";
+    }
+    EXPECT_GE(ErrorOfTitle("%k1%", keys).Find(L"longer than 1048576"), 0) << "before the missing k21 is met";
+}
+
 }  // namespace

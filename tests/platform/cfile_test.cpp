@@ -2,9 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
+#include <cerrno>
 #include <filesystem>
 
 #include "platform/filesystem.h"
+#include "support/childprocess.h"
 #include "support/environment.h"
 #include "support/folder.h"
 #include "support/support.h"
@@ -93,6 +97,39 @@ TEST(CFile, PutsTheCurrentFolderInFrontOfARelativePath) {
     EXPECT_EQ(FullName(L".."), FromUtf8(folder.Path().parent_path().string()));
     const CurrentFolderGuard root{"/"};
     EXPECT_EQ(FullName(L"tmp"), L"/tmp");
+}
+
+TEST(CStdioFile, StandardStreamsThatAreClosedAreNotTakenForFiles) {
+    const TempFolder folder;
+    const CString path = folder.Wide("run.log");
+    const ChildResult child = RunChild([&] {
+        close(STDERR_FILENO);
+        CStdioFile file;
+        if (!file.Open(path, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite)) return 1;
+        file.WriteString(L"entry");
+        AfxMessageBox(L"a box on standard error");
+        return 0;
+    });
+    EXPECT_EQ(child.exitCode, 0);
+    EXPECT_EQ(folder.Read("run.log"), "entry");
+}
+
+TEST(CStdioFile, TheLimitOfAFileIsAFailureAndNoSignal) {
+    const TempFolder folder;
+    const CString path = folder.Wide("run.log");
+    const ChildResult child = RunChild([&] {
+        const rlimit limit{10, 10};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        CStdioFile file;
+        if (!file.Open(path, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite)) return 1;
+        try {
+            file.WriteString(L"more than ten bytes");
+        } catch (const CFileException& error) {
+            return error.m_lOsError == EFBIG && error.m_cause == CFileException::genericException ? 0 : 2;
+        }
+        return 3;
+    });
+    EXPECT_EQ(child.exitCode, 0);
 }
 
 }  // namespace

@@ -201,16 +201,19 @@ TEST(CStdioFile, SharesADeviceWithEverybody) {
 
 TEST(CStdioFile, NeedsADescriptor) {
     const TempFolder folder;
+    CStdioFile file;
+    CFileException error;
+    file.Open(L"", WRITE, &error);  // sanitizers need a descriptor when they first look at an object
     rlimit before;
     getrlimit(RLIMIT_NOFILE, &before);
     const rlimit none{3, before.rlim_max};
     std::vector<int> taken;  // whatever is free below the limit
     for (int handle = dup(0); handle < 3 && handle >= 0; handle = dup(0)) taken.push_back(handle);
     setrlimit(RLIMIT_NOFILE, &none);
-    const long error = OpenError(folder.Wide("run.log"));
+    file.Open(folder.Wide("run.log"), WRITE, &error);
     setrlimit(RLIMIT_NOFILE, &before);
     for (const int handle : taken) close(handle);
-    EXPECT_EQ(error, EMFILE);
+    EXPECT_EQ(error.m_lOsError, EMFILE);
 }
 
 TEST(CStdioFile, GoesOnAfterAShortWriteUntilTheSystemRefuses) {

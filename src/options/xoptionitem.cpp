@@ -8,10 +8,6 @@ void RequireDefinition(const XSite& site, const XOptionDefinition* definition, X
     if (!definition) throw MakeError(site, missing);
 }
 
-std::unique_ptr<XSetInt> CopyOf(XSetInt* list) {
-    return list ? std::make_unique<XSetInt>(list) : nullptr;
-}
-
 }  // namespace
 
 XOptionItem::XOptionItem(XOptionDefinition* definition, const CString& value, int index)
@@ -24,11 +20,9 @@ XOptionItem::XOptionItem(XOptionDefinition* definition, const CString& value, in
 }
 
 XOptionItem::XOptionItem(const XOptionItem& other)
-    : m_pDefinition(other.m_pDefinition),
-      m_Value(other.m_Value),
-      m_pIList(CopyOf(other.m_pIList.get())),
-      m_nIndex(other.m_nIndex),
-      m_bFlag(other.m_bFlag) {}
+    : m_pDefinition(other.m_pDefinition), m_Value(other.m_Value), m_nIndex(other.m_nIndex), m_bFlag(other.m_bFlag) {
+    if (other.m_pIList) m_pIList = std::make_unique<XSetInt>(other.m_pIList.get());
+}
 
 XOptionItem::~XOptionItem() = default;
 

@@ -30,5 +30,5 @@ for preset in sanitize release; do
         cat "build/$preset/ctest.log"
         exit 1
     }
-    tail -n 4 "build/$preset/ctest.log"
+    sed -n '/% tests passed/,$p' "build/$preset/ctest.log"
 done

@@ -1,0 +1,39 @@
+#include "options/xoption.h"
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "support/ratio.h"
+
+namespace {
+
+// The getter of an existing item beside one look-up of the same name, both asked with ready strings.
+void GetOptionString(benchmark::State& state) {
+    XOption options;
+    std::unordered_map<std::wstring, std::wstring> map;
+    std::vector<std::wstring> names;
+    std::vector<CString> texts;
+    for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
+        if (!row->IsString() || !row->IsSingle()) continue;
+        options.InsertOptionItem(row->szLongName, L"D:\\Out\\value of the option", -1);
+        map.emplace(row->szLongName, L"D:\\Out\\value of the option");
+        names.emplace_back(row->szLongName);
+        texts.emplace_back(row->szLongName);
+    }
+    std::size_t i = 0;
+    std::size_t j = 0;
+    CompareToFloor(
+        state, 1000,
+        [&] {
+            benchmark::DoNotOptimize(map.find(names[i])->second.data());
+            i = i + 1 < names.size() ? i + 1 : 0;
+        },
+        [&] {
+            benchmark::DoNotOptimize(options.GetOptionString(texts[j], -1).GetString());
+            j = j + 1 < texts.size() ? j + 1 : 0;
+        });
+}
+BENCHMARK(GetOptionString)->Iterations(300);
+
+}  // namespace

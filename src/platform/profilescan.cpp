@@ -67,6 +67,18 @@ bool ProfileName::TakeFrom(std::string_view& text, bool withSurrogates) const no
     return true;
 }
 
+bool ProfileName::CanEndAt(std::string_view text, std::size_t last) const noexcept {
+    constexpr std::size_t looked = 8;  // tells nearly all, and keeps a long name from being read again at every place
+    const std::wstring_view name = m_Folded.View();
+    for (std::size_t i = 1; i <= std::min(looked, name.size()); ++i) {
+        std::string_view byte = text.substr(last + 1 - i, 1);
+        if (static_cast<signed char>(byte[0]) < 0) return true;  // an element of several bytes: to be decoded
+        if (TakeFolded(byte, false) != name[name.size() - i]) return false;
+        if (last + 1 == i) return i == name.size();
+    }
+    return true;
+}
+
 bool ProfileSections::Next(std::string_view& name) noexcept {
     if (!NextHeader()) return false;
     const std::string_view rest = m_Text.substr(m_At);
@@ -127,6 +139,7 @@ bool FindProfileValue(std::string_view lines, const ProfileName& key, bool withS
     const NameEndSearch search{key.Folded()};
     // Each round leaves a line behind for good, so looking back for a line's start never looks at a byte twice.
     for (std::size_t at = search.Find(lines, 1); at < lines.size(); at = search.Find(lines, at + 1)) {
+        if (!key.CanEndAt(lines, at)) continue;
         const std::size_t start = StartOfLine(lines, at);
         at = EndOfLine(lines, at);
         if (IsEntry(lines.substr(start, at - start), key, withSurrogates, value)) return true;

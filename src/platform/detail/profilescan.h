@@ -14,6 +14,8 @@ public:
     std::wstring_view Folded() const noexcept { return m_Folded.View(); }
     bool CanBeSection() const noexcept { return CanStandBefore(L']'); }
     bool CanBeKey() const noexcept;
+    /// Whether the name can end at a position, as far as a few bytes tell; never false for one that does.
+    bool CanEndAt(std::string_view text, std::size_t last) const noexcept;
 
     /// Takes the name, in any case, from the front of a text.
     bool TakeFrom(std::string_view& text, bool withSurrogates) const noexcept;

@@ -78,7 +78,12 @@ void AddHints(XException& error, const Provenance& provenance) {
         if (!nearest.IsEmpty()) error.AddMessage(FormatText(L"    <---- Did you mean <--%s>? ---->", nearest));
     }
     if (isArgument) return;
-    if (const SourceEvent* const answer = provenance.AnswerBehind(texts)) {
+    // An index given twice: the key that carries it says more than the name of its family.
+    const bool isIndexed = texts.size() >= 2 && message.Find(L"> for index <") >= 0;
+    const SourceEvent* answer =
+        isIndexed ? provenance.AnswerBehind({texts[texts.size() - 2] + L"-" + texts.back()}) : nullptr;
+    if (!answer) answer = provenance.AnswerBehind(texts);
+    if (answer) {
         error.AddMessage(FormatText(L"    <---- See <%s>, line %d: %s=%s ---->", answer->file, answer->line,
                                     answer->key, answer->value));
     }

@@ -143,6 +143,16 @@ TEST_F(Host, ShowsTheSystemsErrorsWithItsOwnHintsBehind) {
     }
 }
 
+TEST_F(Host, NamesTheKeyWhoseIndexIsThereTwice) {
+    WriteBasic("[USER]\nload-dictionary-5=a\nload-dictionary=b\n");
+    Write("user.ini", "[USER]\nload-dictionary-5=c\n");
+    const ChildResult result = Run({"db", "-i", Path("user.ini")});
+    EXPECT_NE(result.errors.find("Multiple options <load-dictionary> for index <5>!\n\t    <---- See <" + BasicFile() +
+                                 ">, line 6: load-dictionary-5=a ---->"),
+              std::string::npos)
+        << result.errors;
+}
+
 TEST_F(Host, RenamesListsAndTellsTheirDifference) {
     WriteBasic("[db\\TABLENAME RULES\\2]\ntmp_=WRK_\n[db\\COLUMNNAME RULES\\1]\ndescr=DESCRIPTION\n");
     Write("old.txt", "; names\nversion 1\ntable tmp_a\ntable  same\ncolumn descr\n\ncolumn gone\n");

@@ -64,6 +64,7 @@ bool XLogging::OpenLogFile(const CString& linePrefix) {
         }
         m_bOpen = true;
         m_LinePrefix = linePrefix;
+        m_nLineTime = -1;
         LogWrite(Rule(L'*') + Rule(L'*') + FormatText(L"Log output of %s\r\nstart: %s\r\n", m_LogFile, Now()) +
                  Rule(L'-'));
         return true;
@@ -100,12 +101,13 @@ void XLogging::NewLine() {
 
 void XLogging::WriteLog(CString text, bool newLine, bool timeStamp) {
     if (!m_bOpen) return;
-    const std::wstring_view start = !newLine ? L"" : timeStamp ? LineWithTime().View() : ENTRY_INDENT;
-    m_Entry.Empty();
-    m_Entry += start;
-    m_Entry += m_LinePrefix;
-    m_Entry += text;
-    LogWrite(m_Entry);
+    if (newLine && timeStamp) {
+        StartTimedLine();
+        m_TimedLine += text;
+        LogWrite(m_TimedLine);
+    } else {
+        LogWrite((newLine ? ENTRY_INDENT : L"") + m_LinePrefix + text);
+    }
 }
 
 void XLogging::ShowError(CString code, CString location, CString message) {
@@ -130,12 +132,14 @@ void XLogging::ShowError(CString code, CString file, CString method, int line, C
     ShowError(code, XException::GetLocationString(file, method, line), message);
 }
 
-// The start of a new line with the time of now, formatted once a second.
-const CString& XLogging::LineWithTime() {
+// Leaves the line with its start alone: line end, time of now and prefix, put together once a second.
+void XLogging::StartTimedLine() {
     const std::int64_t now = CurrentTime();
-    if (now != m_nLineTime) {
-        m_LineWithTime = LINE_END + LocalTimeText(ENTRY_TIME_FORMAT, now);
-        m_nLineTime = now;
+    if (now == m_nLineTime) {
+        m_TimedLine.Truncate(m_nLineStart);
+        return;
     }
-    return m_LineWithTime;
+    m_TimedLine = LINE_END + LocalTimeText(ENTRY_TIME_FORMAT, now) + m_LinePrefix;
+    m_nLineStart = m_TimedLine.GetLength();
+    m_nLineTime = now;
 }

@@ -48,7 +48,7 @@ public:
     void ShowError(CString code, CString file, CString method, int line, CString message);
 
 private:
-    const CString& LineWithTime();
+    void StartTimedLine();
 
     CString m_LinePrefix;
     CString m_LogPath;
@@ -56,7 +56,7 @@ private:
     bool m_bOpen = false;
     CString m_LastErrorMessage;
     std::int32_t m_nLastErrorCode = 0;
-    std::int64_t m_nLineTime = -1;  // the second that the text below shows
-    CString m_LineWithTime;
-    CString m_Entry;  // being written; kept to spare each entry an allocation
+    std::int64_t m_nLineTime = -1;  // the second that the line below shows
+    int m_nLineStart = 0;           // length of its start, what stands in front of the text
+    CString m_TimedLine;            // the last entry with a time; kept to spare the next one most of the work
 };

@@ -6,34 +6,26 @@
 
 namespace {
 
-// Appends the ASCII characters that a text begins with, nearly always all of it. @return how many they are
-std::size_t AppendAscii(std::string& out, std::wstring_view text) {
-    constexpr std::size_t blockSize = 16;  // a fixed count, so that the compiler works on whole registers
+// Two plain passes, which the compiler does with whole registers.
+bool IsAllAscii(std::wstring_view text) noexcept {
+    std::uint32_t all = 0;
+    for (const wchar_t element : text) all |= static_cast<std::uint32_t>(element);
+    return all < 0x80;
+}
+
+void AppendAscii(std::string& out, std::wstring_view text) {
     const std::size_t begin = out.size();
     out.resize(begin + text.size());
     char* const bytes = out.data() + begin;
-    std::size_t count = 0;
-    for (; count + blockSize <= text.size(); count += blockSize) {
-        const wchar_t* const block = text.data() + count;
-        std::uint32_t all = 0;
-        for (std::size_t i = 0; i < blockSize; ++i) all |= static_cast<std::uint32_t>(block[i]);
-        if (all >= 0x80) break;
-        for (std::size_t i = 0; i < blockSize; ++i) bytes[count + i] = static_cast<char>(block[i]);
-    }
-    for (; count < text.size() && static_cast<std::uint32_t>(text[count]) < 0x80; ++count) {
-        bytes[count] = static_cast<char>(text[count]);
-    }
-    out.resize(begin + count);
-    return count;
+    for (std::size_t i = 0; i < text.size(); ++i) bytes[i] = static_cast<char>(text[i]);
 }
 
 }  // namespace
 
 void AppendUtf8(std::string& out, std::wstring_view text) {
-    if (text.empty()) return;
-    text.remove_prefix(AppendAscii(out, text));
+    if (IsAllAscii(text)) return AppendAscii(out, text);
     for (const wchar_t element : text) {
-        const auto codePoint = static_cast<char32_t>(element);
+        const auto codePoint = static_cast<std::uint32_t>(element);
         if (codePoint >= 0xDC80 && codePoint <= 0xDCFF) {
             out += static_cast<char>(codePoint - 0xDC00);
         } else {

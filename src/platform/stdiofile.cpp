@@ -4,7 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <optional>
+#include <string_view>
 #include <utility>
 
 #include "platform/cfile.h"
@@ -55,6 +55,11 @@ bool MayRaiseSignals(const NativeFile& file) noexcept {
            limit.rlim_cur != RLIM_INFINITY;
 }
 
+int WriteGuarded(int handle, std::string_view bytes) noexcept {
+    const WriteSignalGuard guard;
+    return WriteAll(handle, bytes);
+}
+
 }  // namespace
 
 CStdioFile::~CStdioFile() {
@@ -89,9 +94,8 @@ void CStdioFile::WriteString(const CString& text) {
     if (m_Bytes.capacity() > keptCapacity) m_Bytes = {};
     m_Bytes.clear();
     AppendUtf8(m_Bytes, text.View());
-    std::optional<WriteSignalGuard> guard;
-    if (m_MayRaiseSignals) guard.emplace();
-    if (const int osError = WriteAll(m_Handle, m_Bytes)) throw FileError(osError, m_FileName);
+    const int osError = m_MayRaiseSignals ? WriteGuarded(m_Handle, m_Bytes) : WriteAll(m_Handle, m_Bytes);
+    if (osError != 0) throw FileError(osError, m_FileName);
 }
 
 void CStdioFile::Flush() {

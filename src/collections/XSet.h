@@ -101,7 +101,9 @@ private:
     Element& At(int position) noexcept { return m_Data[static_cast<std::size_t>(position)]; }
     const Element& At(int position) const noexcept { return m_Data[static_cast<std::size_t>(position)]; }
 
-    static int KnownOrder(const T& a, const T& b) noexcept requires XKnownOrder<T>;
+    template <class U = T>
+    requires XKnownOrder<U>
+    static int KnownOrder(const T& a, const T& b) noexcept;
     template <class Compare>
     int FindWith(Compare compare) const;
     void AppendAll(const XSet& other);
@@ -121,11 +123,16 @@ private:
             return key != other.key ? key < other.key : !std::integral<T> && Less(*element, *other.element);
         }
     };
-    static std::uint64_t OrderKey(const T& value) noexcept requires XKnownOrder<T>;
-    template <class Source>
-    static auto SortedEntries(Source& elements) requires XKnownOrder<T>;
-    static Pointers SortedByKey(Elements& elements) requires XKnownOrder<T>;
-    void UnionByKey(const XSet& a, const XSet& b) requires XKnownOrder<T>;
+    template <class U = T>
+    requires XKnownOrder<U>
+    static std::uint64_t OrderKey(const T& value) noexcept;
+    template <class Source, class U = T>
+    requires XKnownOrder<U>
+    static auto SortedEntries(Source& elements);
+    static Pointers SortedByKey(Elements& elements);
+    template <class U = T>
+    requires XKnownOrder<U>
+    void UnionByKey(const XSet& a, const XSet& b);
 
     Pointers NotFound(const Pointers& sorted, Comparison comparison) const;
     static Pointers WithoutEqual(const Pointers& sorted, Comparison comparison);
@@ -251,7 +258,9 @@ int XSet<T>::Comp(const Element& a, const Element& b) {
 }
 
 template <class T>
-int XSet<T>::KnownOrder(const T& a, const T& b) noexcept requires XKnownOrder<T> {
+template <class U>
+requires XKnownOrder<U>
+int XSet<T>::KnownOrder(const T& a, const T& b) noexcept {
     if constexpr (std::same_as<T, CString>) {
         return a.Compare(b);
     } else {
@@ -345,16 +354,19 @@ typename XSet<T>::Pointers XSet<T>::Sorted(Elements& elements, Comparison compar
 }
 
 template <class T>
-typename XSet<T>::Pointers XSet<T>::SortedByKey(Elements& elements) requires XKnownOrder<T> {
+typename XSet<T>::Pointers XSet<T>::SortedByKey(Elements& elements) {
     Pointers pointers;
-    pointers.reserve(elements.size());
-    for (const auto& entry : SortedEntries(elements)) pointers.push_back(entry.element);
+    if constexpr (XKnownOrder<T>) {
+        pointers.reserve(elements.size());
+        for (const auto& entry : SortedEntries(elements)) pointers.push_back(entry.element);
+    }
     return pointers;
 }
 
 template <class T>
-template <class Source>
-auto XSet<T>::SortedEntries(Source& elements) requires XKnownOrder<T> {
+template <class Source, class U>
+requires XKnownOrder<U>
+auto XSet<T>::SortedEntries(Source& elements) {
     std::vector<Entry<decltype(elements.data())>> entries;
     entries.reserve(elements.size());
     for (auto& element : elements) entries.push_back({OrderKey(element.GetValue()), &element});
@@ -371,7 +383,9 @@ auto XSet<T>::SortedEntries(Source& elements) requires XKnownOrder<T> {
 }
 
 template <class T>
-std::uint64_t XSet<T>::OrderKey(const T& value) noexcept requires XKnownOrder<T> {
+template <class U>
+requires XKnownOrder<U> std::uint64_t XSet<T>::OrderKey(const T& value)
+noexcept {
     if constexpr (std::same_as<T, CString>) {
         return value.OrderKey();
     } else {
@@ -432,14 +446,16 @@ void XSet<T>::Union(const XSet& a, const XSet& b, Comparison comparison) {
         Clear();
         m_Data.swap(first);
         SortElements(m_Data, nullptr);
+        m_bSorted = true;  // stays so when the comparison fails
         Merge(WithoutEqual(NotFound(Sorted(second, nullptr), compare), compare));
-        m_bSorted = true;
     });
 }
 
 // Only what becomes part of the result is copied.
 template <class T>
-void XSet<T>::UnionByKey(const XSet& a, const XSet& b) requires XKnownOrder<T> {
+template <class U>
+requires XKnownOrder<U>
+void XSet<T>::UnionByKey(const XSet& a, const XSet& b) {
     const auto first = SortedEntries(a.m_Data);
     const auto second = SortedEntries(b.m_Data);
     XSet result;

@@ -17,7 +17,7 @@ public:
     XSetData(const T& value) : m_Value(value) {}
     XSetData(const XSetData&) = default;
     XSetData(XSetData&&) noexcept(std::is_nothrow_move_constructible_v<T>) = default;
-    virtual ~XSetData() = default;
+    virtual ~XSetData() noexcept;  ///< a failure of the value's destructor is shown and ends there
 
     /// Assigns the value, then the flag; when the value fails, the flag stays.
     XSetData& operator=(const XSetData& other) noexcept;
@@ -41,6 +41,13 @@ private:
     T m_Value;
     bool m_bFlag = false;
 };
+
+template <class T>
+XSetData<T>::~XSetData() noexcept try {
+} catch (...) {
+    ShowFailure(L"Exception in 'XSet<T>::~XSet()'");
+    return;  // else the failure would go on
+}
 
 template <class T>
 XSetData<T>& XSetData<T>::operator=(const XSetData& other) noexcept {

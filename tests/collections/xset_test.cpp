@@ -384,3 +384,43 @@ TEST_F(XSetOfMoody, ABoxThatFailsIsAbsorbedToo) {
     EXPECT_FALSE(set.Insert(set.GetConstRefAt(0), /*unique*/ false));
     SetMessageBoxHandler(before);
 }
+
+// The template as a whole fits a host's own type.
+struct OwnNumber {
+    int number = 0;
+    bool operator<(const OwnNumber& other) const { return number < other.number; }
+};
+template class XSet<OwnNumber>;
+
+TEST(XSetOfOwnType, AFailingDestructorIsShownAndEndsThere) {
+    struct Bomb {
+        bool isArmed = false;
+        bool operator<(const Bomb&) const { return false; }
+        ~Bomb() noexcept(false) {
+            if (isArmed) throw 7;
+        }
+    };
+    BoxRecorder recorder;
+    {
+        XSet<Bomb> set;
+        set.Insert(Bomb{}, /*unique*/ false);
+        set.GetAt(0)->isArmed = true;
+    }
+    ASSERT_EQ(recorder.boxes.size(), 1U);
+    EXPECT_EQ(recorder.boxes[0].text, L"Exception in 'XSet<T>::~XSet()'");
+}
+
+TEST(XSetOfOwnType, AUnionWhoseComparisonFailsIsTheFirstSetSorted) {
+    XSet<int> a;
+    XSet<int> b;
+    for (const int number : {3, 1}) a.Insert(number, /*unique*/ false);
+    b.Insert(2, /*unique*/ false);
+    BoxRecorder recorder;
+    XSet<int> both;
+    both.Union(a, b, [](const XSetData<int>&, const XSetData<int>&) -> int { throw 7; });
+    ASSERT_EQ(recorder.boxes.size(), 1U);
+    EXPECT_EQ(recorder.boxes[0].text, L"Exception in 'XSet<T>::Union()'");
+    ASSERT_EQ(both.Size(), 2);
+    EXPECT_EQ(both.GetConstRefAt(0), 1);
+    EXPECT_TRUE(both.IsSorted());
+}

@@ -1,4 +1,5 @@
 #include "platform/filesystem.h"
+#include "platform/profile.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -104,6 +105,15 @@ TEST_F(FileSystem, TakesTheDrivesFromTheEnvironment) {
     const EnvironmentGuard drives{"VORNAK_DRIVES", "C=/srv/c;d=\\data\\;broken;;E=;7=/seven;F=/one;F=/two"};
     const ChildResult child = RunProgram("FileSystemChild.DISABLED_WritesItsDrives", {});
     EXPECT_EQ(child.output, "/srv/c/x|/data/x||/two/x|7:/x");
+}
+
+TEST(FileSystemCalls, APathThatIsStillMissingIsAnsweredAlikeAgain) {
+    const CString path = L"/usr/No-Such-Folder/registry.reg";
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(MapPath(path), "/usr/No-Such-Folder/registry.reg");
+    wchar_t answer[8];
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(GetPrivateProfileStringW(L"s", L"k", L"none", answer, 8, path.GetString()), 4U);
+    }
 }
 
 TEST(FileSystemChild, DISABLED_WritesItsDrives) {

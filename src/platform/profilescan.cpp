@@ -61,7 +61,16 @@ bool ProfileName::CanStandBefore(wchar_t end) const noexcept {
 }
 
 bool ProfileName::TakeFrom(std::string_view& text, bool withSurrogates) const noexcept {
-    for (const wchar_t element : m_Folded.View()) {
+    const std::wstring_view name = m_Folded.View();
+    std::size_t taken = 0;  // elements of one byte, nearly always all of them
+    for (; taken < name.size(); ++taken) {
+        if (taken == text.size()) return false;
+        const char byte = text[taken];
+        if (static_cast<signed char>(byte) < 0) break;
+        if (FoldCharacter(byte) != name[taken]) return false;
+    }
+    text.remove_prefix(taken);
+    for (const wchar_t element : name.substr(taken)) {
         if (text.empty() || TakeFolded(text, withSurrogates) != element) return false;
     }
     return true;

@@ -459,7 +459,7 @@ void XSet<T>::UnionByKey(const XSet& a, const XSet& b) {
     const auto first = SortedEntries(a.m_Data);
     const auto second = SortedEntries(b.m_Data);
     XSet result;
-    result.m_Data.reserve(std::max(first.size(), second.size()));
+    result.m_Data.reserve(first.size() + second.size());
     auto next = first.begin();
     for (auto entry = second.begin(); entry != second.end(); ++entry) {
         if (entry != second.begin() && !(*std::prev(entry) < *entry)) continue;

@@ -114,6 +114,9 @@ TEST(FileSystemCalls, APathThatIsStillMissingIsAnsweredAlikeAgain) {
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(GetPrivateProfileStringW(L"s", L"k", L"none", answer, 8, path.GetString()), 4U);
     }
+    const TempFolder folder;
+    const CString present = folder.Write("present.ini", "[s]\nk=v\n");
+    EXPECT_EQ(GetPrivateProfileStringW(L"s", L"k", L"none", answer, 8, present.GetString()), 1U) << "another path";
 }
 
 TEST(FileSystemChild, DISABLED_WritesItsDrives) {

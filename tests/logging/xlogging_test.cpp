@@ -61,6 +61,7 @@ TEST_F(XLoggingTest, WritesAWholeLog) {
 
 TEST_F(XLoggingTest, EntriesCarryTheLinePrefix) {
     m_Log.StartLogging(File(), L"", L"", L"");
+    m_Log.WriteLog(L"of the log before, within the same second", true, true);
     m_Log.CloseLogFile();
     ASSERT_TRUE(m_Log.OpenLogFile(L"[db] "));
     EXPECT_FALSE(m_Log.OpenLogFile(L"unused"));

@@ -128,12 +128,12 @@ void SetDriveFolder(wchar_t drive, const CString& folder) {
     SetDrive(DriveFolders(), drive, folder);
 }
 
-std::string SpelledPath(const CString& path) {
+std::string SpelledPath(CStringView path) {
     std::wstring_view rest = path.View();
     if (rest.empty() || rest.find(L'\0') != std::wstring_view::npos) return {};
     std::string name;
-    if (path[1] == L':') {
-        if (const auto drive = DriveIndex(path[0])) {
+    if (rest.size() > 1 && rest[1] == L':') {
+        if (const auto drive = DriveIndex(rest[0])) {
             name = DriveFolders()[*drive];
             if (name.empty()) return {};
             rest.remove_prefix(2);

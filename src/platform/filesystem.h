@@ -20,4 +20,4 @@ VELTRANE_API std::string MapPath(const CString& path);
 
 /// The name that MapPath begins with: separators turned and drive replaced, no look into any folder. Who opens it first
 /// and asks MapPath only when nothing is found spares the system the extra calls.
-VELTRANE_API std::string SpelledPath(const CString& path);
+VELTRANE_API std::string SpelledPath(CStringView path);

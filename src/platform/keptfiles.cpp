@@ -28,12 +28,12 @@ bool KeptFiles::AreWanted() noexcept {
     return g_Snapshots > 0 && !HasObserver();
 }
 
-const FileBytes* KeptFiles::Find(const CString& path) const {
-    if (!AreWanted() || path.IsEmpty()) return nullptr;
-    const auto entry = std::ranges::find(m_Entries, path, &Entry::path);
+const FileBytes* KeptFiles::Find(CStringView path) const {
+    if (!AreWanted() || path.View().empty()) return nullptr;
+    const auto entry = std::ranges::find(m_Entries, path.View(), [](const Entry& kept) { return kept.path.View(); });
     return entry == m_Entries.end() ? nullptr : &entry->bytes;
 }
 
-void KeptFiles::Keep(const CString& path, FileBytes bytes) {
-    m_Entries[m_nNext++ % m_Entries.size()] = {path, std::move(bytes)};
+void KeptFiles::Keep(CStringView path, FileBytes bytes) {
+    m_Entries[m_nNext++ % m_Entries.size()] = {path.View(), std::move(bytes)};
 }

@@ -21,17 +21,20 @@ NativeFile OpenReadOnly(const std::string& name) {
 
 }  // namespace
 
-InputFile OpenForReading(const std::string& spelled) {
+NativeFile OpenForReading(const std::string& spelled) {
     if (spelled.empty() || IsStillMissing(spelled)) return {};
-    InputFile input{OpenReadOnly(spelled), {}};
-    if (!input && errno == ENOENT) {
+    NativeFile file = OpenReadOnly(spelled);
+    if (!file && errno == ENOENT) {
         const std::string mapped = MapMissingPath(spelled);
-        if (mapped != spelled) input.file = OpenReadOnly(mapped);
+        if (mapped != spelled) file = OpenReadOnly(mapped);
     }
-    if (!input) return {};
-    input.state = FileState{input.file.Handle()};
-    if (!input.state.Exists() || !S_ISREG(input.state.Status().st_mode)) return {};
-    return input;
+    return file;
+}
+
+std::size_t RegularSize(const NativeFile& file) noexcept {
+    struct stat status;
+    const bool isRegular = file && fstat(file.Handle(), &status) == 0 && S_ISREG(status.st_mode);
+    return isRegular ? static_cast<std::size_t>(status.st_size) : 0;
 }
 
 bool ReadToEnd(const NativeFile& file, std::size_t expected, std::string& bytes) {

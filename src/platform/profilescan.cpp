@@ -39,15 +39,13 @@ bool IsEntry(std::string_view line, const ProfileName& key, bool withSurrogates,
 
 }  // namespace
 
-ProfileName::ProfileName(std::wstring_view asked) {
-    while (asked.starts_with(L' ')) asked.remove_prefix(1);
-    while (asked.ends_with(L' ')) asked.remove_suffix(1);
-    m_Folded = asked;
-    m_Folded.MakeLower();
+ProfileName::ProfileName(std::wstring_view asked) noexcept : m_Name(asked) {
+    while (m_Name.starts_with(L' ')) m_Name.remove_prefix(1);
+    while (m_Name.ends_with(L' ')) m_Name.remove_suffix(1);
 }
 
 bool ProfileName::CanBeKey() const noexcept {
-    return !m_Folded.IsEmpty() && m_Folded[0] != L';' && m_Folded[0] != L'[' && CanStandBefore(L'=');
+    return !m_Name.empty() && m_Name[0] != L';' && m_Name[0] != L'[' && CanStandBefore(L'=');
 }
 
 bool ProfileName::CanStandBefore(wchar_t end) const noexcept {
@@ -55,35 +53,33 @@ bool ProfileName::CanStandBefore(wchar_t end) const noexcept {
     const auto isBlank = [](wchar_t element) {
         return element >= 0 && element < 0x80 && IsFileBlank(static_cast<char>(element));
     };
-    if (isBlank(m_Folded[0]) || isBlank(m_Folded[m_Folded.GetLength() - 1])) return false;
+    if (!m_Name.empty() && (isBlank(m_Name.front()) || isBlank(m_Name.back()))) return false;
     return std::ranges::none_of(
-        m_Folded.View(), [end](wchar_t element) { return element == end || element == L'\r' || element == L'\n'; });
+        m_Name, [end](wchar_t element) { return element == end || element == L'\r' || element == L'\n'; });
 }
 
 bool ProfileName::TakeFrom(std::string_view& text, bool withSurrogates) const noexcept {
-    const std::wstring_view name = m_Folded.View();
     std::size_t taken = 0;  // elements of one byte, nearly always all of them
-    for (; taken < name.size(); ++taken) {
+    for (; taken < m_Name.size(); ++taken) {
         if (taken == text.size()) return false;
         const char byte = text[taken];
         if (static_cast<signed char>(byte) < 0) break;
-        if (FoldCharacter(byte) != name[taken]) return false;
+        if (FoldCharacter(byte) != FoldCharacter(m_Name[taken])) return false;
     }
     text.remove_prefix(taken);
-    for (const wchar_t element : name.substr(taken)) {
-        if (text.empty() || TakeFolded(text, withSurrogates) != element) return false;
+    for (const wchar_t element : m_Name.substr(taken)) {
+        if (text.empty() || TakeFolded(text, withSurrogates) != FoldCharacter(element)) return false;
     }
     return true;
 }
 
 bool ProfileName::CanEndAt(std::string_view text, std::size_t last) const noexcept {
     constexpr std::size_t looked = 8;  // tells nearly all, and keeps a long name from being read again at every place
-    const std::wstring_view name = m_Folded.View();
-    for (std::size_t i = 1; i <= std::min(looked, name.size()); ++i) {
+    for (std::size_t i = 1; i <= std::min(looked, m_Name.size()); ++i) {
         std::string_view byte = text.substr(last + 1 - i, 1);
         if (static_cast<signed char>(byte[0]) < 0) return true;  // an element of several bytes: to be decoded
-        if (TakeFolded(byte, false) != name[name.size() - i]) return false;
-        if (last + 1 == i) return i == name.size();
+        if (TakeFolded(byte, false) != FoldCharacter(m_Name[m_Name.size() - i])) return false;
+        if (last + 1 == i) return i == m_Name.size();
     }
     return true;
 }
@@ -145,7 +141,7 @@ bool ProfileKeys::Next(std::string_view& key) noexcept {
 bool FindProfileValue(std::string_view lines, const ProfileName& key, bool withSurrogates,
                       std::string_view& value) noexcept {
     if (!key.CanBeKey() || lines.empty()) return false;
-    const NameEndSearch search{key.Folded()};
+    const NameEndSearch search{key.View()};
     // Each round leaves a line behind for good, so looking back for a line's start never looks at a byte twice.
     for (std::size_t at = search.Find(lines, 1); at < lines.size(); at = search.Find(lines, at + 1)) {
         if (!key.CanEndAt(lines, at)) continue;

@@ -1,5 +1,6 @@
 #include "platform/detail/textfile.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <memory>
@@ -31,7 +32,7 @@ std::string Utf8OfUtf16(std::string_view bytes, Utf16Order order) {
 
 }  // namespace
 
-TextFile::TextFile(const CString& path) {
+TextFile::TextFile(CStringView path) {
     if (const FileBytes* const kept = Kept().Find(path)) {
         m_Bytes = *kept;
         Recode(m_Bytes.View());
@@ -40,19 +41,33 @@ TextFile::TextFile(const CString& path) {
     }
 }
 
-void TextFile::Read(const CString& path) {
-    const InputFile input = OpenForReading(SpelledPath(path));
-    const std::size_t size = input && input.Size() <= MAX_SIZE ? input.Size() : 0;
+void TextFile::Read(CStringView path) {
+    const NativeFile file = OpenForReading(SpelledPath(path));
     const bool isKept = KeptFiles::AreWanted();
+    if (!isKept && ReadSmall(file)) return;
+    const std::size_t regular = RegularSize(file);
+    const std::size_t size = regular <= MAX_SIZE ? regular : 0;
     char* buffer = m_SmallBytes;
     if (size > SMALL_SIZE || isKept) {
         const auto data = std::make_shared_for_overwrite<char[]>(size);
         buffer = data.get();
         m_Bytes = {data, size};
     }
-    m_Bytes.size = ReadUpTo(input.file, buffer, size);
+    m_Bytes.size = ReadUpTo(file, buffer, size);
     if (isKept) Kept().Keep(path, m_Bytes);
     Recode({buffer, m_Bytes.size});
+}
+
+// FIONREAD costs half of an fstat. Of a regular file it gives the bytes that are left; most devices do not know it, and
+// those that do, as a terminal or a pipe, have no position to read at. What it leaves open is for the caller to look
+// at.
+bool TextFile::ReadSmall(const NativeFile& file) {
+    int size = 0;
+    if (!file || ioctl(file.Handle(), FIONREAD, &size) != 0 || size <= 0 || size >= int{SMALL_SIZE}) return false;
+    const ssize_t count = Retried([&] { return pread(file.Handle(), m_SmallBytes, SMALL_SIZE, 0); });
+    if (count != size) return false;  // it is changing, or its size is beyond an int
+    Recode({m_SmallBytes, static_cast<std::size_t>(count)});
+    return true;
 }
 
 void TextFile::Recode(std::string_view bytes) {

@@ -1,6 +1,11 @@
 #include "platform/profile.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/trace.h"
@@ -141,6 +146,32 @@ TEST_F(Profile, TakesWhatItCanNotReadAsAnEmptyFile) {
     }
     wchar_t buffer[8];
     EXPECT_EQ(GetPrivateProfileStringW(L"A", L"k", L"no", buffer, 8, nullptr), 2U);
+}
+
+TEST_F(Profile, LeavesAPipeWhatItHolds) {
+    const std::string path = (m_Folder.Path() / "pipe").string();
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    const int pipe = open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    const std::string_view bytes = "[A]\nk=1\n";
+    ASSERT_EQ(write(pipe, bytes.data(), bytes.size()), std::ssize(bytes));
+    m_File = m_Folder.Wide("pipe");
+    EXPECT_EQ(Ask(L"A", L"k", L"default"), L"default");
+    char left[16];
+    EXPECT_EQ(read(pipe, left, sizeof left), std::ssize(bytes));
+    close(pipe);
+}
+
+TEST_F(Profile, FindsAKeyWhereverItStands) {
+    // Texts around the length of a small file, and places in front of, on and behind the bounds of a search's steps.
+    for (const std::size_t front : {std::size_t{1}, std::size_t{16384 - 64}}) {
+        for (std::size_t blanks = 0; blanks < 70; ++blanks) {
+            const std::string text =
+                "[A]\n" + std::string(front, 'x') + '\n' + std::string(blanks, ' ') + "xlast = last\n last=";
+            EXPECT_EQ(AskIn(text + "1", L"A", L"LAST"), L"1") << front << " + " << blanks;
+            EXPECT_EQ(AskIn(text, L"A", L"LAST"), L"") << front << " + " << blanks;
+            EXPECT_EQ(Ask(L"A", L"t", L"missing"), L"missing") << front << " + " << blanks;
+        }
+    }
 }
 
 TEST_F(Profile, ReadsEachLineByItsFirstCharacters) {

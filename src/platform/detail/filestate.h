@@ -11,10 +11,8 @@ public:
     FileState() = default;  ///< of nothing
     /// @param name  of the file; links are followed
     explicit FileState(const char* name) noexcept { m_Exists = stat(name, &m_Status) == 0; }
-    explicit FileState(int handle) noexcept { m_Exists = fstat(handle, &m_Status) == 0; }
 
     bool Exists() const noexcept { return m_Exists; }
-    const struct stat& Status() const noexcept { return m_Status; }
 
     /// Whether the last change is some time ago: one in the same tick of the system's clock would leave no trace.
     bool IsSettled() const noexcept {

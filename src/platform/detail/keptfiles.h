@@ -32,8 +32,8 @@ public:
     /// Whether a file that is read now is to be kept.
     static bool AreWanted() noexcept;
     /// @return null when the file has to be read
-    const FileBytes* Find(const CString& path) const;
-    void Keep(const CString& path, FileBytes bytes);
+    const FileBytes* Find(CStringView path) const;
+    void Keep(CStringView path, FileBytes bytes);
 
 private:
     struct Entry {

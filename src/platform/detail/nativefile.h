@@ -9,7 +9,6 @@
 #include <utility>
 
 #include "platform/cstring.h"
-#include "platform/detail/filestate.h"
 
 /// Repeats a call of the system as long as a signal interrupts it.
 template <class Call>
@@ -46,19 +45,14 @@ std::string MapMissingPath(const std::string& spelled);
 /// Whether a spelled path is known to name nothing, in no case of its letters, without looking for it again.
 bool IsStillMissing(const std::string& spelled) noexcept;
 
-/// A regular file open for reading, and its state when it was opened.
-struct InputFile {
-    NativeFile file;
-    FileState state;
-
-    explicit operator bool() const noexcept { return static_cast<bool>(file); }
-    std::size_t Size() const noexcept { return static_cast<std::size_t>(state.Status().st_size); }
-};
-
-/// Opens a regular file through the path mapping. A path spelled as on the disk costs one open and one fstat.
+/// Opens a file through the path mapping; a path spelled as on the disk costs one open. It may be a pipe or a device,
+/// which is not waited for: look at its size before reading from it.
 /// @param spelled  as SpelledPath gives it
-/// @return no file when it is missing, unreadable, or anything but a regular file; never waits for a pipe or device
-InputFile OpenForReading(const std::string& spelled);
+/// @return no file when it is missing or unreadable
+NativeFile OpenForReading(const std::string& spelled);
+
+/// Size of a regular file in bytes; 0 for anything else, for no file too.
+std::size_t RegularSize(const NativeFile& file) noexcept;
 
 /// Reads a file from its place to its end, however long it has become.
 /// @param expected  size to make room for

@@ -3,15 +3,14 @@
 #include <cstddef>
 #include <string_view>
 
-#include "platform/cstring.h"
 #include "platform/detail/lines.h"
 
-/// A name as asked for, folded once. Blanks (U+0020) at its ends do not count.
+/// A name as asked for, without the blanks (U+0020) at its ends. It looks at the caller's text.
 class ProfileName {
 public:
-    explicit ProfileName(std::wstring_view asked);
+    explicit ProfileName(std::wstring_view asked) noexcept;
 
-    std::wstring_view Folded() const noexcept { return m_Folded.View(); }
+    std::wstring_view View() const noexcept { return m_Name; }
     bool CanBeSection() const noexcept { return CanStandBefore(L']'); }
     bool CanBeKey() const noexcept;
     /// Whether the name can end at a position, as far as a few bytes tell; never false for one that does.
@@ -23,7 +22,7 @@ public:
 private:
     bool CanStandBefore(wchar_t end) const noexcept;
 
-    CString m_Folded;
+    std::wstring_view m_Name;
 };
 
 /// Walks over the section headers of a profile text. It looks at bytes and hands out pieces of the text.

@@ -7,6 +7,7 @@
 
 #include "platform/cstring.h"
 #include "platform/detail/keptfiles.h"
+#include "platform/detail/nativefile.h"
 
 /// The text of a configuration file, read once and whole, as bytes to scan: without a mark at its start, and a file in
 /// UTF-16 turned into UTF-8.
@@ -18,7 +19,7 @@ public:
 
     /// Reads a file through the path mapping; what can not be read is an empty text. A file that changes meanwhile
     /// gives what was there.
-    explicit TextFile(const CString& path);
+    explicit TextFile(CStringView path);
     TextFile(const TextFile&) = delete;
     TextFile& operator=(const TextFile&) = delete;
 
@@ -27,7 +28,9 @@ public:
     bool WithSurrogates() const noexcept { return m_WithSurrogates; }
 
 private:
-    void Read(const CString& path);
+    void Read(CStringView path);
+    /// @return false, with nothing taken from it, when the file is not small or not surely a regular file
+    bool ReadSmall(const NativeFile& file);
     void Recode(std::string_view bytes);
 
     static constexpr std::size_t SMALL_SIZE = 16384;  // nearly every configuration file fits: no memory is asked for

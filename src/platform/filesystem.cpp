@@ -28,16 +28,18 @@ std::optional<std::size_t> DriveIndex(wchar_t drive) noexcept {
     return static_cast<std::size_t>(letter - L'a');
 }
 
-// Appends a wide path, every run of separators as one '/'. Bytes of other characters are never mistaken for one.
+// Appends a wide path, every run of separators as one '/'.
 void AppendPath(std::string& name, std::wstring_view path) {
-    std::size_t end = name.size();
-    AppendUtf8(name, path);
-    for (std::size_t at = end; at < name.size(); ++at) {
-        const bool isSeparator = name[at] == '/' || name[at] == '\\';
-        if (isSeparator && end > 0 && name[end - 1] == '/') continue;
-        name[end++] = isSeparator ? '/' : name[at];
+    name.reserve(name.size() + path.size());
+    for (const wchar_t& element : path) {
+        if (IsSeparator(element)) {
+            if (!name.ends_with('/')) name += '/';
+        } else if (IsAscii(element)) {
+            name += static_cast<char>(element);
+        } else {
+            AppendUtf8(name, {&element, 1});
+        }
     }
-    name.resize(end);
 }
 
 using Drives = std::array<std::string, 26>;

@@ -64,7 +64,8 @@ bool ProfileName::TakeFrom(std::string_view& text, bool withSurrogates) const no
         if (taken == text.size()) return false;
         const char byte = text[taken];
         if (static_cast<signed char>(byte) < 0) break;
-        if (FoldCharacter(byte) != FoldCharacter(m_Name[taken])) return false;
+        const wchar_t element = m_Name[taken];
+        if (byte != element && FoldCharacter(byte) != FoldCharacter(element)) return false;
     }
     text.remove_prefix(taken);
     for (const wchar_t element : m_Name.substr(taken)) {

@@ -59,8 +59,7 @@ void TextFile::Read(CStringView path) {
 }
 
 // FIONREAD costs half of an fstat. Of a regular file it gives the bytes that are left; most devices do not know it, and
-// those that do, as a terminal or a pipe, have no position to read at. What it leaves open is for the caller to look
-// at.
+// those that do, as a terminal or a pipe, have no position to read at. What it leaves open the caller looks at again.
 bool TextFile::ReadSmall(const NativeFile& file) {
     int size = 0;
     if (!file || ioctl(file.Handle(), FIONREAD, &size) != 0 || size <= 0 || size >= int{SMALL_SIZE}) return false;

@@ -10,7 +10,7 @@
 #include <optional>
 
 #include "platform/characters.h"
-#include "platform/detail/filestate.h"
+#include "platform/detail/folderstate.h"
 #include "platform/detail/nativefile.h"
 #include "platform/detail/utf8.h"
 #include "platform/encoding.h"
@@ -100,7 +100,7 @@ std::string FolderName(const std::string& name) {
 struct MissingPath {
     std::string path;
     std::string folder;
-    FileState state;
+    FolderState state;
 };
 
 MissingPath& LastMissing() {
@@ -108,20 +108,26 @@ MissingPath& LastMissing() {
     return last;
 }
 
-/// The entry of a folder that differs in case only, the first in byte order; empty when there is none.
-std::string EntryOf(const std::string& folder, std::string_view component) {
+void RememberMissing(const std::string& spelled, const std::string& folder, const FolderState& before) {
+    if (!before.IsSettled() || !spelled.starts_with(folder) || !ShowsItsChanges(FolderName(folder))) return;
+    LastMissing() = {spelled, FolderName(folder), before};
+}
+
+/// The entry of a folder that differs in case only, the first in byte order, empty when there is none; nothing when the
+/// folder can not be read to its end.
+std::optional<std::string> EntryOf(const std::string& folder, std::string_view component) {
     struct Close {
         void operator()(DIR* directory) const noexcept { closedir(directory); }
     };
     const std::unique_ptr<DIR, Close> directory{opendir(FolderName(folder).c_str())};
-    if (!directory) return {};
+    if (!directory) return std::nullopt;
     const std::wstring folded = Folded(component);
     std::string best;
-    while (const dirent* const entry = readdir(directory.get())) {
+    for (errno = 0; const dirent* const entry = readdir(directory.get()); errno = 0) {
         const std::string_view name = entry->d_name;
         if (FoldsTo(name, folded) && (best.empty() || name < best)) best = name;
     }
-    return best;
+    return errno == 0 ? std::optional{best} : std::nullopt;
 }
 
 }  // namespace
@@ -153,7 +159,7 @@ std::string MapPath(const CString& path) {
 
 bool IsStillMissing(const std::string& spelled) noexcept {
     const MissingPath& last = LastMissing();
-    return spelled == last.path && FileState{last.folder.c_str()} == last.state;
+    return spelled == last.path && FolderState{last.folder} == last.state;
 }
 
 std::string MapMissingPath(const std::string& spelled) {
@@ -165,14 +171,12 @@ std::string MapMissingPath(const std::string& spelled) {
         if (component.empty() || Exists(exact)) {
             name = exact;
         } else {
-            const bool isMissing = errno == ENOENT;
-            const FileState state{FolderName(name).c_str()};
-            const std::string entry = isMissing ? EntryOf(name, component) : std::string{};
-            if (entry.empty()) {
-                if (state.IsSettled() && spelled.starts_with(name)) LastMissing() = {spelled, FolderName(name), state};
-                return name.append(rest);
-            }
-            name += entry;
+            const bool isMissing = IsMissing(errno);
+            const FolderState before{FolderName(name)};
+            const auto entry = isMissing ? EntryOf(name, component) : std::nullopt;
+            if (entry && entry->empty()) RememberMissing(spelled, name, before);
+            if (!entry || entry->empty()) return name.append(rest);
+            name += *entry;
         }
         rest.remove_prefix(end);
         if (rest.empty()) break;

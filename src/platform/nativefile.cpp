@@ -24,7 +24,7 @@ NativeFile OpenReadOnly(const std::string& name) {
 NativeFile OpenForReading(const std::string& spelled) {
     if (spelled.empty() || IsStillMissing(spelled)) return {};
     NativeFile file = OpenReadOnly(spelled);
-    if (!file && errno == ENOENT) {
+    if (!file && IsMissing(errno)) {
         const std::string mapped = MapMissingPath(spelled);
         if (mapped != spelled) file = OpenReadOnly(mapped);
     }

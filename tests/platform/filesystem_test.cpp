@@ -2,6 +2,7 @@
 #include "platform/profile.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -107,6 +108,22 @@ TEST_F(FileSystem, TakesTheDrivesFromTheEnvironment) {
     EXPECT_EQ(child.output, "/srv/c/x|/data/x||/two/x|7:/x");
 }
 
+/// Lets no further file be opened while it lives.
+class NoMoreFiles {
+public:
+    NoMoreFiles() {
+        getrlimit(RLIMIT_NOFILE, &m_Before);
+        const rlimit none{0, m_Before.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &none);
+    }
+    NoMoreFiles(const NoMoreFiles&) = delete;
+    NoMoreFiles& operator=(const NoMoreFiles&) = delete;
+    ~NoMoreFiles() { setrlimit(RLIMIT_NOFILE, &m_Before); }
+
+private:
+    rlimit m_Before;
+};
+
 TEST(FileSystemCalls, APathThatIsStillMissingIsAnsweredAlikeAgain) {
     const CString path = L"/usr/No-Such-Folder/registry.reg";
     for (int i = 0; i < 2; ++i) EXPECT_EQ(MapPath(path), "/usr/No-Such-Folder/registry.reg");
@@ -117,6 +134,25 @@ TEST(FileSystemCalls, APathThatIsStillMissingIsAnsweredAlikeAgain) {
     const TempFolder folder;
     const CString present = folder.Write("present.ini", "[s]\nk=v\n");
     EXPECT_EQ(GetPrivateProfileStringW(L"s", L"k", L"none", answer, 8, present.GetString()), 1U) << "another path";
+}
+
+TEST(FileSystemCalls, AFolderThatCouldNotBeListedOnceIsListedAgain) {
+    const CString path = FromUtf8(VELTRANE_SOURCE_FOLDER "/examples/CONFIG/registry.reg");
+    {
+        const NoMoreFiles full;
+        EXPECT_EQ(MapPath(path), ToUtf8(path));
+    }
+    wchar_t answer[256];
+    EXPECT_GT(GetPrivateProfileStringW(nullptr, nullptr, nullptr, answer, 256, path.GetString()), 0U);
+}
+
+TEST_F(FileSystem, FindsANameThatIsTooLongAsItIsSpelled) {
+    const std::string name(100, 'k');
+    m_Folder.Write(name, "[s]\nk=v\n");
+    const CString path = m_Folder.Wide() + L"/" + CString{L'\x212A', 100};  // 300 bytes
+    EXPECT_EQ(MapPath(path), (m_Folder.Path() / name).string());
+    wchar_t answer[8];
+    EXPECT_EQ(GetPrivateProfileStringW(L"s", L"k", L"none", answer, 8, path.GetString()), 1U);
 }
 
 TEST(FileSystemChild, DISABLED_WritesItsDrives) {

@@ -40,6 +40,11 @@ private:
     int m_Handle = -1;
 };
 
+/// Whether an error of the system leaves it open that the name exists in another spelling, which can be a shorter one.
+inline bool IsMissing(int error) noexcept {
+    return error == ENOENT || error == ENAMETOOLONG;
+}
+
 /// MapPath for a spelled path that the system has just not found.
 std::string MapMissingPath(const std::string& spelled);
 /// Whether a spelled path is known to name nothing, in no case of its letters, without looking for it again.

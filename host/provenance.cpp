@@ -28,7 +28,7 @@ CString SectionName(XOption& options, enumCfgSection section) {
     CString own = row->szName;
     if (own.Left(2) == L"--") own = options.GetOptionString(own, -1);
     const CString parent = SectionName(options, row->eParent);
-    return parent.IsEmpty() || own.IsEmpty() ? own : BuildFileName(parent, own);
+    return parent.IsEmpty() || own.IsEmpty() ? own : parent + L"\\" + own;
 }
 
 // The registry is asked for a section below the key of the tool, the environment for options of ROOT only.
@@ -52,16 +52,14 @@ bool HasIndex(CString text, CString format, int index) {
 // Whether an answer is the value of an item by the section and the key that were asked for.
 bool IsNamed(const SourceEvent& answer, const XOptionItem& item, const CString& name, const CString& section) {
     if (answer.value.IsEmpty()) return false;
-    if (item.GetOptionIndex() < 0) return answer.key == name && IsSection(answer, section);
+    if (item.GetOptionIndex() == -1) return answer.key == name && IsSection(answer, section);
     if (section.Find(L"%d") >= 0) return answer.key == name && HasIndex(answer.section, section, item.GetOptionIndex());
     return IsSection(answer, section) && HasIndex(answer.key, name + L"-%d", item.GetOptionIndex());
 }
 
-// A key without index (the name of the family or a beginning of it) got the next free one; its value is what tells it,
-// as far as references leave it recognisable.
-bool IsBare(const SourceEvent& answer, const XOptionItem& item, const CString& name, const CString& section) {
-    return item.GetOptionIndex() >= 0 && IsSection(answer, section) && (name + L"-").Find(answer.key) == 0 &&
-           (answer.value == item.GetOptionValue() || answer.value.Find(L'%') >= 0);
+// Whether an answer is that of a key without index: the name of a family or a beginning of it.
+bool IsBare(const SourceEvent& answer, const CString& name, const CString& section) {
+    return !answer.key.IsEmpty() && (name + L"-").Find(answer.key) == 0 && IsSection(answer, section);
 }
 
 }  // namespace
@@ -93,7 +91,7 @@ const Origin& Provenance::Of(const XOptionItem* item) const {
     return found == m_Origins.end() ? host : found->second;
 }
 
-Origin Provenance::Find(XOption& options, const XOptionItem& item) const {
+Origin Provenance::Find(XOption& options, const XOptionItem& item) {
     CString name;
     item.GetOptionName(name);
     const auto typed = m_Typed.find(name);
@@ -127,16 +125,29 @@ bool Provenance::IsCompleted(XOption& options, const CString& name, const CStrin
 }
 
 // Of the answers of this step the last one won.
-const SourceEvent* Provenance::AnswerFor(XOption& options, const XOptionItem& item, const CString& name) const {
+const SourceEvent* Provenance::AnswerFor(XOption& options, const XOptionItem& item, const CString& name) {
     const enumCfgSection row = FindOptionDefinition(name)->eSection;
     if (row == eSectionNone) return nullptr;
     const CString section = SectionName(options, row);
-    for (const auto isAnswer : {IsNamed, IsBare}) {
-        for (std::size_t i = m_Answers.size(); i > m_nStep; --i) {
-            if (isAnswer(m_Answers[i - 1], item, name, section)) return &m_Answers[i - 1];
-        }
+    for (std::size_t i = m_Answers.size(); i > m_nStep; --i) {
+        if (IsNamed(m_Answers[i - 1], item, name, section)) return &m_Answers[i - 1];
     }
-    return nullptr;
+    return item.GetOptionIndex() == -1 ? nullptr : ClaimBare(item.GetOptionValue(), name, section);
+}
+
+// Keys without index got the next free ones, one after the other. Their values tell them, as far as references leave
+// them recognisable.
+const SourceEvent* Provenance::ClaimBare(const CString& value, const CString& name, const CString& section) {
+    const auto claim = [&](auto isValue) -> const SourceEvent* {
+        for (std::size_t i = m_nStep; i < m_Answers.size(); ++i) {
+            const SourceEvent& answer = m_Answers[i];
+            if (!IsBare(answer, name, section) || !isValue(answer.value) || !m_Claimed.insert(i).second) continue;
+            return &answer;
+        }
+        return nullptr;
+    };
+    const SourceEvent* const same = claim([&](const CString& found) { return found == value; });
+    return same ? same : claim([](const CString& found) { return found.Find(L'%') >= 0; });
 }
 
 const SourceEvent* Provenance::AnswerBehind(const std::vector<CString>& texts) const {

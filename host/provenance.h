@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <vector>
 
 #include "options/xoption.h"
@@ -33,13 +34,15 @@ public:
     const SourceEvent* AnswerBehind(const std::vector<CString>& texts) const;
 
 private:
-    Origin Find(XOption& options, const XOptionItem& item) const;
+    Origin Find(XOption& options, const XOptionItem& item);
     bool IsCompleted(XOption& options, const CString& name, const CString& given, const CString& value) const;
-    const SourceEvent* AnswerFor(XOption& options, const XOptionItem& item, const CString& name) const;
+    const SourceEvent* AnswerFor(XOption& options, const XOptionItem& item, const CString& name);
+    const SourceEvent* ClaimBare(const CString& value, const CString& name, const CString& section);
 
     SourceTrace m_Before;
     std::vector<SourceEvent> m_Answers;  // what was found, in the order of the questions
     std::size_t m_nStep = 0;             // the first answer of this step
+    std::set<std::size_t> m_Claimed;     // answers of keys without index that have an item
     CString m_BasicFile;
     std::map<CString, CString> m_Typed;  // by long name
     std::map<const XOptionItem*, Origin> m_Origins;

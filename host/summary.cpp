@@ -10,7 +10,7 @@ constexpr int TABULATOR_WIDTH = 8;
 CString LabelOf(const XOptionItem& item) {
     CString label;
     item.GetOptionName(label);
-    if (item.GetOptionIndex() >= 0) label += FormatText(L"[%d]", item.GetOptionIndex());
+    if (item.GetOptionIndex() != -1) label += FormatText(L"[%d]", item.GetOptionIndex());
     return label;
 }
 

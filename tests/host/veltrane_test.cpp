@@ -113,6 +113,27 @@ TEST_F(Host, TellsWhatStartUpAndTheHostBrought) {
     expect("map-file", ",\"index\":4,\"value\":\"a\\\\b\"" + file + "7,\"section\":\"db\\\\files\\\\4\"}");
 }
 
+TEST_F(Host, TellsTheLineOfEveryValueOfAFamily) {
+    Write("meta/veltrane.ini",
+          "[p/e\\]\ndictionary-name=d\nrole=r\nregistry=g\n[p/e\\\\FILES\\1]\nmap-file=m\n"
+          "[p/e\\\\FILES\\-5]\nmap-file=n\n[USER]\n50%=x\nload-dictionary=one\nload-dictionar=%spool%/two\n"
+          "load-dictiona=one\nspool=s\n");
+    const ChildResult result = Run({"p/e\\", "--summary"});
+    const auto expect = [&](const std::string& item, const std::string& line) {
+        const std::string origin = "(basic file " + BasicFile() + ":" + line + ")\n";
+        const std::size_t begin = result.output.find(item + "\t");
+        ASSERT_NE(begin, std::string::npos) << item << " in " << result.output;
+        const std::size_t end = result.output.find('\n', begin) + 1;
+        EXPECT_TRUE(result.output.substr(begin, end - begin).ends_with(origin))
+            << result.output.substr(begin, end - begin) << origin;
+    };
+    expect("map-file[1]", "6 [p/e\\\\files\\1]");
+    expect("map-file[-5]", "8 [p/e\\\\files\\-5]");
+    expect("load-dictionary[0]", "11 [USER]");
+    expect("load-dictionary[1]", "12 [USER]");
+    expect("load-dictionary[2]", "13 [USER]");
+}
+
 TEST_F(Host, ShowsTheSystemsErrorsWithItsOwnHintsBehind) {
     WriteBasic("[AUTODOC]\nautodoc-title=%nosuch%\n");
     const std::string unknown = "not recognized!\n    <---- Try <--help> to view the help window! ---->\n";

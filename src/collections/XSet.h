@@ -6,8 +6,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
-#include <numeric>
-#include <span>
 #include <stdexcept>
 #include <type_traits>
 #include <utility>
@@ -16,6 +14,7 @@
 #include "collections/guarded.h"
 #include "collections/mergesort.h"
 #include "collections/radixsort.h"
+#include "collections/takenplaces.h"
 #include "collections/xsetdata.h"
 #include "collections/xsetp.h"
 #include "platform/cstring.h"
@@ -106,6 +105,8 @@ private:
     static int KnownOrder(const T& a, const T& b) noexcept;
     template <class Compare>
     int FindWith(Compare compare) const;
+    template <class ElementAt, class Compare>
+    static int FindInHalves(int size, ElementAt elementAt, Compare compare);
     void AppendAll(const XSet& other);
     static Elements ValuesOf(const XSet& other);
     static bool Less(const Element& a, const Element& b) noexcept;
@@ -134,10 +135,9 @@ private:
     requires XKnownOrder<U>
     void UnionByKey(const XSet& a, const XSet& b);
 
-    Pointers NotFound(const Pointers& sorted, Comparison comparison) const;
-    static Pointers WithoutEqual(const Pointers& sorted, Comparison comparison);
-    static void KeepFirst(Pointers& kept, std::span<Element* const> equal, Comparison comparison);
-    void Merge(const Pointers& sorted);
+    void UnionByLookUp(const XSet& a, const XSet& b, Comparison comparison);
+    static std::vector<std::size_t> PlacesIn(const Pointers& sorted, const Elements& elements);
+    void Assign(const Pointers& sorted, const TakenPlaces& taken);
 
     // Out of line: inlined into a host, it could become a second object beside the library's.
     [[gnu::noinline]] static const T& ConstEmpty() {
@@ -197,9 +197,16 @@ int XSet<T>::FindWith(Compare compare) const {
         }
         return -1;
     }
-    for (int low = 0, high = Size() - 1; low <= high;) {
+    return FindInHalves(
+        Size(), [&](int position) -> const Element& { return At(position); }, compare);
+}
+
+template <class T>
+template <class ElementAt, class Compare>
+int XSet<T>::FindInHalves(int size, ElementAt elementAt, Compare compare) {
+    for (int low = 0, high = size - 1; low <= high;) {
         const int middle = (high - low) / 2 + low;
-        const int order = compare(At(middle));
+        const int order = compare(elementAt(middle));
         if (order == 0) return middle;
         if (order < 0) {
             high = middle - 1;
@@ -433,7 +440,6 @@ void XSet<T>::GetSubset(XSet& out, bool flag) {
     });
 }
 
-// Gives what looking every value of b up and sorting after each insertion gives, in the time of two sorts and a merge.
 template <class T>
 void XSet<T>::Union(const XSet& a, const XSet& b, Comparison comparison) {
     Guarded(L"Exception in 'XSet<T>::Union()'", [&] {
@@ -441,17 +447,11 @@ void XSet<T>::Union(const XSet& a, const XSet& b, Comparison comparison) {
         if constexpr (XKnownOrder<T>) {
             if (compare == Comp) return UnionByKey(a, b);
         }
-        Elements first = ValuesOf(a);  // both before the set is emptied: it may be a or b
-        Elements second = ValuesOf(b);
-        Clear();
-        m_Data.swap(first);
-        SortElements(m_Data, nullptr);
-        m_bSorted = true;  // stays so when the comparison fails
-        Merge(WithoutEqual(NotFound(Sorted(second, nullptr), compare), compare));
+        UnionByLookUp(a, b, compare);
     });
 }
 
-// Only what becomes part of the result is copied.
+// A merge finds what looking up would find, and copies nothing but the result.
 template <class T>
 template <class U>
 requires XKnownOrder<U>
@@ -479,62 +479,45 @@ typename XSet<T>::Elements XSet<T>::ValuesOf(const XSet& other) {
     return values;
 }
 
-// Those that the comparison does not find in this sorted set.
+// Finds and inserts one by one, as if into a sorted set that is sorted again behind each: but where every value will
+// stand is known from the start, so none has to move.
 template <class T>
-typename XSet<T>::Pointers XSet<T>::NotFound(const Pointers& sorted, Comparison comparison) const {
-    Pointers absent;
-    absent.reserve(sorted.size());
-    auto next = m_Data.begin();
-    for (Element* probe : sorted) {
-        int order = 1;
-        while (next != m_Data.end() && (order = comparison(*probe, *next)) > 0) ++next;
-        if (order != 0) absent.push_back(probe);
-    }
-    return absent;
-}
-
-// Of those that the comparison takes for equal, the ones that stand first in their array. Equal ones are neighbours in
-// a sorted order, so each run of neighbours that are equal in pairs is settled by itself.
-template <class T>
-typename XSet<T>::Pointers XSet<T>::WithoutEqual(const Pointers& sorted, Comparison comparison) {
-    Pointers kept;
-    kept.reserve(sorted.size());
-    for (std::size_t begin = 0, end = 0; begin < sorted.size(); begin = end) {
-        for (end = begin + 1; end < sorted.size(); ++end) {
-            if (comparison(*sorted[end - 1], *sorted[end]) != 0) break;
+void XSet<T>::UnionByLookUp(const XSet& a, const XSet& b, Comparison comparison) {
+    Elements values = ValuesOf(a);  // both before the set is emptied: it may be a or b
+    const std::size_t first = values.size();
+    values.reserve(first + b.m_Data.size());
+    for (const Element& element : b.m_Data) values.emplace_back(element.GetValue());
+    if (values.size() > std::size_t{INT_MAX}) throw std::length_error("XSet");  // positions are ints
+    const Pointers sorted = Sorted(values, nullptr);
+    const std::vector<std::size_t> places = PlacesIn(sorted, values);
+    TakenPlaces taken{values.size()};
+    for (std::size_t i = 0; i < first; ++i) taken.Take(places[i]);
+    try {
+        for (std::size_t i = first; i < values.size(); ++i) {
+            const auto at = [&](int position) -> const Element& { return *sorted[taken.Nth(position)]; };
+            const auto compare = [&](const Element& element) { return comparison(values[i], element); };
+            if (FindInHalves(taken.Count(), at, compare) < 0) taken.Take(places[i]);
         }
-        KeepFirst(kept, std::span(sorted).subspan(begin, end - begin), comparison);
+    } catch (...) {
+        Assign(sorted, taken);  // as far as the union came
+        throw;
     }
-    return kept;
-}
-
-// A value is known when a neighbour among those kept so far equals it: two neighbours of one value need not be equal.
-template <class T>
-void XSet<T>::KeepFirst(Pointers& kept, std::span<Element* const> equal, Comparison comparison) {
-    std::vector<std::size_t> arrival(equal.size());
-    std::iota(arrival.begin(), arrival.end(), std::size_t{0});
-    std::ranges::sort(arrival, {}, [&](std::size_t rank) { return equal[rank]; });
-    std::vector<std::size_t> ranks;
-    for (const std::size_t rank : arrival) {
-        const auto at = std::ranges::lower_bound(ranks, rank);
-        const auto isKnown = [&](std::size_t other) { return comparison(*equal[rank], *equal[other]) == 0; };
-        if (at != ranks.end() && isKnown(*at)) continue;
-        if (at != ranks.begin() && isKnown(*std::prev(at))) continue;
-        ranks.insert(at, rank);
-    }
-    for (const std::size_t rank : ranks) kept.push_back(equal[rank]);
+    Assign(sorted, taken);
 }
 
 template <class T>
-void XSet<T>::Merge(const Pointers& sorted) {
-    if (sorted.size() > std::size_t{INT_MAX} - m_Data.size()) throw std::length_error("XSet");
-    Elements merged;
-    merged.reserve(m_Data.size() + sorted.size());
-    auto next = m_Data.begin();
-    for (Element* element : sorted) {
-        for (; next != m_Data.end() && !Less(*element, *next); ++next) merged.push_back(std::move(*next));
-        merged.push_back(std::move(*element));
+std::vector<std::size_t> XSet<T>::PlacesIn(const Pointers& sorted, const Elements& elements) {
+    std::vector<std::size_t> places(sorted.size());
+    for (std::size_t place = 0; place < sorted.size(); ++place) {
+        places[static_cast<std::size_t>(sorted[place] - elements.data())] = place;
     }
-    std::move(next, m_Data.end(), std::back_inserter(merged));
-    m_Data.swap(merged);
+    return places;
+}
+
+template <class T>
+void XSet<T>::Assign(const Pointers& sorted, const TakenPlaces& taken) {
+    Clear();
+    m_Data.reserve(static_cast<std::size_t>(taken.Count()));
+    for (int i = 0; i < taken.Count(); ++i) m_Data.push_back(std::move(*sorted[taken.Nth(i)]));
+    m_bSorted = true;
 }

@@ -34,10 +34,10 @@ int Successor(int index) {
     return static_cast<int>(static_cast<unsigned>(index) + 1U);  // behind the largest index comes the smallest
 }
 
-void RequirePattern(const XSite& site, XFormat<CString> message, const CString& section, const CString& pattern) {
+void RequirePattern(const wchar_t* method, XFormat<CString> message, const CString& section, const CString& pattern) {
     if (!pattern.IsEmpty()) return;
-    XException error = MakeError(site, message, section);
-    AddReasonAt(error, site, L"No pattern given which the keys should match!");
+    XException error = MakeError(Here(method), message, section);
+    AddReasonAt(error, Here(method), L"No pattern given which the keys should match!");
     throw error;
 }
 
@@ -84,13 +84,13 @@ bool XConfiguration::GetKeyValue(CString& value, const CString& section, const C
 }
 
 bool XConfiguration::GetKeyIndexSet(XSetInt& indexes, const CString& section, const CString& pattern) const {
-    const XSite site = Here(L"XConfiguration::GetKeyIndexSet");
-    RequirePattern(site, L"Error getting a set of key indexes from config section <%s>!", section, pattern);
+    constexpr auto method = L"XConfiguration::GetKeyIndexSet";
+    RequirePattern(method, L"Error getting a set of key indexes from config section <%s>!", section, pattern);
     FindFamily(section, pattern)
         .ForEach([&] { return Successor(indexes.GetMax()); },
                  [&](const CString&, int index) {
                      if (indexes.Find(index, XSetInt::Comp) >= 0) {
-                         throw MakeError(site, L"Multiple options <%s> for index <%d>!", pattern, index);
+                         throw MakeError(Here(method), L"Multiple options <%s> for index <%d>!", pattern, index);
                      }
                      indexes.Insert(index);
                  });
@@ -98,13 +98,13 @@ bool XConfiguration::GetKeyIndexSet(XSetInt& indexes, const CString& section, co
 }
 
 bool XConfiguration::GetKeyValueSet(XMapInt2CString& values, const CString& section, const CString& pattern) const {
-    const XSite site = Here(L"XConfiguration::GetKeyValueSet");
-    RequirePattern(site, L"Error getting a set of key from config section <%s>!", section, pattern);
+    constexpr auto method = L"XConfiguration::GetKeyValueSet";
+    RequirePattern(method, L"Error getting a set of key from config section <%s>!", section, pattern);
     Family family = FindFamily(section, pattern);
     family.ForEach([&] { return Successor(values.GetMaxKey()); },
                    [&](const CString& name, int index) {
                        if (!values.Get(index).IsEmpty()) {
-                           throw MakeError(site, L"Multiple options <%s> for index <%d>!", pattern, index);
+                           throw MakeError(Here(method), L"Multiple options <%s> for index <%d>!", pattern, index);
                        }
                        const Answer answer = family.isOfSections ? Ask(name, pattern) : Ask(section, name);
                        if (!answer.text.IsEmpty()) values.Insert(index, answer.text);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/xexception.h"
 #include "platform/cstring.h"
 #include "platform/winreg.h"
 

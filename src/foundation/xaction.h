@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "foundation/xexception.h"
 #include "platform/cstring.h"
 
 /// A stopwatch that adds up its intervals, and the text of durations. Durations are milliseconds of real time;

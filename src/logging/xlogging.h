@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "foundation/xexception.h"
 #include "platform/cfile.h"
 #include "platform/cstring.h"
 

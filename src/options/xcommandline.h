@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "foundation/xexception.h"
 #include "options/xoptiondefinition.h"
 #include "platform/cstring.h"
 

@@ -46,12 +46,12 @@ void XOptionItem::SetOptionValue(const CString& value) {
 }
 
 const CString& XOptionItem::GetOptionCommand() const {
-    const XSite site = Here(L"XOptionItem::GetOptionCommand");
-    RequireDefinition(site, m_pDefinition,
+    constexpr auto method = L"XOptionItem::GetOptionCommand";
+    RequireDefinition(Here(method), m_pDefinition,
                       L"Cannot get an option command from an option item without an option definition!");
     if (!m_pDefinition->IsCommand()) {
         throw MakeError(
-            site,
+            Here(method),
             L"Cannot get an option command from the option item <%s>, because this one does not represent a command!",
             m_pDefinition->szLongName);
     }
@@ -59,12 +59,12 @@ const CString& XOptionItem::GetOptionCommand() const {
 }
 
 const CString& XOptionItem::GetOptionString() const {
-    const XSite site = Here(L"XOptionItem::GetOptionString");
-    RequireDefinition(site, m_pDefinition,
+    constexpr auto method = L"XOptionItem::GetOptionString";
+    RequireDefinition(Here(method), m_pDefinition,
                       L"Cannot get an option string from an option item without an option definition!");
     if (!m_pDefinition->IsString()) {
         throw MakeError(
-            site,
+            Here(method),
             L"Cannot get an option string from the option item <%s>, because this one does not represent a string!",
             m_pDefinition->szLongName);
     }
@@ -72,23 +72,24 @@ const CString& XOptionItem::GetOptionString() const {
 }
 
 bool XOptionItem::GetOptionBoolean() const {
-    const XSite site = Here(L"XOptionItem::GetOptionBoolean");
-    RequireDefinition(site, m_pDefinition,
+    constexpr auto method = L"XOptionItem::GetOptionBoolean";
+    RequireDefinition(Here(method), m_pDefinition,
                       L"Cannot get an option boolean value from an option item without an option definition!");
     if (!m_pDefinition->IsBoolean()) {
         throw MakeError(
-            site, L"Cannot get an option boolean value from an option item which does not represent a boolean value!");
+            Here(method),
+            L"Cannot get an option boolean value from an option item which does not represent a boolean value!");
     }
     return m_Value.CompareNoCase(g_BooleanStrings[1]) == 0;
 }
 
 enumFlags XOptionItem::GetOptionTrillian() const {
-    const XSite site = Here(L"XOptionItem::GetOptionTrillian");
-    RequireDefinition(site, m_pDefinition,
+    constexpr auto method = L"XOptionItem::GetOptionTrillian";
+    RequireDefinition(Here(method), m_pDefinition,
                       L"Cannot get an option tri-state value from an option item without an option definition!");
     if (!m_pDefinition->IsTrillian()) {
         throw MakeError(
-            site,
+            Here(method),
             L"Cannot get an option tri-state value from an option item which does not represent a tri-state value!");
     }
     for (const enumFlags flag : {eFlagFalse, eFlagTrue}) {
@@ -98,23 +99,25 @@ enumFlags XOptionItem::GetOptionTrillian() const {
 }
 
 const XSetInt* XOptionItem::GetOptionIList() const {
-    const XSite site = Here(L"XOptionItem::GetOptionIList");
-    RequireDefinition(site, m_pDefinition,
+    constexpr auto method = L"XOptionItem::GetOptionIList";
+    RequireDefinition(Here(method), m_pDefinition,
                       L"Cannot get an option integer list from an option item without an option definition!");
     if (!m_pDefinition->IsIList()) {
         throw MakeError(
-            site, L"Cannot get an option integer list from an option item which does not represent an integer list!");
+            Here(method),
+            L"Cannot get an option integer list from an option item which does not represent an integer list!");
     }
     return m_pIList.get();
 }
 
 void XOptionItem::SetOptionIList(XSetInt& list) {
-    const XSite site = Here(L"XOptionItem::SetOptionIList");
-    RequireDefinition(site, m_pDefinition,
+    constexpr auto method = L"XOptionItem::SetOptionIList";
+    RequireDefinition(Here(method), m_pDefinition,
                       L"Cannot set an option integer list for an option item without an option definition!");
     if (!m_pDefinition->IsIList()) {
         throw MakeError(
-            site, L"Cannot set an option integer list for an option item which does not represent an integer list!");
+            Here(method),
+            L"Cannot set an option integer list for an option item which does not represent an integer list!");
     }
     auto copy = std::make_unique<XSetInt>();
     copy->Union(list);

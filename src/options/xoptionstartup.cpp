@@ -140,7 +140,7 @@ void XOption::RetrieveMetadataFolder() {
 }
 
 void XOption::RetrieveUserPath(const CString& optionName, const CString& defaultFolder) {
-    const XSite site = Here(L"XOption::RetrieveUserPath");
+    constexpr auto method = L"XOption::RetrieveUserPath";
     RetrieveOption(optionName);
     CString path = GetOptionString(optionName, -1);
     bool isDefault = false;
@@ -148,15 +148,18 @@ void XOption::RetrieveUserPath(const CString& optionName, const CString& default
         RetrieveOption(L"data");
         const CString data = GetOptionString(L"data", -1);
         if (data.IsEmpty()) return;
-        if (!FileExists(data)) throw MissingFolder(site, data, L"The global output data folder does not exist!");
+        if (!FileExists(data)) {
+            throw MissingFolder(Here(method), data, L"The global output data folder does not exist!");
+        }
         isDefault = path.IsEmpty();
         path = BuildFileName(data, isDefault ? defaultFolder : path);
         InsertOptionItem(optionName, path, -1);
     }
     if (FileExists(path)) return;
-    if (!isDefault) throw MissingFolder(site, path, L"The folder for <%s> does not exist!", optionName);
+    if (!isDefault) throw MissingFolder(Here(method), path, L"The folder for <%s> does not exist!", optionName);
     if (!CreateDirectoryW(path)) {
-        throw MissingFolder(site, path, L"The folder for <%s> does not exist and can not be created!", optionName);
+        throw MissingFolder(Here(method), path, L"The folder for <%s> does not exist and can not be created!",
+                            optionName);
     }
 }
 
@@ -168,7 +171,7 @@ void XOption::OpenConfiguration() {
 }
 
 void XOption::OpenUserConfiguration() {
-    const XSite site = Here(L"XOption::OpenConfiguration");
+    constexpr auto method = L"XOption::OpenConfiguration";
     RetrieveOption(L"ini");
     CString file = GetOptionString(L"ini", -1);
     if (file.IsEmpty()) return;
@@ -180,11 +183,13 @@ void XOption::OpenUserConfiguration() {
     if (!IsAbsolutePath(file)) {
         const CString folder = GetOptionString(L"config", -1);
         if (!FileExists(folder)) {
-            throw MissingFolder(site, folder, L"The userspace configuration location does not exist!");
+            throw MissingFolder(Here(method), folder, L"The userspace configuration location does not exist!");
         }
         file = BuildFileName(folder, file);
     }
-    if (!FileExists(file)) throw MissingFile(site, file, L"The specified user configuration file does not exist!");
+    if (!FileExists(file)) {
+        throw MissingFile(Here(method), file, L"The specified user configuration file does not exist!");
+    }
     m_pUserConfiguration = std::make_unique<XConfiguration>(file);
 }
 

@@ -1,8 +1,5 @@
 #include "platform/localtime.h"
 
-#include <gtest/gtest.h>
-
-#include <climits>
 #include <clocale>
 #include <ctime>
 
@@ -11,37 +8,29 @@
 
 namespace {
 
-constexpr const wchar_t* FULL = L"%A, %B %d, %Y ; %H:%M:%S";
-
 TEST(LocalTime, WritesTheTimeOfTheZone) {
+    constexpr const wchar_t* full = L"%A, %B %d, %Y ; %H:%M:%S";
     struct {
         const char* zone;
         std::int64_t seconds;
         const wchar_t* text;
     } const cases[] = {
-        {"UTC0", 0, L"Thursday, January 01, 1970 ; 00:00:00"},
         {"UTC0", 1794931875, L"Tuesday, November 17, 2026 ; 16:11:15"},
         {"UTC0", -1, L"Wednesday, December 31, 1969 ; 23:59:59"},
         {"CET-1CEST,M3.5.0,M10.5.0/3", 1782000000, L"Sunday, June 21, 2026 ; 02:00:00"},
-        {"EST5", 1772323199, L"Saturday, February 28, 2026 ; 18:59:59"},
         {"UTC0", 253402300800, L"Saturday, January 01, 10000 ; 00:00:00"},
         {"UTC0", -62135596801, L"Sunday, December 31, 0000 ; 23:59:59"},
         {"UTC0", INT64_MAX, L""},
         {"UTC0", INT64_MIN, L""},
         {"no zone at all, but a name that is far too long to be one", 0, L"Thursday, January 01, 1970 ; 00:00:00"},
     };
+    std::setlocale(LC_ALL, "de_DE.UTF-8");  // where the machine has it: the names are English all the same
     for (const auto& [zone, seconds, text] : cases) {
-        SCOPED_TRACE(testing::Message() << zone << ' ' << seconds);
         const EnvironmentGuard guard{"TZ", zone};
-        EXPECT_EQ(LocalTimeText(FULL, seconds), text);
+        EXPECT_EQ(LocalTimeText(full, seconds), text) << zone;
     }
-}
-
-TEST(LocalTime, LeavesOtherTextAsItIs) {
-    const EnvironmentGuard zone{"TZ", "UTC0"};
-    EXPECT_EQ(LocalTimeText(L"%H:%M:%S: ", 3661), L"01:01:01: ");
-    EXPECT_EQ(LocalTimeText(L"100%%Y %n%s%a %", 0), L"100%1970 %n%s%a %");
-    EXPECT_EQ(LocalTimeText(L"", 0), L"");
+    std::setlocale(LC_ALL, "C");
+    EXPECT_EQ(LocalTimeText(L"100%%Y %n%s%a %", 86400), L"100%1970 %n%s%a %") << "other text stays";
 }
 
 TEST(LocalTime, FollowsAChangeOfTheZone) {
@@ -57,19 +46,10 @@ TEST(LocalTime, FollowsAChangeOfTheZone) {
     }
 }
 
-TEST(LocalTime, SpeaksEnglishInEveryLocale) {
-    const EnvironmentGuard zone{"TZ", "UTC0"};
-    const EnvironmentGuard locale{"LC_ALL", "de_DE.UTF-8"};
-    std::setlocale(LC_ALL, "");
-    EXPECT_EQ(LocalTimeText(L"%A %B", 0), L"Thursday January");
-    std::setlocale(LC_ALL, "C");
-}
-
 TEST(LocalTime, KnowsTheTimeNow) {
     const std::time_t before = std::time(nullptr);
     const std::int64_t now = CurrentTime();
-    EXPECT_GE(now, before);
-    EXPECT_LE(now, std::time(nullptr));
+    EXPECT_TRUE(before <= now && now <= std::time(nullptr)) << now;
 }
 
 }  // namespace

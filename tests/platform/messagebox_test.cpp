@@ -1,14 +1,11 @@
 #include "platform/messagebox.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <poll.h>
 #include <pty.h>
-#include <signal.h>
 #include <unistd.h>
 
 #include <cstdio>
-#include <cwchar>
 #include <stdexcept>
 
 #include "support/childprocess.h"
@@ -16,66 +13,47 @@
 
 namespace {
 
-class HandlerGuard {
-public:
-    explicit HandlerGuard(MessageBoxHandler handler) : m_Before(SetMessageBoxHandler(std::move(handler))) {}
-    HandlerGuard(const HandlerGuard&) = delete;
-    HandlerGuard& operator=(const HandlerGuard&) = delete;
-    ~HandlerGuard() { SetMessageBoxHandler(std::move(m_Before)); }
-
-private:
-    MessageBoxHandler m_Before;
+class MessageBox : public testing::Test {
+protected:
+    void TearDown() override { SetMessageBoxHandler({}); }
 };
 
-ChildResult Shown(const CString& text, unsigned style) {
-    return RunChild([&] { return AfxMessageBox(text, style); });
-}
-
-TEST(MessageBox, WritesTheTextToItsStreamWhenNoHandlerIsSet) {
+TEST_F(MessageBox, WritesTheTextToItsStreamWhenNoHandlerIsSet) {
     struct {
-        const char* what;
         CString text;
         unsigned style;
         std::string output;
         std::string errors;
     } const cases[] = {
-        {"plain", L"text", MB_OK, "", "text\n"},
-        {"error", L"a\r\n\tb\r\n", MB_ICONERROR, "", "a\n\tb\n"},
-        {"information", L"ä\x1F600", MB_ICONINFORMATION, "\xC3\xA4\xF0\x9F\x98\x80\n", ""},
-        {"never a format", L"%s%n100%", MB_ICONINFORMATION, "%s%n100%\n", ""},
-        {"other line ends stay", L"a\rb\n\r\r\n", MB_OK, "", "a\rb\n\r\n"},
-        {"empty", L"", MB_OK, "", "\n"},
-        {"NUL", std::wstring_view{L"a\0b", 3}, MB_OK, "", {"a\0b\n", 4}},
-        {"bytes of a file name", CString(0xDCFF, 1), MB_OK, "", "\xFF\n"},
+        {L"a\r\n\tb\r\n", MB_ICONERROR, "", "a\n\tb\n"},
+        {L"ä%s%n100%", MB_ICONINFORMATION, "\xC3\xA4%s%n100%\n", ""},
+        {L"a\rb\n\r\r\n", MB_OK, "", "a\rb\n\r\n"},
+        {L"", MB_OK, "", "\n"},
+        {std::wstring_view{L"a\0b", 3}, MB_OK, "", {"a\0b\n", 4}},
     };
-    for (const auto& [what, text, style, output, errors] : cases) {
-        SCOPED_TRACE(what);
-        const ChildResult child = Shown(text, style);
+    for (const auto& [text, style, output, errors] : cases) {
+        SCOPED_TRACE(errors);
+        const ChildResult child = RunChild([&] { return AfxMessageBox(text, style); });
         EXPECT_EQ(child.exitCode, 1) << "the OK button";
         EXPECT_EQ(child.output, output);
         EXPECT_EQ(child.errors, errors);
     }
 }
 
-TEST(MessageBox, StandsBehindWhatTheHostHasPrinted) {
-    const ChildResult child = RunChild([] {
-        std::fputs("before ", stdout);
-        AfxMessageBox(L"box", MB_ICONINFORMATION);
-        return 0;
-    });
-    EXPECT_EQ(child.output, "before box\n");
+TEST_F(MessageBox, StandsBehindWhatTheHostHasPrinted) {
+    for (const bool isWide : {false, true}) {
+        const ChildResult child = RunChild([&] {
+            // A stream of its own: the test frame has printed to the one before.
+            if (!std::freopen("/proc/self/fd/1", "w", stdout)) return 1;
+            isWide ? std::fputws(L"before ", stdout) : std::fputs("before ", stdout);
+            AfxMessageBox(L"box", MB_ICONINFORMATION);
+            return 0;
+        });
+        EXPECT_EQ(child.output, "before box\n");
+    }
 }
 
-TEST(MessageBox, ReachesAStreamOfWideCharacters) {
-    const ChildResult child = RunChild([] {
-        std::fwide(stdout, 1);
-        AfxMessageBox(L"box", MB_ICONINFORMATION);
-        return 0;
-    });
-    EXPECT_EQ(child.output, "box\n");
-}
-
-TEST(MessageBox, IgnoresOutputThatFails) {
+TEST_F(MessageBox, IgnoresOutputThatFails) {
     const ChildResult child = RunChild([] {
         int ends[2];
         if (pipe(ends) != 0) return 9;
@@ -96,7 +74,7 @@ std::string ReadUntil(int handle, const std::string& end) {
     return bytes;
 }
 
-TEST(MessageBox, WaitsForEnterOnATerminal) {
+TEST_F(MessageBox, WaitsForEnterOnATerminal) {
     int terminal = -1;
     const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
     ASSERT_GE(child, 0);
@@ -113,7 +91,7 @@ TEST(MessageBox, WaitsForEnterOnATerminal) {
     waitpid(child, nullptr, 0);
 }
 
-TEST(MessageBox, DoesNotWaitWhenOnlyItsInputIsATerminal) {
+TEST_F(MessageBox, DoesNotWaitWhenOnlyItsInputIsATerminal) {
     const ChildResult child = RunChild([] {
         int keyboard = -1;
         int terminal = -1;
@@ -126,51 +104,37 @@ TEST(MessageBox, DoesNotWaitWhenOnlyItsInputIsATerminal) {
     EXPECT_EQ(child.errors, "text\n");
 }
 
-TEST(MessageBox, GivesTheHandlerEverythingAndReturnsItsResult) {
+TEST_F(MessageBox, GivesTheHandlerEverythingAndReturnsItsResult) {
     BoxRecorder::Box seen{};
-    const HandlerGuard guard{[&](const CString& text, unsigned style, unsigned helpId) {
+    EXPECT_FALSE(SetMessageBoxHandler([&, count = 41](const CString& text, unsigned style, unsigned helpId) mutable {
         seen = {text, style, helpId};
-        return 42;
-    }};
-    EXPECT_EQ(AfxMessageBox(L"a\r\nb", 0x31, 7), 42);
+        return ++count;
+    }));
+    EXPECT_EQ(AfxMessageBox(L"x"), 42);
+    EXPECT_EQ(AfxMessageBox(L"a\r\nb", 0x31, 7), 43) << "the handler keeps its state";
     EXPECT_EQ(seen.text, L"a\r\nb");
     EXPECT_EQ(seen.style, 0x31U);
     EXPECT_EQ(seen.helpId, 7U);
+
+    const MessageBoxHandler before = SetMessageBoxHandler({});
+    EXPECT_EQ(before(L"", 0, 0), 44) << "the handler that was set";
+    EXPECT_FALSE(SetMessageBoxHandler([](const CString&, unsigned, unsigned) -> int { throw std::logic_error("x"); }));
+    EXPECT_THROW(AfxMessageBox(L"x"), std::logic_error);
 }
 
-TEST(MessageBox, PassesOnWhatTheHandlerThrows) {
-    const HandlerGuard guard{[](const CString&, unsigned, unsigned) -> int { throw std::runtime_error("handler"); }};
-    EXPECT_THROW(AfxMessageBox(L"x"), std::runtime_error);
-}
-
-TEST(MessageBox, KeepsTheStateOfItsHandler) {
-    const HandlerGuard guard{[count = 0](const CString&, unsigned, unsigned) mutable { return ++count; }};
-    EXPECT_EQ(AfxMessageBox(L"x"), 1);
-    EXPECT_EQ(AfxMessageBox(L"x"), 2);
-}
-
-TEST(MessageBox, LetsAHandlerShowABoxAndReplaceItself) {
+TEST_F(MessageBox, LetsAHandlerShowABoxAndReplaceItself) {
     std::vector<CString> shown;
-    const HandlerGuard guard{[&shown, text = CString{L"inner"}](const CString& outer, unsigned, unsigned) {
+    SetMessageBoxHandler([&shown, text = CString{L"inner"}](const CString& outer, unsigned, unsigned) {
         shown.push_back(outer);
         if (outer == text) return 2;
         const int result = AfxMessageBox(text);
         SetMessageBoxHandler([](const CString&, unsigned, unsigned) { return 3; });
         shown.push_back(text);  // the handler that runs lives until it returns
         return result;
-    }};
+    });
     EXPECT_EQ(AfxMessageBox(L"outer"), 2);
     EXPECT_EQ(AfxMessageBox(L"next"), 3);
     EXPECT_EQ(shown, (std::vector<CString>{L"outer", L"inner", L"inner"}));
-}
-
-TEST(MessageBox, GivesBackTheHandlerBefore) {
-    const HandlerGuard guard{{}};
-    EXPECT_FALSE(SetMessageBoxHandler([](const CString&, unsigned, unsigned) { return 5; }));
-    const MessageBoxHandler before = SetMessageBoxHandler({});
-    ASSERT_TRUE(before);
-    EXPECT_EQ(before(L"", 0, 0), 5);
-    EXPECT_FALSE(SetMessageBoxHandler({}));
 }
 
 }  // namespace

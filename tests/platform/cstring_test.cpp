@@ -55,11 +55,7 @@ TEST(CString, ComparesInTheOrderOf16BitUnits) {
 
 TEST(CString, FindsFromAPositionOn) {
     const CString text{L"abcabc"};
-    struct {
-        const wchar_t* wanted;
-        int start;
-        int found;
-    } const cases[] = {
+    const std::tuple<const wchar_t*, int, int> cases[] = {
         {L"bc", 1, 1},         {L"bc", 2, 4}, {L"bc", 5, -1}, {L"bc", -1, -1}, {L"bc", 99, -1}, {L"x", 0, -1},
         {L"abcabcabc", 0, -1}, {L"", 0, 0},   {L"", 3, 3},    {L"", 6, -1},    {L"", -1, -1},
     };

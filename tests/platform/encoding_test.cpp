@@ -5,11 +5,7 @@
 namespace {
 
 TEST(Encoding, ReadsStrictlyAndKeepsEveryOtherByte) {
-    struct {
-        const char* what;
-        std::string bytes;
-        std::wstring text;
-    } const cases[] = {
+    const std::tuple<const char*, std::string, std::wstring> cases[] = {
         {"NUL", {"a\0b", 3}, {L"a\0b", 3}},
         {"two, three, four bytes", "\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80", L"ä\x20AC\x1F600"},
         {"the last code point", "\xF4\x8F\xBF\xBF", L"\x10FFFF"},

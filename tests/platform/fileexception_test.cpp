@@ -8,10 +8,7 @@
 namespace {
 
 TEST(CFileException, MapsTheSystemsNumbersToCauses) {
-    struct {
-        int cause;
-        std::vector<long> numbers;
-    } const cases[] = {
+    const std::pair<int, std::vector<long>> cases[] = {
         {0, {0}},
         {1, {EINVAL, ENXIO, EFBIG, EEXIST, -1, -ENOENT, LONG_MAX, LONG_MIN, 0x100000000L + ENOENT}},
         {2, {ENOENT}},

@@ -40,11 +40,7 @@ TEST_F(FileSystem, TakesEachComponentExactlyOrWithoutRegardToCase) {
         m_Folder.Write(name, "");
     }
     std::filesystem::create_symlink("nowhere", m_Folder.Path() / "Dangling");
-    struct {
-        const char* what;
-        const char* path;
-        const char* mapped;
-    } const cases[] = {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"letters outside ASCII, no UTF-8", "data/\xC3\xA4RGER\xE4.TXT", "Data/\xC3\x84rger\xE4.txt"},
         {"runs of separators", "data\\//main.ini", "Data/Main.INI"},
         {"trailing separator", "data\\", "Data/"},

@@ -10,11 +10,7 @@ namespace {
 
 TEST(LocalTime, WritesTheTimeOfTheZone) {
     constexpr const wchar_t* full = L"%A, %B %d, %Y ; %H:%M:%S";
-    struct {
-        const char* zone;
-        std::int64_t seconds;
-        const wchar_t* text;
-    } const cases[] = {
+    const std::tuple<const char*, std::int64_t, const wchar_t*> cases[] = {
         {"UTC0", 1794931875, L"Tuesday, November 17, 2026 ; 16:11:15"},
         {"UTC0", -1, L"Wednesday, December 31, 1969 ; 23:59:59"},
         {"CET-1CEST,M3.5.0,M10.5.0/3", 1782000000, L"Sunday, June 21, 2026 ; 02:00:00"},

@@ -21,11 +21,7 @@ TEST(OCI, AsksForTheFirstRecordOfAnErrorHandle) {
 }
 
 TEST(OCI, TakesWhatTheClientHasWritten) {
-    struct {
-        const char* what;
-        ClientAnswer answer;
-        CString text;
-    } const cases[] = {
+    const std::tuple<const char*, ClientAnswer, CString> cases[] = {
         {"no such record", {100, 0, ""}, L""},
         {"failed, but with a text", {-1, 12541, "no listener"}, L"no listener"},
         {"UTF-8 and Windows-1252", {0, 1, "\xC3\xA4\xE2\x82\xAC\xE4\x80 \x9F\x81"}, L"ä\x20ACä\x20AC \x178\x81"},

@@ -54,11 +54,7 @@ protected:
 };
 
 TEST_F(WinReg, ReadsEachKindOfData) {
-    struct {
-        const char* what;
-        std::string lines;
-        std::optional<Data> data;
-    } const cases[] = {
+    const std::tuple<const char*, std::string, std::optional<Data>> cases[] = {
         {"an escaped quote at the end", R"("v"="a\")", {}},
         {"a hand-written path", R"("v"="C:\n\\x\"")", Data{1, "C\0:\0\\\0n\0\\\0x\0\"\0\0\0"s}},
         {"above the 16 bits", "\"v\"=\"\xF0\x9F\x98\x80\"", Data{1, "\x3D\xD8\0\xDE\0\0"s}},
@@ -134,14 +130,11 @@ TEST_F(WinReg, OpensKeysWithAllTheirParents) {
 }
 
 TEST_F(WinReg, TakesAFileWithoutItsHeaderAsNone) {
-    for (const std::string header : {"\r\n \t\r\nREGEDIT4 \r\n", "\xEF\xBB\xBFREGEDIT4\n"}) {
-        Write("[HKLM\\A]\n", header);
-        EXPECT_TRUE(Exists(L"A")) << header;
+    for (const char* header : {"\r\n \t\r\nREGEDIT4 \r\n", "\xEF\xBB\xBFREGEDIT4\n"}) {
+        EXPECT_TRUE(Import("\"v\"=hex:", header)) << header;
     }
-    for (const std::string header :
-         {"regedit4\n", "Windows Registry Editor Version 5.00 x\n", "; comment\nREGEDIT4\n", ""}) {
-        Write("[HKLM\\A]\n", header);
-        EXPECT_FALSE(Exists(L"A")) << header;
+    for (const char* header : {"regedit4\n", "Windows Registry Editor Version 5.00 x\n", "; comment\nREGEDIT4\n", ""}) {
+        EXPECT_FALSE(Import("\"v\"=hex:", header)) << header;
     }
     for (const char* path : {"", "absent"}) {
         SetRegistryFile(m_Folder.Wide(path));

@@ -22,8 +22,7 @@ TEST(XStringVector, TheCursorMeetsEachStringAndStaysAtTheEnd) {
     EXPECT_TRUE(vector.First(text));
     EXPECT_TRUE(vector.Next(text));
     EXPECT_EQ(text, L"b");
-    EXPECT_FALSE(vector.Next(text));
-    EXPECT_FALSE(vector.Next(text));
+    for (int i = 0; i < 2; ++i) EXPECT_FALSE(vector.Next(text));
     EXPECT_EQ(text, L"b");
 
     vector.First(text);
@@ -37,49 +36,34 @@ TEST(XStringVector, TheCursorMeetsEachStringAndStaysAtTheEnd) {
 
 TEST(XStringVector, CompareGivesOneForALongerVector) {
     struct {
-        std::vector<CString> left;
-        std::vector<CString> right;
-        int order;
-    } const cases[] = {
-        {{L"a", L"b", L"c"}, {L"a"}, 1},
-        {{L"a"}, {L"z", L"z", L"z"}, -1},
-        {{L"a", L"B"}, {L"a", L"b"}, -1},
-        {{L"b"}, {L"a"}, 1},
-        {{L"a"}, {L"a"}, 0},
-    };
-    for (const auto& [left, right, order] : cases) {
-        const XStringVector other = VectorOf(right);
-        EXPECT_EQ(VectorOf(left).Compare(&other), order);
-        EXPECT_EQ(VectorOf(left).FullCompare(&other), order);
+        std::vector<CString> less, more;
+    } const cases[] = {{{L"z"}, {L"a", L"b", L"c"}}, {{L"a", L"B"}, {L"a", L"b"}}};
+    for (const auto& [less, more] : cases) {
+        const XStringVector a = VectorOf(less);
+        const XStringVector b = VectorOf(more);
+        EXPECT_EQ(a.Compare(&b), -1);
+        EXPECT_EQ(b.FullCompare(&a), 1);
+        EXPECT_EQ(a.Compare(&a), 0);
     }
     EXPECT_EQ(XStringVector{}.Compare(nullptr), 1) << "more than nothing";
 }
 
-TEST(XStringMap, TheFirstVectorOfAKeyStays) {
-    XStringMap map;
-    auto* first = new XStringVector;
-    XStringVector second;
-    map.Insert(L"k", first);
-    map.Insert(L"k", &second);
-    EXPECT_TRUE(map.Find(L"k"));
-    EXPECT_EQ(map.GetActValue(), first);
-    EXPECT_EQ(map.GetSize(), 1);
-    EXPECT_FALSE(map.Find(L"K"));
-    EXPECT_EQ(map.GetActKey(), L"");
-    EXPECT_EQ(map.GetActValue(), nullptr);
-}
-
-TEST(XStringMap, WalksUpperCaseFirstAndStaysAtTheEnd) {
+TEST(XStringMap, WalksUpperCaseFirstAndKeepsTheFirstVectorOfAKey) {
     XStringMap map;
     EXPECT_FALSE(map.Next());
-    EXPECT_FALSE(map.First());
-    map.Insert(L"a", new XStringVector);
-    map.Insert(L"B", new XStringVector);
+    for (const wchar_t* key : {L"a", L"B"}) map.Insert(key, new XStringVector);
     ASSERT_TRUE(map.First());
     EXPECT_EQ(map.GetActKey(), L"B");
     ASSERT_TRUE(map.Next());
     EXPECT_EQ(map.GetActKey(), L"a");
-    EXPECT_FALSE(map.Next());
-    EXPECT_FALSE(map.Next());
+    const XStringVector* first = map.GetActValue();
+    XStringVector second;
+    map.Insert(L"a", &second);
+    EXPECT_EQ(map.GetActValue(), first);
+    EXPECT_EQ(map.GetSize(), 2);
+    for (int i = 0; i < 2; ++i) EXPECT_FALSE(map.Next());
+    EXPECT_TRUE(map.Find(L"a"));
+    EXPECT_FALSE(map.Find(L"A"));
     EXPECT_EQ(map.GetActKey(), L"");
+    EXPECT_EQ(map.GetActValue(), nullptr);
 }

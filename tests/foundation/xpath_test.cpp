@@ -1,7 +1,5 @@
 #include "foundation/xpath.h"
 
-#include <utility>
-
 #include "foundation/xdebug.h"
 #include "support/environment.h"
 #include "support/support.h"
@@ -9,10 +7,8 @@
 namespace {
 
 TEST(XPath, AbsoluteIsWhatHoldsAColonOrBeginsWithASlash) {
-    for (const wchar_t* path : {L"C:\\data", L"C:", L"x:y", L"/srv"}) EXPECT_TRUE(IsAbsolutePath(path));
-    for (const wchar_t* path : {L"\\\\server\\share", L"\\data", L"data", L"a/b", L""}) {
-        EXPECT_FALSE(IsAbsolutePath(path));
-    }
+    for (const wchar_t* path : {L"x:y", L":", L"/srv"}) EXPECT_TRUE(IsAbsolutePath(path));
+    for (const wchar_t* path : {L"\\\\server\\share", L"a/b", L""}) EXPECT_FALSE(IsAbsolutePath(path));
 }
 
 TEST(XPath, TakesPathsApart) {
@@ -20,18 +16,19 @@ TEST(XPath, TakesPathsApart) {
         const wchar_t *full, *folder, *name;  // SplitFileName
         const wchar_t *last, *path;           // GetFileName, GetPath
     } const cases[] = {
-        {L"file.txt", L"", L"file.txt", L"file.txt", L""},
         {L"\\file.txt", L"", L"file.txt", L"file.txt", L""},
         {L"C:\\dir\\", L"C:\\dir", L"", L"dir", L"C:\\dir"},
-        {L"C:\\data\\file.ini", L"C:\\data", L"file.ini", L"file.ini", L"C:\\data"},
         {L"/srv/a\\b/c", L"/srv/a\\b", L"c", L"c", L"/srv/a\\b"},  // both separators count
+        {L"/a\\b", L"/a", L"b", L"b", L"/a"},
+        {L"file.txt", L"", L"file.txt", L"file.txt", L""},
         {L"", L"", L"", L"", L""},
     };
     for (const auto& [full, folder, name, last, path] : cases) {
         CString folderPart;
         CString namePart;
         SplitFileName(folderPart, namePart, full);
-        EXPECT_EQ(std::pair(folderPart, namePart), std::pair(CString{folder}, CString{name}));
+        EXPECT_EQ(folderPart, folder);
+        EXPECT_EQ(namePart, name);
         EXPECT_EQ(GetFileName(full), last);
         EXPECT_EQ(GetPath(full), path);
     }
@@ -41,15 +38,9 @@ TEST(XPath, JoinsWithTheSeparatorThatThePathUses) {
     struct {
         const wchar_t *path, *name, *joined;
     } const cases[] = {
-        {L"C:\\dir", L"file", L"C:\\dir\\file"},
-        {L"C:\\dir\\", L"file", L"C:\\dir\\file"},
-        {L"", L"file", L"file"},
-        {L"C:\\dir", L"D:\\x", L"D:\\x"},
-        {L"C:\\dir\\", L"\\x", L"C:\\dir\\\\x"},  // separators at both sides
-                                                  // stay
-        {L"/srv/dir", L"file", L"/srv/dir/file"},
-        {L"dir", L"file", L"dir\\file"},
-        {L"dir", L"", L"dir\\"},
+        {L"C:\\dir", L"file", L"C:\\dir\\file"}, {L"C:\\dir\\", L"file", L"C:\\dir\\file"}, {L"", L"file", L"file"},
+        {L"C:\\dir", L"D:\\x", L"D:\\x"},        {L"C:\\dir\\", L"\\x", L"C:\\dir\\\\x"},  // both separators stay
+        {L"C:\\dir", L"\\x", L"C:\\dir\\x"},     {L"/srv/dir", L"file", L"/srv/dir/file"},  {L"dir", L"", L"dir\\"},
     };
     for (const auto& [path, name, joined] : cases) EXPECT_EQ(BuildFileName(path, name), joined);
 }

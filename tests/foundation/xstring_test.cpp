@@ -1,20 +1,10 @@
 #include "foundation/xstring.h"
 
 #include <climits>
-#include <utility>
 
 #include "support/support.h"
 
 namespace {
-
-using Split = void (*)(CString&, CString&, const CString&, wchar_t);
-
-std::pair<CString, CString> PartsBy(Split split, const CString& text) {
-    CString left = L"old";
-    CString right = L"old";
-    split(left, right, text, L'=');
-    return {left, right};
-}
 
 TEST(XString, MinOrMaxTakesTheModeExactly) {
     EXPECT_EQ(GetMinOrMax(L"MIN", L"7", L"x"), 0);  // no number reads as 0
@@ -24,24 +14,23 @@ TEST(XString, MinOrMaxTakesTheModeExactly) {
 }
 
 TEST(XString, SplitsAtTheFirstOrLastSeparator) {
-    using Parts = std::pair<CString, CString>;
     struct {
-        const wchar_t* text;
-        Parts first, last;
+        decltype(&SplitString) split;
+        const wchar_t *text, *left, *right;
     } const cases[] = {
-        {L"key=value", {L"key", L"value"}, {L"key", L"value"}},
-        {L"novalue", {L"", L"novalue"}, {L"", L"novalue"}},
-        {L"a=b=c", {L"a", L"b=c"}, {L"a=b", L"c"}},
-        {L"=", {L"", L""}, {L"", L""}},
+        {SplitString, L"a=b=c", L"a", L"b=c"},
+        {SplitString, L"novalue", L"", L"novalue"},
+        {SplitString, L"=", L"", L""},
+        {SplitStringReverse, L"a=b=c", L"a=b", L"c"},
+        {SplitStringReverse, L"novalue", L"", L"novalue"},
     };
-    for (const auto& [text, first, last] : cases) {
-        EXPECT_EQ(PartsBy(SplitString, text), first);
-        EXPECT_EQ(PartsBy(SplitStringReverse, text), last);
+    for (const auto& [split, text, left, right] : cases) {
+        CString whole = text;  // a part may take the place of the whole
+        CString behind = L"old";
+        split(whole, behind, whole, L'=');
+        EXPECT_EQ(whole, left);
+        EXPECT_EQ(behind, right);
     }
-    CString text = L"a=b";
-    CString right;
-    SplitString(text, right, text, L'=');  // a part may take the place of the whole
-    EXPECT_EQ(right, L"b");
 }
 
 TEST(XString, GivesFieldsBetweenCommasAsTheyAre) {
@@ -53,14 +42,11 @@ TEST(XString, GivesFieldsBetweenCommasAsTheyAre) {
 
 TEST(XString, AddsItemsToAList) {
     CString list;
-    AddString(list, L"a");
-    AddString(list, L"");
-    AddString(list, L"b");
+    for (const wchar_t* item : {L"a", L"", L"b"}) AddString(list, item);
     EXPECT_EQ(list, L"a, , b");
 }
 
 TEST(XString, TabulatorsReachTheColumn) {
-    EXPECT_EQ(GetTabulator(2), L"\t\t");
     EXPECT_EQ(GetTabulator(-1), L"");
     EXPECT_EQ(GetTabulator(L"ten chars.", 4), L"\t\t\t");
     EXPECT_EQ(GetTabulator(L"12345678", 1), L"");

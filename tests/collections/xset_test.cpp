@@ -182,6 +182,8 @@ TEST(XSet, UnionGivesWhatLookingUpAndSortingOneByOneGives) {
             const int difference = a.GetValue() - b.GetValue();
             return difference >= -2 && difference <= 2 ? 0 : difference;
         },
+        [](const XSetData<int>& a, const XSetData<int>& b) { return b.GetValue() - a.GetValue(); },
+        [](const XSetData<int>& a, const XSetData<int>& b) { return a.GetValue() % 5 - b.GetValue() % 5; },
     };
     std::mt19937 random{23};
     for (int round = 0; round < 200; ++round) {

@@ -22,13 +22,11 @@ std::string Unescaped(const std::string& text) {
 }
 
 /// The answer to a question in which an empty name is none; the names of a list with commas between.
-std::string Answer(const CString& file, const std::string& section, const std::string& key) {
-    const CString wideSection = FromUtf8(section);
-    const CString wideKey = FromUtf8(key);
+std::string Answer(const CString& file, const CString& section, const CString& key) {
     wchar_t buffer[2048];
     const unsigned length =
-        GetPrivateProfileStringW(section.empty() ? nullptr : wideSection.GetString(),
-                                 key.empty() ? nullptr : wideKey.GetString(), L"", buffer, 2048, file.GetString());
+        GetPrivateProfileStringW(section.IsEmpty() ? nullptr : section.GetString(),
+                                 key.IsEmpty() ? nullptr : key.GetString(), L"", buffer, 2048, file.GetString());
     std::string answer = ToUtf8(std::wstring_view{buffer, length});
     std::ranges::replace(answer, '\0', ',');
     if (answer.ends_with(',')) answer.pop_back();
@@ -45,6 +43,6 @@ TEST(IniDocument, EachRowIsWhatTheReaderAnswers) {
         ASSERT_EQ(row.size(), 5U) << row[0];
         SCOPED_TRACE(row[0]);
         const CString file = folder.Write("document.ini", Unescaped(row[1]));
-        EXPECT_EQ(Answer(file, Unescaped(row[2]), Unescaped(row[3])), Unescaped(row[4]));
+        EXPECT_EQ(Answer(file, FromUtf8(Unescaped(row[2])), FromUtf8(Unescaped(row[3]))), Unescaped(row[4]));
     }
 }

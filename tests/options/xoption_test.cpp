@@ -7,7 +7,18 @@
 
 namespace {
 
-class OptionStore : public OptionStoreTest {};
+class OptionStore : public OptionStoreTest {
+protected:
+    void Open(const std::string& basic, std::vector<CString> arguments = {L"db"}) {
+        Basic(basic);
+        Renew();
+        Initialize(std::move(arguments));
+        m_Store->OpenConfiguration();
+    }
+    CString ErrorOfRetrieve(const wchar_t* name) {
+        return ErrorOf([&] { m_Store->RetrieveOption(name); }).GetMessage();
+    }
+};
 
 TEST_F(OptionStore, SingleOptionsKeepOneItemAndMultipleOnesCollect) {
     XOptionItem* const first = m_Store->InsertOptionItem(L"quiet", L"true", -1);
@@ -16,12 +27,10 @@ TEST_F(OptionStore, SingleOptionsKeepOneItemAndMultipleOnesCollect) {
     m_Store->InsertOptionItem(L"map-file", L"%a%", 1);
     m_Store->InsertOptionItem(L"map-file", L"b", 1);
     EXPECT_EQ(Texts(L"map-file"), (std::vector<CString>{L"1=%a%", L"1=b"}));
-    EXPECT_EQ(m_Store->GetOptionString(L"map-file", 1), L"%a%") << "stored as it is; the first with that index answers";
+    EXPECT_EQ(Text(L"map-file", 1), L"%a%") << "stored as it is; the first with that index answers";
     EXPECT_EQ(m_Store->InsertOptionItem(L"", L"x", 0), nullptr);
     EXPECT_EQ(m_Store->GetOptionItem(L"quiet", 0), nullptr) << "a single option has the index -1";
-    m_Store->DeleteOption(L"map-file");
-    m_Store->DeleteOption(L"quiet");
-    m_Store->DeleteOption(L"");
+    for (const wchar_t* name : {L"map-file", L"quiet", L""}) m_Store->DeleteOption(name);
     EXPECT_EQ(m_Store->GetFirstOptionItem(L""), nullptr);
     EXPECT_FALSE(m_Store->GetOptionBoolean(L"quiet", -1));
 }
@@ -61,95 +70,78 @@ TEST_F(OptionStore, GettersGiveWhatStandsForAMissingValue) {
 TEST_F(OptionStore, GettersPutTheirReasonInFrontOfEveryError) {
     XOption& store = *m_Store;
     const CString unknown = L"The option <nosuch> is not known by the system!";
-    const CString stringReason = L"Error retrieving the string option <%s>!\r\nreason: \t";
     const CString useWalk =
         L"Cannot get value for option <load-dictionary>, because it is a multiple option and you haven't specified an "
         L"index!\r\nreason: \tUse either 'GetFirstOption()' and/or 'GetNextOption()' or specify an index value!";
+    const CString notFound = L"The mandatory option <name> could not be found in the program option registry!";
+    const CString noFlag = L"The option <name> is not a boolean option (in other words: it's not a flag)!";
+    const auto indexed = [&](auto get, int index) { return [=, &store](auto* name) { (store.*get)(name, index); }; };
+    const auto walk = [&](auto get) { return [=, &store](auto* name) { (store.*get)(name); }; };
     struct {
-        std::function<void()> ask;
-        const wchar_t* method;
-        CString message;
+        const wchar_t *method, *type, *name;
+        CString reason;
+        std::function<void(const wchar_t*)> ask;
     } const cases[] = {
-        {[&] { store.GetOptionString(L"nosuch", -1); }, L"GetOptionString",
-         L"Error retrieving the string option <nosuch>!\r\nreason: \t" + unknown},
-        {[&] { store.GetOptionString(L"-q", -1); }, L"GetOptionString",
-         L"Error retrieving the string option <-q>!\r\nreason: \tThe option <-q> is not a string option!"},
-        {[&] { store.GetFirstOptionString(L"quiet"); }, L"GetFirstOptionString",
-         L"Error retrieving the string option <quiet>!\r\nreason: \tThe option <quiet> is not a string option!"},
-        {[&] { store.GetNextOptionString(L""); }, L"GetNextOptionString",
-         L"Error retrieving the string option <>!\r\nreason: \tThe option <> is not known by the system!"},
-        {[&] { store.GetOptionString(L"load-dictionary", -1); }, L"GetOptionString",
-         L"Error retrieving the string option <load-dictionary>!\r\nreason: \t" + useWalk},
-        {[&] { store.GetOptionString(L"name", 0); }, L"GetOptionString",
-         L"Error retrieving the string option <name>!\r\nreason: \t"
-         L"The mandatory option <name> could not be found in the program option registry!"},
-        {[&] { store.GetOptionBoolean(L"name", -1); }, L"GetOptionBoolean",
-         L"Error retrieving the boolean option <name>!\r\nreason: \t"
-         L"The option <name> is not a boolean option (in other words: it's not a flag)!"},
-        {[&] { store.GetFirstOptionBoolean(L"nosuch"); }, L"GetFirstOptionBoolean",
-         L"Error retrieving the boolean option <nosuch>!\r\nreason: \t" + unknown},
-        {[&] { store.GetNextOptionBoolean(L"nosuch"); }, L"GetNextOptionBoolean",
-         L"Error retrieving the boolean option <nosuch>!\r\nreason: \t" + unknown},
-        {[&] { store.GetOptionTrillian(L"quiet", -1); }, L"GetOptionTrillian",
-         L"Error retrieving the tri-state option <quiet>!\r\nreason: \tThe option <quiet> is not a tri-state option!"},
-        {[&] { store.GetOptionIList(L"quiet", -1); }, L"GetOptionIList",
-         L"Error retrieving the integer list option <quiet>!\r\nreason: \t"
-         L"The option <quiet> is not an integer list option!"},
-        {[&] { store.GetFirstOptionIList(L"nosuch"); }, L"GetFirstOptionIList",
-         L"Error retrieving the integer list option <nosuch>!\r\nreason: \t" + unknown},
-        {[&] { store.GetNextOptionIList(L"nosuch"); }, L"GetNextOptionIList",
-         L"Error retrieving the integer list option <nosuch>!\r\nreason: \t" + unknown},
-        {[&] { store.GetOptionItem(L"nosuch", 0); }, L"GetOptionDefinition", unknown},
+        {L"GetOptionString", L"string", L"nosuch", unknown, indexed(&XOption::GetOptionString, -1)},
+        {L"GetOptionString", L"string", L"load-dictionary", useWalk, indexed(&XOption::GetOptionString, -1)},
+        {L"GetOptionString", L"string", L"name", notFound, indexed(&XOption::GetOptionString, 0)},
+        {L"GetFirstOptionString", L"string", L"-q", L"The option <-q> is not a string option!",
+         walk(&XOption::GetFirstOptionString)},
+        {L"GetNextOptionString", L"string", L"", L"The option <> is not known by the system!",
+         walk(&XOption::GetNextOptionString)},
+        {L"GetOptionBoolean", L"boolean", L"name", noFlag, indexed(&XOption::GetOptionBoolean, -1)},
+        {L"GetFirstOptionBoolean", L"boolean", L"nosuch", unknown, walk(&XOption::GetFirstOptionBoolean)},
+        {L"GetNextOptionBoolean", L"boolean", L"nosuch", unknown, walk(&XOption::GetNextOptionBoolean)},
+        {L"GetOptionTrillian", L"tri-state", L"quiet", L"The option <quiet> is not a tri-state option!",
+         indexed(&XOption::GetOptionTrillian, -1)},
+        {L"GetOptionIList", L"integer list", L"quiet", L"The option <quiet> is not an integer list option!",
+         indexed(&XOption::GetOptionIList, -1)},
+        {L"GetFirstOptionIList", L"integer list", L"nosuch", unknown, walk(&XOption::GetFirstOptionIList)},
+        {L"GetNextOptionIList", L"integer list", L"nosuch", unknown, walk(&XOption::GetNextOptionIList)},
     };
-    for (const auto& [ask, method, message] : cases) {
-        const XException error = ErrorOf(ask);
-        EXPECT_EQ(error.GetMessage(), message);
+    for (const auto& [method, type, name, reason, ask] : cases) {
+        const XException error = ErrorOf([&] { ask(name); });
+        EXPECT_EQ(error.GetMessage(),
+                  CString{FormatText(L"Error retrieving the %s option <%s>!\r\nreason: \t%s", type, name, reason)});
         const CString location = FormatText(L"<XOption::%s> in [xoption], line [", method);
         EXPECT_EQ(error.GetLocation().Left(location.GetLength()), location);
         EXPECT_EQ(error.GetNumber(), -1);
     }
+    EXPECT_EQ(ErrorOf([&] { store.GetOptionItem(L"nosuch", 0); }).GetMessage(), unknown);
 }
 
-// Which sources hold the key "data" or its cousin of another section, and who wins.
 TEST_F(OptionStore, LaterSourcesWinAndTheEnvironmentIsWeakest) {
     struct {
-        const char* what;
-        const wchar_t* option;
-        bool basic, user, registry, environment;
-        const wchar_t* value;
-    } const cases[] = {
-        {"all of them", L"dictionary-root", true, true, true, true, L"registry"},
-        {"both files", L"dictionary-root", true, true, false, true, L"user"},
-        {"basic file", L"dictionary-root", true, false, false, true, L"basic"},
-        {"registry alone", L"dictionary-root", false, false, true, true, L"registry"},
-        {"environment alone", L"dictionary-root", false, false, false, true, L"environment"},
-        {"nobody", L"dictionary-root", false, false, false, false, L""},
-        {"all but ROOT", L"autodoc-title", true, true, true, true, L"registry"},
-        {"no environment outside ROOT", L"autodoc-title", false, false, false, true, L""},
-    };
-    for (const auto& [what, option, basic, user, registry, environment, value] : cases) {
-        SCOPED_TRACE(what);
-        const std::string name = ToUtf8(option);
-        const std::string section = name == "autodoc-title" ? "AUTODOC" : "ROOT";
-        const auto entry = [&, s = section, n = name](bool isThere, const char* text) {
-            return isThere ? "[" + s + "]\n" + n + "=" + text + "\n" : std::string{};
+        std::string section, option;
+        const wchar_t* weakest;
+    } const cases[] = {{"ROOT", "dictionary-root", L"environment"}, {"AUTODOC", "autodoc-title", L""}};
+    for (const auto& [section, option, weakest] : cases) {
+        SCOPED_TRACE(option);
+        const CString name = FromUtf8(option);
+        const std::string entry = "[" + section + "]\n" + option + "=";
+        const EnvironmentGuard variable{option, "environment"};
+        const auto expect = [&](const CString& value) {
+            Renew();
+            Initialize({L"-n", L"db", L"--ini", UserFile()});
+            m_Store->OpenConfiguration();
+            m_Store->RetrieveOption(name);
+            EXPECT_EQ(Text(name.GetString()), value);
         };
-        Basic(entry(basic, "basic"));
-        User(entry(user, "user"));
-        Registry(section, registry ? "\"" + name + "\"=\"registry\"" : "");
-        const EnvironmentGuard variable{name, environment ? std::optional<std::string>{"environment"} : std::nullopt};
-        Renew();
-        Initialize({L"-n", L"db", L"--ini", UserFile()});
-        m_Store->OpenConfiguration();
-        m_Store->RetrieveOption(option);
-        EXPECT_EQ(Text(option), value);
+        Basic("");
+        User("");
+        expect(weakest);
+        Basic(entry + "basic\n");
+        expect(L"basic");
+        User(entry + "user\n");
+        expect(L"user");
+        Registry(section, "\"" + option + "\"=\"registry\"");
+        expect(L"registry");
     }
 }
 
 TEST_F(OptionStore, AnItemThatIsThereIsNeverOverridden) {
-    Basic("[ROOT]\ndictionary-root=basic\n[USER]\nload-dictionary-3=c\nload-dictionary=d\n");
-    Initialize({L"db", L"-dr", L"typed", L"-l", L"a"});
-    m_Store->OpenConfiguration();
+    Open("[ROOT]\ndictionary-root=basic\n[USER]\nload-dictionary-3=c\nload-dictionary=d\n",
+         {L"db", L"-dr", L"typed", L"-l", L"a"});
     m_Store->RetrieveOption(L"dictionary-root");
     m_Store->RetrieveOption(L"load-dictionary");
     EXPECT_EQ(Text(L"dictionary-root"), L"typed");
@@ -159,39 +151,29 @@ TEST_F(OptionStore, AnItemThatIsThereIsNeverOverridden) {
     EXPECT_EQ(Texts(L"load-dictionary"), (std::vector<CString>{L"3=c", L"4=d"}));
 }
 
-TEST_F(OptionStore, IndexedSectionsFollowTheDatabaseName) {
-    Basic("[50%n_x\\FILES\\7]\nmap-file=m7\n[50%n_x\\files\\2]\nMAP-FILE=m2\n[db\\FILES\\1]\nmap-file=other\n");
-    Initialize({L"--name", L"50%n_x"});
-    m_Store->OpenConfiguration();
+TEST_F(OptionStore, IndexedSectionsFollowTheDatabaseNameAndShareTheirIndexes) {
+    Open("[50%n_x\\FILES\\7]\nmap-file=m7\n[50%n_x\\files\\2]\nMAP-FILE=m2\n[db\\FILES\\1]\nmap-file=other\n",
+         {L"--name", L"50%n_x"});
     m_Store->RetrieveOption(L"map-file");
     EXPECT_EQ(Texts(L"map-file"), (std::vector<CString>{L"2=m2", L"7=m7"}));
-}
 
-TEST_F(OptionStore, AnIndexInBothFilesIsAnError) {
-    Basic("[db\\FILES\\1]\nmap-file=a\n");
     User("[db\\FILES\\1]\nmap-file=b\n");
-    Initialize({L"db", L"--ini", UserFile()});
-    m_Store->OpenConfiguration();
-    const XException error = ErrorOf([&] { m_Store->RetrieveOption(L"map-file"); });
-    EXPECT_EQ(error.GetMessage(),
+    Open("[db\\FILES\\1]\nmap-file=a\n", {L"db", L"--ini", UserFile()});
+    EXPECT_EQ(ErrorOfRetrieve(L"map-file"),
               L"Error retrieving option <map-file>!\r\nreason: \tMultiple options <map-file> for index <1>!");
 }
 
 TEST_F(OptionStore, MandatoryOptionsMustBeFound) {
-    Initialize({L"db"});
-    m_Store->OpenConfiguration();
-    EXPECT_EQ(ErrorOf([&] { m_Store->RetrieveOption(L"role"); }).GetMessage(),
-              L"Error retrieving option <role>!\r\nreason: \tThe option <role> must exist but could not be found!");
-    Renew();
-    EXPECT_EQ(ErrorOf([&] { m_Store->RetrieveOption(L"name"); }).GetMessage(),
+    EXPECT_EQ(ErrorOfRetrieve(L"name"),
               L"Error retrieving option <name>!\r\nreason: \tError retrieving the string option <name>!\r\nreason: \t"
               L"The mandatory option <name> could not be found in the program option registry!");
+    Open("");
+    EXPECT_EQ(ErrorOfRetrieve(L"role"),
+              L"Error retrieving option <role>!\r\nreason: \tThe option <role> must exist but could not be found!");
 }
 
 TEST_F(OptionStore, AnObserverSeesEveryQuestionAnsweredAnew) {
-    Basic(std::string{DATABASE} + "[USER]\nquiet=true\n");
-    Initialize({L"db"});
-    m_Store->OpenConfiguration();
+    Open(std::string{DATABASE} + "[USER]\nquiet=true\n");
     const SourceTrace before = SetSourceTrace([&](const SourceEvent& event) {
         if (event.key == L"create-schema") Basic(std::string{DATABASE} + "[USER]\nquiet=false\n");
     });
@@ -201,9 +183,7 @@ TEST_F(OptionStore, AnObserverSeesEveryQuestionAnsweredAnew) {
 }
 
 TEST_F(OptionStore, ACopyOfARowStandsForItsOption) {
-    Basic("[USER]\nquiet=true\n");
-    Initialize({L"db"});
-    m_Store->OpenConfiguration();
+    Open("[USER]\nquiet=true\n");
     XOptionDefinition copy = *FindOptionDefinition(L"quiet");
     m_Store->RetrieveOption(&copy);
     EXPECT_TRUE(m_Store->GetOptionBoolean(L"quiet", -1));

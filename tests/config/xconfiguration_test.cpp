@@ -26,50 +26,26 @@ protected:
 };
 
 TEST_F(Configuration, GetsOneValueOrAListOfNames) {
-    struct {
-        const char* what;
-        const wchar_t* section;
-        const wchar_t* key;
-        const wchar_t* value;  // null: not found
-    } const cases[] = {
-        {"a value", L"root", L"FILE", L"a, b"},
-        {"the names of the keys", L"root", L"", L"File,empty,x"},
-        {"the names of the sections", L"", L"File", L"ROOT,USER"},
-        {"an empty value", L"root", L"empty", nullptr},
-        {"a missing section", L"absent", L"", nullptr},
-        {"a section without keys", L"user", L"", nullptr},
-    };
     const XConfiguration reader = Reader("[ROOT]\nFile=a, b\nempty=\nx=1\n[USER]\n");
-    for (const auto& [what, section, key, expected] : cases) {
+    const auto expect = [&](const char* what, const wchar_t* section, const wchar_t* key, const wchar_t* expected) {
         SCOPED_TRACE(what);
         CString value = L"before";
         EXPECT_EQ(reader.GetKeyValue(value, section, key, /*assignEmpty*/ false), expected != nullptr);
         EXPECT_EQ(value, expected ? expected : L"before");
         EXPECT_TRUE(reader.GetKeyValue(value, section, key, /*assignEmpty*/ true));
         EXPECT_EQ(value, expected ? expected : L"");
-    }
+    };
+    expect("a value", L"root", L"FILE", L"a, b");
+    expect("the names of the keys", L"root", L"", L"File,empty,x");
+    expect("the names of the sections", L"", L"File", L"ROOT,USER");
+    expect("an empty value", L"root", L"empty", nullptr);
+    expect("a missing section", L"absent", L"", nullptr);
+    expect("a section without keys", L"user", L"", nullptr);
 }
 
 TEST_F(Configuration, GetsTheIndexesAndTheValuesOfAFamily) {
-    struct {
-        const char *what, *bytes;
-        const wchar_t* section;
-        std::vector<int> indexes;
-        const char* values;
-    } const cases[] = {
-        {"in the order of the file", "[A]\nname-3=b\nName-1=a\nname=c", L"A", {3, 1, 4}, "1=a 3=b 4=c"},
-        {"an empty value leaves its index free", "[A]\nname=\n", L"A", {0}, ""},
-        {"beginnings of the name are bare", "[A]\nna=a\nname-=b\nx=c", L"A", {0, 1}, "0=a 1=b"},
-        {"what follows the number is ignored", "[A]\nname-2x=a\nname--1=b", L"A", {2, -1}, "-1=b 2=a"},
-        {"other names", "[A]\nnames-1=a\naname-1=b\nname1=c", L"A", {}, ""},
-        {"a comma in a name divides it", "[A]\nx,name-7=a", L"A", {7}, ""},
-        {"an empty item ends the list", "[A]\nname-1=a\nx,,y=b\nname-2=c", L"A", {1}, "1=a"},
-        {"sections", "[F\\1]\nNAME=a\n[f\\7]\nname=b\n[F\\8]\nx=c\n[F]", L"F\\%d", {1, 7, 8}, "1=a 7=b"},
-        {"all sections are no family", "[name-1]\nname=a\n[name]", L"", {}, ""},
-        {"behind the largest", "[A]\nname-99999999999=a\nname=", L"A", {INT_MAX, INT_MIN}, "2147483647=a"},
-        {"signs in a section", "[50%_a%n\\3]\nname=a", L"50%_A%n\\%d", {3}, "3=a"},
-    };
-    for (const auto& [what, bytes, section, indexes, values] : cases) {
+    const auto expect = [&](const char* what, const char* bytes, const wchar_t* section,
+                            const std::vector<int>& indexes, const char* values) {
         SCOPED_TRACE(what);
         XSetInt set;
         EXPECT_EQ(Reader(bytes).GetKeyIndexSet(set, section, L"name"), !indexes.empty());
@@ -78,7 +54,21 @@ TEST_F(Configuration, GetsTheIndexesAndTheValuesOfAFamily) {
         XMapInt2CString map;
         EXPECT_EQ(Reader(bytes).GetKeyValueSet(map, section, L"name"), *values != 0);
         EXPECT_EQ(Entries(map), values);
-    }
+    };
+    expect("in the order of the file", "[A]\nname-3=b\nName-1=a\nname=c", L"A", {3, 1, 4}, "1=a 3=b 4=c");
+    expect("an empty value has its index", "[A]\nname=\n", L"A", {0}, "");
+    expect("beginnings of the name are bare", "[A]\nna=a\nname-=b\nx=c", L"A", {0, 1}, "0=a 1=b");
+    expect("what follows the number is ignored", "[A]\nname-2x=a\nname--1=b", L"A", {2, -1}, "-1=b 2=a");
+    expect("other names", "[A]\nnames-1=a\naname-1=b\nname1=c", L"A", {}, "");
+    expect("a comma in a name divides it", "[A]\nx,name-7=a", L"A", {7}, "");
+    expect("an empty item ends the list", "[A]\nname-1=a\nx,,y=b\nname-2=c", L"A", {1}, "1=a");
+    expect("sections", "[F\\1]\nNAME=a\n[f\\7]\nname=b\n[F\\8]\nx=c\n[F]", L"F\\%d", {1, 7, 8}, "1=a 7=b");
+    expect("all sections are no family", "[name-1]\nname=a\n[name]", L"", {}, "");
+    expect("behind the largest", "[A]\nname-99999999999=a\nname=", L"A", {INT_MAX, INT_MIN}, "2147483647=a");
+    expect("signs in a section", "[50%_a%n\\3]\nname=a", L"50%_A%n\\%d", {3}, "3=a");
+    XMapInt2CString map;
+    Reader("[A]\nname-1=\nname-01=a\nname=b").GetKeyValueSet(map, L"A", L"name");
+    EXPECT_EQ(Entries(map), "1=a 2=b") << "an empty value leaves its index free";
 }
 
 TEST_F(Configuration, RefusesAnIndexThatIsTakenAndAnEmptyPattern) {

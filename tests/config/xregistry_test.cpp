@@ -10,12 +10,11 @@ namespace {
 class Registry : public testing::Test {
 protected:
     Registry() {
-        std::string bytes = "REGEDIT4\n";
-        bytes += "[HKLM\\SOFTWARE\\VORNAK\\ROOT]\n\"logfile\"=\"machine.log\"\n";
-        bytes += "[HKLM\\SOFTWARE\\VORNAK\\tool]\n\"data\"=\"D:\\\\data\"\n";
-        bytes += "[HKLM\\SOFTWARE\\VORNAK\\tool\\ROOT]\n";
-        bytes += "\"text\"=\"t\xFCr\"\n\"number\"=dword:2a\n\"expand\"=hex(2):25,61,25,00\n";
-        bytes += "\"none\"=hex:\n\"zeros\"=hex:00,00\n\"odd\"=hex:61,00,62\n\"several\"=hex(7):61,00,62,00,00\n";
+        std::string bytes =
+            "REGEDIT4\n[HKLM\\SOFTWARE\\VORNAK\\ROOT]\n\"logfile\"=\"machine.log\"\n"
+            "[HKLM\\SOFTWARE\\VORNAK\\tool]\n\"data\"=\"D:\\\\data\"\n[HKLM\\SOFTWARE\\VORNAK\\tool\\ROOT]\n"
+            "\"text\"=\"t\xFCr\"\n\"number\"=dword:2a\n\"expand\"=hex(2):25,61,25,00\n\"none\"=hex:\n"
+            "\"zeros\"=hex:00,00\n\"odd\"=hex:61,00,62\n\"several\"=hex(7):61,00,62,00,00\n";
         for (const int length : {63, 64, 5000}) {
             bytes +=
                 "\"" + std::to_string(length) + "\"=\"" + std::string(static_cast<std::size_t>(length), 'x') + "\"\n";
@@ -29,24 +28,26 @@ protected:
 
 TEST_F(Registry, ReadsValuesOfEveryTypeAsText) {
     const CString none = L"before";
-    struct {
-        const wchar_t *subKey, *section, *name;
-        CString value;
-    } const cases[] = {
-        {L"tool", L"ROOT", L"text", L"t\xFCr"},    {L"tool", L"ROOT", L"number", L"*"},
-        {L"tool", L"ROOT", L"expand", L"%a%"},     {L"tool", L"ROOT", L"zeros", L""},
-        {L"tool", L"ROOT", L"odd", L"ab"},         {L"tool", L"ROOT", L"several", L"a"},
-        {L"tool", L"ROOT", L"63", {L'x', 63}},     {L"tool", L"ROOT", L"64", {L'x', 64}},
-        {L"tool", L"ROOT", L"5000", {L'x', 5000}}, {L"tool", L"ROOT", L"absent", none},
-        {L"tool", L"ROOT", L"none", none},         {L"tool", L"absent", L"text", none},
-        {L"other", L"ROOT", L"text", none},        {L"", L"ROOT", L"logfile", L"machine.log"},
-        {L"TOOL", L"", L"Data", L"D:\\data"},
-    };
-    for (const auto& [subKey, section, name, value] : cases) {
+    const auto expect = [&](const wchar_t* subKey, const wchar_t* section, const wchar_t* name, const CString& value) {
         CString found = none;
         EXPECT_EQ(XRegistry{subKey}.GetValue(found, section, name), value != none) << ToUtf8(CString{name});
         EXPECT_EQ(found, value);
-    }
+    };
+    expect(L"tool", L"ROOT", L"text", L"t\xFCr");
+    expect(L"tool", L"ROOT", L"number", L"*");
+    expect(L"tool", L"ROOT", L"expand", L"%a%");
+    expect(L"tool", L"ROOT", L"zeros", L"");
+    expect(L"tool", L"ROOT", L"odd", L"ab");
+    expect(L"tool", L"ROOT", L"several", L"a");
+    expect(L"tool", L"ROOT", L"63", {L'x', 63});
+    expect(L"tool", L"ROOT", L"64", {L'x', 64});
+    expect(L"tool", L"ROOT", L"5000", {L'x', 5000});
+    expect(L"tool", L"ROOT", L"absent", none);
+    expect(L"tool", L"ROOT", L"none", none);
+    expect(L"tool", L"absent", L"text", none);
+    expect(L"other", L"ROOT", L"text", none);
+    expect(L"", L"ROOT", L"logfile", L"machine.log");
+    expect(L"TOOL", L"", L"Data", L"D:\\data");
 }
 
 TEST_F(Registry, ReadsFromTheKeyThatIsOpen) {

@@ -167,15 +167,12 @@ TEST(OptionDocuments, EachCompletionOffersExactlyTheNamesOfTheOptionTable) {
     const Names words = AllOf(Shared("bash-completion/completions/veltrane"), "compgen -W '(-[^']*)'");
     ASSERT_EQ(words.size(), 1U);
     EXPECT_EQ(AllOf(*words.begin(), "([^ ]+)"), OptionNames());
-
     EXPECT_EQ(AllOf(Shared("zsh/vendor-completions/_veltrane"), "\n *'(-[^:']*)"), OptionNames());
-
-    const std::string fish = Shared("fish/vendor_completions.d/veltrane.fish");
     Names names;
-    for (const std::string& name : AllOf(fish, "\ncomplete -c veltrane(?: -o [a-z]+)? -l ([a-z-]+)")) {
+    const std::string fish = Shared("fish/vendor_completions.d/veltrane.fish");
+    for (const auto& name : AllOf(fish, "\ncomplete -c veltrane(?: -o [a-z]+)? -l ([a-z-]+)"))
         names.insert("--" + name);
-    }
-    for (const std::string& name : AllOf(fish, "\ncomplete -c veltrane -o ([a-z]+) -l ")) names.insert('-' + name);
+    for (const auto& name : AllOf(fish, "\ncomplete -c veltrane -o ([a-z]+) -l ")) names.insert('-' + name);
     EXPECT_EQ(names, OptionNames());
 }
 

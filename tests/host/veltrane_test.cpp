@@ -57,28 +57,25 @@ std::string JsonOf(const ChildResult& result, const std::string& option) {
 }
 
 TEST_F(Host, TellsTheSourceOfEveryValue) {
-    struct {
-        bool typed, registry, user, basic;
-        std::string value, source;
-    } const cases[] = {
-        {true, true, true, true, "typed", "command line\"}"},
-        {false, true, true, true, "registry", "registry\","},
-        {false, false, true, true, "user",
-         "user file\",\"file\":\"" + Path("user.ini") + "\",\"line\":3,\"section\":\"ROOT\"}"},
-        {false, false, false, true, "basic", "basic file\","},
-        {false, false, false, false, "environment", "environment\"}"},
-    };
-    for (const auto& [typed, registry, user, basic, value, source] : cases) {
-        WriteBasic(basic ? "[ROOT]\ndictionary-root=basic\n" : "");
-        Write("user.ini", user ? "; first line\n[ROOT]\ndictionary-root=user\n" : "");
-        Write("registry.reg", std::string{"REGEDIT4\n[HKLM\\SOFTWARE\\VORNAK\\veltrane\\ROOT]\n"} +
-                                  (registry ? "\"dictionary-root\"=\"registry\"\n" : ""));
+    const auto expect = [&](const std::string& value, const std::string& source, const Words& typed = {}) {
         Words arguments = {"-i", "user.ini", "db", "--summary"};
-        if (typed) arguments.insert(arguments.end(), {"-dr", "typed"});
+        arguments.insert(arguments.end(), typed.begin(), typed.end());
         const ChildResult result = Run(arguments, {"VELTRANE_SUMMARY=json", "dictionary-root=environment"});
         EXPECT_EQ(result.exitCode, 0) << result.errors;
         ExpectIn(JsonOf(result, "dictionary-root"), "\"index\":-1,\"value\":\"" + value + "\",\"source\":\"" + source);
-    }
+    };
+    const std::string registry = "REGEDIT4\n[HKLM\\SOFTWARE\\VORNAK\\veltrane\\ROOT]\n";
+    WriteBasic("[ROOT]\ndictionary-root=basic\n");
+    Write("user.ini", "; first line\n[ROOT]\ndictionary-root=user\n");
+    Write("registry.reg", registry + "\"dictionary-root\"=\"registry\"\n");
+    expect("typed", "command line\"}", {"-dr", "typed"});
+    expect("registry", "registry\",");
+    Write("registry.reg", registry);
+    expect("user", "user file\",\"file\":\"" + Path("user.ini") + "\",\"line\":3,\"section\":\"ROOT\"}");
+    Write("user.ini", "");
+    expect("basic", "basic file\",");
+    WriteBasic("");
+    expect("environment", "environment\"}");
 }
 
 TEST_F(Host, TellsWhatStartUpAndTheHostBrought) {
@@ -106,15 +103,14 @@ TEST_F(Host, TellsTheLineOfEveryValueOfAFamily) {
           "[p/e\\\\FILES\\-5]\nmap-file=n\n[USER]\n50%=x\nload-dictionary=one\nload-dictionar=%spool%/two\n"
           "load-dictiona=one\nspool=s\n");
     const ChildResult result = Run({"p/e\\", "--summary"});
-    struct {
-        std::string item, value, line;
-    } const cases[] = {
-        {"map-file[1]", "\tm", "6 [p/e\\\\files\\1]"}, {"map-file[-5]", "\tn", "8 [p/e\\\\files\\-5]"},
-        {"load-dictionary[0]", "one", "11 [USER]"},    {"load-dictionary[1]", "s/two", "12 [USER]"},
-        {"load-dictionary[2]", "one", "13 [USER]"},
-    };
-    for (const auto& [item, value, line] : cases) {
-        ExpectIn(result.output, item + "\t" + value + "\t(basic file " + BasicFile() + ":" + line + ")\n");
+    for (const auto& [item, line] : std::vector<std::pair<std::string, std::string>>{
+             {"map-file[1]\t\tm", "6 [p/e\\\\files\\1]"},
+             {"map-file[-5]\t\tn", "8 [p/e\\\\files\\-5]"},
+             {"load-dictionary[0]\tone", "11 [USER]"},
+             {"load-dictionary[1]\ts/two", "12 [USER]"},
+             {"load-dictionary[2]\tone", "13 [USER]"},
+         }) {
+        ExpectIn(result.output, item + "\t(basic file " + BasicFile() + ":" + line + ")\n");
     }
 }
 
@@ -139,36 +135,30 @@ TEST_F(Host, ShowsTheSystemsErrorsWithItsOwnHintsBehind) {
     Write("empty.txt", "; no names\n");
     Write("bad.txt", "; names\ntabel b\n");
     const std::string unknown = "> not recognized!\n    <---- Try <--help> to view the help window! ---->\n";
-    struct {
-        Words arguments;
-        std::string message;
-        const char* output = "";
-    } const cases[] = {
-        {{"-q", "-cv", "maybe"}, "<-cv> is invalid!\n    <---- Try <-h> to view the help window! ---->\n"},
-        {{"--logfil", "x"}, "<--logfil" + unknown + "\t    <---- Did you mean <--logfile>? ---->\n"},
-        {{"--name=x"}, "<--name=x" + unknown + "\t    <---- Write <--name x> ---->\n"},
-        {{"--zzzzzzzz"}, "message:\tcommand line option <--zzzzzzzz" + unknown},
-        {{"--" + std::string(30'000, '<') + ">"}, unknown},
-        {{"db", "-i", "unknown.ini"},
-         "message:\tError reading the configuration!\nreason: \tError retrieving option <autodoc-title>!\n"
-         "reason: \tError retrieving the string option <nosuch>!\nreason: \tThe option <nosuch> is not known by the "
-         "system!\n\t    <---- See <" +
-             Path("unknown.ini") + ">, line 2: autodoc-title=%nosuch% ---->\n"},
-        {{"db", "-i", "twice.ini"},
-         "> for index <5>!\n\t    <---- See <" + Path("twice.ini") + ">, line 2: load-dictionary-5=a ---->\n"},
-        {{"db", "-l", "bad.txt"}, "The name list <bad.txt> can not be understood in line 2: <tabel b>!\n"},
-        {{"db", "-l", "data"}, "Cannot open file <data>!\n\tAccess denied!\nnumber:\t5\n"},
-        {{"db", "-l", "empty.txt", "-d"}, "to load at least two dictionaries (see the '-l' option)!\n"},
-        {{"db", "--logfile", "/dev/full"}, "unknown exception occured while opening the log file </dev/full>!\n"},
-        {{"db", "--summary"}, "The standard output can not be written!\n", "/dev/full"},
-    };
-    for (const auto& [arguments, message, output] : cases) {
+    const auto expect = [&](const Words& arguments, const std::string& message, const std::string& output = {}) {
         const ChildResult result = Run(arguments, {}, output);
         EXPECT_EQ(result.exitCode, 1);
         EXPECT_EQ(result.output, "");
         EXPECT_TRUE(result.errors.starts_with("An error occured:\nlocation:\t<")) << result.errors;
         EXPECT_TRUE(result.errors.ends_with(message)) << result.errors;
-    }
+    };
+    expect({"-q", "-cv", "maybe"}, "<-cv> is invalid!\n    <---- Try <-h> to view the help window! ---->\n");
+    expect({"--logfil", "x"}, "<--logfil" + unknown + "\t    <---- Did you mean <--logfile>? ---->\n");
+    expect({"--name=x"}, "<--name=x" + unknown + "\t    <---- Write <--name x> ---->\n");
+    expect({"--zzzzzzzz"}, "message:\tcommand line option <--zzzzzzzz" + unknown);
+    expect({"--" + std::string(30'000, '<') + ">"}, unknown);
+    expect({"db", "-i", "unknown.ini"},
+           "message:\tError reading the configuration!\nreason: \tError retrieving option <autodoc-title>!\n"
+           "reason: \tError retrieving the string option <nosuch>!\nreason: \tThe option <nosuch> is not known by the "
+           "system!\n\t    <---- See <" +
+               Path("unknown.ini") + ">, line 2: autodoc-title=%nosuch% ---->\n");
+    expect({"db", "-i", "twice.ini"},
+           "> for index <5>!\n\t    <---- See <" + Path("twice.ini") + ">, line 2: load-dictionary-5=a ---->\n");
+    expect({"db", "-l", "bad.txt"}, "The name list <bad.txt> can not be understood in line 2: <tabel b>!\n");
+    expect({"db", "-l", "data"}, "Cannot open file <data>!\n\tAccess denied!\nnumber:\t5\n");
+    expect({"db", "-l", "empty.txt", "-d"}, "to load at least two dictionaries (see the '-l' option)!\n");
+    expect({"db", "--logfile", "/dev/full"}, "unknown exception occured while opening the log file </dev/full>!\n");
+    expect({"db", "--summary"}, "The standard output can not be written!\n", "/dev/full");
 }
 
 TEST_F(Host, WritesItsLogBelowTheLoggingFolder) {

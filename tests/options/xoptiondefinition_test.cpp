@@ -5,17 +5,8 @@
 namespace {
 
 TEST(XOptionDefinition, RowsStandAtTheirPlaceWithTheirBits) {
-    struct {
-        int row;
-        int id, section;
-        const wchar_t *shortName, *longName;
-        int tabulators;
-    } const cases[] = {
-        {1, 0x1148, 3, L"cv", L"create-views", 2},         {7, 0x7341, 3, L"sp", L"spool", 3},
-        {33, 0x3000103, 3, L"c", L"create-changefile", 1}, {39, 0x2500C1, 5, L"", L"dictionary-name", 2},
-        {61, 0x290010, 5, L"", L"obsolete-classes", -1},   {65, 0x20000001, 48, L"", L"columnname-rules", -1},
-    };
-    for (const auto& [row, id, section, shortName, longName, tabulators] : cases) {
+    const auto expect = [&](int row, int id, int section, const wchar_t* shortName, const wchar_t* longName,
+                            int tabulators) {
         const XOptionDefinition* const definition = GetOptionDefinitionAt(row);
         ASSERT_NE(definition, nullptr);
         EXPECT_EQ(definition->eOption, id) << row;
@@ -23,7 +14,13 @@ TEST(XOptionDefinition, RowsStandAtTheirPlaceWithTheirBits) {
         EXPECT_EQ(CString{definition->szShortName}, shortName);
         EXPECT_EQ(CString{definition->szLongName}, longName);
         EXPECT_EQ(definition->nTabulators, tabulators) << row;
-    }
+    };
+    expect(1, 0x1148, 3, L"cv", L"create-views", 2);
+    expect(7, 0x7341, 3, L"sp", L"spool", 3);
+    expect(33, 0x3000103, 3, L"c", L"create-changefile", 1);
+    expect(39, 0x2500C1, 5, L"", L"dictionary-name", 2);
+    expect(61, 0x290010, 5, L"", L"obsolete-classes", -1);
+    expect(65, 0x20000001, 48, L"", L"columnname-rules", -1);
     EXPECT_EQ(GetOptionDefinitionCount(), 67);
     EXPECT_EQ(GetOptionDefinitionAt(-1), nullptr);
     EXPECT_EQ(GetOptionDefinitionAt(67), nullptr);
@@ -61,8 +58,8 @@ TEST(XOptionDefinition, SectionsAreFoundByValueAndByOwnName) {
 }
 
 TEST(XOptionDefinition, FlagsTakeTheirWordsInAnyCase) {
-    for (const wchar_t* word : {L"TRUE", L"False"})
-        EXPECT_TRUE(IsValidBooleanString(word) && IsValidTrillianString(word));
+    EXPECT_TRUE(IsValidBooleanString(L"TRUE") && IsValidTrillianString(L"TRUE"));
+    EXPECT_TRUE(IsValidBooleanString(L"False") && IsValidTrillianString(L"False"));
     EXPECT_TRUE(IsValidTrillianString(L"Auto") && !IsValidBooleanString(L"Auto"));
     for (const wchar_t* word : {L"yes", L"", L"true "}) {
         EXPECT_FALSE(IsValidBooleanString(word) || IsValidTrillianString(word));
@@ -86,7 +83,6 @@ TEST(XOptionDefinition, HelpIsTheTableLineByLine) {
     EXPECT_EQ(help.Right(separator.GetLength()), separator);
     for (const wchar_t* line : {
              L"-s, \t--setup <setup-ini-filename>\t\r\n",
-             L"    \t--summary\t\t\t\tPrint a summary of all options.\r\n",
              L"-e, \t--exit\t\t\t\t\tGenerate an 'exit' statement in the changefile.\r\n"
              L"\t\t\t\t\t\tThis is NOT a good idea, when running from setup...\r\n",
              L"commands:\t\r\n-l, \t--load-dictionary <dictionary>\t\tLoad the dictionary at location "

@@ -19,47 +19,38 @@ protected:
 
 TEST_F(Expansion, LooksInTheOwnSectionThenInRootThenInTheUnnamedSection) {
     const EnvironmentGuard variable{"any_variable", "from outside"};
-    struct {
-        const char* what;
-        const char *value, *more;
-        const wchar_t* text;
-    } const cases[] = {
-        {"own section", "<%autodoc-x%>", "autodoc-x=own\n[ROOT]\nautodoc-x=root\n", L"<own>"},
-        {"ROOT", "<%x%>", "[ROOT]\nx=root\n", L"<root>"},
-        {"environment by way of ROOT", "<%any_variable%>", "", L"<from outside>"},
-        {"an item of the store", "<%exe-name%>", "", L"<Tool.exe>"},
-        {"a configured value before the item", "<%exe-name%>", "[ROOT]\nexe-name=configured", L"<configured>"},
-        {"inner references first", "%a%-%b%", "a=%b%%b%\nb=x\n", L"xx-x"},
-        {"a mark without partner stays", "50%", "", L"50%"},
-        {"case of keys does not count", "%AUTODOC-X%", "autodoc-x=own\n", L"own"},
-        {"marks of two replacements find each other", "%half%x%half%", "half=5%\nx=y\n", L"5yhalf%"},
-        {"nothing in the own section, empty in ROOT: the sections of the file", "%logfile%", "[ROOT]\n",
-         L"AUTODOC,ROOT"},
-        {"an empty name is the keys of the section", "%%", "", L"autodoc-title"},
+    const auto expect = [&](const char* what, const char* value, const char* more, const wchar_t* text) {
+        EXPECT_EQ(TitleOf(value, more), text) << what;
     };
-    for (const auto& [what, value, more, text] : cases) EXPECT_EQ(TitleOf(value, more), text) << what;
+    expect("own section", "<%autodoc-x%>", "autodoc-x=own\n[ROOT]\nautodoc-x=root\n", L"<own>");
+    expect("ROOT", "<%x%>", "[ROOT]\nx=root\n", L"<root>");
+    expect("environment by way of ROOT", "<%any_variable%>", "", L"<from outside>");
+    expect("an item of the store", "<%exe-name%>", "", L"<Tool.exe>");
+    expect("a configured value before the item", "<%exe-name%>", "[ROOT]\nexe-name=configured", L"<configured>");
+    expect("inner references first", "%a%-%b%", "a=%b%%b%\nb=x\n", L"xx-x");
+    expect("a mark without partner stays", "50%", "", L"50%");
+    expect("case of keys does not count", "%AUTODOC-X%", "autodoc-x=own\n", L"own");
+    expect("marks of two replacements find each other", "%half%x%half%", "half=5%\nx=y\n", L"5yhalf%");
+    expect("nothing in the own section, empty in ROOT: the sections of the file", "%logfile%", "[ROOT]\n",
+           L"AUTODOC,ROOT");
+    expect("an empty name is the keys of the section", "%%", "", L"autodoc-title");
 }
 
 TEST_F(Expansion, ErrorsOfReferencesCarryTheWholeStory) {
     const EnvironmentGuard variable{"loop", "%loop%"};
     Registry("AUTODOC", "\"r\"=\"%s%\"\n\"s\"=\"%r%\"");
-    struct {
-        const char *value, *more;
-        const wchar_t* reason;
-    } const cases[] = {
-        {"%autodoc-title%", "",
-         L"The reference <autodoc-title> leads back to itself: <autodoc-title> -> <autodoc-title>!"},
-        {"%a%", "a=%b%\nb=x%c%\nc=%a%\n", L"The reference <a> leads back to itself: <a> -> <b> -> <c> -> <a>!"},
-        {"%loop%", "", L"The reference <loop> leads back to itself: <loop> -> <loop>!"},
-        {"%r%", "", L"The reference <r> leads back to itself: <r> -> <s> -> <r>!"},
-        {"%unknown%x", "",
-         L"Error retrieving the string option <unknown>!\r\nreason: \tThe option <unknown> is not known by the "
-         L"system!"},
-    };
-    for (const auto& [value, more, reason] : cases) {
+    const auto expect = [&](const char* value, const char* more, const wchar_t* reason) {
         EXPECT_EQ(ErrorOf([&] { TitleOf(value, more); }).GetMessage(),
                   CString{L"Error retrieving option <autodoc-title>!\r\nreason: \t"} + reason);
-    }
+    };
+    expect("%autodoc-title%", "",
+           L"The reference <autodoc-title> leads back to itself: <autodoc-title> -> <autodoc-title>!");
+    expect("%a%", "a=%b%\nb=x%c%\nc=%a%\n", L"The reference <a> leads back to itself: <a> -> <b> -> <c> -> <a>!");
+    expect("%loop%", "", L"The reference <loop> leads back to itself: <loop> -> <loop>!");
+    expect("%r%", "", L"The reference <r> leads back to itself: <r> -> <s> -> <r>!");
+    expect("%unknown%x", "",
+           L"Error retrieving the string option <unknown>!\r\nreason: \tThe option <unknown> is not known by the "
+           L"system!");
     Renew();
     const XException error = ErrorOf([&] { Initialize({L"--dictionary-root", L"%%"}); });
     EXPECT_EQ(error.GetMessage(),
@@ -85,20 +76,15 @@ TEST_F(Expansion, NestingAndLengthEndAtTheirLimits) {
     std::string hundred;
     for (int i = 0; i < 100; ++i) hundred += "%a%";
     const wchar_t tooLong[] = L"longer than 1048576 characters when its references are replaced!";
-    struct {
-        const char* what;
-        std::string value, keys;
-        const wchar_t* part;
-    } const cases[] = {
-        {"one level more", "%k200%", chain("end", 201, "#"), L"The reference <k0> is nested deeper than 200 levels: "},
-        {"one element more", "%k20%y", chain("x", 21, "##"), tooLong},
-        {"2^40 questions if each reference were asked", "%k40%", chain("%logging%", 41, "##"), tooLong},
-        {"values that are held while the next one is looked up, before the unknown one is met", "%k20%",
-         "a=" + std::string(2000, 'x') + "\n" + chain("%unknown%", 21, hundred + "#"), tooLong},
-    };
-    for (const auto& [what, value, keys, part] : cases) {
+    const auto expect = [&](const char* what, const std::string& value, const std::string& keys, const wchar_t* part) {
         EXPECT_GE(ErrorOf([&] { TitleOf(value, keys); }).GetMessage().Find(part), 0) << what;
-    }
+    };
+    expect("one level more", "%k200%", chain("end", 201, "#"),
+           L"The reference <k0> is nested deeper than 200 levels: ");
+    expect("one element more", "%k20%y", chain("x", 21, "##"), tooLong);
+    expect("2^40 questions if each reference were asked", "%k40%", chain("%logging%", 41, "##"), tooLong);
+    expect("values that are held while the next one is looked up, before the unknown one is met", "%k20%",
+           "a=" + std::string(2000, 'x') + "\n" + chain("%unknown%", 21, hundred + "#"), tooLong);
 }
 
 TEST_F(Expansion, ManyReferencesSideBySideAreNoNesting) {

@@ -44,28 +44,21 @@ TEST_F(OptionStartUp, FindsTheMetadataFolderAndCreatesDefaultFoldersBelowData) {
 TEST_F(OptionStartUp, ChecksTheFoldersThatAreNamed) {
     const CString missing = DataFolder() + L"/mine";
     m_Folder.Write("file", "where a folder should be");
-    struct {
-        std::vector<CString> arguments;
-        CString folder;
-        const wchar_t* reason;
-    } const cases[] = {
-        {{L"--data", DataFolder(), L"--logging", L"mine"}, missing, L"The folder for <logging> does not exist!"},
-        {{L"--config", missing}, missing, L"The folder for <config> does not exist!"},
-        {{L"--data", missing}, missing, L"The global output data folder does not exist!"},
-        {{L"--data", m_Folder.Wide("file")},
-         m_Folder.Wide("file/configuration"),
-         L"The folder for <config> does not exist and can not be created!"},
-        {{L"-m", L"missing"}, m_Folder.Wide("missing"), L"The folder with the metadata information does not exist!"},
-    };
-    for (const auto& [arguments, folder, reason] : cases) {
+    const auto expect = [&](const std::vector<CString>& arguments, const CString& folder, const wchar_t* reason) {
         Renew();
         EXPECT_EQ(ErrorOf([&] { Initialize(arguments); }).GetMessage(),
                   L"Folder <" + folder + L"> does not exist!\r\n\t" + reason);
-    }
+    };
+    expect({L"--data", DataFolder(), L"--logging", L"mine"}, missing, L"The folder for <logging> does not exist!");
+    expect({L"--config", missing}, missing, L"The folder for <config> does not exist!");
+    expect({L"--data", missing}, missing, L"The global output data folder does not exist!");
+    expect({L"--data", m_Folder.Wide("file")}, m_Folder.Wide("file/configuration"),
+           L"The folder for <config> does not exist and can not be created!");
+    expect({L"-m", L"missing"}, m_Folder.Wide("missing"), L"The folder with the metadata information does not exist!");
     EXPECT_EQ(Text(L"metadata"), m_Folder.Wide("missing")) << "what was resolved stays";
 }
 
-TEST_F(OptionStartUp, FindsTheBasicFileByTheNameOfTheProgram) {
+TEST_F(OptionStartUp, FindsTheBasicFileByTheProgramAndTheUserFileBelowConfig) {
     struct {
         const wchar_t* program;
         const char* file;
@@ -77,9 +70,6 @@ TEST_F(OptionStartUp, FindsTheBasicFileByTheNameOfTheProgram) {
         m_Store->RetrieveOption(L"role");
         EXPECT_EQ(Text(L"role"), L"r");
     }
-}
-
-TEST_F(OptionStartUp, FindsTheUserFileHereOrBelowConfig) {
     m_Folder.Write("data/configuration/my.ini", "[USER]\nquiet=true\n");
     Open({L"--data", DataFolder(), L"--ini", L"my.ini"});
     m_Store->RetrieveOption(L"quiet");
@@ -88,23 +78,17 @@ TEST_F(OptionStartUp, FindsTheUserFileHereOrBelowConfig) {
 
 TEST_F(OptionStartUp, TellsWhichConfigurationIsMissing) {
     std::filesystem::create_directories(m_Folder.Path() / "Empty");
-    struct {
-        std::vector<CString> arguments;
-        CString reason;
-    } const cases[] = {
-        {{L"-m", L"Empty"},
-         L"File <" + m_Folder.Wide("empty/tool.ini").MakeLower() +
-             L"> not found!\r\n\tThe basic configuration could not be found!"},
-        {{L"--data", DataFolder(), L"--ini", L"other.ini"},
-         L"File <" + DataFolder() +
-             L"/configuration/other.ini> not found!\r\n\tThe specified user configuration file does not exist!"},
-        {{L"--ini", L"other.ini"},
-         L"Folder <> does not exist!\r\n\tThe userspace configuration location does not exist!"},
-    };
-    for (const auto& [arguments, reason] : cases) {
+    const auto expect = [&](const std::vector<CString>& arguments, const CString& reason) {
         EXPECT_EQ(ErrorOf<XFileException>([&] { Open(arguments); }).GetMessage(),
                   L"Error locating and opening the configuration!\r\nreason: \t" + reason);
-    }
+    };
+    expect({L"-m", L"Empty"}, L"File <" + m_Folder.Wide("empty/tool.ini").MakeLower() +
+                                  L"> not found!\r\n\tThe basic configuration could not be found!");
+    expect({L"--data", DataFolder(), L"--ini", L"other.ini"},
+           L"File <" + DataFolder() +
+               L"/configuration/other.ini> not found!\r\n\tThe specified user configuration file does not exist!");
+    expect({L"--ini", L"other.ini"},
+           L"Folder <> does not exist!\r\n\tThe userspace configuration location does not exist!");
 }
 
 TEST_F(OptionStartUp, ReadsEveryOrdinaryOptionAndMergesTheObsoleteClasses) {

@@ -6,6 +6,11 @@
 
 /// The places of a row, some of them taken: tells the place of the n-th taken one while more are being taken, both in a
 /// time that grows with the logarithm of the row. A binary indexed tree.
+/// @code
+/// TakenPlaces taken{10};
+/// for (const std::size_t place : {7, 2, 5}) taken.Take(place);
+/// taken.Nth(1);  // 5
+/// @endcode
 class TakenPlaces {
 public:
     explicit TakenPlaces(std::size_t places) : m_Counts(std::bit_ceil(places + 1)) {}

@@ -60,21 +60,23 @@ bool FindInSteps(std::string_view text, std::size_t& at, NamePattern before, Nam
                                              NamePattern last) noexcept {
     constexpr std::size_t WIDE = 32;
     using WideBytes = std::int8_t __attribute__((vector_size(WIDE)));
-    for (; at + WIDE < text.size(); at += WIDE) {
+    std::size_t step = at;
+    for (; step + WIDE < text.size(); step += WIDE) {
         WideBytes first;
         WideBytes second;
-        std::memcpy(&first, text.data() + at - 1, WIDE);
-        std::memcpy(&second, text.data() + at, WIDE);
+        std::memcpy(&first, text.data() + step - 1, WIDE);
+        std::memcpy(&second, text.data() + step, WIDE);
         const auto fits = (((first | before.bits) == before.value) | first) &  // in their signs
                           (((second | last.bits) == last.value) | second);
         auto mask = static_cast<std::uint32_t>(_mm256_movemask_epi8(reinterpret_cast<__m256i>(fits)));
         for (; mask != 0; mask &= mask - 1) {
-            const std::size_t end = at + static_cast<std::size_t>(std::countr_zero(mask));
+            const std::size_t end = step + static_cast<std::size_t>(std::countr_zero(mask));
             if (!IsBorder(text[end + 1])) continue;
             at = end;
             return true;
         }
     }
+    at = step;
     return false;
 }
 

@@ -21,7 +21,7 @@ done
 step "clang-tidy"
 mkdir -p build/tidy
 sed 's/ -fno-gnu-unique//g' build/release/compile_commands.json >build/tidy/compile_commands.json # g++ alone knows it
-git ls-files --cached --others --exclude-standard 'src/*.cpp' 'host/*.cpp' 'tools/*.cpp' |
+git ls-files --cached --others --exclude-standard 'veltrane/*.cpp' 'host/*.cpp' 'tools/*.cpp' |
     xargs -P "$(nproc)" -n 4 clang-tidy -p build/tidy --quiet 2>/dev/null
 
 for preset in sanitize release; do

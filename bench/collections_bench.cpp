@@ -8,8 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "collections/xsetint.h"
-#include "collections/xsetstring.h"
+#include "veltrane/collections/xsetint.h"
+#include "veltrane/collections/xsetstring.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

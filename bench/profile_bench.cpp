@@ -1,4 +1,4 @@
-#include "platform/profile.h"
+#include "veltrane/platform/sources/profile.h"
 
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
@@ -10,8 +10,11 @@
 #include <string>
 #include <vector>
 
-#include "platform/encoding.h"
-#include "platform/trace.h"
+#include "veltrane/platform/sources/trace.h"
+#include "veltrane/platform/text/encoding.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

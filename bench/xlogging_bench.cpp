@@ -1,4 +1,4 @@
-#include "logging/xlogging.h"
+#include "veltrane/logging/xlogging.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -7,9 +7,12 @@
 #include <filesystem>
 #include <string>
 
-#include "foundation/xaction.h"
-#include "platform/encoding.h"
 #include "support/ratio.h"
+#include "veltrane/foundation/xaction.h"
+#include "veltrane/platform/text/encoding.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

@@ -7,7 +7,10 @@
 #include <utility>
 #include <vector>
 
-#include "options/xnamingrules.h"
+#include "veltrane/options/xnamingrules.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

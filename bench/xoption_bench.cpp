@@ -1,10 +1,13 @@
-#include "options/xoption.h"
+#include "veltrane/options/xoption.h"
 
 #include <string>
 #include <unordered_map>
 #include <vector>
 
 #include "support/ratio.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

@@ -1,9 +1,12 @@
-#include "options/xoptiondefinition.h"
+#include "veltrane/options/xoptiondefinition.h"
 
 #include <string>
 #include <unordered_map>
 
 #include "support/ratio.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

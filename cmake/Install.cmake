@@ -8,8 +8,10 @@ file(RELATIVE_PATH VELTRANE_PREFIX_FROM_PKGCONFIG ${CMAKE_INSTALL_FULL_LIBDIR}/p
 
 install(TARGETS veltrane_base EXPORT veltrane_base-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development)
-install(DIRECTORY src/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/veltrane COMPONENT development
-    FILES_MATCHING PATTERN "*.h" PATTERN "detail" EXCLUDE)
+install(DIRECTORY veltrane/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/veltrane COMPONENT development
+    FILES_MATCHING PATTERN "*.h" PATTERN "detail" EXCLUDE
+    # What the rooms of the platform share with each other only:
+    REGEX "/(utf8|utf16|windows1252|decoding|nativefile|openfile|snapshot)\\.h$" EXCLUDE)
 install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
 install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development PATTERN "*.in" EXCLUDE)
 

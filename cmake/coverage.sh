@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs the tests in the coverage build and prints how many lines and branches of src/ they reach, file by file with the
+# Runs the tests in the coverage build and prints how many lines and branches of veltrane/ they reach, file by file with the
 # lines that they miss. Branches to exceptions that any allocation may throw are not counted, nor is what ran in child
 # processes that end without leaving main. (The measuring code itself uses calls that are banned in the library.)
 set -euo pipefail
@@ -14,7 +14,7 @@ ctest --preset coverage --quiet || echo "some tests failed; the figures are of w
 
 # Output files are plain ones of the build folder: gcovr removes what it is told to write before it writes.
 folder=build/coverage
-gcovr --root . --filter src/ --exclude-throw-branches --json $folder/coverage.json $folder
+gcovr --root . --filter veltrane/ --exclude-throw-branches --json $folder/coverage.json $folder
 figures() { gcovr --root . --add-tracefile $folder/coverage.json --exclude-throw-branches "$@"; }
 figures --txt
 figures --print-summary --txt $folder/lines.txt

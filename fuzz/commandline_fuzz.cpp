@@ -3,10 +3,13 @@
 #include <utility>
 #include <vector>
 
-#include "foundation/xexception.h"
 #include "fuzz_input.h"
-#include "options/xcommandline.h"
-#include "platform/process.h"
+#include "veltrane/foundation/xexception.h"
+#include "veltrane/options/xcommandline.h"
+#include "veltrane/platform/process/process.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

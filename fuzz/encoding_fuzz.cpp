@@ -3,6 +3,9 @@
 
 #include "fuzz_input.h"
 
+using namespace veltrane;
+using namespace veltrane::detail;
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes = InputText(data, size);
     const CString text = FromUtf8(bytes);

@@ -5,11 +5,14 @@
 #include <filesystem>
 #include <fstream>
 
-#include "foundation/xexception.h"
 #include "fuzz_input.h"
-#include "options/xoption.h"
-#include "platform/process.h"
-#include "platform/winreg.h"
+#include "veltrane/foundation/xexception.h"
+#include "veltrane/options/xoption.h"
+#include "veltrane/platform/process/process.h"
+#include "veltrane/platform/sources/winreg.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

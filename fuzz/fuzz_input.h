@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/encoding.h"
+#include "veltrane/platform/text/encoding.h"
 
 /// Ends the run with a report: the input has broken a rule.
 #define REQUIRE(condition)                                                                 \
@@ -38,7 +38,7 @@ public:
         REQUIRE(m_Handle >= 0 && ftruncate(m_Handle, 0) == 0);
         REQUIRE(pwrite(m_Handle, bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size()));
     }
-    CString Name() const { return FromUtf8("/proc/self/fd/" + std::to_string(m_Handle)); }
+    CString Name() const { return veltrane::FromUtf8("/proc/self/fd/" + std::to_string(m_Handle)); }
 
 private:
     int m_Handle = memfd_create("input", MFD_CLOEXEC);

@@ -2,7 +2,10 @@
 #include <climits>
 
 #include "fuzz_input.h"
-#include "platform/indexformat.h"
+#include "veltrane/platform/text/indexformat.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

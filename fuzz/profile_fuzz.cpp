@@ -6,10 +6,13 @@
 #include <vector>
 
 #include "fuzz_input.h"
-#include "platform/characters.h"
-#include "platform/detail/utf16.h"
-#include "platform/detail/windows1252.h"
-#include "platform/profile.h"
+#include "veltrane/platform/sources/profile.h"
+#include "veltrane/platform/text/characters.h"
+#include "veltrane/platform/text/utf16.h"
+#include "veltrane/platform/text/windows1252.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

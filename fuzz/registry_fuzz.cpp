@@ -3,7 +3,10 @@
 #include <vector>
 
 #include "fuzz_input.h"
-#include "platform/winreg.h"
+#include "veltrane/platform/sources/winreg.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

@@ -2,10 +2,13 @@
 // old and new text, divided by tabulators. The renamed name is compared with what replacing rule by rule gives.
 #include <vector>
 
-#include "foundation/xstring.h"
 #include "fuzz_input.h"
-#include "options/xnamingrules.h"
-#include "platform/characters.h"
+#include "veltrane/foundation/xstring.h"
+#include "veltrane/options/xnamingrules.h"
+#include "veltrane/platform/text/numbers.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

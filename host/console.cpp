@@ -2,9 +2,11 @@
 
 #include <iostream>
 
-#include "foundation/xraise.h"
-#include "platform/encoding.h"
-#include "platform/messagebox.h"
+#include "veltrane/foundation/xraise.h"
+#include "veltrane/platform/process/messagebox.h"
+#include "veltrane/platform/text/encoding.h"
+
+using namespace veltrane;
 
 namespace {
 

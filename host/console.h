@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/cstring.h"
+#include "veltrane/platform/text/cstring.h"
 
 /// Writes a line to standard output. @throws XException when it can not be written
 void PrintLine(const CString& line);

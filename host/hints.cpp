@@ -4,8 +4,10 @@
 #include <numeric>
 #include <vector>
 
-#include "foundation/xstring.h"
-#include "options/xoptiondefinition.h"
+#include "veltrane/foundation/xstring.h"
+#include "veltrane/options/xoptiondefinition.h"
+
+using namespace veltrane;
 
 namespace {
 

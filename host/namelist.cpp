@@ -6,11 +6,14 @@
 #include <string>
 #include <string_view>
 
-#include "foundation/xpath.h"
-#include "foundation/xraise.h"
-#include "platform/characters.h"
-#include "platform/encoding.h"
-#include "platform/filesystem.h"
+#include "veltrane/foundation/xpath.h"
+#include "veltrane/foundation/xraise.h"
+#include "veltrane/platform/files/filesystem.h"
+#include "veltrane/platform/text/characters.h"
+#include "veltrane/platform/text/encoding.h"
+#include "veltrane/platform/text/numbers.h"
+
+using namespace veltrane;
 
 namespace {
 

@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "collections/xsetstring.h"
-#include "options/xoption.h"
-#include "platform/cstring.h"
+#include "veltrane/collections/xsetstring.h"
+#include "veltrane/options/xoption.h"
+#include "veltrane/platform/text/cstring.h"
 
 /// The names of one schema version, renamed by the rules; each name once, in ascending order.
 struct NameList {

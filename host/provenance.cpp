@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <utility>
 
-#include "foundation/xpath.h"
-#include "options/xcommandline.h"
-#include "platform/indexformat.h"
+#include "veltrane/foundation/xpath.h"
+#include "veltrane/options/xcommandline.h"
+#include "veltrane/platform/text/indexformat.h"
+
+using namespace veltrane;
 
 namespace {
 

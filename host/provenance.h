@@ -4,8 +4,8 @@
 #include <set>
 #include <vector>
 
-#include "options/xoption.h"
-#include "platform/trace.h"
+#include "veltrane/options/xoption.h"
+#include "veltrane/platform/sources/trace.h"
 
 /// Where the value of an option item came from.
 struct Origin {
@@ -31,18 +31,18 @@ public:
 
     /// The newest answer of a file that has one of the texts as its key, or as a reference or path in its value; null
     /// when there is none.
-    const SourceEvent* AnswerBehind(const std::vector<CString>& texts) const;
+    const veltrane::SourceEvent* AnswerBehind(const std::vector<CString>& texts) const;
 
 private:
     Origin Find(XOption& options, const XOptionItem& item);
     bool IsCompleted(XOption& options, const CString& name, const CString& given, const CString& value) const;
-    const SourceEvent* AnswerFor(XOption& options, const XOptionItem& item, const CString& name);
-    const SourceEvent* ClaimBare(const CString& value, const CString& name, const CString& section);
+    const veltrane::SourceEvent* AnswerFor(XOption& options, const XOptionItem& item, const CString& name);
+    const veltrane::SourceEvent* ClaimBare(const CString& value, const CString& name, const CString& section);
 
-    SourceTrace m_Before;
-    std::vector<SourceEvent> m_Answers;  // what was found, in the order of the questions
-    std::size_t m_nStep = 0;             // the first answer of this step
-    std::set<std::size_t> m_Claimed;     // answers of keys without index that have an item
+    veltrane::SourceTrace m_Before;
+    std::vector<veltrane::SourceEvent> m_Answers;  // what was found, in the order of the questions
+    std::size_t m_nStep = 0;                       // the first answer of this step
+    std::set<std::size_t> m_Claimed;               // answers of keys without index that have an item
     CString m_BasicFile;
     std::map<CString, CString> m_Typed;  // by long name
     std::map<const XOptionItem*, Origin> m_Origins;

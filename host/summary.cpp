@@ -1,7 +1,9 @@
 #include "summary.h"
 
 #include "console.h"
-#include "foundation/xstring.h"
+#include "veltrane/foundation/xstring.h"
+
+using namespace veltrane;
 
 namespace {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "options/xoption.h"
 #include "provenance.h"
+#include "veltrane/options/xoption.h"
 
 /// Prints every option that has a value, one line each: name, index, value and where it came from.
 void PrintSummary(XOption& options, const Provenance& provenance);

@@ -6,18 +6,20 @@
 #include <vector>
 
 #include "console.h"
-#include "foundation/xaction.h"
-#include "foundation/xpath.h"
-#include "foundation/xraise.h"
 #include "hints.h"
-#include "logging/xlogging.h"
 #include "namelist.h"
-#include "options/xoption.h"
-#include "platform/encoding.h"
-#include "platform/localtime.h"
-#include "platform/process.h"
 #include "provenance.h"
 #include "summary.h"
+#include "veltrane/foundation/xaction.h"
+#include "veltrane/foundation/xpath.h"
+#include "veltrane/foundation/xraise.h"
+#include "veltrane/logging/xlogging.h"
+#include "veltrane/options/xoption.h"
+#include "veltrane/platform/process/localtime.h"
+#include "veltrane/platform/sources/environment.h"
+#include "veltrane/platform/text/encoding.h"
+
+using namespace veltrane;
 
 namespace {
 

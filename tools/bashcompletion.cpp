@@ -1,6 +1,8 @@
 #include "documents.h"
 #include "shelltext.h"
 
+using namespace veltrane;
+
 namespace {
 
 // A word is never evaluated: what stands on the line, and what a file holds, may be anything. So quotes and backslashes

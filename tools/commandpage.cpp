@@ -4,6 +4,8 @@
 #include "optiontext.h"
 #include "troff.h"
 
+using namespace veltrane;
+
 namespace {
 
 constexpr char PAGE[] = R"(.TH VELTRANE 1 "" "Veltrane @VERSION@" "Veltrane"

@@ -2,6 +2,8 @@
 #include "optiontext.h"
 #include "troff.h"
 
+using namespace veltrane;
+
 namespace {
 
 constexpr char PAGE[] = R"(.TH VELTRANE.INI 5 "" "Veltrane @VERSION@" "Veltrane"

@@ -2,7 +2,9 @@
 
 #include <set>
 
-#include "platform/encoding.h"
+#include "veltrane/platform/text/encoding.h"
+
+using namespace veltrane;
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "options/xoptiondefinition.h"
+#include "veltrane/options/xoptiondefinition.h"
 
 /// What may follow an option on the command line.
 enum class ValueKind { None, Flag, TriState, Text, File, Folder, Database };

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+using namespace veltrane;
+
 std::string ShellQuoted(std::string_view text) {
     return '\'' + Replaced(std::string{text}, "'", "'\\''") + '\'';
 }

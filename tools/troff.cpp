@@ -1,7 +1,9 @@
 #include "troff.h"
 
-#include "platform/encoding.h"
-#include "platform/format.h"
+#include "veltrane/platform/text/encoding.h"
+#include "veltrane/platform/text/format.h"
+
+using namespace veltrane;
 
 namespace {
 

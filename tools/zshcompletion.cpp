@@ -1,6 +1,8 @@
 #include "documents.h"
 #include "shelltext.h"
 
+using namespace veltrane;
+
 namespace {
 
 constexpr char SCRIPT[] = R"(#compdef veltrane

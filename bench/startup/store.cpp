@@ -1,5 +1,8 @@
 // The whole start of a host: store, three start-up steps, every option read once.
-#include "options/xoption.h"
+#include "veltrane/options/xoption.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

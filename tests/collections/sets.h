@@ -1,7 +1,10 @@
 #pragma once
 
-#include "collections/XSet.h"
 #include "support/support.h"
+#include "veltrane/collections/XSet.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 using Ints = std::vector<int>;
 using Texts = std::vector<CString>;

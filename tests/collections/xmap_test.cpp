@@ -1,9 +1,12 @@
-#include "collections/xmap.h"
+#include "veltrane/collections/xmap.h"
 
 #include <array>
 #include <memory>
 
 #include "support/support.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 using Ints = std::vector<int>;
 

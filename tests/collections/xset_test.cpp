@@ -5,8 +5,11 @@
 #include <utility>
 
 #include "collections/sets.h"
-#include "collections/xsetint.h"
-#include "collections/xsetstring.h"
+#include "veltrane/collections/xsetint.h"
+#include "veltrane/collections/xsetstring.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 // A value that counts its copies, and that fails at one kind of action when told to.
 struct Moody {

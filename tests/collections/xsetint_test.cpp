@@ -1,6 +1,9 @@
-#include "collections/xsetint.h"
+#include "veltrane/collections/xsetint.h"
 
 #include "collections/sets.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

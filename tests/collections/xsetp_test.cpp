@@ -1,9 +1,12 @@
 #include <memory>
 #include <stdexcept>
 
-#include "collections/XSet.h"
-#include "collections/xstringpair.h"
 #include "support/support.h"
+#include "veltrane/collections/XSet.h"
+#include "veltrane/collections/xstringpair.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

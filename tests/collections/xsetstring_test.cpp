@@ -1,6 +1,9 @@
-#include "collections/xsetstring.h"
+#include "veltrane/collections/xsetstring.h"
 
 #include "collections/sets.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 constexpr auto StringsOf = SetOf<CString, XSetString>;
 

@@ -1,6 +1,9 @@
-#include "collections/xstringvector.h"
+#include "veltrane/collections/xstringvector.h"
 
 #include "support/support.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

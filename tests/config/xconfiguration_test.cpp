@@ -1,11 +1,14 @@
-#include "config/xconfiguration.h"
+#include "veltrane/config/xconfiguration.h"
 
 #include <string>
 #include <vector>
 
-#include "platform/characters.h"
 #include "support/environment.h"
 #include "support/support.h"
+#include "veltrane/platform/text/numbers.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

@@ -1,9 +1,12 @@
-#include "config/xregistry.h"
+#include "veltrane/config/xregistry.h"
 
 #include <string>
 
 #include "support/environment.h"
 #include "support/support.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

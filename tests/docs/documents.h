@@ -7,8 +7,11 @@
 #include <string_view>
 #include <vector>
 
-#include "options/xoptiondefinition.h"
-#include "platform/encoding.h"
+#include "veltrane/options/xoptiondefinition.h"
+#include "veltrane/platform/text/encoding.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 /// Bytes of a file; an error when there is none, since an empty document would agree with too much.
 inline std::string ReadDocument(const std::string& path) {

@@ -3,9 +3,12 @@
 #include <algorithm>
 
 #include "documents.h"
-#include "platform/profile.h"
 #include "support/environment.h"
 #include "support/support.h"
+#include "veltrane/platform/sources/profile.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

@@ -9,6 +9,9 @@
 #include "documents.h"
 #include "support/support.h"
 
+using namespace veltrane;
+using namespace veltrane::detail;
+
 namespace {
 
 using Names = std::set<std::string>;

@@ -1,11 +1,14 @@
-#include "foundation/xaction.h"
+#include "veltrane/foundation/xaction.h"
 
 #include <climits>
 #include <cstdio>
 #include <random>
 
-#include "platform/process.h"
 #include "support/support.h"
+#include "veltrane/platform/process/process.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

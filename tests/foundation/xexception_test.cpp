@@ -1,10 +1,13 @@
-#include "foundation/xexception.h"
+#include "veltrane/foundation/xexception.h"
 
 #include <cerrno>
 
-#include "foundation/xoci.h"
-#include "foundation/xraise.h"
 #include "support/support.h"
+#include "veltrane/foundation/xoci.h"
+#include "veltrane/foundation/xraise.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

@@ -1,9 +1,12 @@
-#include "foundation/xoci.h"
+#include "veltrane/foundation/xoci.h"
 
 #include <climits>
 
 #include "support/oci.h"
 #include "support/support.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

@@ -1,8 +1,11 @@
-#include "foundation/xpath.h"
+#include "veltrane/foundation/xpath.h"
 
-#include "foundation/xdebug.h"
 #include "support/environment.h"
 #include "support/support.h"
+#include "veltrane/foundation/xdebug.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

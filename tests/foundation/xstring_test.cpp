@@ -1,8 +1,11 @@
-#include "foundation/xstring.h"
+#include "veltrane/foundation/xstring.h"
 
 #include <climits>
 
 #include "support/support.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

@@ -1,12 +1,15 @@
-#include "logging/xlogging.h"
+#include "veltrane/logging/xlogging.h"
 
 #include <cerrno>
 #include <functional>
 #include <regex>
 
-#include "foundation/xdebug.h"
 #include "support/environment.h"
 #include "support/support.h"
+#include "veltrane/foundation/xdebug.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

@@ -2,11 +2,14 @@
 
 #include <memory>
 
-#include "options/xoption.h"
-#include "platform/winreg.h"
 #include "support/arguments.h"
 #include "support/environment.h"
 #include "support/support.h"
+#include "veltrane/options/xoption.h"
+#include "veltrane/platform/sources/winreg.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 /// A store below a folder of its own: metadata, configuration files, registry and the folder "data" for what is
 /// written.

@@ -1,8 +1,11 @@
-#include "options/xcommandline.h"
+#include "veltrane/options/xcommandline.h"
 
-#include "platform/process.h"
 #include "support/arguments.h"
 #include "support/support.h"
+#include "veltrane/platform/process/process.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

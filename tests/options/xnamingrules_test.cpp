@@ -1,9 +1,12 @@
-#include "options/xnamingrules.h"
+#include "veltrane/options/xnamingrules.h"
 
 #include <random>
 #include <stdexcept>
 
 #include "support/support.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

@@ -1,7 +1,10 @@
-#include "options/xoption.h"
+#include "veltrane/options/xoption.h"
 
 #include "options/store.h"
-#include "platform/trace.h"
+#include "veltrane/platform/sources/trace.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

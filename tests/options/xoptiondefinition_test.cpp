@@ -1,6 +1,9 @@
-#include "options/xoptiondefinition.h"
+#include "veltrane/options/xoptiondefinition.h"
 
 #include "support/support.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

@@ -1,6 +1,9 @@
 // References between percent signs, as the store replaces them.
 #include "options/store.h"
-#include "options/xoption.h"
+#include "veltrane/options/xoption.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

@@ -1,6 +1,9 @@
-#include "options/xoptionitem.h"
+#include "veltrane/options/xoptionitem.h"
 
 #include "support/support.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

@@ -1,6 +1,9 @@
 #include "options/store.h"
-#include "options/xoption.h"
-#include "platform/filesystem.h"
+#include "veltrane/options/xoption.h"
+#include "veltrane/platform/files/filesystem.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

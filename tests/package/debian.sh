@@ -33,7 +33,7 @@ mkdir "$root"
 for package in libveltrane-base1 veltrane; do dpkg-deb -x "$(deb "$package")" "$root"; done
 [ ! -e "$root/usr/include" ] && [ -z "$(find "$root" -name '*.so')" ] || fail "development files in the run-time packages"
 dpkg-deb -x "$(deb libveltrane-base-dev)" "$root"
-[ -f "$root/usr/include/veltrane/platform/cstring.h" ] || fail "no headers in libveltrane-base-dev"
+[ -f "$root/usr/include/veltrane/platform/text/cstring.h" ] || fail "no headers in libveltrane-base-dev"
 [ -e "$(readlink -f "$(find "$root" -name libveltrane_base.so)")" ] || fail "libveltrane_base.so leads nowhere"
 
 ldd "$root/usr/bin/veltrane" | grep -oE '/[^ ]+' | grep -vF "$root" | while read -r file; do

@@ -4,7 +4,7 @@
 . "$(dirname "$0")/common.sh"
 
 cmake --install "$1" --component development --prefix "$temporary/prefix" >/dev/null
-cd "$temporary/prefix/include/veltrane"
+cd "$temporary/prefix/include"
 find . -name '*.h' -printf '%P\n' | sort >"$temporary/headers"
 [ "$(wc -l <"$temporary/headers")" -ge 20 ] || fail "where are the headers? $(cat "$temporary/headers")"
 

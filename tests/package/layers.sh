@@ -6,7 +6,7 @@
 cd "$1"
 
 # A line for each include: file, what is included with its brackets.
-find src host -name '*.h' -o -name '*.cpp' | sort >"$temporary/files"
+find veltrane host -name '*.h' -o -name '*.cpp' | sort >"$temporary/files"
 [ "$(wc -l <"$temporary/files")" -ge 50 ] || fail "where are the sources?"
 xargs awk 'match($0, /^[ \t]*#[ \t]*include[ \t]*["<][^">]*[">]/) {
     sub(/^[ \t]*#[ \t]*include[ \t]*/, "")
@@ -15,24 +15,35 @@ xargs awk 'match($0, /^[ \t]*#[ \t]*include[ \t]*["<][^">]*[">]/) {
 
 awk '
 BEGIN {
-    split("platform foundation collections config options logging host", order)
+    split("platform/text platform/files platform/sources foundation collections config options logging host", order)
     for (number in order) level[order[number]] = number
+    level["platform/process"] = level["platform/sources"]  # neither knows the other
+    level["platform"] = 0                                  # what every room stands on
 }
 function wrong(what) { print $1 ": " $2 ": " what; failed = 1 }
+# The room of a file by its path below the source folder.
+function room(file, parts) {
+    if (file ~ /^host\//) return "host"
+    split(file, parts, "/")
+    return parts[2] == "platform" && parts[4] != "" ? parts[2] "/" parts[3] : parts[2]
+}
 {
-    split($1, path, "/")
-    own = path[1] == "host" ? "host" : path[2]
+    own = room($1)
     target = $2
     gsub(/[<>"]/, "", target)
-    split(target, parts, "/")
-    if (!(own in level)) wrong("a folder that is no layer")
+    if (!(own in level)) wrong("a folder that is no room")
     if ($2 ~ /^</) {
-        if (target ~ /\.h$/ && own != "platform") wrong("a header of the system above the platform layer")
+        if (target ~ /\.h$/ && own !~ /^platform/) wrong("a header of the system above the platform layer")
         next
     }
     if (own == "host" && target !~ /\//) next
-    if (!(parts[1] in level)) { wrong("not named from the layer on"); next }
-    if (level[parts[1]] > level[own]) wrong("points upwards")
-    if (target ~ /\/detail\// && (own == "host" || ($1 ~ /\.h$/ && $1 !~ /\/detail\//))) wrong("a header that is not installed")
+    if (target !~ /^veltrane\//) { wrong("not named from the root on"); next }
+    other = room(target)
+    if (!(other in level)) { wrong("a room that is none"); next }
+    if (other != own && level[other] >= level[own]) wrong("points upwards")
+    if (target ~ /\/detail\//) {
+        if (other != own) wrong("what is private to another room")
+        if ($1 ~ /\.h$/ && $1 !~ /\/detail\//) wrong("a header that is not installed")
+    }
 }
 END { exit failed }' "$temporary/includes" || fail "includes that break the layers"

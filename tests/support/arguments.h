@@ -3,7 +3,10 @@
 #include <utility>
 #include <vector>
 
-#include "platform/process.h"
+#include "veltrane/platform/process/process.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 /// Gives the process other arguments behind its program name while it lives.
 class ArgumentsGuard {

@@ -7,7 +7,10 @@
 #include <sstream>
 #include <string>
 
-#include "platform/encoding.h"
+#include "veltrane/platform/text/encoding.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 /// A new folder, removed with all that is in it.
 class TempFolder {

@@ -4,7 +4,10 @@
 #include <cstring>
 #include <string>
 
-#include "platform/oci.h"
+#include "veltrane/platform/process/oci.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 /// What the stand-in was asked.
 struct ClientQuestion {

@@ -7,10 +7,13 @@
 #include <utility>
 #include <vector>
 
-#include "foundation/xexception.h"
-#include "platform/cstring.h"
-#include "platform/encoding.h"
-#include "platform/messagebox.h"
+#include "veltrane/foundation/xexception.h"
+#include "veltrane/platform/process/messagebox.h"
+#include "veltrane/platform/text/cstring.h"
+#include "veltrane/platform/text/encoding.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
 
 inline void PrintTo(const CString& text, std::ostream* out) {
     *out << '"' << ToUtf8(text) << '"';

@@ -1,12 +1,14 @@
 #include <iostream>
 #include <stdexcept>
 
-#include "foundation/xaction.h"
-#include "foundation/xexception.h"
-#include "options/xoptiondefinition.h"
-#include "platform/encoding.h"
-#include "platform/messagebox.h"
-#include "platform/module.h"
+#include "veltrane/foundation/xaction.h"
+#include "veltrane/foundation/xexception.h"
+#include "veltrane/options/xoptiondefinition.h"
+#include "veltrane/platform/process/messagebox.h"
+#include "veltrane/platform/process/module.h"
+#include "veltrane/platform/text/encoding.h"
+
+using namespace veltrane;
 
 namespace {
 

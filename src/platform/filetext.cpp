@@ -1,8 +1,0 @@
-#include "platform/detail/filetext.h"
-
-std::wstring DecodeFileText(std::string_view bytes, bool withSurrogates) {
-    std::wstring text;
-    text.reserve(bytes.size());
-    while (!bytes.empty()) text += TakeFileCharacter(bytes, withSurrogates);
-    return text;
-}

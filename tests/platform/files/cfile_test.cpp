@@ -1,0 +1,67 @@
+#include "veltrane/platform/files/cfile.h"
+
+#include <filesystem>
+
+#include "support/environment.h"
+#include "support/folder.h"
+#include "support/support.h"
+#include "veltrane/platform/files/filesystem.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
+
+namespace {
+
+constexpr const wchar_t* NOTHING = L"untouched";
+
+CString FullName(const CString& path) {
+    CFileStatus status{NOTHING};
+    CFile::GetStatus(path, status);
+    return status.m_szFullName;
+}
+
+TEST(CFile, GivesTheFullNameOfWhateverExists) {
+    const TempFolder folder;
+    const CString secret = folder.Write("a/b/file", "");
+    std::filesystem::create_symlink("a/b/file", folder.Path() / "link");
+    std::filesystem::create_symlink("nowhere", folder.Path() / "dangling");
+    SetDriveFolder(L'Y', folder.Wide());
+    const std::pair<CString, const wchar_t*> cases[] = {
+        {L"Y:\\A\\b\\FILE", L"Y:\\A\\b\\FILE"},
+        {L"Y:\\a\\b\\file\\", NOTHING},
+        {L"Y:\\LINK", L"Y:\\LINK"},
+        {L"Y:\\dangling", NOTHING},
+        {L"Y:\\link\\below", NOTHING},
+        {L"y:/A\\b\\..\\B\\.\\FILE", L"y:/A\\B\\FILE"},
+        {L"Y:\\a\\b\\..", L"Y:\\a"},
+        {L"Y:\\a\\b\\.", L"Y:\\a\\b"},
+        {L"Y:\\a\\b\\..\\", L"Y:\\a\\"},
+        {L"Y:\\a\\..", L"Y:\\"},
+        {L"Y:\\a\\\\b\\\\..\\b", L"Y:\\a\\\\b"},
+        {L"Y:a\\..", L"Y:"},
+        {L"/.", L"/"},
+        {L"/../../tmp", L"/tmp"},
+    };
+    for (const auto& [path, full] : cases) EXPECT_EQ(FullName(path), full) << ToUtf8(path);
+    SetDriveFolder(L'Y', L"");
+    for (const CString& none : {CString{}, CString{std::wstring_view{L"/\0", 2}}}) EXPECT_EQ(FullName(none), NOTHING);
+
+    using std::filesystem::perms;
+    std::filesystem::permissions(folder.Path(), perms{0711});
+    std::filesystem::permissions(folder.Path() / "a/b/file", perms::none);
+    const OrdinaryUser user;
+    EXPECT_EQ(FullName(secret), secret) << "no right to open it is needed";
+}
+
+TEST(CFile, PutsTheCurrentFolderInFrontOfARelativePath) {
+    const TempFolder folder;
+    folder.Write("Sub/..a/file", "");
+    const CurrentFolderGuard here{folder.Path()};
+    EXPECT_EQ(FullName(L"sub\\..a\\FILE"), folder.Wide("sub/..a/FILE"));
+    EXPECT_EQ(FullName(L"Sub\\..\\.\\Sub"), folder.Wide("Sub"));
+    EXPECT_EQ(FullName(L".."), FromUtf8(folder.Path().parent_path().string()));
+    const CurrentFolderGuard root{"/"};
+    EXPECT_EQ(FullName(L"tmp"), L"/tmp");
+}
+
+}  // namespace

@@ -1,0 +1,197 @@
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+
+#include "support/childprocess.h"
+#include "support/environment.h"
+#include "support/folder.h"
+#include "support/support.h"
+#include "veltrane/platform/files/cfile.h"
+#include "veltrane/platform/files/filesystem.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
+
+using namespace std::string_literals;
+
+namespace {
+
+constexpr unsigned WRITE = CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite;
+
+long OpenError(const CString& path, unsigned flags = WRITE) {
+    CStdioFile file;
+    CFileException error;
+    const bool opened = file.Open(path, flags, &error);
+    EXPECT_EQ(opened, error.m_lOsError == 0);
+    EXPECT_EQ(error.m_cause, CFileException::OsErrorToException(error.m_lOsError));
+    EXPECT_EQ(error.m_strFileName, opened ? CString{} : path);
+    return error.m_lOsError;
+}
+
+long WriteError(CStdioFile& file, const CString& text) {
+    const auto error = ErrorOf<CFileException>([&] { file.WriteString(text); });
+    EXPECT_EQ(error.m_cause, CFileException::OsErrorToException(error.m_lOsError));
+    return error.m_lOsError;
+}
+
+class StdioFile : public testing::Test {
+protected:
+    std::string Content() const { return m_Folder.Read("run.log"); }
+
+    TempFolder m_Folder;
+    CString m_Path = m_Folder.Wide("run.log");
+    CStdioFile m_File;
+};
+
+TEST_F(StdioFile, WritesTheTextInUtf8AsItIs) {
+    m_Folder.Write("run.log", "what was there before, longer than what comes");
+    ASSERT_TRUE(m_File.Open(m_Folder.Wide("RUN.log"), WRITE)) << "the file that differs in case only";
+    EXPECT_EQ(Content(), "") << "emptied when opened";
+    m_File.WriteString(L"\xE4\x1F600\r\n");
+    m_File.WriteString(L"");
+    EXPECT_EQ(Content(), "\xC3\xA4\xF0\x9F\x98\x80\r\n") << "nothing is kept back";
+    m_File.WriteString(CString(L'ä', 1'000'000));
+    m_File.WriteString(CString{std::wstring_view{L"a\0\xDCFF\n", 4}});
+    m_File.Flush();
+    m_File.Close();
+    EXPECT_EQ(Content().size(), 2'000'012U);
+    EXPECT_TRUE(Content().ends_with("äa\0\xFF\n"s));
+}
+
+TEST_F(StdioFile, SaysWhyItCannotOpen) {
+    m_Folder.Write("run.log", "kept");
+    std::filesystem::create_symlink("loop", m_Folder.Path() / "loop");
+    mkfifo((m_Folder.Path() / "pipe").c_str(), 0600);
+    SetDriveFolder(L'Q', L"");
+    struct {
+        const char* what;
+        CString path;
+        unsigned flags;
+        long error;
+    } const cases[] = {
+        {"folder missing", m_Folder.Wide("none/run.log"), WRITE, ENOTDIR},
+        {"below a file", m_Folder.Wide("run.log/run.log"), WRITE, ENOTDIR},
+        {"empty path", L"", WRITE, ENOTDIR},
+        {"NUL in the path", std::wstring_view{L"/tmp\0x", 6}, WRITE, ENOTDIR},
+        {"drive without a folder", L"Q:\\run.log", WRITE, ENOTDIR},
+        {"a folder", m_Folder.Wide(), WRITE, EISDIR},
+        {"demands a folder", m_Folder.Wide("new/"), WRITE, EISDIR},
+        {"name too long", m_Folder.Wide(std::string(300, 'x')), WRITE, ENAMETOOLONG},
+        {"a link to itself", m_Folder.Wide("loop"), WRITE, ELOOP},
+        {"a pipe that nobody reads", m_Folder.Wide("pipe"), WRITE, ENXIO},
+        {"no flags", m_Path, 0, EINVAL},
+        {"without create", m_Path, 0x0021, EINVAL},
+        {"a flag more", m_Path, WRITE | 0x8000, EINVAL},
+    };
+    for (const auto& [what, path, flags, error] : cases) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(OpenError(path, flags), error);
+        EXPECT_FALSE(m_File.Open(path, flags)) << "and without anybody to tell";
+    }
+    rlimit before;
+    getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit none{0, before.rlim_max};
+    CFileException error;  // looked at later: sanitizers need a descriptor
+    setrlimit(RLIMIT_NOFILE, &none);
+    m_File.Open(m_Path, WRITE, &error);
+    setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_EQ(error.m_lOsError, EMFILE);
+
+    std::filesystem::permissions(m_Folder.Path(), std::filesystem::perms{0711});
+    std::filesystem::permissions(m_Folder.Path() / "run.log", std::filesystem::perms{0444});
+    {
+        const OrdinaryUser user;
+        EXPECT_EQ(OpenError(m_Path), EACCES);
+    }
+    EXPECT_EQ(Content(), "kept");
+}
+
+TEST_F(StdioFile, LeavesTheFileOfAnotherWriterUntouched) {
+    ASSERT_TRUE(m_File.Open(m_Path, WRITE));
+    ASSERT_TRUE(m_File.Open(m_Path, WRITE)) << "its own lock is no hindrance";
+    m_File.WriteString(L"first");
+    EXPECT_EQ(OpenError(m_Path), EWOULDBLOCK);
+    EXPECT_EQ(RunChild([&] { return OpenError(m_Path) == EWOULDBLOCK ? 0 : 1; }).exitCode, 0) << "another process";
+    EXPECT_FALSE(m_File.Open(m_Path, 0)) << "wrong flags leave the open file alone";
+    m_File.WriteString(L" goes on");
+    EXPECT_EQ(Content(), "first goes on") << "the failed attempts did not take the lock away";
+    EXPECT_EQ(OpenError(m_Path), EWOULDBLOCK);
+    ASSERT_TRUE(m_File.Open(m_Folder.Wide("other"), WRITE)) << "closes the first";
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(OpenError(m_Path), 0) << "each one unlocks when it is destroyed";
+    EXPECT_EQ(Content(), "");
+}
+
+TEST_F(StdioFile, ThrowsWithoutAnOpenFile) {
+    for (const bool wasOpen : {false, true}) {
+        ASSERT_TRUE(!wasOpen || m_File.Open(L"/dev/null", WRITE));
+        m_File.Close();
+        m_File.Close();
+        EXPECT_EQ(WriteError(m_File, L""), EINVAL);
+        EXPECT_EQ(ErrorOf<CFileException>([&] { m_File.Flush(); }).m_cause, CFileException::genericException);
+    }
+}
+
+TEST_F(StdioFile, SharesADeviceAndThrowsWhenItIsFull) {
+    CStdioFile second;
+    for (CStdioFile* file : {&m_File, &second}) {
+        ASSERT_TRUE(file->Open(L"/dev/full", WRITE));
+        const auto error = ErrorOf<CFileException>([&] { file->WriteString(L"text"); });
+        EXPECT_EQ(error.m_cause, CFileException::diskFull);
+        EXPECT_EQ(error.m_lOsError, ENOSPC);
+        EXPECT_EQ(error.m_strFileName, L"/dev/full");
+    }
+}
+
+TEST_F(StdioFile, GoesOnAfterAShortWriteUntilTheSystemRefuses) {
+    const ChildResult child = RunChild([&] {
+        close(STDERR_FILENO);
+        const rlimit limit{4096, 4096};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        if (!m_File.Open(m_Path, WRITE)) return 1;
+        AfxMessageBox(L"a box on standard error, which the file must not be taken for");
+        return WriteError(m_File, CString(L'x', 10'000)) == EFBIG ? 0 : 2;
+    });
+    EXPECT_EQ(child.exitCode, 0) << "and no signal ends the process";
+    EXPECT_EQ(Content(), std::string(4096, 'x'));
+}
+
+// A pipe that waits, with a slow reader and a timer: signals cut every write short, and many write nothing at all.
+TEST_F(StdioFile, LosesNothingToInterrupts) {
+    std::wstring text;
+    for (int i = 0; i < 100'000; ++i) text += FormatText(L"%0100d;", i);
+    const ChildResult child = RunChild([&] {
+        const int next = dup(STDIN_FILENO);  // the number that the file gets
+        close(next);
+        if (!m_File.Open(L"/proc/self/fd/1", WRITE) || fcntl(next, F_SETFL, O_WRONLY) != 0) return 1;
+        struct sigaction ignored {};
+        ignored.sa_handler = [](int) {};  // without SA_RESTART: the call is interrupted
+        sigaction(SIGALRM, &ignored, nullptr);
+        const itimerval often{{0, 50}, {0, 50}};
+        setitimer(ITIMER_REAL, &often, nullptr);
+        m_File.WriteString(CString{std::wstring_view{text}});
+        return 0;
+    });
+    EXPECT_EQ(child.exitCode, 0);
+    EXPECT_TRUE(child.output == ToUtf8(text));
+}
+
+TEST_F(StdioFile, OutlivesAFullPipeAndItsReader) {
+    const std::string pipe = (m_Folder.Path() / "pipe").string();
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    ASSERT_TRUE(m_File.Open(FromUtf8(pipe), WRITE));
+    EXPECT_EQ(WriteError(m_File, CString(L'x', 1 << 20)), EAGAIN);
+    close(reader);
+    EXPECT_EQ(WriteError(m_File, L"x"), EPIPE);
+    sigset_t pending;
+    sigpending(&pending);
+    EXPECT_EQ(sigismember(&pending, SIGPIPE), 0) << "and leaves no signal behind";
+}
+
+}  // namespace

@@ -1,0 +1,141 @@
+#include "veltrane/platform/text/cstring.h"
+
+#include <climits>
+#include <stdexcept>
+
+#include "support/support.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
+
+namespace {
+
+TEST(CString, HoldsItsElements) {
+    EXPECT_EQ(CString{static_cast<const wchar_t*>(nullptr)}, L"");
+    EXPECT_EQ(CString(L'x', -3), L"");
+    const CString text{std::wstring_view{L"a\0b", 3}};
+    EXPECT_EQ(text.GetLength(), 3);
+    EXPECT_EQ(text[2], L'b');
+    EXPECT_EQ(text[3], L'\0');
+    EXPECT_EQ(text[-1], L'\0');
+    EXPECT_FALSE(text == L"a");
+    const CString path{L"C:"};
+    EXPECT_EQ(L'<' + path + L'\\' + L"data" + CString{L".ini"}, L"<C:\\data.ini");
+    EXPECT_EQ(L"<" + path, L"<C:");
+    EXPECT_TRUE(L"D:" > path);
+}
+
+TEST(CString, ComparesInTheOrderOf16BitUnits) {
+    constexpr wchar_t lead = 0xD83D;
+    struct {
+        const char* what;
+        std::wstring left;
+        std::wstring right;
+        int result;
+    } const cases[] = {
+        {"a prefix is less", L"ab", L"abc", -1},
+        {"both small", L"\xE000", L"\xFFFF", -1},
+        {"a pair is less than what stands behind the surrogates", L"\x1F600", L"\xE000", -1},
+        {"and less than the last unit", L"\x10FFFF", L"\xFFFF", -1},
+        {"a pair is more than what stands before the surrogates", L"\x1F600", L"\xD7FF", 1},
+        {"a lone lead is a prefix of its pair", {lead}, L"\x1F600", -1},
+        {"behind the lone lead the next unit decides: more", {lead, L'\xE000'}, L"\x1F600", 1},
+        {"behind the lone lead the next unit decides: less", {lead, L'a'}, L"\x1F600", -1},
+        {"two lone halves are the pair", {lead, wchar_t{0xDE00}}, L"\x1F600", 0},
+        {"pairs with the same lead", L"\x1F600z", L"\x1F601", -1},
+    };
+    for (const auto& [what, left, right, result] : cases) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(CString{left}.Compare(right), result);
+        EXPECT_EQ(CString{right}.Compare(left), -result);
+        EXPECT_EQ(CString{left} <=> CString{right}, result <=> 0);
+        EXPECT_EQ(CString{left} == CString{right}, result == 0);
+    }
+    EXPECT_EQ(CString{L"NameÄ\x0416"}.CompareNoCase(L"nAMEä\x0436"), 0);
+    EXPECT_EQ(CString{L"_"}.CompareNoCase(L"A"), -1) << "'_' stands before 'a', though behind 'A'";
+    EXPECT_EQ(CString{L"ß"}.CompareNoCase(L"ss"), 1);
+}
+
+TEST(CString, FindsFromAPositionOn) {
+    const CString text{L"abcabc"};
+    const std::tuple<const wchar_t*, int, int> cases[] = {
+        {L"bc", 1, 1},         {L"bc", 2, 4}, {L"bc", 5, -1}, {L"bc", -1, -1}, {L"bc", 99, -1}, {L"x", 0, -1},
+        {L"abcabcabc", 0, -1}, {L"", 0, 0},   {L"", 3, 3},    {L"", 6, -1},    {L"", -1, -1},
+    };
+    for (const auto& [wanted, start, found] : cases) {
+        EXPECT_EQ(text.Find(wanted, start), found) << ToUtf8(wanted) << " from " << start;
+    }
+    for (const auto& [start, found] : {std::pair{3, 5}, {-1, -1}, {6, -1}}) EXPECT_EQ(text.Find(L'c', start), found);
+    EXPECT_EQ(text.ReverseFind(L'a'), 3);
+    EXPECT_EQ(CString{}.ReverseFind(L'a'), -1);
+    EXPECT_EQ(text.FindOneOf(L"xcb"), 1);
+    EXPECT_EQ(text.FindOneOf(L""), -1);
+}
+
+TEST(CString, CutsAtBothEnds) {
+    const CString text{L"abcd"};
+    const std::pair<CString, const wchar_t*> cases[] = {
+        {text.Left(2), L"ab"},   {text.Left(-1), L""},         {text.Left(INT_MAX), L"abcd"},
+        {text.Right(2), L"cd"},  {text.Right(INT_MIN), L""},   {text.Right(INT_MAX), L"abcd"},
+        {text.Mid(1), L"bcd"},   {text.Mid(4), L""},           {text.Mid(-1), L"abcd"},
+        {text.Mid(1, 2), L"bc"}, {text.Mid(3, INT_MAX), L"d"}, {text.Mid(INT_MAX, INT_MAX), L""},
+        {text.Mid(1, -2), L""},  {text.Mid(INT_MIN, 1), L"a"},
+    };
+    for (const auto& [cut, expected] : cases) EXPECT_EQ(cut, expected);
+}
+
+TEST(CString, ReplacesFromLeftToRightWithoutOverlap) {
+    struct {
+        const wchar_t* text;
+        const wchar_t* from;
+        const wchar_t* to;
+        const wchar_t* result;
+        int count;
+    } const cases[] = {
+        {L"aaaaa", L"aa", L"b", L"bba", 2}, {L"ab", L"a", L"aa", L"aab", 1},      {L"abc", L"", L"x", L"abc", 0},
+        {L"abc", L"d", L"x", L"abc", 0},    {L"a-b-c", L"-", nullptr, L"abc", 2},
+    };
+    for (const auto& [text, from, to, result, count] : cases) {
+        CString target{text};
+        EXPECT_EQ(target.Replace(from, to), count) << ToUtf8(from);
+        EXPECT_EQ(target, result);
+    }
+    CString elements{L"a/b/c"};
+    EXPECT_EQ(elements.Replace(L'/', L'\\'), 2);
+    EXPECT_EQ(elements, L"a\\b\\c");
+}
+
+TEST(CString, TakesItsOwnTextAsAnArgument) {
+    CString replaced{L"abab"};
+    EXPECT_EQ(replaced.Replace(L"a", replaced), 2);
+    EXPECT_EQ(replaced, L"ababbababb");
+    CString appended{L"abc"};
+    appended += appended;
+    appended += appended.GetString() + 4;
+    EXPECT_EQ(appended, L"abcabcbc");
+    CString trimmed{L"xyax"};
+    EXPECT_EQ(trimmed.Trim(trimmed.View().substr(0, 2)), L"a");
+}
+
+TEST(CString, RefusesATextThatIsTooLongAndKeepsItsOwn) {
+    CString text(L'a', 1 << 20);
+    const CString before = text;
+    EXPECT_THROW(text.Replace(L"a", CString(L'b', 1 << 10)), std::length_error);
+    EXPECT_TRUE(text == before);
+    EXPECT_THROW(CString(L'a', CString::MAX_LENGTH + 1), std::length_error);
+}
+
+TEST(CString, ChangesBlanksAndCase) {
+    EXPECT_EQ(CString{L" \t\r\n\xA0\x3000 a b \x2028\x85"}.Trim(), L"a b");
+    EXPECT_EQ(CString{L"  a "}.TrimLeft(), L"a ");
+    EXPECT_EQ(CString{L" a  "}.TrimRight(), L" a");
+    EXPECT_EQ(CString{L"--a-b+-"}.Trim(L"+-"), L"a-b");
+    EXPECT_EQ(CString{L"--a-"}.TrimLeft(L"-"), L"a-");
+    EXPECT_EQ(CString{L"-a--"}.TrimRight(L"-"), L"-a");
+    for (const CStringView all : {L"-", L"---"}) EXPECT_EQ(CString{all.View()}.TrimLeft(L"-").Trim(L"-"), L"");
+    EXPECT_EQ(CString{L" a "}.Trim(L""), L" a ");
+    EXPECT_EQ(CString{L"ABC ÄÖ 1\x0130\x212A\x1E9E"}.MakeLower(), L"abc äö 1ik\xDF");
+    EXPECT_EQ(CString{L"abc äö\xDF \x10428"}.MakeUpper(), L"ABC ÄÖ\xDF \x10400");
+}
+
+}  // namespace

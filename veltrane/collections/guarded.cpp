@@ -1,0 +1,12 @@
+#include "veltrane/collections/guarded.h"
+
+#include "veltrane/platform/process/messagebox.h"
+
+namespace veltrane::detail {
+
+void ShowFailure(const wchar_t* message) noexcept try {
+    AfxMessageBox(message);
+} catch (...) {  // no way is left to tell the user
+}
+
+}  // namespace veltrane::detail

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <type_traits>
+#include <utility>
+
+#include "veltrane/platform/export.h"
+
+namespace veltrane::detail {
+
+/// Tells the user of a failure that an operation absorbs, in a plain box. What the box itself throws is absorbed too:
+/// these operations promise their callers that nothing comes out of them, and destructors are among them.
+VELTRANE_API void ShowFailure(const wchar_t* message) noexcept;
+
+/// Runs a body; whatever it throws is told the user, and the fallback is the result: a value, or a function that is
+/// called only then.
+template <class Fallback, class Body>
+auto Guarded(const wchar_t* message, Fallback&& fallback, Body&& body) -> std::invoke_result_t<Body> try {
+    return std::forward<Body>(body)();
+} catch (...) {
+    ShowFailure(message);
+    if constexpr (std::is_invocable_v<Fallback>) {
+        return std::forward<Fallback>(fallback)();
+    } else {
+        return std::forward<Fallback>(fallback);
+    }
+}
+
+/// The same for a body without a result.
+template <class Body>
+void Guarded(const wchar_t* message, Body&& body) noexcept try {
+    std::forward<Body>(body)();
+} catch (...) {
+    ShowFailure(message);
+}
+
+}  // namespace veltrane::detail

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <map>
+
+#include "veltrane/collections/cursormap.h"
+#include "veltrane/collections/xsetint.h"
+#include "veltrane/platform/text/cstring.h"
+
+/// Ordered map from int to string with a cursor of its own.
+/// @code
+/// CString text;
+/// for (int key = map.GetFirst(text); key >= 0; key = map.GetNext(text)) Use(key, text);
+/// @endcode
+class VELTRANE_API XMapInt2CString {
+public:
+    XMapInt2CString() = default;
+    XMapInt2CString(const XMapInt2CString&) = default;
+    XMapInt2CString& operator=(const XMapInt2CString&) = default;
+    virtual ~XMapInt2CString();
+
+    /// Stores a text under a key unless Get already gives it: an empty text makes no entry, and empties one.
+    void Insert(int key, const CString& text);
+    /// The smallest key with exactly this text, -1 if none; leaves the cursor alone.
+    int Find(const CString& text) const;
+    /// The text under a key, valid until the entry changes; the empty text without one.
+    const CString& Get(int key) const;
+    /// Put the cursor on the smallest key, and one entry on. @return the key; at the end, before GetFirst and after
+    /// Clear -1 with an empty text
+    int GetFirst(CString& out);
+    int GetNext(CString& out);
+    /// The last key that a walk ending at the first negative one meets, -1 if none. Leaves the cursor at the end of
+    /// that walk.
+    int GetMaxKey();
+    int Size() const noexcept { return static_cast<int>(m_Map.All().size()); }
+    void Clear() noexcept { m_Map.Clear(); }
+
+private:
+    int Get(CString& out) const;
+
+    veltrane::detail::XCursorMap<int, CString> m_Map;
+};
+
+/// Ordered map from int to sets of integers that it owns, each under one key, until the map is destroyed.
+/// @code
+/// XMapInt2SetOfInt columns;
+/// columns.Insert(5, L"1, 3, 7");
+/// if (const XSetInt* set = columns.Find(5)) Use(*set);
+/// @endcode
+class VELTRANE_API XMapInt2SetOfInt {
+public:
+    XMapInt2SetOfInt() = default;
+    XMapInt2SetOfInt(const XMapInt2SetOfInt&) = delete;
+    XMapInt2SetOfInt& operator=(const XMapInt2SetOfInt&) = delete;
+    virtual ~XMapInt2SetOfInt();
+
+    /// The map's set under a key, null if none.
+    XSetInt* Find(int key) const;
+    /// Takes a set over; the one held under the key before goes back to the caller. Null does nothing.
+    void Insert(int key, XSetInt* set);
+    /// Makes a set of an integer list (XSetInt::BuildSet); a list without numbers makes none.
+    /// @throws XException  the key has a set already
+    void Insert(int key, const CString& list);
+
+private:
+    std::map<int, XSetInt*> m_Map;
+};
+
+/// Ordered map from int to a pair of numbers with a cursor of its own; a pair of zeros counts as none.
+/// @code
+/// XMapInt2IntTupel::IntTupel pair;
+/// for (int key = map.GetFirst(pair); key >= 0; key = map.GetNext(pair)) Use(key, pair.nFirst, pair.nSecond);
+/// @endcode
+class VELTRANE_API XMapInt2IntTupel {
+public:
+    struct IntTupel {
+        IntTupel() = default;
+        IntTupel(int first, int second) : nFirst(first), nSecond(second) {}
+
+        int nFirst = 0;
+        int nSecond = 0;
+    };
+
+    XMapInt2IntTupel() = default;
+    XMapInt2IntTupel(const XMapInt2IntTupel&) = default;
+    XMapInt2IntTupel& operator=(const XMapInt2IntTupel&) = default;
+    virtual ~XMapInt2IntTupel();
+
+    /// Stores two numbers under a key unless numbers other than (0, 0) are there.
+    void Insert(int key, int first, int second);
+    /// Put the cursor on the smallest key, and one entry on. @return the key; at the end, before GetFirst and after
+    /// Clear -1 with (0, 0)
+    int GetFirst(IntTupel& out);
+    int GetNext(IntTupel& out);
+    void Clear() noexcept { m_Map.Clear(); }
+
+private:
+    const IntTupel& Get(int key) const;
+    int Get(IntTupel& out) const;
+
+    veltrane::detail::XCursorMap<int, IntTupel> m_Map;
+};

@@ -1,0 +1,77 @@
+#include "veltrane/collections/xsetint.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "veltrane/platform/text/numbers.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
+
+template class XSetData<int>;
+template class XSet<int>;
+
+XSetInt::XSetInt(const XSetInt* other) {
+    if (!other) return;
+    for (int i = 0; i < other->Size(); ++i) Insert(other->GetConstRefAt(i));
+}
+
+void XSetInt::Insert(int number) {
+    Insert(number, /*unique*/ false);
+    m_nMax = std::max(m_nMax, number);
+}
+
+void XSetInt::Union(const XSetInt& other) {
+    const int size = other.Size();  // the other set may be this one, which grows
+    for (int i = 0; i < size; ++i) Insert(other.GetConstRefAt(i));
+    Sort();
+}
+
+void XSetInt::Union(const XSetInt* other) {
+    if (other) Union(*other);
+}
+
+void XSetInt::BuildSet(const CString& text) {
+    std::wstring_view rest = text.View();
+    for (bool more = true; more;) {
+        const std::size_t comma = rest.find(L',');
+        const int number = _wtoi(rest.substr(0, comma));  // passes over white space; a piece of nothing else gives 0
+        if (number > 0) Insert(number);
+        more = comma != std::wstring_view::npos;
+        if (more) rest.remove_prefix(comma + 1);
+    }
+}
+
+void XSetInt::GetFreeNumbers(XSetInt& out) const {
+    const int size = Size();  // out may be this set, which grows
+    std::int64_t next = 1;    // wider than the values: it goes one beyond INT_MAX
+    for (int i = 0; i < size; ++i) {
+        const int value = GetConstRefAt(i);
+        for (; next < value; ++next) {
+            const int before = out.Size();
+            out.Insert(static_cast<int>(next));
+            if (out.Size() == before) return;
+        }
+        next = std::int64_t{value} + 1;
+    }
+}
+
+void XSetInt::CalcMax() {
+    if (Size() == 0) {
+        m_nMax = 0;
+    } else if (IsSorted()) {
+        m_nMax = GetConstRefAt(Size() - 1);
+    } else {
+        for (int i = 0; i < Size(); ++i) m_nMax = std::max(m_nMax, GetConstRefAt(i));
+    }
+}
+
+int XSetInt::GetNextNumber() {
+    if (Size() == 0) {
+        m_nMax = static_cast<int>(static_cast<std::uint32_t>(m_nMax) + 1);
+        return m_nMax;
+    }
+    const int number = GetConstRefAt(0);
+    Delete(0);
+    return number;
+}

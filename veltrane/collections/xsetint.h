@@ -1,0 +1,43 @@
+#pragma once
+
+#include "veltrane/collections/XSet.h"
+
+extern template class VELTRANE_API XSetData<int>;
+extern template class VELTRANE_API XSet<int>;
+
+/// A set of integers, duplicates kept, that remembers the largest number inserted or handed out.
+/// @code
+/// XSetInt numbers;
+/// numbers.BuildSet(L"1, 3,7");
+/// @endcode
+class VELTRANE_API XSetInt : public XSet<int> {
+public:
+    XSetInt() = default;
+    /// Inserts the values of another set; null leaves the set empty.
+    explicit XSetInt(const XSetInt* other);
+
+    int GetMax() const noexcept { return m_nMax; }
+    void SetMax(int max) noexcept { m_nMax = max; }
+
+    // The forms of the base do not touch the maximum.
+    using XSet<int>::Insert;
+    using XSet<int>::Union;
+    void Insert(int number);
+    /// Appends all values of another set and sorts; null does nothing.
+    void Union(const XSetInt& other);
+    void Union(const XSetInt* other);
+
+    /// Appends the numbers above 0 of a comma-separated list in the order of the text; anything else in it is skipped.
+    void BuildSet(const CString& text);
+    /// Appends to out the positive numbers that lie in front of each value and behind the one before it, from 1 on: the
+    /// free numbers below the largest, when this set is sorted. Ends early when out takes no more.
+    void GetFreeNumbers(XSetInt& out) const;
+    /// The maximum becomes 0 for an empty set, the last value of a sorted one, and else the largest of it and all
+    /// values.
+    void CalcMax();
+    /// Takes out and returns the first value; an empty set counts its maximum up instead (INT_MAX wraps to INT_MIN).
+    int GetNextNumber();
+
+private:
+    int m_nMax = -1;
+};

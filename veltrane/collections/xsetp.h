@@ -1,0 +1,420 @@
+#pragma once
+
+#include <climits>
+#include <cstddef>
+#include <exception>
+#include <memory>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include "veltrane/collections/guarded.h"
+#include "veltrane/collections/matchsorted.h"
+#include "veltrane/collections/mergesort.h"
+#include "veltrane/collections/typename.h"
+#include "veltrane/foundation/xraise.h"
+
+/// An ordered sequence of heap objects that the set owns: it deletes what is removed and copies with T's copy
+/// constructor. In the order of insertion until it is sorted; duplicates are kept.
+///
+/// T needs, each only if an operation that calls it is used: copy construction, a default value, `<`, Compare,
+/// FullCompare, GetFlag, SetFlag. A null pointer may be inserted: it counts as less than every object, is copied as
+/// null, passed over by GetSubset, and has no flag to ask for or set.
+///
+/// Changes and copies raise XException: an arriving one takes the operation's reason along, any other exception is
+/// replaced. The read accessors and GetSubset absorb what T throws, show a box and answer as for a position outside.
+/// Sub, Intersection, Compare and FullCompare let through what T throws. A set given to itself as argument counts as a
+/// copy. Addresses and references of objects are valid until the object is removed.
+/// @code
+/// XSetP<XStringPair> pairs;
+/// pairs.Insert(new XStringPair(L"tmp_", L"wrk_"));  // the set deletes it
+/// for (int i = 0; i < pairs.Size(); ++i) Use(pairs.GetConstRefAt(i).GetFirst());
+/// @endcode
+template <class T>
+class XSetP {
+public:
+    XSetP() = default;
+    XSetP(const XSetP& other);
+    explicit XSetP(const XSetP* other);  ///< null leaves the set empty
+    virtual ~XSetP();
+    /// As Copy.
+    XSetP& operator=(const XSetP& other);
+
+    bool IsSorted() const noexcept { return m_bSorted; }
+    int Size() const noexcept { return static_cast<int>(m_Data.size()); }
+
+    /// The object; for a position outside (and for null) a default one that all sets of the type share.
+    const T& GetConstRefAt(int position) const;
+    T& GetRefAt(int position);
+    /// The pointer, null outside.
+    T* GetAt(int position);
+    const T* GetConstAt(int position) const;
+    /// @throws XException  position outside
+    bool GetFlag(int position) const;
+
+    /// Position of an object of which neither is less than the other, -1 if none. In a set marked sorted the search
+    /// goes on from start, or anywhere with a start below 0; in any other set it takes the first, whatever start is.
+    int FindPos(const T* object, int start) const;
+    int FindPos(const T& object, int start) const { return FindPos(&object, start); }
+    /// The object at FindPos, null if none.
+    T* Find(const T* object, int start) { return GetAt(FindPos(object, start)); }
+    T* Find(const T& object, int start) { return Find(&object, start); }
+
+    /// The difference of the sizes; among equal sizes T's Compare (FullCompare) of the first objects that differ.
+    int Compare(const XSetP& other) const;
+    int FullCompare(const XSetP& other) const;
+    /// A set with fewer objects is less; among equal sizes the first different object decides.
+    bool operator<(const XSetP& other) const;
+
+    /// Takes an object over, at the end, and clears the sorted mark. A set that can not grow raises an error and leaves
+    /// the object to the caller. @return true
+    bool Insert(T* const& object);
+    void DeleteObj(int position);           ///< keeps the sorted mark; nothing outside
+    void DeleteData(const T& object);       ///< DeleteObj of its FindPos
+    void SetFlag(int position, bool flag);  ///< @throws XException  position outside
+    void SetFlag(bool flag);
+    /// Deletes all objects. The set is empty then, even when a destructor throws.
+    void Clear();
+    /// Sorts two or more objects by T's `<` and marks the set, unless it is marked.
+    void Sort();
+
+    /// Replaces the objects by copies; on failure the set holds the copies made so far. A set copied onto itself stays
+    /// as it is.
+    void Copy(const XSetP& other);
+    void Copy(const XSetP* other);  ///< null does nothing
+    /// Replaces out by copies of the objects whose flag is the given one.
+    void GetSubset(XSetP& out, bool flag);
+    /// Append copies of a - b and a ∩ b, duplicates matched one to one by T's Compare; a and b are sorted and stay so.
+    void Sub(XSetP& a, XSetP& b);
+    void Intersection(XSetP& a, XSetP& b);
+
+protected:
+    using Owned = std::unique_ptr<T>;
+
+    const std::vector<T*>& Objects() const noexcept { return m_Data; }
+    /// Insert of an object that is deleted when the set can not take it.
+    void Adopt(Owned object);
+
+private:
+    static constexpr veltrane::XFailure<> COPYING{L"Error copying a XSetP<T>!",
+                                                  L"An unknown exception occured when copying a XSetP<T>!"};
+    static constexpr veltrane::XFailure<> SORTING{L"Error sorting a XSetP<T>!",
+                                                  L"An unknown exception occured when sorting a XSetP<T>!"};
+    static constexpr veltrane::XFailure<> INSERTING{
+        L"Error inserting an element in a XSetP<T>!",
+        L"An unknown exception occured when inserting an element in a XSetP<T>!"};
+    static constexpr veltrane::XFailure<> DELETING{
+        L"Error deleting an element from a XSetP<T>!",
+        L"An unknown exception occured when deleting an element from a XSetP<T>!"};
+    static constexpr veltrane::XFailure<> CLEARING{L"Error cleaning-up a XSetP<T>!",
+                                                   L"An unknown exception occured when cleaning-up a XSetP<T>!"};
+    static constexpr veltrane::XFailure<> SETTING_ALL{
+        L"Error setting the flag for all elements of a XSetP<T>!",
+        L"An unknown exception occured when setting the flag for all elements of a XSetP<T>!"};
+    static constexpr veltrane::XFailure<int> SETTING{
+        L"Error setting the flag for element #%d of a XSetP<T>!",
+        L"An unknown exception occured when setting the flag for element #%d of a XSetP<T>!"};
+    static constexpr veltrane::XFailure<int> GETTING{
+        L"Error getting the flag of element #%d of a XSetP<T>!",
+        L"An unknown exception occured when getting the flag of element #%d of a XSetP<T>!"};
+    static constexpr veltrane::XFailure<> COMPARING{L"Error comparing two XSetP<T>!",
+                                                    L"An unknown exception occured when comparing two XSetP<T>!"};
+
+    template <veltrane::detail::Literal Operation>
+    static constexpr veltrane::XSite Here(int line = __builtin_LINE()) {
+        return {L".\\XSet", veltrane::detail::MethodName<T, "XSetP", Operation>.data(), line};
+    }
+
+    bool Contains(int position) const noexcept { return position >= 0 && position < Size(); }
+    T* At(int position) const noexcept { return m_Data[static_cast<std::size_t>(position)]; }
+    T* ObjectAt(int position) const noexcept { return Contains(position) ? At(position) : nullptr; }
+    void CheckLimits(int position) const;
+    T& Checked(int position) const;
+
+    static bool Smaller(const T* a, const T* b) { return a && b ? *a < *b : !a && b; }
+    template <class Comparison>
+    static int CompareObjects(const T* a, const T* b, Comparison compare);
+    template <class Comparison>
+    int CompareWith(const XSetP& other, Comparison compare) const;
+    int FindFrom(const T* object, int start) const;
+    int FindInHalves(const T* object) const;
+
+    static Owned Clone(const T* object) { return object ? std::make_unique<T>(*object) : nullptr; }
+    void CopyFrom(const XSetP& other, const std::vector<int>& positions);
+    static veltrane::detail::XMatch Match(XSetP& a, XSetP& b);
+
+    // Out of line: inlined into a host, it could become a second object beside the library's.
+    [[gnu::noinline]] static const T& ConstEmpty() {
+        static const T tEmpty{};
+        return tEmpty;
+    }
+    [[gnu::noinline]] static T& Empty() {
+        static T tEmpty{};
+        return tEmpty;
+    }
+
+    bool m_bSorted = false;
+    std::vector<T*> m_Data;
+};
+
+// Both copies start from a complete empty set: when they fail, its destructor deletes what has been copied.
+template <class T>
+XSetP<T>::XSetP(const XSetP& other) : XSetP() {
+    veltrane::WithReason(Here<"XSetP">(), COPYING, [&] { Copy(other); });
+}
+
+template <class T>
+XSetP<T>::XSetP(const XSetP* other) : XSetP() {
+    veltrane::WithReason(Here<"XSetP">(), COPYING, [&] { Copy(other); });
+}
+
+template <class T>
+XSetP<T>::~XSetP() {
+    veltrane::detail::Guarded(L"Exception in 'XSetP<T>::~XSetP()'", [&] { Clear(); });
+}
+
+template <class T>
+XSetP<T>& XSetP<T>::operator=(const XSetP& other) {
+    veltrane::WithReason(Here<"operator =">(), COPYING, [&] { Copy(other); });
+    return *this;
+}
+
+template <class T>
+const T& XSetP<T>::GetConstRefAt(int position) const {
+    return veltrane::detail::Guarded(L"Exception in 'XSetP<T>::GetConstRefAt()'", ConstEmpty, [&]() -> const T& {
+        const T* object = ObjectAt(position);
+        return object ? *object : ConstEmpty();
+    });
+}
+
+template <class T>
+T& XSetP<T>::GetRefAt(int position) {
+    return veltrane::detail::Guarded(L"Exception in 'XSetP<T>::GetRefAt()'", Empty, [&]() -> T& {
+        T* object = ObjectAt(position);
+        return object ? *object : Empty();
+    });
+}
+
+template <class T>
+T* XSetP<T>::GetAt(int position) {
+    return veltrane::detail::Guarded(L"Exception in 'XSetP<T>::GetAt()'", /*fallback*/ nullptr,
+                                     [&] { return ObjectAt(position); });
+}
+
+template <class T>
+const T* XSetP<T>::GetConstAt(int position) const {
+    return veltrane::detail::Guarded(L"Exception in 'XSetP<T>::GetAt()'", /*fallback*/ nullptr,
+                                     [&] { return ObjectAt(position); });
+}
+
+template <class T>
+bool XSetP<T>::GetFlag(int position) const {
+    return veltrane::WithReason(
+        Here<"GetFlag">(), GETTING, [&]() -> bool { return std::as_const(Checked(position)).GetFlag(); }, position);
+}
+
+template <class T>
+void XSetP<T>::CheckLimits(int position) const {
+    if (Contains(position)) return;
+    throw veltrane::MakeError(Here<"CheckLimits">(), L"Index <%d> is out of bounds [%d,%d]!", position, 0, Size() - 1);
+}
+
+template <class T>
+T& XSetP<T>::Checked(int position) const {
+    CheckLimits(position);
+    if (T* object = At(position)) return *object;
+    throw veltrane::MakeError(Here<"CheckLimits">(), L"Index <%d> holds no object!", position);
+}
+
+template <class T>
+int XSetP<T>::FindPos(const T* object, int start) const {
+    return veltrane::detail::Guarded(L"Exception in 'XSetP<T>::Find()'", /*fallback*/ -1, [&] {
+        if (!m_bSorted) {
+            for (int i = 0; i < Size(); ++i) {
+                if (!Smaller(At(i), object) && !Smaller(object, At(i))) return i;
+            }
+            return -1;
+        }
+        return start < 0 ? FindInHalves(object) : FindFrom(object, start);
+    });
+}
+
+template <class T>
+int XSetP<T>::FindFrom(const T* object, int start) const {
+    int position = start;
+    while (position < Size() && Smaller(At(position), object)) ++position;
+    return position >= Size() || Smaller(object, At(position)) ? -1 : position;
+}
+
+template <class T>
+int XSetP<T>::FindInHalves(const T* object) const {
+    for (int low = 0, high = Size() - 1; low <= high;) {
+        const int middle = (high - low) / 2 + low;
+        if (Smaller(object, At(middle))) {
+            high = middle - 1;
+        } else if (Smaller(At(middle), object)) {
+            low = middle + 1;
+        } else {
+            return middle;
+        }
+    }
+    return -1;
+}
+
+template <class T>
+int XSetP<T>::Compare(const XSetP& other) const {
+    return CompareWith(other, [](const T& a, const T& b) { return a.Compare(b); });
+}
+
+template <class T>
+int XSetP<T>::FullCompare(const XSetP& other) const {
+    return CompareWith(other, [](const T& a, const T& b) { return a.FullCompare(b); });
+}
+
+template <class T>
+template <class Comparison>
+int XSetP<T>::CompareWith(const XSetP& other, Comparison compare) const {
+    if (Size() != other.Size()) return Size() - other.Size();
+    for (int i = 0; i < Size(); ++i) {
+        if (const int order = CompareObjects(At(i), other.At(i), compare); order != 0) return order;
+    }
+    return 0;
+}
+
+template <class T>
+template <class Comparison>
+int XSetP<T>::CompareObjects(const T* a, const T* b, Comparison compare) {
+    return a && b ? compare(*a, *b) : (a ? 1 : 0) - (b ? 1 : 0);
+}
+
+template <class T>
+bool XSetP<T>::operator<(const XSetP& other) const {
+    return veltrane::WithReason(Here<"operator <">(), COMPARING, [&] {
+        if (Size() != other.Size()) return Size() < other.Size();
+        for (int i = 0; i < Size(); ++i) {
+            if (Smaller(At(i), other.At(i))) return true;
+            if (Smaller(other.At(i), At(i))) return false;
+        }
+        return false;
+    });
+}
+
+template <class T>
+bool XSetP<T>::Insert(T* const& object) {
+    return veltrane::WithReason(Here<"Insert">(), INSERTING, [&] {
+        if (m_Data.size() >= std::size_t{INT_MAX}) throw std::length_error("XSetP");  // positions are ints
+        m_Data.push_back(object);
+        m_bSorted = false;
+        return true;
+    });
+}
+
+template <class T>
+void XSetP<T>::DeleteObj(int position) {
+    veltrane::WithReason(Here<"DeleteObj">(), DELETING, [&] {
+        if (!Contains(position)) return;
+        T* object = At(position);
+        m_Data.erase(m_Data.begin() + position);  // first: a destructor that throws must not be called again
+        delete object;
+    });
+}
+
+template <class T>
+void XSetP<T>::DeleteData(const T& object) {
+    veltrane::WithReason(Here<"DeleteData">(), DELETING, [&] { DeleteObj(FindPos(object, -1)); });
+}
+
+template <class T>
+void XSetP<T>::SetFlag(int position, bool flag) {
+    veltrane::WithReason(
+        Here<"SetFlag">(), SETTING, [&] { Checked(position).SetFlag(flag); }, position);
+}
+
+template <class T>
+void XSetP<T>::SetFlag(bool flag) {
+    veltrane::WithReason(Here<"SetFlag">(), SETTING_ALL, [&] {
+        for (int i = 0; i < Size(); ++i) SetFlag(i, flag);
+    });
+}
+
+template <class T>
+void XSetP<T>::Clear() {
+    veltrane::WithReason(Here<"Clear">(), CLEARING, [&] {
+        m_bSorted = false;
+        std::exception_ptr failure;
+        for (T* object : std::exchange(m_Data, {})) {
+            try {
+                delete object;
+            } catch (...) {  // the others go all the same
+                failure = std::current_exception();
+            }
+        }
+        if (failure) std::rethrow_exception(failure);
+    });
+}
+
+template <class T>
+void XSetP<T>::Sort() {
+    veltrane::WithReason(Here<"Sort">(), SORTING, [&] {
+        if (m_bSorted || Size() < 2) return;
+        m_Data = veltrane::detail::MergeSorted(m_Data, Smaller);
+        m_bSorted = true;
+    });
+}
+
+template <class T>
+void XSetP<T>::Copy(const XSetP& other) {
+    veltrane::WithReason(Here<"Copy">(), COPYING, [&] {
+        if (&other == this) return;
+        Clear();
+        for (const T* object : other.m_Data) Adopt(Clone(object));
+    });
+}
+
+template <class T>
+void XSetP<T>::Copy(const XSetP* other) {
+    if (other) Copy(*other);
+}
+
+template <class T>
+void XSetP<T>::Adopt(Owned object) {
+    Insert(object.get());
+    static_cast<void>(object.release());
+}
+
+template <class T>
+void XSetP<T>::CopyFrom(const XSetP& other, const std::vector<int>& positions) {
+    for (const int position : positions) Adopt(Clone(other.At(position)));
+}
+
+template <class T>
+veltrane::detail::XMatch XSetP<T>::Match(XSetP& a, XSetP& b) {
+    a.Sort();
+    b.Sort();
+    const auto compare = [](const T& x, const T& y) { return x.Compare(y); };
+    return veltrane::detail::MatchSorted(a.Size(), b.Size(),
+                                         [&](int i, int j) { return CompareObjects(a.At(i), b.At(j), compare); });
+}
+
+template <class T>
+void XSetP<T>::GetSubset(XSetP& out, bool flag) {
+    veltrane::detail::Guarded(L"Exception in 'XSetP<T>::GetSubset()'", [&] {
+        XSetP own;  // the objects while they are copied, when out is this set
+        if (&out == this) own.m_Data.swap(m_Data);
+        const std::vector<T*>& source = &out == this ? own.m_Data : m_Data;
+        out.Clear();
+        for (const T* object : source) {
+            if (object && object->GetFlag() == flag) out.Adopt(Clone(object));
+        }
+    });
+}
+
+template <class T>
+void XSetP<T>::Sub(XSetP& a, XSetP& b) {
+    CopyFrom(a, Match(a, b).onlyFirst);
+}
+
+template <class T>
+void XSetP<T>::Intersection(XSetP& a, XSetP& b) {
+    CopyFrom(a, Match(a, b).both);
+}

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "veltrane/collections/cursormap.h"
+#include "veltrane/platform/text/cstring.h"
+
+/// Strings in the order of appending, with a cursor of its own.
+/// @code
+/// CString line;
+/// for (bool more = lines.First(line); more; more = lines.Next(line)) Use(line);
+/// @endcode
+class VELTRANE_API XStringVector {
+public:
+    XStringVector() = default;
+    XStringVector(const XStringVector&) = default;
+    XStringVector& operator=(const XStringVector&) = default;
+    virtual ~XStringVector();
+
+    void Append(const CString& text);
+    int GetSize() const noexcept { return static_cast<int>(m_Vector.size()); }
+    /// Put the cursor on the first string, and one on. @return false, with out untouched, at the end, before First and
+    /// after Append or Clear
+    bool First(CString& out);
+    bool Next(CString& out);
+    void Clear() noexcept;
+
+    /// -1 or 1 for fewer or more strings; among equal sizes CString::Compare of the first that differ, else 0. More
+    /// than null.
+    int Compare(const XStringVector* other) const;
+    int FullCompare(const XStringVector* other) const { return Compare(other); }
+
+private:
+    bool Read(CString& out) const;
+
+    std::vector<CString> m_Vector;
+    std::size_t m_itAct = 0;
+    std::size_t m_itEnd = 0;  // equal to m_itAct at the end
+};
+
+/// Ordered map from string to vectors that it owns until it is destroyed, with a cursor of its own.
+/// @code
+/// for (bool more = map.First(); more; more = map.Next()) Use(map.GetActKey(), *map.GetActValue());
+/// @endcode
+class VELTRANE_API XStringMap {
+public:
+    XStringMap() = default;
+    XStringMap(const XStringMap&) = delete;
+    XStringMap& operator=(const XStringMap&) = delete;
+    virtual ~XStringMap();
+
+    /// Takes a vector over, unless the key is there: then nothing changes and the vector stays the caller's.
+    void Insert(const CString& key, XStringVector* vector);
+    /// Put the cursor on a key (case counts), on the smallest one, and one entry on. @return false off every entry
+    bool Find(const CString& key) { return m_Map.Find(key) != nullptr; }
+    bool First() { return m_Map.First() != nullptr; }
+    bool Next() { return m_Map.Next() != nullptr; }
+    /// Key and vector at the cursor; the empty text and null off every entry.
+    const CString& GetActKey() const;
+    XStringVector* GetActValue() const;
+    int GetSize() const noexcept { return static_cast<int>(m_Map.All().size()); }
+
+private:
+    veltrane::detail::XCursorMap<CString, XStringVector*> m_Map;
+};

@@ -1,0 +1,141 @@
+#include "veltrane/config/xconfiguration.h"
+
+#include <string_view>
+
+#include "veltrane/foundation/xraise.h"
+#include "veltrane/platform/sources/profile.h"
+#include "veltrane/platform/text/indexformat.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
+
+namespace {
+
+constexpr XSource Here{L".\\xconfiguration"};
+
+constexpr unsigned CAPACITY = 2048;  // of an answer, terminators included; hosts rely on where it cuts
+
+/// Walks over the fields of a comma-separated text in one pass; an empty field ends it.
+class FieldWalk {
+public:
+    explicit FieldWalk(const CString& text) : m_Text(text) {}
+
+    bool Next(CString& field) {
+        const int comma = m_Text.Find(L',', m_At);
+        const int end = comma < 0 ? m_Text.GetLength() : comma;
+        field = m_Text.Mid(m_At, end - m_At);
+        m_At = end + 1;
+        return !field.IsEmpty();
+    }
+
+private:
+    const CString& m_Text;
+    int m_At = 0;
+};
+
+int Successor(int index) {
+    return static_cast<int>(static_cast<unsigned>(index) + 1U);  // behind the largest index comes the smallest
+}
+
+void RequirePattern(const wchar_t* method, XFormat<CString> message, const CString& section, const CString& pattern) {
+    if (!pattern.IsEmpty()) return;
+    XException error = MakeError(Here(method), message, section);
+    AddReasonAt(error, Here(method), L"No pattern given which the keys should match!");
+    throw error;
+}
+
+}  // namespace
+
+struct XConfiguration::Answer {
+    unsigned count;
+    CString text;
+};
+
+/// Names that may belong to a family, and the form they have then, both in lower case.
+struct XConfiguration::Family {
+    CString names;
+    CString format;
+    bool isOfSections;
+
+    /// Calls take(name, index) for each name of the family, next() for the index of a bare name.
+    template <class NextIndex, class Take>
+    void ForEach(NextIndex&& next, Take&& take) {
+        names.MakeLower();
+        format.MakeLower();
+        FieldWalk walk{names};
+        for (CString name; walk.Next(name);) {
+            int index = 0;
+            if (!MatchIndex(name, format, index)) {
+                const bool isBare = !isOfSections && format.Find(name) == 0;
+                if (!isBare) continue;
+                index = next();
+            }
+            take(name, index);
+        }
+    }
+};
+
+XConfiguration::XConfiguration(const CString& fileName) : m_FileName(fileName) {}
+
+XConfiguration::~XConfiguration() = default;
+
+bool XConfiguration::GetKeyValue(CString& value, const CString& section, const CString& key, bool assignEmpty) const {
+    Answer answer = Ask(section, key);
+    if (answer.count == 0 && !assignEmpty) return false;
+    value = std::move(answer.text);
+    return true;
+}
+
+bool XConfiguration::GetKeyIndexSet(XSetInt& indexes, const CString& section, const CString& pattern) const {
+    constexpr auto method = L"XConfiguration::GetKeyIndexSet";
+    RequirePattern(method, L"Error getting a set of key indexes from config section <%s>!", section, pattern);
+    FindFamily(section, pattern)
+        .ForEach([&] { return Successor(indexes.GetMax()); },
+                 [&](const CString&, int index) {
+                     if (indexes.Find(index, XSetInt::Comp) >= 0) {
+                         throw MakeError(Here(method), L"Multiple options <%s> for index <%d>!", pattern, index);
+                     }
+                     indexes.Insert(index);
+                 });
+    return !indexes.IsEmpty();
+}
+
+bool XConfiguration::GetKeyValueSet(XMapInt2CString& values, const CString& section, const CString& pattern) const {
+    constexpr auto method = L"XConfiguration::GetKeyValueSet";
+    RequirePattern(method, L"Error getting a set of key from config section <%s>!", section, pattern);
+    Family family = FindFamily(section, pattern);
+    family.ForEach([&] { return Successor(values.GetMaxKey()); },
+                   [&](const CString& name, int index) {
+                       if (!values.Get(index).IsEmpty()) {
+                           throw MakeError(Here(method), L"Multiple options <%s> for index <%d>!", pattern, index);
+                       }
+                       const Answer answer = family.isOfSections ? Ask(name, pattern) : Ask(section, name);
+                       if (!answer.text.IsEmpty()) values.Insert(index, answer.text);
+                   });
+    return values.Size() > 0;
+}
+
+bool XConfiguration::GetOptionNameSet(XMapInt2CString& names, const CString& sectionFormat) const {
+    Family family{Ask({}, {}).text, sectionFormat, /*isOfSections*/ true};
+    family.ForEach([] { return 0; }, [&](const CString& name, int index) { names.Insert(index, Ask(name, {}).text); });
+    return true;
+}
+
+/// A value or, where section or key is empty, a list of names.
+XConfiguration::Answer XConfiguration::Ask(const CString& section, const CString& key) const {
+    wchar_t buffer[CAPACITY];  // filled as far as it is looked at: every answer ends with a NUL
+    const unsigned count = GetPrivateProfileStringW(section.IsEmpty() ? nullptr : section.GetString(),
+                                                    key.IsEmpty() ? nullptr : key.GetString(), L"", buffer, CAPACITY,
+                                                    m_FileName.GetString());
+    // The NUL that ends a list stays, so the text ends with its last name.
+    for (unsigned i = 0; i + 1 < count; ++i) {
+        if (buffer[i] == L'\0') buffer[i] = L',';
+    }
+    return {count, buffer};
+}
+
+XConfiguration::Family XConfiguration::FindFamily(const CString& section, const CString& pattern) const {
+    const bool isOfSections = section.IsEmpty() || section.Find(L"%d") >= 0;
+    if (isOfSections) return {Ask({}, {}).text, section, isOfSections};
+    return {Ask(section, {}).text, pattern + L"-%d", isOfSections};
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "veltrane/collections/xmap.h"
+#include "veltrane/collections/xsetint.h"
+#include "veltrane/platform/text/cstring.h"
+
+/// Reads one INI file: single values, and families of values that carry an index. A family is either keys of one
+/// section ("file-1", "file-2" for the pattern "file"; a bare "file" takes the next free index) or sections of one form
+/// ("FILES\1", "FILES\2" for the section "FILES\%d") with a key each.
+///
+/// Nothing is kept but the path: each question reads the file, and a missing file, section or key is no error. Lists
+/// end after 2046 characters, values after 2047.
+/// @code
+/// XMapInt2CString files;
+/// XConfiguration{L"D:\\config\\tool.ini"}.GetKeyValueSet(files, L"ROOT", L"file");
+/// @endcode
+class VELTRANE_API XConfiguration {
+public:
+    explicit XConfiguration(const CString& fileName);
+    XConfiguration(const XConfiguration&) = default;
+    XConfiguration& operator=(const XConfiguration&) = default;
+    virtual ~XConfiguration();
+
+    /// The value of a key; without a key the comma-separated names of the section's keys, without a section those of
+    /// all sections.
+    /// @param assignEmpty  whether a missing or empty value counts as found and empties value
+    /// @return found; otherwise value keeps what it held
+    bool GetKeyValue(CString& value, const CString& section, const CString& key, bool assignEmpty) const;
+
+    /// Adds the indexes of a family, in file order. @return whether the set holds any index afterwards
+    /// @throws XException  empty pattern; an index that the set holds already, those before it being added
+    bool GetKeyIndexSet(XSetInt& indexes, const CString& section, const CString& pattern) const;
+
+    /// Adds the values of a family by their index; an empty value adds nothing. @return whether the map holds any value
+    /// @throws XException  empty pattern; an index with a value already, those before it being added
+    bool GetKeyValueSet(XMapInt2CString& values, const CString& section, const CString& pattern) const;
+
+    /// Adds, for each section of one form, the comma-separated names of its keys. @return always true
+    bool GetOptionNameSet(XMapInt2CString& names, const CString& sectionFormat) const;
+
+private:
+    struct Answer;
+    struct Family;
+
+    Answer Ask(const CString& section, const CString& key) const;
+    Family FindFamily(const CString& section, const CString& pattern) const;
+
+    CString m_FileName;
+};

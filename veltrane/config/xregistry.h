@@ -1,0 +1,38 @@
+#pragma once
+
+#include "veltrane/foundation/xexception.h"
+#include "veltrane/platform/sources/winreg.h"
+#include "veltrane/platform/text/cstring.h"
+
+/// Reads values below `SOFTWARE\VORNAK` in the machine's registry, whatever their type, as text. A missing key or value
+/// is no error.
+/// @code
+/// CString file;
+/// if (XRegistry{L"tool"}.GetValue(file, L"ROOT", L"logfile")) ...
+/// @endcode
+class VELTRANE_API XRegistry {
+public:
+    /// @param subKey  key of the tool below the root; empty is the root itself
+    explicit XRegistry(const CString& subKey = {});
+    XRegistry(const XRegistry&) = delete;
+    XRegistry& operator=(const XRegistry&) = delete;
+    virtual ~XRegistry();  ///< does not close: who opens closes
+
+    /// Opens the key of a section, the tool's key for an empty one. A key that is open already is not closed first.
+    /// @return false when it does not exist
+    bool Open(const CString& section);
+    void Close();  ///< nothing when no key is open
+
+    /// Opens a section's key, reads a value and closes the key. @return found; otherwise value is unchanged
+    bool GetValue(CString& value, const CString& section, const CString& name);
+    /// Reads a value of the open key; one without any data counts as missing. @return found; otherwise value is
+    /// unchanged
+    /// @throws XException  no key is open
+    bool GetValue(CString& value, const CString& name);
+
+private:
+    CString m_RootPath;
+    CString m_Section;
+    CString m_KeyPath;
+    HKEY m_hKey = nullptr;
+};

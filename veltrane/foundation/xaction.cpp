@@ -1,0 +1,151 @@
+#include "veltrane/foundation/xaction.h"
+
+#include <algorithm>
+#include <charconv>
+#include <climits>
+#include <string>
+#include <string_view>
+
+#include "veltrane/foundation/xraise.h"
+#include "veltrane/platform/process/process.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
+
+namespace {
+
+constexpr XSource Here{L".\\xaction"};
+
+// More decimals than this are zeros, whatever the value.
+constexpr int MAX_PRECISION = 1074;
+
+// The clock wraps, so all its arithmetic is done without sign.
+std::int32_t Sum(std::int32_t a, std::int32_t b) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
+}
+
+std::int32_t Since(std::int32_t start) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(TickCount()) - static_cast<std::uint32_t>(start));
+}
+
+struct Duration {
+    std::int64_t days;
+    int hours;
+    int minutes;
+    double seconds;
+
+    explicit Duration(long milliseconds) {
+        const double total = static_cast<double>(milliseconds) / 1000.0;
+        const auto totalMinutes = static_cast<std::int64_t>(total / 60.0);
+        const std::int64_t totalHours = totalMinutes / 60;
+        days = totalHours / 24;
+        hours = static_cast<int>(totalHours % 24);
+        minutes = static_cast<int>(totalMinutes % 60);
+        seconds = total - static_cast<double>(totalMinutes) * 60;
+    }
+
+    bool HasLargerUnit() const { return minutes > 0 || hours > 0 || days > 0; }
+};
+
+// The seconds, rounded as the exact binary value lies, filled with zeros behind a larger unit and with blanks alone.
+std::string SecondsText(const Duration& duration, int precision) {
+    const int decimals = std::clamp(precision, 0, MAX_PRECISION);
+    const std::size_t width = decimals > 0 ? static_cast<std::size_t>(decimals) + 3 : 2;
+    const bool isZeroFilled = duration.seconds < 10.0 && duration.HasLargerUnit();
+
+    std::string text(width + 20, '\0');  // the seconds of the largest duration have less than 20 digits
+    char* const begin = text.data();
+    const auto end =
+        std::to_chars(begin, begin + text.size(), duration.seconds, std::chars_format::fixed, decimals).ptr;
+    text.resize(static_cast<std::size_t>(end - begin));
+    if (text.size() >= width) return text;
+    const bool isNegative = isZeroFilled && text.front() == '-';
+    text.insert(isNegative ? 1 : 0, width - text.size(), isZeroFilled ? '0' : ' ');
+    return text;
+}
+
+class DurationText {
+public:
+    DurationText() { m_Text.reserve(48); }
+
+    DurationText& Add(std::string_view text) {
+        m_Text.append(text.begin(), text.end());
+        return *this;
+    }
+    DurationText& AddTwoDigits(int number) {
+        m_Text += static_cast<wchar_t>(L'0' + number / 10);
+        m_Text += static_cast<wchar_t>(L'0' + number % 10);
+        m_Text += L':';
+        return *this;
+    }
+    CString Take() { return CString{std::move(m_Text)}; }
+
+private:
+    std::wstring m_Text;
+};
+
+}  // namespace
+
+XAction::~XAction() = default;
+
+void XAction::Start() {
+    m_nAccumulated = 0;
+    Continue();
+}
+
+void XAction::Continue() {
+    m_nStart = TickCount();
+    m_bRunning = true;
+}
+
+void XAction::Stop() {
+    m_nAccumulated = static_cast<std::int32_t>(Elapsed());
+    m_nStart = 0;
+    m_bRunning = false;
+}
+
+long XAction::Elapsed() const {
+    return m_bRunning ? Sum(m_nAccumulated, Since(m_nStart)) : m_nAccumulated;
+}
+
+CString XAction::ElapsedStr() const {
+    return TimeStr(Elapsed(), 1, /*shortUnits*/ false);
+}
+
+CString XAction::TimeStr(const long& value, const int& precision, bool shortUnits) {
+    const Duration duration{value};
+    const std::string seconds = SecondsText(duration, precision);
+    DurationText text;
+    if (duration.days > 0) {
+        text.Add(duration.days == 1 ? "1 day and " : std::to_string(duration.days) + " days and ");
+        text.AddTwoDigits(duration.hours).AddTwoDigits(duration.minutes).Add(seconds);
+        return text.Add(shortUnits ? " h" : " hours").Take();
+    }
+    // The three long words are equally wide.
+    if (duration.hours > 0) {
+        text.AddTwoDigits(duration.hours).AddTwoDigits(duration.minutes).Add(seconds);
+        return text.Add(shortUnits ? " h" : " hours  ").Take();
+    }
+    if (duration.minutes > 0) {
+        return text.AddTwoDigits(duration.minutes).Add(seconds).Add(shortUnits ? " m" : " minutes").Take();
+    }
+    return text.Add(seconds).Add(shortUnits ? " s" : " seconds").Take();
+}
+
+void XAction::TimeDHMS(int& days, int& hours, int& minutes, CString& seconds, const long& value, const int& precision) {
+    const Duration duration{value};
+    const std::string text = SecondsText(duration, precision);
+    days = static_cast<int>(std::clamp<std::int64_t>(duration.days, INT_MIN, INT_MAX));
+    hours = duration.hours;
+    minutes = duration.minutes;
+    seconds = CString{std::wstring(text.begin(), text.end())};
+}
+
+XAction& XAction::operator+=(const XAction& other) {
+    if (m_bRunning || other.m_bRunning) {
+        throw MakeError(Here(L"XAction::operator +="),
+                        L"Error adding two times: Cannot add times of still running actions!");
+    }
+    m_nAccumulated = Sum(m_nAccumulated, other.m_nAccumulated);
+    return *this;
+}

@@ -1,0 +1,24 @@
+#include "veltrane/foundation/xdebug.h"
+
+#include "veltrane/platform/process/messagebox.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
+
+namespace {
+
+bool g_Debug = false;
+
+}  // namespace
+
+bool IsDebug() {
+    return g_Debug;
+}
+
+void SetDebug(bool on) {
+    g_Debug = on;
+}
+
+void PrintDebug(const CString& text) {
+    if (g_Debug) AfxMessageBox(text, MB_ICONINFORMATION);
+}

@@ -1,0 +1,126 @@
+#include "veltrane/foundation/xexception.h"
+
+#include "veltrane/foundation/xoci.h"
+#include "veltrane/platform/process/messagebox.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
+
+namespace {
+
+// With tabulators every 8 columns the continuation stands under the first location, behind "location:\t".
+constexpr wchar_t LOCATION_JOINT[] = L"\r\n               \t";
+constexpr wchar_t REASON_JOINT[] = L"\r\nreason: \t";
+constexpr wchar_t MESSAGE_JOINT[] = L"\r\n\t";
+
+constexpr const wchar_t* OPEN_CAUSES[] = {
+    L"None!",          L"Generic exception!", L"File not found!",           L"Bad path!",       L"Too many open files!",
+    L"Access denied!", L"Invalid file!",      L"Remove current directory!", L"Directory full!", L"Bad seek!",
+    L"Hard IO!",       L"Sharing violation!", L"Lock violation!",           L"Disk full!",      L"End of file!",
+};
+
+void PutInFront(CString& chain, const CString& text, const wchar_t* joint) {
+    chain = chain.IsEmpty() ? text : text + joint + chain;
+}
+
+}  // namespace
+
+XException::~XException() = default;
+
+CString XException::GetLocationString(CString file, CString method, int line) {
+    if (method.IsEmpty()) return {};
+    return FormatText(L"<%s> in [%s], line [%d]", method, GetFileName(file), line);
+}
+
+CString XException::GetFileName(CString path) {
+    return path.Mid(path.ReverseFind(L'\\') + 1);
+}
+
+void XException::SetError(int number, CString file, CString method, int line, CString message) {
+    m_nNumber = number;
+    m_Location = GetLocationString(file, method, line);
+    m_Message = message;
+}
+
+void XException::SetError(const XException& other) {
+    m_nNumber = other.m_nNumber;
+    m_Location = other.m_Location;
+    m_Message = other.m_Message;
+}
+
+void XException::SetError(const XException* other) {
+    SetError(*other);
+}
+
+void XException::SetError(const XOCI::XError& record) {
+    const XOCI::XErrorEntry* entry = record.GetAt(0);
+    if (!entry) return;
+    SetError(record.GetNumber(), entry->file, entry->method, entry->line, entry->message);
+    for (int i = 1; (entry = record.GetAt(i)) != nullptr; ++i) {
+        AddError(entry->file, entry->method, entry->line, entry->message);
+    }
+}
+
+void XException::SetWarning(CString file, CString method, int line, CString message) {
+    m_bWarning = true;
+    m_Location = GetLocationString(file, method, line);
+    m_Message = message;
+}
+
+void XException::AddError(CString file, CString method, int line, CString message) {
+    if (m_nNumber == 0) return;
+    SetLocation(file, method, line);
+    AddReason(message);
+}
+
+void XException::AddReason(CString reason) {
+    PutInFront(m_Message, reason, REASON_JOINT);
+}
+
+void XException::AddMessage(CString message) {
+    m_Message = m_Message.IsEmpty() ? message : m_Message + MESSAGE_JOINT + message;
+}
+
+void XException::SetLocation(CString location) {
+    PutInFront(m_Location, location, LOCATION_JOINT);
+}
+
+void XException::SetLocation(CString file, CString method, int line) {
+    SetLocation(GetLocationString(file, method, line));
+}
+
+void XException::GetErrorText(CString& text) const {
+    text.Format(L"An error occured:\r\nlocation:\t%s\r\nmessage:\t%s", m_Location, m_Message);
+    if (m_nNumber != -1) text += FormatText(L"\r\nnumber:\t%d", m_nNumber);
+}
+
+void XException::Show() const {
+    CString text;
+    GetErrorText(text);
+    AfxMessageBox(text, MB_ICONERROR);
+}
+
+XFileException::XFileException(const CString& fileName) : m_FileName(fileName) {}
+
+XFileException::~XFileException() = default;
+
+CString XFileException::GetMessage(int cause) {
+    const bool isKnown = cause >= 0 && static_cast<std::size_t>(cause) < std::size(OPEN_CAUSES);
+    return isKnown ? OPEN_CAUSES[cause] : L"Unknown error!";
+}
+
+void XFileException::SetFileNotFoundError(CString file, CString method, int line, CString message) {
+    SetError(-1, file, method, line, FormatText(L"File <%s> not found!", m_FileName));
+    AddMessage(message);
+}
+
+void XFileException::SetPathNotFoundError(CString file, CString method, int line, CString message) {
+    SetError(-1, file, method, line, FormatText(L"Folder <%s> does not exist!", m_FileName));
+    AddMessage(message);
+}
+
+void XFileException::SetOpenError(CString file, CString method, int line, const CFileException& error) {
+    const int cause = CFileException::OsErrorToException(error.m_lOsError);
+    SetError(cause, file, method, line, FormatText(L"Cannot open file <%s>!", m_FileName));
+    AddMessage(GetMessage(cause));
+}

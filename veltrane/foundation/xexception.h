@@ -1,0 +1,93 @@
+#pragma once
+
+#include <exception>
+
+#include "veltrane/platform/files/cfile.h"
+#include "veltrane/platform/text/cstring.h"
+
+namespace XOCI {
+class XError;
+}
+
+/// The one error object: a number, a chain of locations and a chain of reasons, both growing on the way up, newest
+/// first. Thrown by value, caught by reference, enriched with AddError and thrown on. what() says nothing of use; the
+/// text is that of GetErrorText.
+/// @code
+/// try {
+///     store.OpenConfiguration();
+/// } catch (XException& error) {
+///     error.Show();
+/// }
+/// @endcode
+class VELTRANE_API XException : public std::exception {
+public:
+    XException() = default;
+    XException(const XException&) = default;
+    XException& operator=(const XException&) = default;
+    ~XException() override;
+
+    int GetNumber() const { return m_nNumber; }  ///< 0 no error recorded, -1 an error without a number
+    CString GetLocation() const { return m_Location; }
+    CString GetMessage() const { return m_Message; }
+    void SetNumber(int number) { m_nNumber = number; }
+    void IsWarning(bool warning) { m_bWarning = warning; }
+    bool IsWarning() const { return m_bWarning; }
+
+    /// "<method> in [file], line [n]" with the file's path cut; empty without a method.
+    static CString GetLocationString(CString file, CString method, int line);
+    /// The part of a path behind its last backslash, '/' being no separator here.
+    static CString GetFileName(CString path);
+
+    /// Replaces number, location and message; the warning mark stays.
+    void SetError(int number, CString file, CString method, int line, CString message);
+    void SetError(const XException& other);
+    void SetError(const XException* other);  ///< must not be null
+    /// The entries of a database error record, the last one in front; nothing for an empty record.
+    void SetError(const XOCI::XError& record);
+
+    /// Marks as warning and replaces location and message; the number stays.
+    void SetWarning(CString file, CString method, int line, CString message);
+    /// Puts a location and a reason in front; ignored while the number is 0.
+    void AddError(CString file, CString method, int line, CString message);
+    void AddReason(CString reason);      ///< in front of the messages
+    void AddMessage(CString message);    ///< behind the messages
+    void SetLocation(CString location);  ///< in front of the locations
+    void SetLocation(CString file, CString method, int line);
+
+    /// The whole error as text, lines ended by "\r\n", none at the end.
+    void GetErrorText(CString& text) const;
+    /// Shows the text in a modal error box.
+    void Show() const;
+
+private:
+    int m_nNumber = 0;
+    CString m_Message;
+    CString m_Location;
+    bool m_bWarning = false;
+};
+
+/// An error that concerns one file or folder.
+/// @code
+/// XFileException error{file};
+/// error.SetFileNotFoundError(L".\\xdictionary", L"XDictionary::Open", __LINE__, L"No dictionary!");
+/// throw error;
+/// @endcode
+class VELTRANE_API XFileException : public XException {
+public:
+    explicit XFileException(const CString& fileName);
+    XFileException(const XFileException&) = default;
+    XFileException& operator=(const XFileException&) = default;
+    ~XFileException() override;
+
+    using XException::GetMessage;
+    /// The fixed text of a file-open cause; "Unknown error!" for any other number.
+    static CString GetMessage(int cause);
+
+    void SetFileNotFoundError(CString file, CString method, int line, CString message);
+    void SetPathNotFoundError(CString file, CString method, int line, CString message);
+    /// Number and text are those of the cause that belongs to the system error number in error.
+    void SetOpenError(CString file, CString method, int line, const CFileException& error);
+
+private:
+    CString m_FileName;
+};

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "veltrane/platform/text/cstring.h"
+
+/// The smaller of two numbers given as text when mode is exactly "MIN", else the larger; a text without a number is 0.
+VELTRANE_API int GetMinOrMax(const CString& mode, const CString& a, const CString& b);
+
+/// Splits at the first separator, which belongs to neither part; without one, left is empty and right the whole text.
+VELTRANE_API void SplitString(CString& left, CString& right, const CString& text, wchar_t separator);
+/// As SplitString, at the last separator.
+VELTRANE_API void SplitStringReverse(CString& left, CString& right, const CString& text, wchar_t separator);
+
+/// Appends an item to a list whose items stand apart by ", "; an empty list becomes the item alone.
+VELTRANE_API void AddString(CString& list, const CString& item);
+/// Field of a comma-separated text, blanks kept. @param index  from 0; below 0 means 0
+/// @return empty behind the last field
+VELTRANE_API CString GetArgument(int index, const CString& text);
+
+/// count tabulators; none for 0 and below.
+VELTRANE_API CString GetTabulator(int count);
+/// The tabulators that bring the output behind text to a column of 8 characters each; none when text is longer.
+VELTRANE_API CString GetTabulator(const CString& text, int column);

@@ -1,0 +1,148 @@
+#include "veltrane/logging/xlogging.h"
+
+#include "veltrane/foundation/xdebug.h"
+#include "veltrane/foundation/xpath.h"
+#include "veltrane/foundation/xraise.h"
+#include "veltrane/platform/process/localtime.h"
+#include "veltrane/platform/text/numbers.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
+
+namespace {
+
+constexpr XSource Here{L".\\xlogging"};
+
+constexpr wchar_t LINE_END[] = L"\r\n";
+constexpr wchar_t DATE_FORMAT[] = L"%A, %B %d, %Y ; %H:%M:%S";
+constexpr wchar_t ENTRY_TIME_FORMAT[] = L"%H:%M:%S: ";
+constexpr wchar_t ENTRY_INDENT[] = L"\r\n          ";  // as wide as the time
+constexpr wchar_t ERROR_START[] = L"########################## Error info start ##########################\r\n";
+constexpr wchar_t ERROR_END[] = L"##########################  Error info end  ##########################\r\n";
+constexpr int RULE_WIDTH = 105;
+
+CString Rule(wchar_t element) {
+    return CString{element, RULE_WIDTH} + LINE_END;
+}
+
+CString Now() {
+    return LocalTimeText(DATE_FORMAT, CurrentTime());
+}
+
+}  // namespace
+
+XLogging::~XLogging() {
+    try {
+        CloseLogFile();
+    } catch (...) {  // NOLINT(bugprone-empty-catch): nobody is left to be told
+    }
+}
+
+void XLogging::StartLogging(const CString& logFile, const CString& forFile, const CString& version,
+                            const CString& compileTime) {
+    m_LogFile = logFile;
+    if (OpenLogFile({})) {
+        LogWrite(
+            FormatText(L"Start log output...\r\n"
+                       L"For File:     %s\r\n"
+                       L"Version:      %s\r\n"
+                       L"Compile Time: %s\r\n"
+                       L"\r\n",
+                       forFile, version, compileTime));
+    }
+    CString name;
+    SplitFileName(m_LogPath, name, m_LogFile);
+}
+
+bool XLogging::OpenLogFile(const CString& linePrefix) {
+    if (m_bOpen) return false;
+    try {
+        PrintDebug(m_LogFile);
+        CFileException failure;
+        if (!Open(m_LogFile, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite, &failure)) {
+            const XSite site = Here(L"XLogging::OpenLogFile");
+            XFileException error{m_LogFile};
+            error.SetOpenError(site.file, site.method, site.line, failure);
+            throw error;
+        }
+        m_bOpen = true;
+        m_LinePrefix = linePrefix;
+        m_nLineTime = -1;
+        LogWrite(Rule(L'*') + Rule(L'*') + FormatText(L"Log output of %s\r\nstart: %s\r\n", m_LogFile, Now()) +
+                 Rule(L'-'));
+        return true;
+    } catch (const XException& failure) {
+        XException error = failure;  // callers get the plain error, whatever was thrown here
+        AddReasonAt(error, Here(L"XLogging::OpenLogFile"), L"Failed to open the log file!");
+        throw error;
+    } catch (...) {
+        throw MakeError(Here(L"XLogging::OpenLogFile"),
+                        L"An unknown exception occured while opening the log file <%s>!", m_LogFile);
+    }
+}
+
+void XLogging::CloseLogFile() {
+    if (!m_bOpen) return;
+    LogWrite(LINE_END + Rule(L'*') + FormatText(L"finish: %s\r\n", Now()) + Rule(L'-') + LINE_END + LINE_END);
+    m_bOpen = false;
+    Close();
+}
+
+void XLogging::LogWrite(const CString& text) {
+    if (!m_bOpen) return;
+    WriteString(text);
+    Flush();
+}
+
+void XLogging::WriteUnformatted(CString text) {
+    LogWrite(text);
+}
+
+void XLogging::NewLine() {
+    LogWrite(LINE_END);
+}
+
+void XLogging::WriteLog(CString text, bool newLine, bool timeStamp) {
+    if (!m_bOpen) return;
+    if (newLine && timeStamp) {
+        StartTimedLine();
+        m_TimedLine += text;
+        LogWrite(m_TimedLine);
+    } else {
+        LogWrite((newLine ? ENTRY_INDENT : L"") + m_LinePrefix + text);
+    }
+}
+
+void XLogging::ShowError(CString code, CString location, CString message) {
+    if (!m_bOpen) return;
+    const int number = _wtoi(code);
+    if (message == m_LastErrorMessage && number == m_nLastErrorCode) return;
+    LogWrite(LINE_END + FormatText(L"%sLocation:  \t%s\r\nMessage:   \t%s\r\nError Code:\t%s\r\n%s\r\n", ERROR_START,
+                                   location, message, code, ERROR_END));
+    m_LastErrorMessage = message;
+    m_nLastErrorCode = number;
+}
+
+void XLogging::ShowError(int code, CString location, CString message) {
+    ShowError(FormatText(L"%d", code), location, message);
+}
+
+void XLogging::ShowError(int code, CString file, CString method, int line, CString message) {
+    ShowError(FormatText(L"%d", code), file, method, line, message);
+}
+
+void XLogging::ShowError(CString code, CString file, CString method, int line, CString message) {
+    ShowError(code, XException::GetLocationString(file, method, line), message);
+}
+
+// Leaves the line with its start alone: line end, time of now and prefix, put together once a second.
+void XLogging::StartTimedLine() {
+    const std::int64_t now = CurrentTime();
+    if (now == m_nLineTime) {
+        m_TimedLine.Truncate(m_nLineStart);
+        return;
+    }
+    m_TimedLine = LINE_END + LocalTimeText(ENTRY_TIME_FORMAT, now) + m_LinePrefix;
+    m_nLineStart = m_TimedLine.GetLength();
+    m_nLineTime = now;
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <utility>
+#include <vector>
+
+#include "veltrane/platform/text/cstring.h"
+
+namespace veltrane::detail {
+
+/// Replaces the references between percent signs in one value, and in the values that they lead to. Lives for one
+/// value: what a reference led to is remembered, so values that name each other many times over cost no more than their
+/// texts.
+class XOptionExpansion {
+public:
+    /// References inside references; far more than people write, little enough for a stack of 1 MiB.
+    static constexpr int MAX_NESTING = 200;
+    /// Elements of a value with its references replaced; keeps values that multiply each other from filling the memory.
+    static constexpr int MAX_LENGTH = 1'048'576;
+
+    /// Gives the text of a key as the sources have it; empty when none has it.
+    using Source = std::function<CString(const CString& section, const CString& key)>;
+
+    explicit XOptionExpansion(Source source);
+
+    /// The text of a key with its references replaced. @throws XException as Expand, and what the source throws
+    void Retrieve(CString& value, const CString& section, const CString& key);
+
+    /// Replaces the references in a value of a section: '%name%' is the key of that name in the value's own section,
+    /// else in ROOT, else in the unnamed section; one that leads to nothing is removed, and a '%' without partner
+    /// stays.
+    /// @throws XException  a reference leads back to itself; too deep; too long; value then is as before
+    void Expand(CString& value, const CString& section);
+
+private:
+    using Key = std::pair<CString, CString>;  // section, name
+
+    const CString& Replacement(const CString& section, const CString& name);
+    CString LookUp(const CString& section, const CString& name);
+    void Enter(const Key& key);
+    CString OpenChain(std::vector<Key>::const_iterator from) const;
+
+    Source m_Source;
+    std::map<Key, CString> m_Known;  // replacement of each reference met so far
+    std::vector<Key> m_Open;         // keys whose values are being expanded, outermost first
+    int m_Nesting = 0;
+    std::int64_t m_nHeld = 0;  // elements that the values being expanded have come to, all together
+};
+
+}  // namespace veltrane::detail

@@ -1,0 +1,104 @@
+#include "veltrane/platform/files/filesystem.h"
+
+#include <sys/stat.h>
+
+#include <array>
+#include <cstdlib>
+#include <optional>
+
+#include "veltrane/platform/files/detail/missingpath.h"
+#include "veltrane/platform/files/nativefile.h"
+#include "veltrane/platform/text/characters.h"
+#include "veltrane/platform/text/encoding.h"
+#include "veltrane/platform/text/utf8.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
+
+namespace {
+
+constexpr bool IsSeparator(wchar_t element) noexcept {
+    return element == L'\\' || element == L'/';
+}
+
+/// @return 0 for A to 25 for Z, case ignored; nothing for any other element
+std::optional<std::size_t> DriveIndex(wchar_t drive) noexcept {
+    const wchar_t letter = FoldCharacter(drive);
+    if (letter < L'a' || letter > L'z' || drive >= 0x80) return std::nullopt;  // the Kelvin sign folds to k
+    return static_cast<std::size_t>(letter - L'a');
+}
+
+// Appends a wide path, every run of separators as one '/'.
+void AppendPath(std::string& name, std::wstring_view path) {
+    name.reserve(name.size() + path.size());
+    for (const wchar_t& element : path) {
+        if (IsSeparator(element)) {
+            if (!name.ends_with('/')) name += '/';
+        } else if (IsAscii(element)) {
+            name += static_cast<char>(element);
+        } else {
+            AppendUtf8(name, {&element, 1});
+        }
+    }
+}
+
+using Drives = std::array<std::string, 26>;
+
+void SetDrive(Drives& drives, wchar_t drive, const CString& folder) {
+    const auto index = DriveIndex(drive);
+    if (!index) return;
+    drives[*index].clear();
+    if (folder.Find(L'\0') < 0) AppendPath(drives[*index], folder.View());
+}
+
+// "C=/srv/c;D=/data"; what is not of this form is passed over.
+Drives ReadDrives() {
+    Drives drives;
+    const char* const variable = std::getenv("VORNAK_DRIVES");
+    CString rest = FromUtf8(variable ? variable : "");
+    while (!rest.IsEmpty()) {
+        const int end = rest.Find(L';');
+        const CString entry = end < 0 ? rest : rest.Left(end);
+        rest = end < 0 ? CString{} : rest.Mid(end + 1);
+        if (entry[1] == L'=') SetDrive(drives, entry[0], entry.Mid(2));
+    }
+    return drives;
+}
+
+// Read on first need; never destroyed, since objects that end late may still open files.
+Drives& DriveFolders() {
+    static Drives& drives = *new Drives{ReadDrives()};
+    return drives;
+}
+
+}  // namespace
+
+void veltrane::SetDriveFolder(wchar_t drive, const CString& folder) {
+    SetDrive(DriveFolders(), drive, folder);
+}
+
+std::string veltrane::SpelledPath(CStringView path) {
+    std::wstring_view rest = path.View();
+    if (rest.empty() || rest.find(L'\0') != std::wstring_view::npos) return {};
+    std::string name;
+    if (rest.size() > 1 && rest[1] == L':') {
+        if (const auto drive = DriveIndex(rest[0])) {
+            name = DriveFolders()[*drive];
+            if (name.empty()) return {};
+            rest.remove_prefix(2);
+            if (!rest.empty() && !IsSeparator(rest[0]) && !name.ends_with('/')) name += '/';
+        }
+    }
+    AppendPath(name, rest);
+    return name;
+}
+
+std::string veltrane::MapPath(const CString& path) {
+    std::string spelled = SpelledPath(path);
+    return spelled.empty() || IsEntry(spelled) ? spelled : MapMissingPath(spelled);
+}
+
+bool CreateDirectoryW(const CString& path, const void* /*security*/) {
+    const std::string name = MapPath(path);
+    return !name.empty() && Retried([&] { return mkdir(name.c_str(), 0777); }) == 0;
+}

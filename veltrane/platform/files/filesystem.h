@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+#include "veltrane/platform/text/cstring.h"
+
+/// Creates one folder, mode 0777 less the umask. @return false when anything of that name exists, the parent is missing
+/// or there is no right; nothing is created on the way
+/// @param security  taken for the sake of callers elsewhere, not looked at
+VELTRANE_API bool CreateDirectoryW(const CString& path, const void* security = nullptr);
+
+namespace veltrane {
+
+/// Sets the folder that a drive letter stands for; an empty folder removes the drive. Drives are taken at first from
+/// the environment variable VORNAK_DRIVES ("C=/srv/c;D=/data"). A drive without a folder does not exist.
+VELTRANE_API void SetDriveFolder(wchar_t drive, const CString& folder);
+
+/// The system's name of a wide path: separators turned, drive replaced by its folder, each component as spelled if it
+/// exists, else the entry that differs in case only (the first in byte order). What matches nothing stays as spelled.
+/// @return empty for a path that can not exist: empty, with a NUL, or on a drive without a folder
+VELTRANE_API std::string MapPath(const CString& path);
+
+/// The name that MapPath begins with: separators turned and drive replaced, no look into any folder. Who opens it first
+/// and asks MapPath only when nothing is found spares the system the extra calls.
+VELTRANE_API std::string SpelledPath(CStringView path);
+
+}  // namespace veltrane

@@ -1,0 +1,78 @@
+#include "veltrane/platform/files/nativefile.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <initializer_list>
+
+namespace veltrane::detail {
+
+NativeFile::~NativeFile() {
+    if (m_Handle >= 0) close(m_Handle);
+}
+
+std::size_t RegularSize(const NativeFile& file) noexcept {
+    struct stat status;
+    const bool isRegular = file && fstat(file.Handle(), &status) == 0 && S_ISREG(status.st_mode);
+    return isRegular ? static_cast<std::size_t>(status.st_size) : 0;
+}
+
+bool ReadToEnd(const NativeFile& file, std::size_t expected, std::string& bytes) {
+    constexpr std::size_t leastRoom = 4096;
+    std::size_t used = 0;
+    // One byte more than expected, so that a file of just that size ends without another round.
+    for (std::size_t room = expected + 1;; room = std::max(leastRoom, used)) {
+        bytes.resize(used + room);
+        while (used < bytes.size()) {
+            const ssize_t count =
+                Retried([&] { return read(file.Handle(), bytes.data() + used, bytes.size() - used); });
+            if (count <= 0) {
+                bytes.resize(used);
+                return count == 0;
+            }
+            used += static_cast<std::size_t>(count);
+        }
+    }
+}
+
+int WriteAll(int handle, std::string_view bytes) noexcept {
+    while (!bytes.empty()) {
+        const ssize_t count = Retried([&] { return write(handle, bytes.data(), bytes.size()); });
+        if (count < 0) return errno;
+        if (count == 0) return EIO;  // a file that takes nothing would be asked for ever
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return 0;
+}
+
+namespace {
+
+constexpr int WRITE_SIGNALS[] = {SIGPIPE, SIGXFSZ};
+
+sigset_t SetOf(std::initializer_list<int> members) noexcept {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int member : members) sigaddset(&signals, member);
+    return signals;
+}
+
+}  // namespace
+
+WriteSignalGuard::WriteSignalGuard() noexcept {
+    sigpending(&m_Pending);
+    const sigset_t signals = SetOf({WRITE_SIGNALS[0], WRITE_SIGNALS[1]});
+    pthread_sigmask(SIG_BLOCK, &signals, &m_Before);
+}
+
+WriteSignalGuard::~WriteSignalGuard() {
+    const timespec noTime{};
+    for (const int signal : WRITE_SIGNALS) {
+        const sigset_t raised = SetOf({signal});
+        if (sigismember(&m_Pending, signal) == 0)
+            sigtimedwait(&raised, nullptr, &noTime);  // takes back the write's own
+    }
+    pthread_sigmask(SIG_SETMASK, &m_Before, nullptr);
+}
+
+}  // namespace veltrane::detail

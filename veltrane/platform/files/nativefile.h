@@ -1,0 +1,72 @@
+#pragma once
+
+#include <signal.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "veltrane/platform/text/cstring.h"
+
+namespace veltrane::detail {
+
+/// Repeats a call of the system as long as a signal interrupts it.
+template <class Call>
+auto Retried(Call&& call) {
+    for (;;) {
+        const auto result = call();
+        if (result >= 0 || errno != EINTR) return result;
+    }
+}
+
+/// A descriptor of the system that closes itself.
+class NativeFile {
+public:
+    NativeFile() = default;
+    explicit NativeFile(int handle) noexcept : m_Handle(handle) {}
+    NativeFile(NativeFile&& other) noexcept : m_Handle(other.Release()) {}
+    NativeFile& operator=(NativeFile&& other) noexcept {
+        std::swap(m_Handle, other.m_Handle);
+        return *this;
+    }
+    ~NativeFile();
+
+    explicit operator bool() const noexcept { return m_Handle >= 0; }
+    int Handle() const noexcept { return m_Handle; }
+    /// Hands the descriptor over to the caller.
+    int Release() noexcept { return std::exchange(m_Handle, -1); }
+
+private:
+    int m_Handle = -1;
+};
+
+/// Size of a regular file in bytes; 0 for anything else, for no file too.
+std::size_t RegularSize(const NativeFile& file) noexcept;
+
+/// Reads a file from its place to its end, however long it has become.
+/// @param expected  size to make room for
+/// @return false when reading fails; bytes then holds what came before
+bool ReadToEnd(const NativeFile& file, std::size_t expected, std::string& bytes);
+
+/// Writes all bytes, with one call unless the system takes less or a signal interrupts it. Waits for nobody: a pipe
+/// that is full and not to be waited for is an error.
+/// @return 0 or the system's error number
+int WriteAll(int handle, std::string_view bytes) noexcept;
+
+/// Keeps the signals of a pipe whose reader is gone, and of a file at the limit for the process, from ending the
+/// process while the guard lives: writing then fails like any other.
+class WriteSignalGuard {
+public:
+    WriteSignalGuard() noexcept;
+    WriteSignalGuard(const WriteSignalGuard&) = delete;
+    WriteSignalGuard& operator=(const WriteSignalGuard&) = delete;
+    ~WriteSignalGuard();
+
+private:
+    sigset_t m_Before;
+    sigset_t m_Pending;
+};
+
+}  // namespace veltrane::detail

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+#include "veltrane/platform/files/nativefile.h"
+
+namespace veltrane::detail {
+
+/// Opens a file through the path mapping; a path spelled as on the disk costs one open. It may be a pipe or a device,
+/// which is not waited for: look at its size before reading from it.
+/// @param spelled  as SpelledPath gives it
+/// @return no file when it is missing or unreadable
+NativeFile OpenForReading(const std::string& spelled);
+
+}  // namespace veltrane::detail

@@ -1,0 +1,119 @@
+#include "veltrane/platform/files/stdiofile.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <string_view>
+#include <utility>
+
+#include "veltrane/platform/files/cfile.h"
+#include "veltrane/platform/files/filesystem.h"
+#include "veltrane/platform/files/nativefile.h"
+#include "veltrane/platform/text/utf8.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
+
+namespace {
+
+constexpr unsigned WRITE_FLAGS = CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite;
+
+CFileException FileError(long osError, const CString& fileName) {
+    return {CFileException::OsErrorToException(osError), osError, fileName};
+}
+
+/// Locks a file and only then empties it, so that the file of another writer stays as it is. Devices belong to
+/// everybody and hold nothing that could be lost: they are not locked. @return 0 or the system's error number
+int TakeOver(const NativeFile& file) {
+    struct stat status;
+    if (fstat(file.Handle(), &status) != 0) return errno;
+    if (S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode)) return 0;
+    // flock, as record locks never conflict within a process. A file system without locks goes on without.
+    if (Retried([&] { return flock(file.Handle(), LOCK_EX | LOCK_NB); }) != 0 && errno == EWOULDBLOCK) return errno;
+    const bool isRegular = S_ISREG(status.st_mode);
+    return isRegular && Retried([&] { return ftruncate(file.Handle(), 0); }) != 0 ? errno : 0;
+}
+
+/// @return 0 or the system's error number, ENOTDIR for everything that lacks the folder
+int OpenForWriting(const CString& path, NativeFile& file) {
+    constexpr int flags = O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+    const std::string name = MapPath(path);
+    if (name.empty()) return ENOTDIR;
+    file = NativeFile{Retried([&] { return open(name.c_str(), flags, 0666); })};
+    if (file && file.Handle() <= STDERR_FILENO) {
+        // A process that was started without its standard streams would write its messages into the file.
+        NativeFile moved{fcntl(file.Handle(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1)};
+        std::swap(file, moved);
+    }
+    if (!file) return errno == ENOENT ? ENOTDIR : errno;  // a file that is missing would have been made
+    return TakeOver(file);
+}
+
+// A pipe without a reader raises one signal, a file at the limit for the process another.
+bool MayRaiseSignals(const NativeFile& file) noexcept {
+    struct stat status;
+    rlimit limit;
+    return fstat(file.Handle(), &status) != 0 || S_ISFIFO(status.st_mode) || getrlimit(RLIMIT_FSIZE, &limit) != 0 ||
+           limit.rlim_cur != RLIM_INFINITY;
+}
+
+int WriteGuarded(int handle, std::string_view bytes) noexcept {
+    const WriteSignalGuard guard;
+    return WriteAll(handle, bytes);
+}
+
+}  // namespace
+
+CStdioFile::~CStdioFile() {
+    try {
+        CStdioFile::Close();
+    } catch (const CFileException&) {  // nobody is left to be told
+    }
+}
+
+bool CStdioFile::Open(const CString& path, unsigned flags, CFileException* error) {
+    const auto fails = [&](const CFileException& failure) {
+        if (error) *error = failure;
+        return false;
+    };
+    if (flags != WRITE_FLAGS) return fails(FileError(EINVAL, path));
+    try {
+        CStdioFile::Close();
+    } catch (const CFileException& failure) {
+        return fails(failure);
+    }
+    NativeFile file;
+    if (const int osError = OpenForWriting(path, file)) return fails(FileError(osError, path));
+    m_FileName = path;
+    m_MayRaiseSignals = MayRaiseSignals(file);
+    m_Handle = file.Release();
+    return true;
+}
+
+void CStdioFile::WriteString(const CString& text) {
+    RequireOpen();
+    constexpr std::size_t keptCapacity = 1 << 16;  // what a log line needs at most; more goes back at once
+    if (m_Bytes.capacity() > keptCapacity) m_Bytes = {};
+    m_Bytes.clear();
+    AppendUtf8(m_Bytes, text.View());
+    const int osError = m_MayRaiseSignals ? WriteGuarded(m_Handle, m_Bytes) : WriteAll(m_Handle, m_Bytes);
+    if (osError != 0) throw FileError(osError, m_FileName);
+}
+
+void CStdioFile::Flush() {
+    RequireOpen();
+}
+
+void CStdioFile::RequireOpen() const {
+    if (m_Handle < 0) throw FileError(EINVAL, m_FileName);
+}
+
+void CStdioFile::Close() {
+    if (m_Handle < 0) return;
+    const int handle = std::exchange(m_Handle, -1);
+    // Never tried again: the descriptor is free even after a failure, and may be another's by then.
+    if (close(handle) != 0 && errno != EINTR) throw FileError(errno, m_FileName);
+}

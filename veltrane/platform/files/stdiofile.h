@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+
+#include "veltrane/platform/files/fileexception.h"
+
+/// A text file that is written: UTF-8, line ends as given, no mark at the start, nothing kept back in the process.
+/// @code
+/// CStdioFile file;
+/// if (file.Open(path, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite)) file.WriteString(L"done\r\n");
+/// @endcode
+class VELTRANE_API CStdioFile {
+public:
+    CStdioFile() = default;
+    CStdioFile(const CStdioFile&) = delete;
+    CStdioFile& operator=(const CStdioFile&) = delete;
+    virtual ~CStdioFile();  ///< closes; a failure is swallowed
+
+    /// Opens a path for writing with modeCreate | modeWrite | shareDenyWrite; other flags fail with cause 1. The file
+    /// is locked before it is emptied, so the file of another writer (in this process too) stays as it is. An open file
+    /// is closed first.
+    /// @param error  receives cause, system error number and path of a failure; may be null
+    /// @return false when the file could not be opened
+    virtual bool Open(const CString& path, unsigned flags, CFileException* error = nullptr);
+
+    /// Writes the whole text with one call to the system, more only after short writes and interrupts.
+    /// @throws CFileException  failing write; cause 1 when no file is open
+    virtual void WriteString(const CString& text);
+
+    /// All that was written is already with the system; nothing is left to do. @throws CFileException as WriteString
+    virtual void Flush();
+
+    /// Closes and unlocks; does nothing when no file is open. @throws CFileException when the system reports a write
+    /// that failed late; the file is closed all the same
+    virtual void Close();
+
+private:
+    void RequireOpen() const;
+
+    int m_Handle = -1;
+    bool m_MayRaiseSignals = false;  // a failing write would end the process, not return
+    CString m_FileName;
+    std::string m_Bytes;  // of the text being written; kept to spare each line an allocation
+};

@@ -1,0 +1,61 @@
+#include "veltrane/platform/process/process.h"
+
+#include <fcntl.h>
+
+#include <algorithm>
+#include <chrono>
+#include <optional>
+
+#include "veltrane/platform/files/nativefile.h"
+#include "veltrane/platform/text/encoding.h"
+
+namespace veltrane {
+
+using namespace detail;
+
+namespace {
+
+// Pieces ended by NUL, the empty ones too; a last piece without its NUL counts as well.
+std::vector<CString> SplitAtNul(std::string_view bytes) {
+    std::vector<CString> pieces;
+    while (!bytes.empty()) {
+        const std::size_t end = std::min(bytes.find('\0'), bytes.size());
+        pieces.push_back(FromUtf8(bytes.substr(0, end)));
+        bytes.remove_prefix(std::min(end + 1, bytes.size()));
+    }
+    return pieces;
+}
+
+std::vector<CString> ReadArguments() {
+    const NativeFile file{Retried([] { return open("/proc/self/cmdline", O_RDONLY | O_CLOEXEC); })};
+    std::string bytes;
+    constexpr std::size_t usualSize = 1023;
+    if (!file || !ReadToEnd(file, usualSize, bytes)) return {};
+    return SplitAtNul(bytes);
+}
+
+// Empty until the arguments are asked for or set. Never destroyed.
+std::optional<std::vector<CString>>& Arguments() {
+    static auto& arguments = *new std::optional<std::vector<CString>>;
+    return arguments;
+}
+
+}  // namespace
+
+std::vector<CString> GetArguments() {
+    if (!Arguments()) Arguments() = ReadArguments();
+    return *Arguments();
+}
+
+void SetArguments(std::vector<CString> arguments) {
+    Arguments() = std::move(arguments);
+}
+
+std::int32_t TickCount() {
+    using std::chrono::milliseconds;
+    const auto sinceStart = std::chrono::steady_clock::now().time_since_epoch();
+    const auto count = std::chrono::duration_cast<milliseconds>(sinceStart).count();
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(count));
+}
+
+}  // namespace veltrane

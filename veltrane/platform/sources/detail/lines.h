@@ -1,0 +1,82 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
+
+namespace veltrane::detail {
+
+/// The blanks of text files. 0x1A once marked the end of a file and may still stand there.
+constexpr bool IsFileBlank(char byte) noexcept {
+    return byte == ' ' || byte == '\t' || byte == '\v' || byte == '\f' || byte == '\x1A';
+}
+
+constexpr bool IsLineEnd(char byte) noexcept {
+    return byte == '\n' || byte == '\r';
+}
+
+inline std::string_view WithoutLeadingBlanks(std::string_view text) noexcept {
+    while (!text.empty() && IsFileBlank(text.front())) text.remove_prefix(1);
+    return text;
+}
+
+inline std::string_view WithoutBlanks(std::string_view text) noexcept {
+    text = WithoutLeadingBlanks(text);
+    while (!text.empty() && IsFileBlank(text.back())) text.remove_suffix(1);
+    return text;
+}
+
+/// Position of the line end at or behind a position; the text's size on the last line.
+inline std::size_t EndOfLine(std::string_view text, std::size_t at) noexcept {
+    while (at < text.size() && !IsLineEnd(text[at])) ++at;
+    return at;
+}
+
+/// Position behind the line end in front of a position; 0 on the first line.
+inline std::size_t StartOfLine(std::string_view text, std::size_t at) noexcept {
+    while (at > 0 && !IsLineEnd(text[at - 1])) --at;
+    return at;
+}
+
+/// Walks over the lines of a text. A line ends at CR or LF; the empty line inside CR LF is harmless
+/// to every reader. Each kind of line end is searched from where its last search stopped, so that text without one of
+/// them, or without any, costs one pass.
+class LineWalk {
+public:
+    explicit LineWalk(std::string_view text) noexcept : m_Text(text), m_Lf(Seek('\n')), m_Cr(Seek('\r')) {}
+
+    bool Next(std::string_view& line) noexcept {
+        if (m_At >= m_Text.size()) return false;
+        if (m_Lf < m_At) m_Lf = Seek('\n');
+        if (m_Cr < m_At) m_Cr = Seek('\r');
+        const std::size_t end = std::min(m_Lf, m_Cr);
+        line = m_Text.substr(m_At, end - m_At);
+        m_At = end + 1;
+        return true;
+    }
+
+    /// Whether the line given last is none of its own but the empty one inside CR LF.
+    bool IsInsidePair() const noexcept {
+        return m_At >= 2 && m_At <= m_Text.size() && m_Text[m_At - 1] == '\n' && m_Text[m_At - 2] == '\r';
+    }
+
+private:
+    std::size_t Seek(char end) const noexcept { return std::min(m_Text.find(end, m_At), m_Text.size()); }
+
+    std::string_view m_Text;
+    std::size_t m_At = 0;
+    std::size_t m_Lf;
+    std::size_t m_Cr;
+};
+
+/// Number, from 1, of the line that holds a position.
+inline int LineNumber(std::string_view text, std::size_t position) noexcept {
+    int line = 1;
+    for (std::size_t at = 0; at < position; ++at) {
+        const bool isInsidePair = text[at] == '\r' && at + 1 < text.size() && text[at + 1] == '\n';
+        if (IsLineEnd(text[at]) && !isInsidePair) ++line;
+    }
+    return line;
+}
+
+}  // namespace veltrane::detail

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace veltrane::detail {
+
+/// One element of a name, in both cases, as the bytes of a text are compared with it: a byte fits if it equals value
+/// after the bits are set. Bytes from 0x80 on fit every element; they are to be decoded.
+struct NamePattern {
+    std::int8_t bits;
+    std::int8_t value;
+
+    static NamePattern Of(wchar_t element) noexcept;
+};
+
+/// Searches a text for places where a key could end: its last two elements, and behind them a blank, a NUL or '='.
+/// Nearly all bytes of a section drop out here, 32 at a step. It may find too much, never too little.
+class NameEndSearch {
+public:
+    /// @param name  the key, not empty
+    explicit NameEndSearch(std::wstring_view name) noexcept
+        : m_Before(name.size() > 1 ? NamePattern::Of(name[name.size() - 2]) : NamePattern{-1, -1}),
+          m_Last(NamePattern::Of(name.back())) {}
+
+    /// Position of the last element of a possible key at or behind start, which must not be 0; the text's size when
+    /// there is none.
+    std::size_t Find(std::string_view text, std::size_t start) const noexcept;
+
+private:
+    NamePattern m_Before;
+    NamePattern m_Last;
+};
+
+}  // namespace veltrane::detail

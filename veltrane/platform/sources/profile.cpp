@@ -1,0 +1,132 @@
+#include "veltrane/platform/sources/profile.h"
+
+#include <string_view>
+
+#include "veltrane/platform/sources/detail/profilescan.h"
+#include "veltrane/platform/sources/detail/textfile.h"
+#include "veltrane/platform/sources/detail/tracing.h"
+#include "veltrane/platform/text/cstring.h"
+#include "veltrane/platform/text/decoding.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
+
+namespace {
+
+std::wstring_view WithoutTrailingBlanks(const wchar_t* text) noexcept {
+    std::wstring_view view = text ? std::wstring_view{text} : std::wstring_view{};
+    while (view.ends_with(L' ')) view.remove_suffix(1);
+    return view;
+}
+
+// The caller's buffer; whoever writes asks for room first, as there may be none at all.
+class AnswerBuffer {
+public:
+    AnswerBuffer(wchar_t* buffer, unsigned capacity) noexcept : m_Buffer(buffer), m_Capacity(buffer ? capacity : 0) {}
+
+    /// Adds an element while there is room for one NUL behind it.
+    bool Put(wchar_t element) noexcept {
+        if (m_Length + 1 >= m_Capacity) return false;
+        m_Buffer[m_Length++] = element;
+        return true;
+    }
+
+    bool PutText(std::string_view bytes, bool withSurrogates) noexcept {
+        while (!bytes.empty()) {
+            const bool isAscii = static_cast<unsigned char>(bytes[0]) < 0x80;  // nearly always, and not worth a call
+            if (!Put(isAscii ? static_cast<wchar_t>(bytes[0]) : TakeFileCharacter(bytes, withSurrogates))) return false;
+            if (isAscii) bytes.remove_prefix(1);
+        }
+        return true;
+    }
+
+    void PutText(std::wstring_view text) noexcept {
+        for (const wchar_t element : text) {
+            if (!Put(element)) return;
+        }
+    }
+
+    unsigned EndValue() noexcept {
+        if (m_Capacity > 0) m_Buffer[m_Length] = L'\0';
+        return m_Length;
+    }
+
+    /// A list ends with a NUL of its own, two if it is empty. One that did not fit gives up an element for its last
+    /// name's NUL.
+    unsigned EndList(bool isCut) noexcept {
+        if (isCut && m_Length > 0) --m_Length;
+        if (m_Capacity > 0) m_Buffer[m_Length] = L'\0';
+        if ((isCut || m_Length == 0) && m_Length + 1 < m_Capacity) m_Buffer[m_Length + 1] = L'\0';
+        return m_Length;
+    }
+
+    CString Text() const { return std::wstring_view{m_Buffer, m_Length}; }
+
+private:
+    wchar_t* m_Buffer;
+    unsigned m_Capacity;
+    unsigned m_Length = 0;
+};
+
+/// One question to the text of a file.
+class Question {
+public:
+    Question(const TextFile& file, AnswerBuffer& answer) noexcept
+        : m_Answer(answer), m_Text(file.Text()), m_WithSurrogates(file.WithSurrogates()) {}
+
+    unsigned Ask(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText) {
+        ProfileSections sections{m_Text, m_WithSurrogates};
+        if (!section) return List(sections);
+        std::string_view lines;
+        const bool hasSection = sections.Find(ProfileName{section}, lines);
+        if (!key) return List(ProfileKeys{lines});
+        m_Found = hasSection && FindProfileValue(lines, ProfileName{key}, m_WithSurrogates, m_Value);
+        if (m_Found) {
+            m_Answer.PutText(m_Value, m_WithSurrogates);
+        } else {
+            m_Answer.PutText(WithoutTrailingBlanks(defaultText));
+        }
+        return m_Answer.EndValue();
+    }
+
+    bool Found() const noexcept { return m_Found; }
+    /// Line of the value, counted only here; 0 for a list or when nothing was found.
+    int Line() const noexcept {
+        return m_Value.data() ? LineNumber(m_Text, static_cast<std::size_t>(m_Value.data() - m_Text.data())) : 0;
+    }
+
+private:
+    // What is behind a full buffer is not looked at.
+    template <class Names>
+    unsigned List(Names names) {
+        for (std::string_view name; names.Next(name);) {
+            if (name.empty()) continue;  // it would end the list for every reader
+            m_Found = true;
+            if (!m_Answer.PutText(name, m_WithSurrogates) || !m_Answer.Put(L'\0')) {
+                return m_Answer.EndList(/*isCut*/ true);
+            }
+        }
+        return m_Answer.EndList(/*isCut*/ false);
+    }
+
+    AnswerBuffer& m_Answer;
+    std::string_view m_Text;
+    bool m_WithSurrogates;
+    std::string_view m_Value;
+    bool m_Found = false;
+};
+
+}  // namespace
+
+unsigned GetPrivateProfileStringW(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText,
+                                  wchar_t* buffer, unsigned capacity, const wchar_t* fileName) {
+    const TextFile file{fileName};
+    AnswerBuffer answer{buffer, capacity};
+    Question question{file, answer};
+    const unsigned count = question.Ask(section, key, defaultText);
+    if (IsTracing()) {
+        ReportToTrace(
+            {SourceEvent::Source::Profile, fileName, question.Line(), section, key, answer.Text(), question.Found()});
+    }
+    return count;
+}

@@ -1,0 +1,130 @@
+#include "veltrane/platform/sources/winreg.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <map>
+#include <utility>
+
+#include "veltrane/platform/sources/detail/registryfile.h"
+#include "veltrane/platform/sources/detail/textfile.h"
+#include "veltrane/platform/sources/detail/tracing.h"
+#include "veltrane/platform/text/encoding.h"
+#include "veltrane/platform/text/utf16.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
+
+namespace {
+
+constexpr wchar_t DEFAULT_FILE[] = L"/etc/vornak/registry.reg";
+
+struct OpenKey {
+    CString file;
+    CString path;  // as asked for
+    RegistryValues values;
+};
+
+/// What the calls share. Never destroyed: an object that ends late may still close its key.
+struct Registry {
+    CString file;  // empty: the default
+    std::map<std::uintptr_t, OpenKey> keys;
+    std::uintptr_t lastHandle = 0;
+};
+
+Registry& Shared() {
+    static Registry& registry = *new Registry;
+    return registry;
+}
+
+HKEY HandleOf(std::uintptr_t number) noexcept {
+    return reinterpret_cast<HKEY>(number);  // NOLINT(performance-no-int-to-ptr): a number, never an address
+}
+
+OpenKey* FindKey(HKEY handle) {
+    const auto found = Shared().keys.find(reinterpret_cast<std::uintptr_t>(handle));
+    return found == Shared().keys.end() ? nullptr : &found->second;
+}
+
+CString RegistryFile() {
+    if (!Shared().file.IsEmpty()) return Shared().file;
+    const char* const variable = std::getenv("VORNAK_REGISTRY");
+    return variable && *variable != '\0' ? FromUtf8(variable) : CString{DEFAULT_FILE};
+}
+
+bool ReadKey(const CString& file, const CString& path, RegistryValues& values) {
+    const TextFile text{file};
+    if (text.Text().empty() || path[0] == L'\\') return false;  // most machines have no registry
+    CString folded = CString{path}.MakeLower();
+    if (folded[folded.GetLength() - 1] == L'\\') folded = folded.Left(folded.GetLength() - 1);
+    return ReadRegistryKey(text.Text(), text.WithSurrogates(), folded.View(), values);
+}
+
+void Report(const OpenKey& key, const wchar_t* name, const RegistryValue* value) {
+    if (!IsTracing()) return;
+    SourceEvent event{SourceEvent::Source::Registry, key.file, 0, key.path, name, {}, value != nullptr};
+    if (value) {
+        event.line = value->line;
+        event.value = RegistryText(reinterpret_cast<const unsigned char*>(value->data.data()),
+                                   static_cast<std::uint32_t>(value->data.size()));
+    }
+    ReportToTrace(event);
+}
+
+}  // namespace
+
+void veltrane::SetRegistryFile(const CString& file) {
+    Shared().file = file;
+}
+
+long RegOpenKeyExW(HKEY root, const wchar_t* path, std::uint32_t, std::uint32_t, HKEY* key) {
+    if (!key) return ERROR_INVALID_PARAMETER;
+    OpenKey opened{RegistryFile(), path, {}};
+    if (root != HKEY_LOCAL_MACHINE || !ReadKey(opened.file, opened.path, opened.values)) {
+        Report(opened, nullptr, nullptr);
+        return ERROR_FILE_NOT_FOUND;
+    }
+    Registry& registry = Shared();
+    registry.keys.emplace(++registry.lastHandle, std::move(opened));
+    *key = HandleOf(registry.lastHandle);
+    return ERROR_SUCCESS;
+}
+
+long RegQueryValueExW(HKEY key, const wchar_t* name, std::uint32_t*, std::uint32_t* type, unsigned char* data,
+                      std::uint32_t* size) {
+    const OpenKey* const opened = FindKey(key);
+    if (!opened) return ERROR_INVALID_HANDLE;
+    if (data && !size) return ERROR_INVALID_PARAMETER;
+    const auto found = opened->values.find(CString{name}.MakeLower());
+    if (found == opened->values.end()) {
+        Report(*opened, name, nullptr);
+        return ERROR_FILE_NOT_FOUND;
+    }
+    const RegistryValue& value = found->second;
+    const auto needed = static_cast<std::uint32_t>(value.data.size());
+    const bool fits = !data || *size >= needed;
+    if (type) *type = value.type;
+    if (size) *size = needed;
+    if (!fits) return ERROR_MORE_DATA;
+    if (data) {
+        std::ranges::copy(value.data, data);
+        Report(*opened, name, &value);
+    }
+    return ERROR_SUCCESS;
+}
+
+long RegCloseKey(HKEY key) {
+    const bool wasOpen = Shared().keys.erase(reinterpret_cast<std::uintptr_t>(key)) > 0;
+    return wasOpen ? ERROR_SUCCESS : ERROR_INVALID_HANDLE;
+}
+
+CString veltrane::RegistryText(const unsigned char* data, std::uint32_t size) {
+    std::string bytes{reinterpret_cast<const char*>(data), data ? size : 0};
+    if (bytes.size() % 2 != 0) bytes += '\0';
+    std::wstring text;
+    for (Utf16Reader reader{bytes}; reader.More();) {
+        const auto element = static_cast<wchar_t>(reader.Next());
+        if (element == L'\0') break;
+        text += element;
+    }
+    return CString{std::move(text)};
+}

@@ -1,0 +1,47 @@
+#include "veltrane/platform/text/characters.h"
+
+#include <locale.h>
+#include <clocale>
+#include <cwctype>
+
+namespace veltrane {
+
+namespace {
+
+// Made on the first character outside ASCII and kept: most runs never need it.
+locale_t FoldingLocale() noexcept {
+    static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    return locale;
+}
+
+}  // namespace
+
+wchar_t FoldBeyondAscii(wchar_t element) noexcept {
+    const locale_t locale = FoldingLocale();
+    return locale ? static_cast<wchar_t>(towlower_l(static_cast<wint_t>(element), locale)) : element;
+}
+
+wchar_t UpperBeyondAscii(wchar_t element) noexcept {
+    const locale_t locale = FoldingLocale();
+    return locale ? static_cast<wchar_t>(towupper_l(static_cast<wint_t>(element), locale)) : element;
+}
+
+bool IsWhiteSpace(wchar_t element) noexcept {
+    if (IsAscii(element)) return element == L' ' || (element >= L'\t' && element <= L'\r');
+    if (element >= 0x2000 && element <= 0x200A) return true;
+    switch (element) {
+        case 0x0085:
+        case 0x00A0:
+        case 0x1680:
+        case 0x2028:
+        case 0x2029:
+        case 0x202F:
+        case 0x205F:
+        case 0x3000:
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace veltrane

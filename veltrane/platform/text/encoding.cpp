@@ -1,0 +1,58 @@
+#include "veltrane/platform/text/encoding.h"
+
+#include <cstdint>
+
+#include "veltrane/platform/text/utf8.h"
+
+namespace veltrane {
+
+using namespace detail;
+
+namespace {
+
+// Two plain passes, which the compiler does with whole registers.
+bool IsAllAscii(std::wstring_view text) noexcept {
+    std::uint32_t all = 0;
+    for (const wchar_t element : text) all |= static_cast<std::uint32_t>(element);
+    return all < 0x80;
+}
+
+void AppendAscii(std::string& out, std::wstring_view text) {
+    const std::size_t begin = out.size();
+    out.resize(begin + text.size());
+    char* const bytes = out.data() + begin;
+    for (std::size_t i = 0; i < text.size(); ++i) bytes[i] = static_cast<char>(text[i]);
+}
+
+}  // namespace
+
+void detail::AppendUtf8(std::string& out, std::wstring_view text) {
+    if (IsAllAscii(text)) return AppendAscii(out, text);
+    for (const wchar_t element : text) {
+        const auto codePoint = static_cast<std::uint32_t>(element);
+        if (codePoint >= 0xDC80 && codePoint <= 0xDCFF) {
+            out += static_cast<char>(codePoint - 0xDC00);
+        } else {
+            AppendUtf8(out, codePoint <= 0x10FFFF ? codePoint : U'\xFFFD');
+        }
+    }
+}
+
+std::string ToUtf8(CStringView text) {
+    std::string bytes;
+    AppendUtf8(bytes, text.View());
+    return bytes;
+}
+
+CString FromUtf8(std::string_view bytes) {
+    std::wstring text;
+    text.reserve(bytes.size());
+    while (!bytes.empty()) {
+        const auto [element, length] = ReadElement(bytes);
+        text += element;
+        bytes.remove_prefix(length);
+    }
+    return CString{std::move(text)};
+}
+
+}  // namespace veltrane

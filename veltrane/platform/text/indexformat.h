@@ -1,0 +1,19 @@
+#pragma once
+
+#include "veltrane/platform/text/cstring.h"
+
+namespace veltrane {
+
+/// Formats with one "%d" that hold text of users, such as the name of a section with a database's name in it. "%%" is
+/// one '%', every other '%' stands for itself, so no text turns into a conversion.
+
+/// Reads the number of an item that has the form of a format. White space in the format fits any run of it in the item,
+/// also none; case counts; behind the number nothing is looked at.
+/// @param index  the number, limited to what an int holds; untouched when the item does not fit
+/// @return whether the item fits up to the number; never for a format without "%d"
+VELTRANE_API bool MatchIndex(const CString& item, const CString& format, int& index);
+
+/// The item of an index: the first "%d" becomes the number, a further one stays. What this writes, MatchIndex reads.
+VELTRANE_API CString FormatIndex(const CString& format, int index);
+
+}  // namespace veltrane

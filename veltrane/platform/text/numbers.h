@@ -1,0 +1,15 @@
+#pragma once
+
+#include "veltrane/platform/text/cstring.h"
+
+/// The number that a text begins with: white space, optional sign, ASCII digits up to the first other character. No
+/// digits give 0; a number outside int gives INT_MIN or INT_MAX.
+VELTRANE_API int _wtoi(
+    veltrane::CStringView text) noexcept;  // NOLINT(bugprone-reserved-identifier): the name hosts call
+
+namespace veltrane {
+
+/// Reads the number of _wtoi at the front of a text. @return false, with number untouched, when there are no digits
+VELTRANE_API bool ScanInteger(std::wstring_view text, int& number) noexcept;
+
+}  // namespace veltrane

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace veltrane::detail {
+
+constexpr bool IsLeadSurrogate(char32_t unit) noexcept {
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+
+constexpr bool IsTrailSurrogate(char32_t unit) noexcept {
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+enum class Utf16Order { LittleEndian, BigEndian };
+
+/// Walks over the 16-bit units of bytes: a pair is one code point, a lone surrogate stays.
+class Utf16Reader {
+public:
+    explicit Utf16Reader(std::string_view bytes, Utf16Order order = Utf16Order::LittleEndian) noexcept
+        : m_Rest(bytes), m_LowAt(order == Utf16Order::LittleEndian ? 0 : 1) {}
+
+    bool More() const noexcept { return m_Rest.size() >= 2; }  ///< a last odd byte is no unit
+
+    char32_t Next() noexcept {  ///< while there are More
+        const char32_t lead = Take();
+        if (!IsLeadSurrogate(lead) || !More() || !IsTrailSurrogate(Peek())) return lead;
+        return 0x10000 + ((lead - 0xD800) << 10) + (Take() - 0xDC00);
+    }
+
+private:
+    char32_t Peek() const noexcept {
+        const auto low = static_cast<std::uint8_t>(m_Rest[m_LowAt]);
+        const auto high = static_cast<std::uint8_t>(m_Rest[1 - m_LowAt]);
+        return static_cast<char32_t>(high << 8 | low);
+    }
+
+    char32_t Take() noexcept {
+        const char32_t unit = Peek();
+        m_Rest.remove_prefix(2);
+        return unit;
+    }
+
+    std::string_view m_Rest;
+    std::size_t m_LowAt;
+};
+
+}  // namespace veltrane::detail

@@ -44,7 +44,6 @@ XRegistry::XRegistry(const CString& subKey) : m_RootPath(Below(ROOT_PATH, subKey
 XRegistry::~XRegistry() = default;
 
 bool XRegistry::Open(const CString& section) {
-    m_Section = section;
     m_KeyPath = Below(m_RootPath, section);
     return RegOpenKeyExW(HKEY_LOCAL_MACHINE, m_KeyPath.GetString(), 0, KEY_READ, &m_hKey) == ERROR_SUCCESS;
 }

@@ -32,7 +32,6 @@ public:
 
 private:
     CString m_RootPath;
-    CString m_Section;
     CString m_KeyPath;
     HKEY m_hKey = nullptr;
 };

@@ -1,6 +1,7 @@
 #include "veltrane/platform/sources/profile.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,6 +11,7 @@
 
 #include "support/environment.h"
 #include "support/support.h"
+#include "veltrane/platform/sources/snapshot.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;
@@ -91,6 +93,27 @@ TEST_F(Profile, GivesTheDefaultOnlyForWhatIsMissing) {
     }
     wchar_t buffer[8];
     EXPECT_EQ(GetPrivateProfileStringW(L"A", L"k", L"no", buffer, 8, nullptr), 2U);
+}
+
+TEST_F(Profile, ReadsAFileThatClaimsToBeEmpty) {
+    m_File = L"/proc/self/comm";  // the name of this process
+    std::ofstream{"/proc/self/comm"} << "[A]\nk=1";
+    EXPECT_EQ(Ask(L"A", L"k", L"missing"), L"1");
+    std::ofstream{"/proc/self/comm"} << "veltrane_tests";
+}
+
+TEST_F(Profile, KeepsNoAnswerOfAFileThatCannotBeOpenedForTheMoment) {
+    Write("[A]\nk=1");
+    const SourceSnapshot snapshot;
+    rlimit limit;
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const rlimit none{0, limit.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    EXPECT_EQ(Ask(L"A", L"k", L"missing"), L"missing");
+    setrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_EQ(Ask(L"A", L"k", L"missing"), L"1");
+    Write("[A]\nk=2");
+    EXPECT_EQ(Ask(L"A", L"k", L"missing"), L"1") << "what was read is kept";
 }
 
 TEST_F(Profile, LeavesAPipeWhatItHolds) {

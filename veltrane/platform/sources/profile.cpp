@@ -71,8 +71,8 @@ private:
 /// One question to the text of a file.
 class Question {
 public:
-    Question(const TextFile& file, AnswerBuffer& answer) noexcept
-        : m_Answer(answer), m_Text(file.Text()), m_WithSurrogates(file.WithSurrogates()) {}
+    Question(const FileText& text, AnswerBuffer& answer) noexcept
+        : m_Answer(answer), m_Text(text.View()), m_WithSurrogates(text.WithSurrogates()) {}
 
     unsigned Ask(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText) {
         ProfileSections sections{m_Text, m_WithSurrogates};
@@ -122,7 +122,7 @@ unsigned GetPrivateProfileStringW(const wchar_t* section, const wchar_t* key, co
                                   wchar_t* buffer, unsigned capacity, const wchar_t* fileName) {
     const TextFile file{fileName};
     AnswerBuffer answer{buffer, capacity};
-    Question question{file, answer};
+    Question question{file.Text(), answer};
     const unsigned count = question.Ask(section, key, defaultText);
     if (IsTracing()) {
         ReportToTrace(

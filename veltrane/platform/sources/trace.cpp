@@ -1,6 +1,7 @@
 #include "veltrane/platform/sources/trace.h"
 
 #include <memory>
+#include <mutex>
 #include <utility>
 
 #include "veltrane/platform/sources/detail/tracing.h"
@@ -9,46 +10,59 @@ namespace veltrane {
 
 using namespace detail;
 
-bool detail::g_Tracing = false;
+constinit std::atomic<bool> detail::g_IsObserved = false;
 
 namespace {
 
-// Never destroyed: objects that end late may still ask a source. Shared with the call that runs, since an observer may
-// install another one.
-std::shared_ptr<SourceTrace>& InstalledTrace() {
-    static auto& trace = *new std::shared_ptr<SourceTrace>;
-    return trace;
-}
+/// The observer. Shared with the calls that run, since it may be replaced meanwhile.
+struct Installed {
+    std::mutex mutex;
+    std::shared_ptr<SourceTrace> trace;
+};
 
-bool g_ObserverRuns = false;
+// Made with the library and never destroyed: the first look must not need memory, and objects that end late may still
+// ask a source.
+union Lasting {
+    constexpr Lasting() : installed{} {}
+    ~Lasting() {}  // NOLINT(modernize-use-equals-default): the member stays
 
-void UpdateTracing() {
-    g_Tracing = InstalledTrace() && !g_ObserverRuns;
+    Installed installed;
+};
+constinit Lasting g_Lasting;
+
+thread_local bool g_ObserverRuns = false;  // in this thread
+
+std::shared_ptr<SourceTrace> InstalledTrace() {
+    const std::lock_guard lock{g_Lasting.installed.mutex};
+    return g_Lasting.installed.trace;
 }
 
 }  // namespace
 
 SourceTrace SetSourceTrace(SourceTrace trace) {
     auto next = trace ? std::make_shared<SourceTrace>(std::move(trace)) : nullptr;
-    const auto before = std::exchange(InstalledTrace(), std::move(next));
-    UpdateTracing();
+    std::shared_ptr<SourceTrace> before;
+    {
+        const std::lock_guard lock{g_Lasting.installed.mutex};
+        g_IsObserved = next != nullptr;
+        before = std::exchange(g_Lasting.installed.trace, std::move(next));
+    }
     return before ? *before : SourceTrace{};
 }
 
-bool detail::HasObserver() noexcept {
-    return InstalledTrace() != nullptr;
+bool detail::DoesObserverAsk() noexcept {
+    return g_ObserverRuns;
 }
 
 void detail::ReportToTrace(const SourceEvent& event) noexcept {
     const auto trace = InstalledTrace();
+    if (!trace) return;  // taken away meanwhile
     g_ObserverRuns = true;
-    UpdateTracing();
     try {
         (*trace)(event);
     } catch (...) {  // an observer has no say in the answer
     }
     g_ObserverRuns = false;
-    UpdateTracing();
 }
 
 }  // namespace veltrane

@@ -22,7 +22,8 @@ using SourceTrace = std::function<void(const SourceEvent&)>;
 
 /// Installs an observer that is told every question to a profile file, the registry or the environment; an empty one
 /// ends the observation. It changes no result: what it throws is dropped, and what it asks itself is not reported.
-/// While none is set, no lines are counted. @return the observer before
+/// While none is set, no lines are counted. One observer serves all threads and is called in the one that asks; a call
+/// that has begun may go on while another observer is installed. @return the observer before
 VELTRANE_API SourceTrace SetSourceTrace(SourceTrace trace);
 
 }  // namespace veltrane

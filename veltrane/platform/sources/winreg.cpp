@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <map>
+#include <memory>
+#include <mutex>
 #include <utility>
 
 #include "veltrane/platform/sources/detail/registryfile.h"
@@ -24,39 +26,56 @@ struct OpenKey {
     RegistryValues values;
 };
 
-/// What the calls share. Never destroyed: an object that ends late may still close its key.
-struct Registry {
-    CString file;  // empty: the default
-    std::map<std::uintptr_t, OpenKey> keys;
-    std::uintptr_t lastHandle = 0;
+/// What the calls share, whatever thread they come from. Never destroyed: an object that ends late may still close its
+/// key.
+class Registry {
+public:
+    static Registry& Shared() {
+        static Registry& registry = *new Registry;
+        return registry;
+    }
+
+    CString File() {
+        const std::lock_guard lock{m_Mutex};
+        if (!m_File.IsEmpty()) return m_File;
+        const char* const variable = std::getenv("VORNAK_REGISTRY");
+        return variable && *variable != '\0' ? FromUtf8(variable) : CString{DEFAULT_FILE};
+    }
+    void SetFile(const CString& file) {
+        const std::lock_guard lock{m_Mutex};
+        m_File = file;
+    }
+
+    HKEY Add(OpenKey key) {
+        const std::lock_guard lock{m_Mutex};
+        m_Keys.emplace(++m_nLastHandle, std::make_shared<OpenKey>(std::move(key)));
+        return reinterpret_cast<HKEY>(m_nLastHandle);  // NOLINT(performance-no-int-to-ptr): a number, never an address
+    }
+    /// @return null for a handle that is not open; the key outlives its closing
+    std::shared_ptr<const OpenKey> Find(HKEY handle) {
+        const std::lock_guard lock{m_Mutex};
+        const auto found = m_Keys.find(reinterpret_cast<std::uintptr_t>(handle));
+        return found == m_Keys.end() ? nullptr : found->second;
+    }
+    bool Remove(HKEY handle) {
+        const std::lock_guard lock{m_Mutex};
+        return m_Keys.erase(reinterpret_cast<std::uintptr_t>(handle)) > 0;
+    }
+
+private:
+    std::mutex m_Mutex;
+    CString m_File;  // empty: the default
+    std::map<std::uintptr_t, std::shared_ptr<const OpenKey>> m_Keys;
+    std::uintptr_t m_nLastHandle = 0;
 };
 
-Registry& Shared() {
-    static Registry& registry = *new Registry;
-    return registry;
-}
-
-HKEY HandleOf(std::uintptr_t number) noexcept {
-    return reinterpret_cast<HKEY>(number);  // NOLINT(performance-no-int-to-ptr): a number, never an address
-}
-
-OpenKey* FindKey(HKEY handle) {
-    const auto found = Shared().keys.find(reinterpret_cast<std::uintptr_t>(handle));
-    return found == Shared().keys.end() ? nullptr : &found->second;
-}
-
-CString RegistryFile() {
-    if (!Shared().file.IsEmpty()) return Shared().file;
-    const char* const variable = std::getenv("VORNAK_REGISTRY");
-    return variable && *variable != '\0' ? FromUtf8(variable) : CString{DEFAULT_FILE};
-}
-
 bool ReadKey(const CString& file, const CString& path, RegistryValues& values) {
-    const TextFile text{file};
-    if (text.Text().empty() || path[0] == L'\\') return false;  // most machines have no registry
+    const TextFile read{file};
+    const FileText& text = read.Text();
+    if (text.View().empty() || path[0] == L'\\') return false;  // most machines have no registry
     CString folded = CString{path}.MakeLower();
     if (folded[folded.GetLength() - 1] == L'\\') folded = folded.Left(folded.GetLength() - 1);
-    return ReadRegistryKey(text.Text(), text.WithSurrogates(), folded.View(), values);
+    return ReadRegistryKey(text.View(), text.WithSurrogates(), folded.View(), values);
 }
 
 void Report(const OpenKey& key, const wchar_t* name, const RegistryValue* value) {
@@ -73,25 +92,23 @@ void Report(const OpenKey& key, const wchar_t* name, const RegistryValue* value)
 }  // namespace
 
 void veltrane::SetRegistryFile(const CString& file) {
-    Shared().file = file;
+    Registry::Shared().SetFile(file);
 }
 
 long RegOpenKeyExW(HKEY root, const wchar_t* path, std::uint32_t, std::uint32_t, HKEY* key) {
     if (!key) return ERROR_INVALID_PARAMETER;
-    OpenKey opened{RegistryFile(), path, {}};
+    OpenKey opened{Registry::Shared().File(), path, {}};
     if (root != HKEY_LOCAL_MACHINE || !ReadKey(opened.file, opened.path, opened.values)) {
         Report(opened, nullptr, nullptr);
         return ERROR_FILE_NOT_FOUND;
     }
-    Registry& registry = Shared();
-    registry.keys.emplace(++registry.lastHandle, std::move(opened));
-    *key = HandleOf(registry.lastHandle);
+    *key = Registry::Shared().Add(std::move(opened));
     return ERROR_SUCCESS;
 }
 
 long RegQueryValueExW(HKEY key, const wchar_t* name, std::uint32_t*, std::uint32_t* type, unsigned char* data,
                       std::uint32_t* size) {
-    const OpenKey* const opened = FindKey(key);
+    const auto opened = Registry::Shared().Find(key);
     if (!opened) return ERROR_INVALID_HANDLE;
     if (data && !size) return ERROR_INVALID_PARAMETER;
     const auto found = opened->values.find(CString{name}.MakeLower());
@@ -113,8 +130,7 @@ long RegQueryValueExW(HKEY key, const wchar_t* name, std::uint32_t*, std::uint32
 }
 
 long RegCloseKey(HKEY key) {
-    const bool wasOpen = Shared().keys.erase(reinterpret_cast<std::uintptr_t>(key)) > 0;
-    return wasOpen ? ERROR_SUCCESS : ERROR_INVALID_HANDLE;
+    return Registry::Shared().Remove(key) ? ERROR_SUCCESS : ERROR_INVALID_HANDLE;
 }
 
 CString veltrane::RegistryText(const unsigned char* data, std::uint32_t size) {

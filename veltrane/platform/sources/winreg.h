@@ -5,8 +5,8 @@
 #include "veltrane/platform/text/cstring.h"
 
 /// The machine's registry, read-only, kept in one text file in the form of a registry export. The file is read with
-/// each opening of a key: a change is seen by the next one. A file that is missing, can not be read or has no export
-/// header holds no keys.
+/// each opening of a key: a change is seen by the next one. A file that is missing, cannot be read or has no export
+/// header holds no keys. The calls may come from several threads at once; all share the handles and the file's name.
 
 namespace veltrane::detail {
 struct RegistryKey;

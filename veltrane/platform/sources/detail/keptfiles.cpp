@@ -10,7 +10,8 @@ namespace veltrane::detail {
 
 namespace {
 
-// Of this thread; without an end of their own, since objects that end late may still ask.
+// Of this thread. Plain numbers and addresses: nothing is made when the first snapshot begins or ends, and nothing is
+// destroyed while objects that end late may still ask.
 thread_local int g_Snapshots = 0;  // that live
 thread_local KeptFiles* g_Kept = nullptr;
 
@@ -30,14 +31,14 @@ KeptFiles* KeptFiles::Current() {
     return g_Kept;
 }
 
-const FileBytes* KeptFiles::Find(CStringView path) const {
-    if (path.View().empty()) return nullptr;
-    const auto entry = std::ranges::find(m_Entries, path.View(), [](const Entry& kept) { return kept.path.View(); });
-    return entry == m_Entries.end() ? nullptr : &entry->bytes;
+std::shared_ptr<const FileText> KeptFiles::Find(CStringView path) const {
+    const auto entry = std::ranges::find_if(
+        m_Entries, [&](const Entry& kept) { return kept.text && kept.path.View() == path.View(); });
+    return entry == m_Entries.end() ? nullptr : entry->text;
 }
 
-void KeptFiles::Keep(CStringView path, FileBytes bytes) {
-    m_Entries[m_nNext++ % m_Entries.size()] = {path.View(), std::move(bytes)};
+void KeptFiles::Keep(CStringView path, std::shared_ptr<const FileText> text) {
+    m_Entries[m_nNext++ % m_Entries.size()] = {path.View(), std::move(text)};
 }
 
 }  // namespace veltrane::detail

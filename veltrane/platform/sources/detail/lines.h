@@ -26,13 +26,13 @@ inline std::string_view WithoutBlanks(std::string_view text) noexcept {
     return text;
 }
 
-/// Position of the line end at or behind a position; the text's size on the last line.
+/// Position of the line end at or after a position; the text's size on the last line.
 inline std::size_t EndOfLine(std::string_view text, std::size_t at) noexcept {
     while (at < text.size() && !IsLineEnd(text[at])) ++at;
     return at;
 }
 
-/// Position behind the line end in front of a position; 0 on the first line.
+/// Position after the line end that comes before a position; 0 on the first line.
 inline std::size_t StartOfLine(std::string_view text, std::size_t at) noexcept {
     while (at > 0 && !IsLineEnd(text[at - 1])) --at;
     return at;

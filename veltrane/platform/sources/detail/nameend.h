@@ -15,8 +15,8 @@ struct NamePattern {
     static NamePattern Of(wchar_t element) noexcept;
 };
 
-/// Searches a text for places where a key could end: its last two elements, and behind them a blank, a NUL or '='.
-/// Nearly all bytes of a section drop out here, 32 at a step. It may find too much, never too little.
+/// Searches a text for places where a key could end: its last two elements, and after them a blank, a NUL or '='.
+/// Nearly all bytes of a section drop out here, many at a step. It may find too much, never too little.
 class NameEndSearch {
 public:
     /// @param name  the key, not empty
@@ -24,7 +24,7 @@ public:
         : m_Before(name.size() > 1 ? NamePattern::Of(name[name.size() - 2]) : NamePattern{-1, -1}),
           m_Last(NamePattern::Of(name.back())) {}
 
-    /// Position of the last element of a possible key at or behind start, which must not be 0; the text's size when
+    /// Position of the last element of a possible key at or after start, which must not be 0; the text's size when
     /// there is none.
     std::size_t Find(std::string_view text, std::size_t start) const noexcept;
 

@@ -1,13 +1,16 @@
 #include "veltrane/platform/sources/detail/textfile.h"
 
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
-#include <memory>
+#include <algorithm>
+#include <cerrno>
 #include <utility>
 
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/files/openfile.h"
+#include "veltrane/platform/sources/detail/keptfiles.h"
 #include "veltrane/platform/text/utf16.h"
 #include "veltrane/platform/text/utf8.h"
 
@@ -15,14 +18,15 @@ namespace veltrane::detail {
 
 namespace {
 
-std::size_t ReadUpTo(const NativeFile& file, char* buffer, std::size_t size) noexcept {
-    std::size_t got = 0;
-    while (got < size) {
-        const ssize_t count = Retried([&] { return read(file.Handle(), buffer + got, size - got); });
-        if (count <= 0) break;
-        got += static_cast<std::size_t>(count);
-    }
-    return got;
+/// Why a file is not read, as far as its status tells; Done for one that can be.
+Reading Examine(const NativeFile& file, int error, std::size_t& size) noexcept {
+    struct stat status;
+    if (!file) return error == ENOENT || error == ENOTDIR || error == 0 ? Reading::Missing : Reading::Failed;
+    if (fstat(file.Handle(), &status) != 0) return Reading::Failed;
+    if (S_ISDIR(status.st_mode)) return Reading::Folder;
+    if (!S_ISREG(status.st_mode)) return Reading::NotRegular;
+    size = static_cast<std::size_t>(status.st_size);
+    return size <= FileText::MAX_SIZE ? Reading::Done : Reading::TooLarge;
 }
 
 std::string Utf8OfUtf16(std::string_view bytes, Utf16Order order) {
@@ -34,54 +38,74 @@ std::string Utf8OfUtf16(std::string_view bytes, Utf16Order order) {
 
 }  // namespace
 
-TextFile::TextFile(CStringView path) {
-    KeptFiles* const kept = KeptFiles::Current();
-    if (const FileBytes* const bytes = kept ? kept->Find(path) : nullptr) {
-        m_Bytes = *bytes;
-        Recode(m_Bytes.View());
-    } else {
-        Read(path, kept);
+void FileText::Read(const NativeFile& file, int error) {
+    std::size_t size = 0;
+    m_Reading = Examine(file, error, size);
+    if (m_Reading == Reading::Done) m_Reading = ReadBytes(file, size);
+    if (m_Reading == Reading::Done) Take({m_Bytes.get(), m_nSize});
+}
+
+// One byte more than the size, so that the end of a file that tells its size shows at once. Files of the system and of
+// some file systems claim to be empty.
+Reading FileText::ReadBytes(const NativeFile& file, std::size_t size) {
+    constexpr std::size_t leastRoom = 4096;
+    for (std::size_t room = size + 1;; room = std::max(2 * room, leastRoom)) {
+        MakeRoom(room);
+        while (m_nSize < room) {
+            const ssize_t count = Retried([&] { return read(file.Handle(), m_Bytes.get() + m_nSize, room - m_nSize); });
+            if (count < 0) return Reading::Failed;
+            if (count == 0) return Reading::Done;
+            m_nSize += static_cast<std::size_t>(count);
+        }
+        if (room > MAX_SIZE) return Reading::TooLarge;
     }
 }
 
-void TextFile::Read(CStringView path, KeptFiles* kept) {
-    const NativeFile file = OpenForReading(SpelledPath(path));
-    if (!kept && ReadSmall(file)) return;
-    const std::size_t regular = RegularSize(file);
-    const std::size_t size = regular <= MAX_SIZE ? regular : 0;
-    char* buffer = m_SmallBytes;
-    if (size > SMALL_SIZE || kept) {
-        const auto data = std::make_shared_for_overwrite<char[]>(size);
-        buffer = data.get();
-        m_Bytes = {data, size};
-    }
-    m_Bytes.size = ReadUpTo(file, buffer, size);
-    if (kept) kept->Keep(path, m_Bytes);
-    Recode({buffer, m_Bytes.size});
+void FileText::MakeRoom(std::size_t room) {
+    auto bytes = std::make_unique_for_overwrite<char[]>(room);
+    std::copy_n(m_Bytes.get(), m_nSize, bytes.get());
+    m_Bytes = std::move(bytes);
 }
 
-// FIONREAD costs half of an fstat. Of a regular file it gives the bytes that are left; most devices do not know it, and
-// those that do, as a terminal or a pipe, have no position to read at. What it leaves open the caller looks at again.
-bool TextFile::ReadSmall(const NativeFile& file) {
-    int size = 0;
-    if (!file || ioctl(file.Handle(), FIONREAD, &size) != 0 || size <= 0 || size >= int{SMALL_SIZE}) return false;
-    const ssize_t count = Retried([&] { return pread(file.Handle(), m_SmallBytes, SMALL_SIZE, 0); });
-    if (count != size) return false;  // it is changing, or its size is beyond an int
-    Recode({m_SmallBytes, static_cast<std::size_t>(count)});
-    return true;
-}
-
-void TextFile::Recode(std::string_view bytes) {
+void FileText::Take(std::string_view bytes) {
     const bool isLittle = bytes.starts_with("\xFF\xFE");
     const bool isBig = bytes.starts_with("\xFE\xFF");
     if (isLittle || isBig) {
         m_Converted = Utf8OfUtf16(bytes.substr(2), isLittle ? Utf16Order::LittleEndian : Utf16Order::BigEndian);
         m_Text = m_Converted;
         m_WithSurrogates = true;
-        m_Bytes = {};
+        m_Bytes.reset();
     } else {
         m_Text = bytes.substr(bytes.starts_with("\xEF\xBB\xBF") ? 3 : 0);
     }
+}
+
+TextFile::TextFile(CStringView path) {
+    KeptFiles* const keeper = KeptFiles::Current();
+    if (keeper) m_Kept = keeper->Find(path);
+    if (m_Kept) return;
+    errno = 0;
+    const NativeFile file = OpenForReading(SpelledPath(path));
+    const int error = errno;
+    if (!keeper) {
+        if (!ReadSmall(file)) m_Own.Read(file, error);
+        return;
+    }
+    const auto text = std::make_shared<FileText>();
+    text->Read(file, error);
+    m_Kept = text;
+    if (text->Result() != Reading::Failed) keeper->Keep(path, text);  // the next question may have more luck
+}
+
+// FIONREAD costs half of an fstat. Of a regular file it gives the bytes that are left; most devices do not know it, and
+// those that do, as a terminal or a pipe, have no position to read at. What it leaves open is for FileText to find out.
+bool TextFile::ReadSmall(const NativeFile& file) {
+    int size = 0;
+    if (!file || ioctl(file.Handle(), FIONREAD, &size) != 0 || size <= 0 || size >= int{SMALL_SIZE}) return false;
+    const ssize_t count = Retried([&] { return pread(file.Handle(), m_SmallBytes, SMALL_SIZE, 0); });
+    if (count != size) return false;  // it is changing, or its size is beyond an int
+    m_Own.Take({m_SmallBytes, static_cast<std::size_t>(count)});
+    return true;
 }
 
 }  // namespace veltrane::detail

@@ -6,42 +6,74 @@
 #include <string_view>
 
 #include "veltrane/platform/files/nativefile.h"
-#include "veltrane/platform/sources/detail/keptfiles.h"
 #include "veltrane/platform/text/cstring.h"
 
 namespace veltrane::detail {
 
-/// The text of a configuration file, read once and whole, as bytes to scan: without a mark at its start, and a file in
-/// UTF-16 turned into UTF-8.
-class TextFile {
+/// How the reading of a configuration file went.
+enum class Reading {
+    Done,
+    Missing,
+    Folder,
+    NotRegular,  ///< a pipe or a device: it is left alone
+    TooLarge,
+    Failed,  ///< no right, or for a reason that may pass
+};
+
+/// The text of a configuration file as bytes to scan: without a mark at its start, and UTF-16 turned into UTF-8.
+/// Empty unless the reading was done.
+class FileText {
 public:
-    /// Largest file that is read, a larger one is as an empty file: far above what a configuration or the export of a
-    /// machine's registry takes, and a wrong name does not fill the memory.
+    /// Largest file that is read: far above what a configuration or the export of a machine's registry takes, and a
+    /// wrong name does not fill the memory.
     static constexpr std::size_t MAX_SIZE = std::size_t{256} << 20;
 
-    /// Reads a file through the path mapping; what can not be read is an empty text. A file that changes meanwhile
-    /// gives what was there.
+    FileText() = default;
+    FileText(const FileText&) = delete;
+    FileText& operator=(const FileText&) = delete;
+
+    /// Reads a regular file to its end, whatever size it claims.
+    /// @param error  of the opening, when there is no file
+    void Read(const NativeFile& file, int error);
+    /// Takes bytes that live longer than this object.
+    void Take(std::string_view bytes);
+
+    std::string_view View() const noexcept { return m_Text; }
+    /// Whether the text holds lone surrogates of UTF-16 in three-byte form, to be decoded as such.
+    bool WithSurrogates() const noexcept { return m_WithSurrogates; }
+    Reading Result() const noexcept { return m_Reading; }
+
+private:
+    Reading ReadBytes(const NativeFile& file, std::size_t size);
+    void MakeRoom(std::size_t room);
+
+    std::unique_ptr<char[]> m_Bytes;  // not filled before they are read
+    std::size_t m_nSize = 0;
+    std::string m_Converted;
+    std::string_view m_Text;
+    bool m_WithSurrogates = false;
+    Reading m_Reading = Reading::Done;
+};
+
+/// A configuration file, read through the path mapping: anew, or as the snapshot of this thread keeps it. A file that
+/// changes meanwhile gives what was there.
+class TextFile {
+public:
     explicit TextFile(CStringView path);
     TextFile(const TextFile&) = delete;
     TextFile& operator=(const TextFile&) = delete;
 
-    std::string_view Text() const noexcept { return m_Text; }  ///< as long as this object
-    /// Whether the text holds lone surrogates of UTF-16 in three-byte form, to be decoded as such.
-    bool WithSurrogates() const noexcept { return m_WithSurrogates; }
+    const FileText& Text() const noexcept { return m_Kept ? *m_Kept : m_Own; }  ///< as long as this object
 
 private:
-    void Read(CStringView path, KeptFiles* kept);
     /// @return false, with nothing taken from it, when the file is not small or not surely a regular file
     bool ReadSmall(const NativeFile& file);
-    void Recode(std::string_view bytes);
 
     static constexpr std::size_t SMALL_SIZE = 16384;  // nearly every configuration file fits: no memory is asked for
 
     char m_SmallBytes[SMALL_SIZE];
-    FileBytes m_Bytes;  // of a larger file, or of one that is kept
-    std::string m_Converted;
-    std::string_view m_Text;
-    bool m_WithSurrogates = false;
+    FileText m_Own;
+    std::shared_ptr<const FileText> m_Kept;
 };
 
 }  // namespace veltrane::detail

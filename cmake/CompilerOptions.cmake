@@ -1,17 +1,19 @@
-# One interface target carries what every target of this project is compiled with; nothing of it reaches users.
-add_library(veltrane_options INTERFACE)
+# What every target of this project is compiled with; nothing of it reaches users. What may be a matter of taste stands in
+# front of the user's own CMAKE_CXX_FLAGS, which have the last word.
+set(VELTRANE_CXX_FLAGS "-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wformat=2 -Wformat-nonliteral -fstack-protector-strong")
+string(PREPEND CMAKE_CXX_FLAGS "${VELTRANE_CXX_FLAGS} ")
 
+add_library(veltrane_options INTERFACE)
 target_compile_options(veltrane_options INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wformat=2 -Wformat-nonliteral $<$<BOOL:${PROJECT_IS_TOP_LEVEL}>:-Werror>
     $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>  # unique symbols would keep the library loaded forever
-    -fvisibility=hidden -fvisibility-inlines-hidden -fstack-protector-strong -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
+    -fvisibility=hidden -fvisibility-inlines-hidden -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
 
 if(VELTRANE_SANITIZE)
     target_compile_options(veltrane_options INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
         $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)  # g++ sees ghosts of it in the standard library then
     target_link_options(veltrane_options INTERFACE -fsanitize=address,undefined)
-elseif(NOT VELTRANE_BUILD_FUZZ)
+elseif(NOT VELTRANE_BUILD_FUZZ AND NOT CMAKE_CXX_FLAGS MATCHES "_FORTIFY_SOURCE|-fsanitize")
     target_compile_options(veltrane_options INTERFACE $<$<CONFIG:Release>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
 endif()
 

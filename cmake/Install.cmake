@@ -1,5 +1,5 @@
-# Three components: runtime (the shared library), development (headers, documents, CMake package, pkg-config file) and
-# tool (the host). Nothing that is installed holds the prefix: the tree may be moved.
+# Three components: runtime (the shared library), development (headers, documents, CMake package, pkg-config file, the
+# library when it is a static one) and tool (the host). Nothing that is installed holds the prefix: the tree may be moved.
 include(CMakePackageConfigHelpers)
 
 set(VELTRANE_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/veltrane_base)
@@ -7,11 +7,15 @@ file(RELATIVE_PATH VELTRANE_LIBDIR_FROM_BINDIR ${CMAKE_INSTALL_FULL_BINDIR} ${CM
 file(RELATIVE_PATH VELTRANE_PREFIX_FROM_PKGCONFIG ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 
 install(TARGETS veltrane_base EXPORT veltrane_base-targets
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development)
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+
+# Neither installed nor documented: what lies in detail/, and what the rooms of the platform share with each other only.
+set(VELTRANE_INTERNAL_HEADERS utf8 utf16 windows1252 decoding nativefile openfile snapshot)
+list(JOIN VELTRANE_INTERNAL_HEADERS "|" internal)
 install(DIRECTORY veltrane/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/veltrane COMPONENT development
     FILES_MATCHING PATTERN "*.h" PATTERN "detail" EXCLUDE
-    # What the rooms of the platform share with each other only:
-    REGEX "/(utf8|utf16|windows1252|decoding|nativefile|openfile|snapshot)\\.h$" EXCLUDE)
+    REGEX "/(${internal})\\.h$" EXCLUDE)
 install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
 install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development PATTERN "*.in" EXCLUDE)
 

@@ -6,8 +6,10 @@ cd "$(dirname "$0")/.."
 
 seconds=${1:?usage: fuzz/run.sh SECONDS [HARNESS...]}
 shift
-harnesses=("${@:-}")
-[ -n "${harnesses[0]}" ] || harnesses=(profile registry index encoding commandline expansion rules)
+harnesses=("$@")
+if [ $# -eq 0 ]; then # every <name>_fuzz.cpp, as the build has it
+    for source in fuzz/*_fuzz.cpp; do harnesses+=("$(basename "$source" _fuzz.cpp)"); done
+fi
 
 cmake --preset fuzz >/dev/null
 ninja -C build/fuzz -j2 --quiet "${harnesses[@]/%/_fuzz}"

@@ -34,5 +34,5 @@ fi
 
 export PKG_CONFIG_PATH=$libraries/pkgconfig
 eval "flags=($(pkg-config --cflags --libs 'veltrane_base >= 1.0'))"
-g++ -std=c++20 "$tests/consumer/main.cpp" "${flags[@]}" -o "$temporary/pkgconfig"
+g++ -std=c++20 -I"$tests/consumer" "$tests/consumer"/*.cpp "${flags[@]}" -o "$temporary/pkgconfig"
 LD_LIBRARY_PATH=$libraries run_consumer "$temporary/pkgconfig"

@@ -1,12 +1,16 @@
 #include <iostream>
 #include <stdexcept>
 
+#include "own_names.h"
 #include "veltrane/foundation/xaction.h"
 #include "veltrane/foundation/xexception.h"
 #include "veltrane/options/xoptiondefinition.h"
 #include "veltrane/platform/process/messagebox.h"
 #include "veltrane/platform/process/module.h"
+#include "veltrane/platform/process/oci.h"
 #include "veltrane/platform/text/encoding.h"
+
+#include "client/oci.h"  // after the library's own header, unlike in own_names.cpp
 
 using namespace veltrane;
 
@@ -60,5 +64,6 @@ int main() {
     Print("duration", XAction::TimeStr(5300, 1, true));
     CatchErrorOfTheLibrary();
     ThrowThroughTheLibrary();
+    std::cout << "client: " << TextOfTheClient() << '\n';
     std::cout << "registered: " << IsModuleRegistered(L"veltrane_base") << Narrow('\n');
 }

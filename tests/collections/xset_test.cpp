@@ -40,11 +40,20 @@ struct Moody {
     int value;
 };
 
+// One that can only be copied.
+struct Stiff : Moody {
+    using Moody::Moody;
+    Stiff(const Stiff&) = default;
+    Stiff& operator=(const Stiff&) = default;
+};
+
 template class XSet<Moody>;  // as a whole it fits a host's own type
+template class XSet<Stiff>;
 
 namespace {
 
 using Moodies = XSet<Moody>;
+using Stiffs = XSet<Stiff>;
 
 int ThrowingComparison(const XSetData<Moody>&, const XSetData<Moody>&) {
     throw 7;
@@ -131,37 +140,51 @@ TEST(XSet, SizeDecidesBeforeValues) {
     EXPECT_FALSE(SetOf<int>({1, 2}) < SetOf<int>({1, 2}));
 }
 
-TEST(XSet, SortsIntsAndTextsOverTheirWholeRange) {
-    XSet<int> ints = SetOf<int>({1, INT_MIN, -1, INT_MAX, 0});
-    ints.Sort();
-    EXPECT_EQ(ValuesOf(ints), (Ints{INT_MIN, -1, 0, 1, INT_MAX}));
-
-    // Texts that agree in more than the front that is packed are among them.
-    const Texts ascending = {
-        L"",           std::wstring(1, L'\0'),
-        L"A",          L"ABCDEFGHI",
-        L"ABCDEFGHIJ", L"ABCDEFGHIK",
-        L"A\x7F",      L"A\x7F\x01",
-        L"A\xC4",      L"A\xE4",
-        L"A\xD800",    L"A\U0001F600",
-        L"A\xE000",    std::wstring(1, L'\x7FFFFFFF'),
-    };
+// Each value as often as few are sorted, and as many; addresses name places, so they stay.
+template <class T>
+void ExpectSorted(const std::vector<T>& ascending) {
     ASSERT_TRUE(std::is_sorted(ascending.begin(), ascending.end()));
-    Texts shuffled = ascending;
-    std::shuffle(shuffled.begin(), shuffled.end(), std::mt19937{5});
-    XSet<CString> texts = SetOf(shuffled);
-    texts.Sort();
-    EXPECT_EQ(ValuesOf(texts), ascending);
+    for (const std::size_t times : {1U, 100U}) {
+        std::vector<T> expected;
+        for (const T& value : ascending) expected.insert(expected.end(), times, value);
+        std::vector<T> shuffled = expected;
+        std::shuffle(shuffled.begin(), shuffled.end(), std::mt19937{5});
+        XSet<T> set = SetOf(shuffled);
+        const int marked = set.Find(ascending.back(), nullptr);
+        set.SetFlag(marked, true);
+        const T* const place = set.GetAt(1);
+        set.Sort();
+        EXPECT_EQ(ValuesOf(set), expected);
+        EXPECT_EQ(set.GetAt(1), place);
+        XSet<T> subset;
+        set.GetSubset(subset, true);
+        EXPECT_EQ(ValuesOf(subset), std::vector<T>{ascending.back()}) << "the flag went along";
+    }
 }
 
-TEST(XSet, SortTakesFlagsAlong) {
-    XSet<int> set = SetOf<int>({3, 1, 2});
-    set.SetFlag(0, true);
+TEST(XSet, SortsInPlaceOverTheWholeRange) {
+    ExpectSorted<int>({INT_MIN, -1, 0, 1, INT_MAX});
+    // Texts that agree in more than the front that is packed are among them.
+    ExpectSorted<CString>({
+        L"",
+        std::wstring(1, L'\0'),
+        L"A",
+        L"ABCDEFGHI",
+        L"ABCDEFGHIJ",
+        L"ABCDEFGHIK",
+        L"A\x7F",
+        L"A\x7F\x01",
+        L"A\xC4",
+        L"A\xE4",
+        L"A\xD800",
+        L"A\U0001F600",
+        L"A\xE000",
+        std::wstring(1, L'\x7FFFFFFF'),
+    });
+    ExpectSorted<Moody>({-1, 2, 3});
+    XSet<int> set = SetOf<int>({1, 3, 2});
     set.Sort([](const XSetData<int>& a, const XSetData<int>& b) { return b.GetValue() - a.GetValue(); });
     EXPECT_EQ(ValuesOf(set), (Ints{3, 2, 1}));
-    set.SetSorted(false);
-    set.Sort();
-    EXPECT_TRUE(set.GetFlag(2));
 }
 
 TEST(XSet, AComparisonWithoutAnyOrderCostsTheOrderOnly) {
@@ -224,6 +247,9 @@ TEST(XSetOfMoody, ElementsAreMovedNotCopied) {
 }
 
 TEST(XSetOfMoody, AFailureShowsItsBoxAndGivesItsFallback) {
+    struct Fresh : Moody {  // whose default value nobody has asked for yet
+        using Moody::Moody;
+    };
     struct {
         const wchar_t* operation;
         Moody::Mood mood;
@@ -231,22 +257,24 @@ TEST(XSetOfMoody, AFailureShowsItsBoxAndGivesItsFallback) {
         std::vector<Moody> left;  // in out
         void (*action)(Moodies& set, Moodies& out);
     } const cases[] = {
-        {L"XSet<T>::Copy", Moody::COPY, 3, {30, 10}, [](auto& set, auto& out) { out.Copy(set); }},
-        {L"XSet<T>::operator=", Moody::COPY, 2, {30}, [](auto& set, auto& out) { out = set; }},
-        {L"XSet<T>::XSet", Moody::COPY, 2, {}, [](auto& set, auto&) { EXPECT_EQ(Moodies(set).Size(), 1); }},
-        {L"XSet<T>::GetSubset", Moody::COPY, 2, {30}, [](auto& set, auto& out) { set.GetSubset(out, false); }},
+        // A value that cannot be copied is left out; the others follow.
         {L"XSet<T>::Insert", Moody::COPY, 1, {}, [](auto& set, auto&) { EXPECT_FALSE(set.Insert(5, false)); }},
+        {L"XSet<T>::Insert", Moody::COPY, 3, {30, 10}, [](auto& set, auto& out) { out.Copy(set); }},
+        {L"XSet<T>::Insert", Moody::COPY, 2, {30, 20}, [](auto& set, auto& out) { out = set; }},
+        {L"XSet<T>::Insert", Moody::COPY, 2, {}, [](auto& set, auto&) { EXPECT_EQ(Moodies(set).Size(), 2); }},
+        {L"XSet<T>::Insert", Moody::COPY, 2, {30, 20}, [](auto& set, auto& out) { set.GetSubset(out, false); }},
+        {L"XSet<T>::Insert", Moody::COPY, 2, {20, 30}, [](auto& set, auto& out) { out.Union(set, {}, nullptr); }},
         {L"XSet<T>::Find", Moody::COPY, 1, {}, [](auto& set, auto&) { EXPECT_EQ(set.Find(5, nullptr), -1); }},
-        {L"XSet<T>::Delete", Moody::ASSIGN, 1, {}, [](auto& set, auto&) { set.Delete(0); }},
-        {L"XSet<T>::Sort", Moody::GOOD, 0, {}, [](auto& set, auto&) { set.Sort(ThrowingComparison); }},
-        {L"XSet<T>::Union",
+        {L"XSet<T>::Find",
          Moody::GOOD,
          0,
-         {10, 20, 30},
+         {5, 10, 20, 30},
          [](auto& set, auto& out) {
-             out.Union(set, set, ThrowingComparison);
+             out.Union(set, SetOf<Moody>({5}), ThrowingComparison);
              EXPECT_TRUE(out.IsSorted());
          }},
+        {L"XSet<T>::Delete", Moody::ASSIGN, 1, {}, [](auto& set, auto&) { set.Delete(0); }},
+        {L"XSet<T>::Sort", Moody::GOOD, 0, {}, [](auto& set, auto&) { set.Sort(ThrowingComparison); }},
         {L"XSet<T>::operator<", Moody::LESS, 1, {}, [](auto& set, auto&) { EXPECT_FALSE(set < Moodies(set)); }},
         {L"XSetData<T>::operator<", Moody::LESS, 1, {}, [](auto&, auto&) { EXPECT_EQ(Moodies::Comp({1}, {2}), 0); }},
         // A default value that fails is tried once more.
@@ -255,7 +283,7 @@ TEST(XSetOfMoody, AFailureShowsItsBoxAndGivesItsFallback) {
          1,
          {},
          [](auto& set, auto&) { EXPECT_EQ(set.GetConstRefAt(-1), 0); }},
-        {L"XSet<T>::GetRefAt", Moody::DEFAULT, 1, {}, [](auto& set, auto&) { EXPECT_EQ(set.GetRefAt(-1), 0); }},
+        {L"XSet<T>::GetRefAt", Moody::DEFAULT, 1, {}, [](auto&, auto&) { EXPECT_EQ(XSet<Fresh>{}.GetRefAt(-1), 0); }},
     };
     for (const auto& [operation, mood, countdown, left, action] : cases) {
         const CString box = FormatText(L"Exception in '%s()'", operation);
@@ -273,6 +301,29 @@ TEST(XSetOfMoody, AFailureShowsItsBoxAndGivesItsFallback) {
         EXPECT_EQ(ValuesOf(out), left);
         EXPECT_EQ(ValuesOf(set), (std::vector<Moody>{30, 10, 20}));
         EXPECT_FALSE(set.IsSorted());
+    }
+}
+
+// Each copy fails once: a sort loses no value, and a union that fails keeps none of the old ones.
+TEST(XSetOfStiff, WhatCannotBeMovedIsSafeToo) {
+    for (const bool unite : {false, true}) {
+        std::size_t boxes = 1;
+        for (int failing = 1; boxes > 0; ++failing) {
+            Stiffs set = SetOf<Stiff>({30, 10, 20});
+            Stiffs other = SetOf<Stiff>({99});
+            BoxRecorder recorder;
+            Moody::countdown = failing;
+            Moody::mood = Moody::COPY;
+            unite ? other.Union(set, {}, nullptr) : set.Sort();
+            Moody::mood = Moody::GOOD;
+            boxes = recorder.boxes.size();
+            std::vector<Stiff> values = ValuesOf(unite ? other : set);
+            EXPECT_EQ((unite ? other : set).IsSorted(), boxes == 0 || recorder.boxes[0].text.Find(L"Insert") > 0);
+            std::sort(values.begin(), values.end());
+            const std::vector<Stiff> all = {10, 20, 30};
+            EXPECT_TRUE(boxes == 0 || !unite ? values == all
+                                             : std::includes(all.begin(), all.end(), values.begin(), values.end()));
+        }
     }
 }
 

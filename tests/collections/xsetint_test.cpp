@@ -44,6 +44,13 @@ TEST(XSetInt, GetFreeNumbersFillsTheGapsInStoredOrder) {
         SetOf<int, XSetInt>(values).GetFreeNumbers(out);
         EXPECT_EQ(ValuesOf(out), free);
     }
+    BoxRecorder recorder;
+    XSetInt none;
+    SetOf<int, XSetInt>({-5, INT_MAX}).GetFreeNumbers(none);
+    ASSERT_EQ(recorder.boxes.size(), 1U) << "more numbers than positions";
+    EXPECT_EQ(recorder.boxes[0].text, L"Exception in 'XSet<T>::Insert()'");
+    EXPECT_EQ(none.Size(), 0);
+
     XSetInt self = Built(L"2,4");
     self.GetFreeNumbers(self);
     EXPECT_EQ(ValuesOf(self), (Ints{2, 4, 1, 3}));
@@ -72,10 +79,11 @@ TEST(XSetInt, UnionAppendsAndSorts) {
     XSetInt set = Built(L"3,1");
     set.Union(other);
     set.Union(nullptr);
-    EXPECT_EQ(ValuesOf(set), (Ints{1, 1, 3, 5}));
+    set.Union(&other);
+    EXPECT_EQ(ValuesOf(set), (Ints{1, 1, 1, 3, 5, 5}));
     EXPECT_EQ(set.GetMax(), 5);
     set.Union(set);
-    EXPECT_EQ(set.Size(), 8);
+    EXPECT_EQ(set.Size(), 12);
     EXPECT_EQ(XSetInt(&other).GetMax(), 5);
     EXPECT_EQ(XSetInt(nullptr).GetMax(), -1);
 }

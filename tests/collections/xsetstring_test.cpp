@@ -61,6 +61,7 @@ TEST(XSetString, CompareTakesSizesFirst) {
     EXPECT_EQ(StringsOf({L"a", L"b", L"c"}).Compare(StringsOf({L"a"})), 2);
     EXPECT_EQ(StringsOf({L"a"}).Compare(StringsOf({L"z", L"z"})), -1);
     EXPECT_LT(StringsOf({L"a", L"B"}).Compare(StringsOf({L"a", L"b"})), 0);
+    EXPECT_GT(StringsOf({L"b", L"a"}).Compare(StringsOf({L"a", L"b"})), 0);
     EXPECT_EQ(StringsOf({L"a"}).Compare(StringsOf({L"a"})), 0);
 }
 
@@ -68,7 +69,9 @@ TEST(XSetString, ArithmeticMatchesDuplicatesOneToOneAndAccumulates) {
     XSetString a = StringsOf({L"c", L"x", L"a", L"x"});
     XSetString b = StringsOf({L"x", L"d", L"c"});
     XSetString result = StringsOf({L"first"});
+    const CString* const place = a.GetAt(0);
     result.Sub(a, b);
+    EXPECT_EQ(a.GetAt(0), place) << "sorted in place";
     EXPECT_EQ(ValuesOf(result), (Texts{L"first", L"a", L"x"}));
     result.Intersection(a, b);
     EXPECT_EQ(ValuesOf(result), (Texts{L"first", L"a", L"x", L"c", L"x"}));

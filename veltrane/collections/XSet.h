@@ -2,34 +2,34 @@
 
 #include <algorithm>
 #include <climits>
-#include <concepts>
 #include <cstddef>
-#include <cstdint>
-#include <iterator>
+#include <span>
 #include <stdexcept>
-#include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "veltrane/collections/guarded.h"
-#include "veltrane/collections/mergesort.h"
-#include "veltrane/collections/radixsort.h"
-#include "veltrane/collections/takenplaces.h"
+#include "veltrane/collections/setorder.h"
+#include "veltrane/collections/setunion.h"
+#include "veltrane/collections/sharedempty.h"
 #include "veltrane/collections/xsetdata.h"
 #include "veltrane/collections/xsetp.h"
-#include "veltrane/platform/text/cstring.h"
-
-/// Types whose own order is known: total, the same from call to call, and without exceptions.
-template <class T>
-concept XKnownOrder = std::integral<T> || std::same_as<T, CString>;
 
 /// An ordered sequence of values with a flag each, in the order of insertion until it is sorted; duplicates are kept
 /// unless a caller asks otherwise. A set marked sorted is searched in halves, any other from its front.
 ///
-/// T needs a default value, copy construction, assignment and `<`, each only if an operation that calls it is used;
-/// its elements are moved, not copied, where it can move. Nothing that T or a comparison throws comes out of a set:
-/// the operation shows its message in a box, returns what its comment says for a position outside or for nothing
-/// found, and the set stays as far as the operation came. A set given to itself as argument counts as a copy.
+/// T needs a default value, copy construction, assignment and `<`, each only if an operation that calls it is used. The
+/// set owns its elements; they are moved, not copied, where T can move.
+///
+/// Nothing that T or a comparison throws comes out of a set. An operation that fails shows its message in a box,
+/// returns what its comment says for a position outside or for nothing found, and leaves what it had reached. An
+/// operation made of others - a copy, a subset, a union inserts value by value, a union looks up each - goes on when
+/// one of those has failed: the box is that of Insert or Find, a value that could not be inserted is left out, and one
+/// that could not be looked up counts as not found. Its own box tells that it lacked the memory to begin; the set it
+/// fills is empty then.
+///
+/// Addresses of values are valid until the set grows, shrinks or is cleared: they name a place, and Sort puts another
+/// value there. A set given to itself as argument counts as a copy.
 /// @code
 /// XSet<int> numbers;
 /// numbers.Insert(7, /*unique*/ true);
@@ -58,7 +58,7 @@ public:
     /// Position of an element equal to the value, the first one in a set not marked sorted; -1 if none. The comparison
     /// is called with the value as first and the element as second argument.
     int Find(const T& value, Comparison comparison) const;
-    /// Address of the value, valid until the set changes; null outside.
+    /// Address of the value; null outside.
     T* GetAt(int position);
     /// The value, or outside a default one that all sets of the type share.
     const T& GetConstRefAt(int position) const;
@@ -76,7 +76,9 @@ public:
     bool SetFlag(int position, bool flag);  ///< false outside
     void SetFlag(bool flag);
     void Clear();
-    /// Sorts ascending and marks the set; nothing if it is marked. Null means T's `<`. Equal ones may change places.
+    /// Sorts ascending in place and marks the set; nothing if it is marked. Null means T's `<`. Equal ones may change
+    /// places. When the comparison fails, the set stays as it was; when copying a T that can only be copied fails, all
+    /// values are there, but their addresses are others.
     void Sort(Comparison comparison = nullptr);
 
     /// Values only, flags false, not marked sorted; a set copied onto itself stays as it is.
@@ -89,64 +91,32 @@ public:
     void Union(const XSet& a, const XSet& b, Comparison comparison);
 
 protected:
-    /// Copies a value to the end, sorted mark untouched. @throws what copying throws
-    void Append(const T& value);
+    /// Makes room for more values. @return false, with the box of Insert, when there is none
+    bool Reserve(std::size_t more);
 
 private:
     using Elements = std::vector<Element>;
-    using Pointers = std::vector<Element*>;
+
+    static constexpr veltrane::detail::XGuarded Guarded{};
 
     bool Contains(int position) const noexcept { return position >= 0 && position < Size(); }
     Element& At(int position) noexcept { return m_Data[static_cast<std::size_t>(position)]; }
     const Element& At(int position) const noexcept { return m_Data[static_cast<std::size_t>(position)]; }
 
-    template <class U = T>
-    requires XKnownOrder<U>
-    static int KnownOrder(const T& a, const T& b) noexcept;
+    template <class Search>
+    static int Searched(Search search);
     template <class Compare>
     int FindWith(Compare compare) const;
-    template <class ElementAt, class Compare>
-    static int FindInHalves(int size, ElementAt elementAt, Compare compare);
-    void AppendAll(const XSet& other);
-    static Elements ValuesOf(const XSet& other);
-    static bool Less(const Element& a, const Element& b) noexcept;
-    static void SortElements(Elements& elements, Comparison comparison);
-    static Pointers PointersTo(Elements& elements);
-    static Pointers Sorted(Elements& elements, Comparison comparison);
-
-    // An element with the number that its place in a known order begins with: most comparisons are settled by numbers
-    // that lie side by side, without a look at the elements.
-    template <class Pointer>
-    struct Entry {
-        std::uint64_t key;
-        Pointer element;
-        bool operator<(const Entry& other) const noexcept {
-            return key != other.key ? key < other.key : !std::integral<T> && Less(*element, *other.element);
-        }
-    };
-    template <class U = T>
-    requires XKnownOrder<U>
-    static std::uint64_t OrderKey(const T& value) noexcept;
-    template <class Source, class U = T>
-    requires XKnownOrder<U>
-    static auto SortedEntries(Source& elements);
-    static Pointers SortedByKey(Elements& elements);
-    template <class U = T>
-    requires XKnownOrder<U>
-    void UnionByKey(const XSet& a, const XSet& b);
-
-    void UnionByLookUp(const XSet& a, const XSet& b, Comparison comparison);
-    static std::vector<std::size_t> PlacesIn(const Pointers& sorted, const Elements& elements);
-    void Assign(const Pointers& sorted, const veltrane::detail::TakenPlaces& taken);
+    void GrowBy(std::size_t more);
+    void InsertAll(const XSet& other);
+    void CopyAll(const XSet& other);
+    void Unite(const XSet& a, const XSet& b, Comparison comparison);
+    void UniteByLookUp(const XSet& a, const XSet& b, Comparison comparison);
 
     // Out of line: inlined into a host, it could become a second object beside the library's.
-    [[gnu::noinline]] static const T& ConstEmpty() {
-        static const T tEmpty{};
-        return tEmpty;
-    }
-    [[gnu::noinline]] static T& Empty() {
-        static T tEmpty{};
-        return tEmpty;
+    [[gnu::noinline]] static veltrane::detail::XSharedEmpty<T>& Empty() {
+        static veltrane::detail::XLasting<veltrane::detail::XSharedEmpty<T>> tEmpty;
+        return tEmpty.value;
     }
 
     bool m_bSorted = false;
@@ -155,32 +125,32 @@ private:
 
 template <class T>
 XSet<T>::XSet(const XSet& other) {
-    veltrane::detail::Guarded(L"Exception in 'XSet<T>::XSet()'", [&] { AppendAll(other); });
+    Guarded(L"Exception in 'XSet<T>::XSet()'", [&] { CopyAll(other); });
 }
 
 template <class T>
 XSet<T>::~XSet() {
-    veltrane::detail::Guarded(L"Exception in 'XSet<T>::~XSet()'", [&] { m_Data.clear(); });
+    Guarded(L"Exception in 'XSet<T>::~XSet()'", [&] { m_Data.clear(); });
 }
 
 template <class T>
 XSet<T>& XSet<T>::operator=(const XSet& other) {
-    veltrane::detail::Guarded(L"Exception in 'XSet<T>::operator=()'", [&] { AppendAll(other); });
+    Guarded(L"Exception in 'XSet<T>::operator=()'", [&] { CopyAll(other); });
     return *this;
 }
 
 template <class T>
 bool XSet<T>::IsEmpty() const {
-    return veltrane::detail::Guarded(L"Exception in 'XSetData<T>::IsEmpty<()'", /*fallback*/ true,
-                                     [&] { return m_Data.empty(); });
+    return Guarded(L"Exception in 'XSetData<T>::IsEmpty<()'", /*fallback*/ true, [&] { return m_Data.empty(); });
 }
 
 template <class T>
 int XSet<T>::Find(const T& value, Comparison comparison) const {
-    return veltrane::detail::Guarded(L"Exception in 'XSet<T>::Find()'", /*fallback*/ -1, [&] {
-        if constexpr (XKnownOrder<T>) {  // saves the copy of the value and the calls through the pointer
+    return Searched([&] {
+        if constexpr (veltrane::detail::XKnownOrder<T>) {  // saves the copy of the value and the calls
+            using veltrane::detail::CompareKnown;
             if (!comparison || comparison == Comp) {
-                return FindWith([&](const Element& element) { return KnownOrder(value, element.GetValue()); });
+                return FindWith([&](const Element& element) { return CompareKnown(value, element.GetValue()); });
             }
         }
         const Element probe{value};
@@ -190,62 +160,51 @@ int XSet<T>::Find(const T& value, Comparison comparison) const {
 }
 
 template <class T>
-template <class Compare>
-int XSet<T>::FindWith(Compare compare) const {
-    if (!m_bSorted) {
-        for (int i = 0; i < Size(); ++i) {
-            if (compare(At(i)) == 0) return i;
-        }
-        return -1;
-    }
-    return FindInHalves(
-        Size(), [&](int position) -> const Element& { return At(position); }, compare);
+template <class Search>
+int XSet<T>::Searched(Search search) {
+    return Guarded(L"Exception in 'XSet<T>::Find()'", /*fallback*/ -1, search);
 }
 
 template <class T>
-template <class ElementAt, class Compare>
-int XSet<T>::FindInHalves(int size, ElementAt elementAt, Compare compare) {
-    for (int low = 0, high = size - 1; low <= high;) {
-        const int middle = (high - low) / 2 + low;
-        const int order = compare(elementAt(middle));
-        if (order == 0) return middle;
-        if (order < 0) {
-            high = middle - 1;
-        } else {
-            low = middle + 1;
-        }
+template <class Compare>
+int XSet<T>::FindWith(Compare compare) const {
+    const auto elementAt = [&](int position) -> const Element& { return At(position); };
+    if (m_bSorted) return veltrane::detail::FindInHalves(Size(), elementAt, compare);
+    for (int i = 0; i < Size(); ++i) {
+        if (compare(At(i)) == 0) return i;
     }
     return -1;
 }
 
 template <class T>
 T* XSet<T>::GetAt(int position) {
-    return veltrane::detail::Guarded(L"Exception in 'XSet<T>::GetAt()'", /*fallback*/ nullptr,
-                                     [&]() -> T* { return Contains(position) ? &At(position).GetValue() : nullptr; });
+    return Guarded(L"Exception in 'XSet<T>::GetAt()'", /*fallback*/ nullptr,
+                   [&]() -> T* { return Contains(position) ? &At(position).GetValue() : nullptr; });
 }
 
 template <class T>
 const T& XSet<T>::GetConstRefAt(int position) const {
-    return veltrane::detail::Guarded(L"Exception in 'XSet<T>::GetConstRefAt()'", ConstEmpty, [&]() -> const T& {
-        return Contains(position) ? At(position).GetValue() : ConstEmpty();
-    });
+    const auto empty = []() -> const T& { return Empty().constant; };
+    return Guarded(L"Exception in 'XSet<T>::GetConstRefAt()'", empty,
+                   [&]() -> const T& { return Contains(position) ? At(position).GetValue() : empty(); });
 }
 
 template <class T>
 T& XSet<T>::GetRefAt(int position) {
-    return veltrane::detail::Guarded(L"Exception in 'XSet<T>::GetRefAt()'", Empty,
-                                     [&]() -> T& { return Contains(position) ? At(position).GetValue() : Empty(); });
+    const auto empty = []() -> T& { return Empty().writable; };
+    return Guarded(L"Exception in 'XSet<T>::GetRefAt()'", empty,
+                   [&]() -> T& { return Contains(position) ? At(position).GetValue() : empty(); });
 }
 
 template <class T>
 bool XSet<T>::GetFlag(int position) const {
-    return veltrane::detail::Guarded(L"Exception in 'XSet<T>::GetFlag()'", /*fallback*/ false,
-                                     [&] { return Contains(position) && At(position).GetFlag(); });
+    return Guarded(L"Exception in 'XSet<T>::GetFlag()'", /*fallback*/ false,
+                   [&] { return Contains(position) && At(position).GetFlag(); });
 }
 
 template <class T>
 bool XSet<T>::operator<(const XSet& other) const {
-    return veltrane::detail::Guarded(L"Exception in 'XSet<T>::operator<()'", /*fallback*/ false, [&] {
+    return Guarded(L"Exception in 'XSet<T>::operator<()'", /*fallback*/ false, [&] {
         if (Size() != other.Size()) return Size() < other.Size();
         for (int i = 0; i < Size(); ++i) {
             if (At(i).GetValue() < other.At(i).GetValue()) return true;
@@ -257,9 +216,9 @@ bool XSet<T>::operator<(const XSet& other) const {
 
 template <class T>
 int XSet<T>::Comp(const Element& a, const Element& b) {
-    return veltrane::detail::Guarded(L"Exception in 'XSet<T>::Comp()'", /*fallback*/ 0, [&] {
-        if constexpr (XKnownOrder<T>) {
-            return KnownOrder(a.GetValue(), b.GetValue());
+    return Guarded(L"Exception in 'XSet<T>::Comp()'", /*fallback*/ 0, [&] {
+        if constexpr (veltrane::detail::XKnownOrder<T>) {
+            return veltrane::detail::CompareKnown(a.GetValue(), b.GetValue());
         } else {
             return a < b ? -1 : b < a ? 1 : 0;
         }
@@ -267,35 +226,34 @@ int XSet<T>::Comp(const Element& a, const Element& b) {
 }
 
 template <class T>
-template <class U>
-requires XKnownOrder<U>
-int XSet<T>::KnownOrder(const T& a, const T& b) noexcept {
-    if constexpr (std::same_as<T, CString>) {
-        return a.Compare(b);
-    } else {
-        return (b < a) - (a < b);
-    }
-}
-
-template <class T>
 bool XSet<T>::Insert(const T& value, bool unique) {
-    return veltrane::detail::Guarded(L"Exception in 'XSet<T>::Insert()'", /*fallback*/ false, [&] {
+    return Guarded(L"Exception in 'XSet<T>::Insert()'", /*fallback*/ false, [&] {
         if (unique && Find(value, Comp) >= 0) return false;
-        Append(value);
+        if (m_Data.size() >= std::size_t{INT_MAX}) throw std::length_error("XSet");  // positions are ints
+        m_Data.emplace_back(value);
         m_bSorted = false;
         return true;
     });
 }
 
 template <class T>
-void XSet<T>::Append(const T& value) {
-    if (m_Data.size() >= std::size_t{INT_MAX}) throw std::length_error("XSet");  // positions are ints
-    m_Data.emplace_back(value);
+bool XSet<T>::Reserve(std::size_t more) {
+    return Guarded(L"Exception in 'XSet<T>::Insert()'", /*fallback*/ false, [&] {
+        GrowBy(more);
+        return true;
+    });
+}
+
+template <class T>
+void XSet<T>::GrowBy(std::size_t more) {
+    if (more > std::size_t{INT_MAX} - m_Data.size()) throw std::length_error("XSet");  // positions are ints
+    const std::size_t size = m_Data.size() + more;
+    if (size > m_Data.capacity()) m_Data.reserve(std::max(size, 2 * m_Data.capacity()));
 }
 
 template <class T>
 void XSet<T>::Delete(int position) {
-    veltrane::detail::Guarded(L"Exception in 'XSet<T>::Delete()'", [&] {
+    Guarded(L"Exception in 'XSet<T>::Delete()'", [&] {
         if (!Contains(position)) return;
         for (int i = position; i + 1 < Size(); ++i) At(i).Take(std::move(At(i + 1)));
         m_Data.pop_back();
@@ -304,7 +262,7 @@ void XSet<T>::Delete(int position) {
 
 template <class T>
 bool XSet<T>::SetFlag(int position, bool flag) {
-    return veltrane::detail::Guarded(L"Exception in 'XSet<T>::SetFlag()'", /*fallback*/ false, [&] {
+    return Guarded(L"Exception in 'XSet<T>::SetFlag()'", /*fallback*/ false, [&] {
         if (!Contains(position)) return false;
         At(position).SetFlag(flag);
         return true;
@@ -313,14 +271,14 @@ bool XSet<T>::SetFlag(int position, bool flag) {
 
 template <class T>
 void XSet<T>::SetFlag(bool flag) {
-    veltrane::detail::Guarded(L"Exception in 'XSet<T>::SetFlag()'", [&] {
+    Guarded(L"Exception in 'XSet<T>::SetFlag()'", [&] {
         for (Element& element : m_Data) element.SetFlag(flag);
     });
 }
 
 template <class T>
 void XSet<T>::Clear() {
-    veltrane::detail::Guarded(L"Exception in 'XSet<T>::Clear()'", [&] {
+    Guarded(L"Exception in 'XSet<T>::Clear()'", [&] {
         m_bSorted = false;
         m_Data.clear();
     });
@@ -328,91 +286,16 @@ void XSet<T>::Clear() {
 
 template <class T>
 void XSet<T>::Sort(Comparison comparison) {
-    veltrane::detail::Guarded(L"Exception in 'XSet<T>::Sort()'", [&] {
+    Guarded(L"Exception in 'XSet<T>::Sort()'", [&] {
         if (m_bSorted) return;
-        SortElements(m_Data, comparison);
+        veltrane::detail::Arrange(m_Data, veltrane::detail::InOrder(std::span{m_Data}, comparison));
         m_bSorted = true;
     });
 }
 
 template <class T>
-bool XSet<T>::Less(const Element& a, const Element& b) noexcept {
-    if constexpr (XKnownOrder<T>) {
-        return KnownOrder(a.GetValue(), b.GetValue()) < 0;
-    } else {
-        return a < b;
-    }
-}
-
-template <class T>
-void XSet<T>::SortElements(Elements& elements, Comparison comparison) {
-    Elements sorted;
-    sorted.reserve(elements.size());
-    for (Element* element : Sorted(elements, comparison)) sorted.push_back(std::move(*element));
-    elements.swap(sorted);
-}
-
-template <class T>
-typename XSet<T>::Pointers XSet<T>::Sorted(Elements& elements, Comparison comparison) {
-    if constexpr (XKnownOrder<T>) {
-        if (!comparison) return SortedByKey(elements);
-    }
-    return veltrane::detail::MergeSorted(PointersTo(elements), [&](const Element* a, const Element* b) {
-        return comparison ? comparison(*a, *b) < 0 : Less(*a, *b);
-    });
-}
-
-template <class T>
-typename XSet<T>::Pointers XSet<T>::SortedByKey(Elements& elements) {
-    Pointers pointers;
-    if constexpr (XKnownOrder<T>) {
-        pointers.reserve(elements.size());
-        for (const auto& entry : SortedEntries(elements)) pointers.push_back(entry.element);
-    }
-    return pointers;
-}
-
-template <class T>
-template <class Source, class U>
-requires XKnownOrder<U>
-auto XSet<T>::SortedEntries(Source& elements) {
-    std::vector<Entry<decltype(elements.data())>> entries;
-    entries.reserve(elements.size());
-    for (auto& element : elements) entries.push_back({OrderKey(element.GetValue()), &element});
-    veltrane::detail::SortByKey(entries);
-    if constexpr (!std::integral<T>) {  // runs that begin alike
-        const auto differ = [](const auto& a, const auto& b) { return a.key != b.key; };
-        for (auto begin = entries.begin(), end = begin; begin != entries.end(); begin = end) {
-            end = std::adjacent_find(begin, entries.end(), differ);
-            if (end != entries.end()) ++end;
-            if (end - begin > 1) std::sort(begin, end);
-        }
-    }
-    return entries;
-}
-
-template <class T>
-template <class U>
-requires XKnownOrder<U> std::uint64_t XSet<T>::OrderKey(const T& value)
-noexcept {
-    if constexpr (std::same_as<T, CString>) {
-        return value.OrderKey();
-    } else {
-        return static_cast<std::uint64_t>(value) + (std::is_signed_v<T> ? std::uint64_t{1} << 63 : 0);
-    }
-}
-
-template <class T>
-typename XSet<T>::Pointers XSet<T>::PointersTo(Elements& elements) {
-    Pointers pointers;
-    pointers.reserve(elements.size());
-    for (Element& element : elements) pointers.push_back(&element);
-    return pointers;
-}
-
-template <class T>
 void XSet<T>::Copy(const XSet& other) {
-    veltrane::detail::Guarded(L"Exception in 'XSet<T>::Copy()'", [&] { AppendAll(other); });
+    Guarded(L"Exception in 'XSet<T>::Copy()'", [&] { CopyAll(other); });
 }
 
 template <class T>
@@ -420,106 +303,67 @@ void XSet<T>::Copy(const XSet* other) {
     if (other) Copy(*other);
 }
 
-// The one copy of constructor, Copy and assignment.
 template <class T>
-void XSet<T>::AppendAll(const XSet& other) {
+void XSet<T>::CopyAll(const XSet& other) {
     if (&other == this) return;
     Clear();
-    m_Data.reserve(other.m_Data.size());
-    for (const Element& element : other.m_Data) Append(element.GetValue());
+    GrowBy(other.m_Data.size());
+    InsertAll(other);
+}
+
+template <class T>
+void XSet<T>::InsertAll(const XSet& other) {
+    for (const Element& element : other.m_Data) Insert(element.GetValue(), /*unique*/ false);
 }
 
 template <class T>
 void XSet<T>::GetSubset(XSet& out, bool flag) {
-    veltrane::detail::Guarded(L"Exception in 'XSet<T>::GetSubset()'", [&] {
+    Guarded(L"Exception in 'XSet<T>::GetSubset()'", [&] {
         Elements own;
         if (&out == this) own.swap(m_Data);
         const Elements& source = &out == this ? own : m_Data;
         out.Clear();
         for (const Element& element : source) {
-            if (element.GetFlag() == flag) out.Append(element.GetValue());
+            if (element.GetFlag() == flag) out.Insert(element.GetValue(), /*unique*/ false);
         }
     });
 }
 
 template <class T>
 void XSet<T>::Union(const XSet& a, const XSet& b, Comparison comparison) {
-    veltrane::detail::Guarded(L"Exception in 'XSet<T>::Union()'", [&] {
-        const Comparison compare = comparison ? comparison : Comp;
-        if constexpr (XKnownOrder<T>) {
-            if (compare == Comp) return UnionByKey(a, b);
-        }
-        UnionByLookUp(a, b, compare);
-    });
-}
-
-// A merge finds what looking up would find, and copies nothing but the result.
-template <class T>
-template <class U>
-requires XKnownOrder<U>
-void XSet<T>::UnionByKey(const XSet& a, const XSet& b) {
-    const auto first = SortedEntries(a.m_Data);
-    const auto second = SortedEntries(b.m_Data);
-    XSet result;
-    result.m_Data.reserve(first.size() + second.size());
-    auto next = first.begin();
-    for (auto entry = second.begin(); entry != second.end(); ++entry) {
-        if (entry != second.begin() && !(*std::prev(entry) < *entry)) continue;
-        for (; next != first.end() && *next < *entry; ++next) result.Append(next->element->GetValue());
-        if (next == first.end() || *entry < *next) result.Append(entry->element->GetValue());
-    }
-    for (; next != first.end(); ++next) result.Append(next->element->GetValue());
+    XSet result;  // apart from this set, which may be a or b
+    Guarded(L"Exception in 'XSet<T>::Union()'", [&] { result.Unite(a, b, comparison ? comparison : Comp); });
     m_Data.swap(result.m_Data);
-    m_bSorted = true;
+    m_bSorted = result.m_bSorted;
 }
 
 template <class T>
-typename XSet<T>::Elements XSet<T>::ValuesOf(const XSet& other) {
-    Elements values;
-    values.reserve(other.m_Data.size());
-    for (const Element& element : other.m_Data) values.emplace_back(element.GetValue());
-    return values;
-}
-
-// Finds and inserts one by one, as if into a sorted set that is sorted again behind each: but where every value will
-// stand is known from the start, so none has to move.
-template <class T>
-void XSet<T>::UnionByLookUp(const XSet& a, const XSet& b, Comparison comparison) {
-    Elements values = ValuesOf(a);  // both before the set is emptied: it may be a or b
-    const std::size_t first = values.size();
-    values.reserve(first + b.m_Data.size());
-    for (const Element& element : b.m_Data) values.emplace_back(element.GetValue());
-    if (values.size() > std::size_t{INT_MAX}) throw std::length_error("XSet");  // positions are ints
-    const Pointers sorted = Sorted(values, nullptr);
-    const std::vector<std::size_t> places = PlacesIn(sorted, values);
-    veltrane::detail::TakenPlaces taken{values.size()};
-    for (std::size_t i = 0; i < first; ++i) taken.Take(places[i]);
-    try {
-        for (std::size_t i = first; i < values.size(); ++i) {
-            const auto at = [&](int position) -> const Element& { return *sorted[taken.Nth(position)]; };
-            const auto compare = [&](const Element& element) { return comparison(values[i], element); };
-            if (FindInHalves(taken.Count(), at, compare) < 0) taken.Take(places[i]);
+void XSet<T>::Unite(const XSet& a, const XSet& b, Comparison comparison) {
+    if constexpr (veltrane::detail::XKnownOrder<T>) {
+        if (comparison == Comp) {
+            m_Data.reserve(a.m_Data.size() + b.m_Data.size());
+            veltrane::detail::MergeUnion(std::span{a.m_Data}, std::span{b.m_Data},
+                                         [&](const T& value) { Insert(value, /*unique*/ false); });
+            m_bSorted = true;
+            return;
         }
-    } catch (...) {
-        Assign(sorted, taken);  // as far as the union came
-        throw;
     }
-    Assign(sorted, taken);
+    UniteByLookUp(a, b, comparison);
 }
 
 template <class T>
-std::vector<std::size_t> XSet<T>::PlacesIn(const Pointers& sorted, const Elements& elements) {
-    std::vector<std::size_t> places(sorted.size());
-    for (std::size_t place = 0; place < sorted.size(); ++place) {
-        places[static_cast<std::size_t>(sorted[place] - elements.data())] = place;
-    }
-    return places;
-}
-
-template <class T>
-void XSet<T>::Assign(const Pointers& sorted, const veltrane::detail::TakenPlaces& taken) {
-    Clear();
-    m_Data.reserve(static_cast<std::size_t>(taken.Count()));
-    for (int i = 0; i < taken.Count(); ++i) m_Data.push_back(std::move(*sorted[taken.Nth(i)]));
+void XSet<T>::UniteByLookUp(const XSet& a, const XSet& b, Comparison comparison) {
+    XSet all;
+    all.GrowBy(a.m_Data.size() + b.m_Data.size());
+    all.InsertAll(a);
+    const std::size_t sizeOfA = all.m_Data.size();
+    all.InsertAll(b);
+    const auto find = [&](const Element& probe, int size, auto elementAt) {
+        const auto compare = [&](const Element& element) { return comparison(probe, element); };
+        return Searched([&] { return veltrane::detail::FindInHalves(size, elementAt, compare); });
+    };
+    const auto kept = veltrane::detail::LookUpUnion(std::span{all.m_Data}, sizeOfA, find);
+    m_Data.reserve(kept.size());
+    for (Element* element : kept) m_Data.push_back(std::move(*element));
     m_bSorted = true;
 }

@@ -11,26 +11,30 @@ namespace veltrane::detail {
 /// these operations promise their callers that nothing comes out of them, and destructors are among them.
 VELTRANE_API void ShowFailure(const wchar_t* message) noexcept;
 
-/// Runs a body; whatever it throws is told the user, and the fallback is the result: a value, or a function that is
-/// called only then.
-template <class Fallback, class Body>
-auto Guarded(const wchar_t* message, Fallback&& fallback, Body&& body) -> std::invoke_result_t<Body> try {
-    return std::forward<Body>(body)();
-} catch (...) {
-    ShowFailure(message);
-    if constexpr (std::is_invocable_v<Fallback>) {
-        return std::forward<Fallback>(fallback)();
-    } else {
-        return std::forward<Fallback>(fallback);
+/// Runs the body of an operation that absorbs failures. A class holds one as a constant, under a name that its bodies
+/// call like a function.
+struct XGuarded {
+    /// Whatever the body throws is told the user, and the fallback is the result: a value, or a function that is called
+    /// only then.
+    template <class Fallback, class Body>
+    auto operator()(const wchar_t* message, Fallback&& fallback, Body&& body) const -> std::invoke_result_t<Body> try {
+        return std::forward<Body>(body)();
+    } catch (...) {
+        ShowFailure(message);
+        if constexpr (std::is_invocable_v<Fallback>) {
+            return std::forward<Fallback>(fallback)();
+        } else {
+            return std::forward<Fallback>(fallback);
+        }
     }
-}
 
-/// The same for a body without a result.
-template <class Body>
-void Guarded(const wchar_t* message, Body&& body) noexcept try {
-    std::forward<Body>(body)();
-} catch (...) {
-    ShowFailure(message);
-}
+    /// The same for a body without a result.
+    template <class Body>
+    void operator()(const wchar_t* message, Body&& body) const noexcept try {
+        std::forward<Body>(body)();
+    } catch (...) {
+        ShowFailure(message);
+    }
+};
 
 }  // namespace veltrane::detail

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "veltrane/collections/sharedempty.h"
 #include "veltrane/foundation/xraise.h"
 
 using namespace veltrane;
@@ -35,9 +36,9 @@ int XMapInt2CString::Find(const CString& text) const {
 }
 
 const CString& XMapInt2CString::Get(int key) const {
-    static const CString tEmpty;
+    static const XLasting<CString> tEmpty;
     const CString* text = m_Map.Get(key);
-    return text ? *text : tEmpty;
+    return text ? *text : tEmpty.value;
 }
 
 int XMapInt2CString::Get(CString& out) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <type_traits>
 #include <utility>
 
@@ -31,13 +32,22 @@ public:
     bool GetFlag() const noexcept { return m_bFlag; }
     void SetFlag(bool flag) noexcept { m_bFlag = flag; }
 
-    /// Move assignment for those who handle the failure themselves.
-    void Take(XSetData&& other) {
-        m_Value = std::move(other.m_Value);
+    /// Assignment for those who handle the failure themselves.
+    template <class Other>
+    void Take(Other&& other) {
+        m_Value = std::forward<Other>(other).m_Value;
+        m_bFlag = other.m_bFlag;
+    }
+    /// Puts another element's value in the place of this one without an assignment.
+    void Renew(XSetData&& other) noexcept requires std::is_nothrow_move_constructible_v<T> {
+        std::destroy_at(&m_Value);
+        std::construct_at(&m_Value, std::move(other.m_Value));
         m_bFlag = other.m_bFlag;
     }
 
 private:
+    static constexpr veltrane::detail::XGuarded Guarded{};
+
     T m_Value;
     bool m_bFlag = false;
 };
@@ -51,21 +61,18 @@ XSetData<T>::~XSetData() noexcept try {
 
 template <class T>
 XSetData<T>& XSetData<T>::operator=(const XSetData& other) noexcept {
-    veltrane::detail::Guarded(L"Exception in 'XSetData<T>::operator=()'", [&] {
-        m_Value = other.m_Value;
-        m_bFlag = other.m_bFlag;
-    });
+    Guarded(L"Exception in 'XSetData<T>::operator=()'", [&] { Take(other); });
     return *this;
 }
 
 template <class T>
 XSetData<T>& XSetData<T>::operator=(XSetData&& other) noexcept {
-    veltrane::detail::Guarded(L"Exception in 'XSetData<T>::operator=()'", [&] { Take(std::move(other)); });
+    Guarded(L"Exception in 'XSetData<T>::operator=()'", [&] { Take(std::move(other)); });
     return *this;
 }
 
 template <class T>
 bool XSetData<T>::operator<(const XSetData& other) const noexcept {
-    return veltrane::detail::Guarded(L"Exception in 'XSetData<T>::operator<()'", /*fallback*/ false,
-                                     [&] { return static_cast<bool>(m_Value < other.m_Value); });
+    return Guarded(L"Exception in 'XSetData<T>::operator<()'", /*fallback*/ false,
+                   [&] { return static_cast<bool>(m_Value < other.m_Value); });
 }

@@ -11,6 +11,22 @@ using namespace veltrane::detail;
 template class XSetData<int>;
 template class XSet<int>;
 
+namespace {
+
+// Hands out the gap in front of each value: its first number, and the value that ends it.
+template <class Visit>
+void VisitGaps(const XSetInt& set, Visit visit) {
+    const int size = set.Size();  // the visitor may let the set grow
+    std::int64_t first = 1;       // wider than the values: it goes one beyond INT_MAX
+    for (int i = 0; i < size; ++i) {
+        const int value = set.GetConstRefAt(i);
+        if (first < value) visit(first, value);
+        first = std::int64_t{value} + 1;
+    }
+}
+
+}  // namespace
+
 XSetInt::XSetInt(const XSetInt* other) {
     if (!other) return;
     for (int i = 0; i < other->Size(); ++i) Insert(other->GetConstRefAt(i));
@@ -43,17 +59,12 @@ void XSetInt::BuildSet(const CString& text) {
 }
 
 void XSetInt::GetFreeNumbers(XSetInt& out) const {
-    const int size = Size();  // out may be this set, which grows
-    std::int64_t next = 1;    // wider than the values: it goes one beyond INT_MAX
-    for (int i = 0; i < size; ++i) {
-        const int value = GetConstRefAt(i);
-        for (; next < value; ++next) {
-            const int before = out.Size();
-            out.Insert(static_cast<int>(next));
-            if (out.Size() == before) return;
-        }
-        next = std::int64_t{value} + 1;
-    }
+    std::size_t count = 0;
+    VisitGaps(*this, [&](std::int64_t first, int end) { count += static_cast<std::size_t>(end - first); });
+    if (!out.Reserve(count)) return;
+    VisitGaps(*this, [&](std::int64_t first, int end) {
+        for (int number = static_cast<int>(first); number < end; ++number) out.Insert(number);
+    });
 }
 
 void XSetInt::CalcMax() {

@@ -29,8 +29,9 @@ public:
 
     /// Appends the numbers above 0 of a comma-separated list in the order of the text; anything else in it is skipped.
     void BuildSet(const CString& text);
-    /// Appends to out the positive numbers that lie in front of each value and behind the one before it, from 1 on: the
-    /// free numbers below the largest, when this set is sorted. Ends early when out takes no more.
+    /// Appends to out the numbers between each value and the one before it, from 1 on: the free numbers below the
+    /// largest value, when this set is sorted. They can be many - below 2,000,000,000 as many, of 16 bytes each:
+    /// without the memory for all of them none is appended, and the box of Insert tells so.
     void GetFreeNumbers(XSetInt& out) const;
     /// The maximum becomes 0 for an empty set, the last value of a sorted one, and else the largest of it and all
     /// values.

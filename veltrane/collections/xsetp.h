@@ -10,7 +10,8 @@
 
 #include "veltrane/collections/guarded.h"
 #include "veltrane/collections/matchsorted.h"
-#include "veltrane/collections/mergesort.h"
+#include "veltrane/collections/setorder.h"
+#include "veltrane/collections/sharedempty.h"
 #include "veltrane/collections/typename.h"
 #include "veltrane/foundation/xraise.h"
 
@@ -29,6 +30,14 @@
 /// XSetP<XStringPair> pairs;
 /// pairs.Insert(new XStringPair(L"tmp_", L"wrk_"));  // the set deletes it
 /// for (int i = 0; i < pairs.Size(); ++i) Use(pairs.GetConstRefAt(i).GetFirst());
+/// @endcode
+///
+/// Error locations name T with the key it was declared with, as in "XSetP<class XStringPair>::Insert". The compiler
+/// does not tell "struct" from "class"; of a struct, say it in the global namespace after its definition:
+/// @code
+/// struct MyRule { ... };
+/// template <>
+/// inline constexpr std::string_view veltrane::XClassKey<MyRule> = "struct ";
 /// @endcode
 template <class T>
 class XSetP {
@@ -66,7 +75,7 @@ public:
     /// A set with fewer objects is less; among equal sizes the first different object decides.
     bool operator<(const XSetP& other) const;
 
-    /// Takes an object over, at the end, and clears the sorted mark. A set that can not grow raises an error and leaves
+    /// Takes an object over, at the end, and clears the sorted mark. A set that cannot grow raises an error and leaves
     /// the object to the caller. @return true
     bool Insert(T* const& object);
     void DeleteObj(int position);           ///< keeps the sorted mark; nothing outside
@@ -92,37 +101,46 @@ protected:
     using Owned = std::unique_ptr<T>;
 
     const std::vector<T*>& Objects() const noexcept { return m_Data; }
-    /// Insert of an object that is deleted when the set can not take it.
+    /// Insert of an object that is deleted when the set cannot take it.
     void Adopt(Owned object);
 
 private:
-    static constexpr veltrane::XFailure<> COPYING{L"Error copying a XSetP<T>!",
-                                                  L"An unknown exception occured when copying a XSetP<T>!"};
-    static constexpr veltrane::XFailure<> SORTING{L"Error sorting a XSetP<T>!",
-                                                  L"An unknown exception occured when sorting a XSetP<T>!"};
-    static constexpr veltrane::XFailure<> INSERTING{
-        L"Error inserting an element in a XSetP<T>!",
-        L"An unknown exception occured when inserting an element in a XSetP<T>!"};
-    static constexpr veltrane::XFailure<> DELETING{
-        L"Error deleting an element from a XSetP<T>!",
-        L"An unknown exception occured when deleting an element from a XSetP<T>!"};
-    static constexpr veltrane::XFailure<> CLEARING{L"Error cleaning-up a XSetP<T>!",
-                                                   L"An unknown exception occured when cleaning-up a XSetP<T>!"};
-    static constexpr veltrane::XFailure<> SETTING_ALL{
+    template <class... Args>
+    using Failure = veltrane::XFailure<Args...>;
+
+    static constexpr veltrane::detail::XGuarded Guarded{};
+
+    static constexpr Failure<> COPYING{L"Error copying a XSetP<T>!",
+                                       L"An unknown exception occured when copying a XSetP<T>!"};
+    static constexpr Failure<> SORTING{L"Error sorting a XSetP<T>!",
+                                       L"An unknown exception occured when sorting a XSetP<T>!"};
+    static constexpr Failure<> INSERTING{L"Error inserting an element in a XSetP<T>!",
+                                         L"An unknown exception occured when inserting an element in a XSetP<T>!"};
+    static constexpr Failure<> DELETING{L"Error deleting an element from a XSetP<T>!",
+                                        L"An unknown exception occured when deleting an element from a XSetP<T>!"};
+    static constexpr Failure<> CLEARING{L"Error cleaning-up a XSetP<T>!",
+                                        L"An unknown exception occured when cleaning-up a XSetP<T>!"};
+    static constexpr Failure<> SETTING_ALL{
         L"Error setting the flag for all elements of a XSetP<T>!",
         L"An unknown exception occured when setting the flag for all elements of a XSetP<T>!"};
-    static constexpr veltrane::XFailure<int> SETTING{
+    static constexpr Failure<int> SETTING{
         L"Error setting the flag for element #%d of a XSetP<T>!",
         L"An unknown exception occured when setting the flag for element #%d of a XSetP<T>!"};
-    static constexpr veltrane::XFailure<int> GETTING{
+    static constexpr Failure<int> GETTING{
         L"Error getting the flag of element #%d of a XSetP<T>!",
         L"An unknown exception occured when getting the flag of element #%d of a XSetP<T>!"};
-    static constexpr veltrane::XFailure<> COMPARING{L"Error comparing two XSetP<T>!",
-                                                    L"An unknown exception occured when comparing two XSetP<T>!"};
+    static constexpr Failure<> COMPARING{L"Error comparing two XSetP<T>!",
+                                         L"An unknown exception occured when comparing two XSetP<T>!"};
 
     template <veltrane::detail::Literal Operation>
     static constexpr veltrane::XSite Here(int line = __builtin_LINE()) {
         return {L".\\XSet", veltrane::detail::MethodName<T, "XSetP", Operation>.data(), line};
+    }
+
+    template <class Texts, class Body, class... Args>
+    static decltype(auto) WithReason(const veltrane::XSite& site, const Texts& texts, Body&& body,
+                                     const Args&... args) {
+        return veltrane::WithReason(site, texts, std::forward<Body>(body), args...);
     }
 
     bool Contains(int position) const noexcept { return position >= 0 && position < Size(); }
@@ -144,13 +162,9 @@ private:
     static veltrane::detail::XMatch Match(XSetP& a, XSetP& b);
 
     // Out of line: inlined into a host, it could become a second object beside the library's.
-    [[gnu::noinline]] static const T& ConstEmpty() {
-        static const T tEmpty{};
-        return tEmpty;
-    }
-    [[gnu::noinline]] static T& Empty() {
-        static T tEmpty{};
-        return tEmpty;
+    [[gnu::noinline]] static veltrane::detail::XSharedEmpty<T>& Empty() {
+        static veltrane::detail::XLasting<veltrane::detail::XSharedEmpty<T>> tEmpty;
+        return tEmpty.value;
     }
 
     bool m_bSorted = false;
@@ -160,56 +174,56 @@ private:
 // Both copies start from a complete empty set: when they fail, its destructor deletes what has been copied.
 template <class T>
 XSetP<T>::XSetP(const XSetP& other) : XSetP() {
-    veltrane::WithReason(Here<"XSetP">(), COPYING, [&] { Copy(other); });
+    WithReason(Here<"XSetP">(), COPYING, [&] { Copy(other); });
 }
 
 template <class T>
 XSetP<T>::XSetP(const XSetP* other) : XSetP() {
-    veltrane::WithReason(Here<"XSetP">(), COPYING, [&] { Copy(other); });
+    WithReason(Here<"XSetP">(), COPYING, [&] { Copy(other); });
 }
 
 template <class T>
 XSetP<T>::~XSetP() {
-    veltrane::detail::Guarded(L"Exception in 'XSetP<T>::~XSetP()'", [&] { Clear(); });
+    Guarded(L"Exception in 'XSetP<T>::~XSetP()'", [&] { Clear(); });
 }
 
 template <class T>
 XSetP<T>& XSetP<T>::operator=(const XSetP& other) {
-    veltrane::WithReason(Here<"operator =">(), COPYING, [&] { Copy(other); });
+    WithReason(Here<"operator =">(), COPYING, [&] { Copy(other); });
     return *this;
 }
 
 template <class T>
 const T& XSetP<T>::GetConstRefAt(int position) const {
-    return veltrane::detail::Guarded(L"Exception in 'XSetP<T>::GetConstRefAt()'", ConstEmpty, [&]() -> const T& {
+    const auto empty = []() -> const T& { return Empty().constant; };
+    return Guarded(L"Exception in 'XSetP<T>::GetConstRefAt()'", empty, [&]() -> const T& {
         const T* object = ObjectAt(position);
-        return object ? *object : ConstEmpty();
+        return object ? *object : empty();
     });
 }
 
 template <class T>
 T& XSetP<T>::GetRefAt(int position) {
-    return veltrane::detail::Guarded(L"Exception in 'XSetP<T>::GetRefAt()'", Empty, [&]() -> T& {
+    const auto empty = []() -> T& { return Empty().writable; };
+    return Guarded(L"Exception in 'XSetP<T>::GetRefAt()'", empty, [&]() -> T& {
         T* object = ObjectAt(position);
-        return object ? *object : Empty();
+        return object ? *object : empty();
     });
 }
 
 template <class T>
 T* XSetP<T>::GetAt(int position) {
-    return veltrane::detail::Guarded(L"Exception in 'XSetP<T>::GetAt()'", /*fallback*/ nullptr,
-                                     [&] { return ObjectAt(position); });
+    return Guarded(L"Exception in 'XSetP<T>::GetAt()'", /*fallback*/ nullptr, [&] { return ObjectAt(position); });
 }
 
 template <class T>
 const T* XSetP<T>::GetConstAt(int position) const {
-    return veltrane::detail::Guarded(L"Exception in 'XSetP<T>::GetAt()'", /*fallback*/ nullptr,
-                                     [&] { return ObjectAt(position); });
+    return Guarded(L"Exception in 'XSetP<T>::GetAt()'", /*fallback*/ nullptr, [&] { return ObjectAt(position); });
 }
 
 template <class T>
 bool XSetP<T>::GetFlag(int position) const {
-    return veltrane::WithReason(
+    return WithReason(
         Here<"GetFlag">(), GETTING, [&]() -> bool { return std::as_const(Checked(position)).GetFlag(); }, position);
 }
 
@@ -228,7 +242,7 @@ T& XSetP<T>::Checked(int position) const {
 
 template <class T>
 int XSetP<T>::FindPos(const T* object, int start) const {
-    return veltrane::detail::Guarded(L"Exception in 'XSetP<T>::Find()'", /*fallback*/ -1, [&] {
+    return Guarded(L"Exception in 'XSetP<T>::Find()'", /*fallback*/ -1, [&] {
         if (!m_bSorted) {
             for (int i = 0; i < Size(); ++i) {
                 if (!Smaller(At(i), object) && !Smaller(object, At(i))) return i;
@@ -248,17 +262,11 @@ int XSetP<T>::FindFrom(const T* object, int start) const {
 
 template <class T>
 int XSetP<T>::FindInHalves(const T* object) const {
-    for (int low = 0, high = Size() - 1; low <= high;) {
-        const int middle = (high - low) / 2 + low;
-        if (Smaller(object, At(middle))) {
-            high = middle - 1;
-        } else if (Smaller(At(middle), object)) {
-            low = middle + 1;
-        } else {
-            return middle;
-        }
-    }
-    return -1;
+    return veltrane::detail::FindInHalves(
+        Size(), [&](int position) { return At(position); },
+        [&](const T* other) { return Smaller(object, other)   ? -1
+                                     : Smaller(other, object) ? 1
+                                                              : 0; });
 }
 
 template <class T>
@@ -289,7 +297,7 @@ int XSetP<T>::CompareObjects(const T* a, const T* b, Comparison compare) {
 
 template <class T>
 bool XSetP<T>::operator<(const XSetP& other) const {
-    return veltrane::WithReason(Here<"operator <">(), COMPARING, [&] {
+    return WithReason(Here<"operator <">(), COMPARING, [&] {
         if (Size() != other.Size()) return Size() < other.Size();
         for (int i = 0; i < Size(); ++i) {
             if (Smaller(At(i), other.At(i))) return true;
@@ -301,7 +309,7 @@ bool XSetP<T>::operator<(const XSetP& other) const {
 
 template <class T>
 bool XSetP<T>::Insert(T* const& object) {
-    return veltrane::WithReason(Here<"Insert">(), INSERTING, [&] {
+    return WithReason(Here<"Insert">(), INSERTING, [&] {
         if (m_Data.size() >= std::size_t{INT_MAX}) throw std::length_error("XSetP");  // positions are ints
         m_Data.push_back(object);
         m_bSorted = false;
@@ -311,7 +319,7 @@ bool XSetP<T>::Insert(T* const& object) {
 
 template <class T>
 void XSetP<T>::DeleteObj(int position) {
-    veltrane::WithReason(Here<"DeleteObj">(), DELETING, [&] {
+    WithReason(Here<"DeleteObj">(), DELETING, [&] {
         if (!Contains(position)) return;
         T* object = At(position);
         m_Data.erase(m_Data.begin() + position);  // first: a destructor that throws must not be called again
@@ -321,25 +329,25 @@ void XSetP<T>::DeleteObj(int position) {
 
 template <class T>
 void XSetP<T>::DeleteData(const T& object) {
-    veltrane::WithReason(Here<"DeleteData">(), DELETING, [&] { DeleteObj(FindPos(object, -1)); });
+    WithReason(Here<"DeleteData">(), DELETING, [&] { DeleteObj(FindPos(object, -1)); });
 }
 
 template <class T>
 void XSetP<T>::SetFlag(int position, bool flag) {
-    veltrane::WithReason(
+    WithReason(
         Here<"SetFlag">(), SETTING, [&] { Checked(position).SetFlag(flag); }, position);
 }
 
 template <class T>
 void XSetP<T>::SetFlag(bool flag) {
-    veltrane::WithReason(Here<"SetFlag">(), SETTING_ALL, [&] {
+    WithReason(Here<"SetFlag">(), SETTING_ALL, [&] {
         for (int i = 0; i < Size(); ++i) SetFlag(i, flag);
     });
 }
 
 template <class T>
 void XSetP<T>::Clear() {
-    veltrane::WithReason(Here<"Clear">(), CLEARING, [&] {
+    WithReason(Here<"Clear">(), CLEARING, [&] {
         m_bSorted = false;
         std::exception_ptr failure;
         for (T* object : std::exchange(m_Data, {})) {
@@ -355,7 +363,7 @@ void XSetP<T>::Clear() {
 
 template <class T>
 void XSetP<T>::Sort() {
-    veltrane::WithReason(Here<"Sort">(), SORTING, [&] {
+    WithReason(Here<"Sort">(), SORTING, [&] {
         if (m_bSorted || Size() < 2) return;
         m_Data = veltrane::detail::MergeSorted(m_Data, Smaller);
         m_bSorted = true;
@@ -364,7 +372,7 @@ void XSetP<T>::Sort() {
 
 template <class T>
 void XSetP<T>::Copy(const XSetP& other) {
-    veltrane::WithReason(Here<"Copy">(), COPYING, [&] {
+    WithReason(Here<"Copy">(), COPYING, [&] {
         if (&other == this) return;
         Clear();
         for (const T* object : other.m_Data) Adopt(Clone(object));
@@ -398,7 +406,7 @@ veltrane::detail::XMatch XSetP<T>::Match(XSetP& a, XSetP& b) {
 
 template <class T>
 void XSetP<T>::GetSubset(XSetP& out, bool flag) {
-    veltrane::detail::Guarded(L"Exception in 'XSetP<T>::GetSubset()'", [&] {
+    Guarded(L"Exception in 'XSetP<T>::GetSubset()'", [&] {
         XSetP own;  // the objects while they are copied, when out is this set
         if (&out == this) own.m_Data.swap(m_Data);
         const std::vector<T*>& source = &out == this ? own.m_Data : m_Data;

@@ -1,5 +1,7 @@
 #include "veltrane/collections/xstringvector.h"
 
+#include "veltrane/collections/sharedempty.h"
+
 using namespace veltrane;
 using namespace veltrane::detail;
 
@@ -51,9 +53,9 @@ void XStringMap::Insert(const CString& key, XStringVector* vector) {
 }
 
 const CString& XStringMap::GetActKey() const {
-    static const CString tEmpty;
+    static const XLasting<CString> tEmpty;
     const auto* entry = m_Map.Act();
-    return entry ? entry->first : tEmpty;
+    return entry ? entry->first : tEmpty.value;
 }
 
 XStringVector* XStringMap::GetActValue() const {

@@ -1,0 +1,180 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "veltrane/platform/text/cstring.h"
+
+namespace veltrane::detail {
+
+/// Types whose own order is known: total, the same from call to call, and without exceptions.
+template <class T>
+concept XKnownOrder = std::integral<T> || std::same_as<T, CString>;
+
+/// Negative, 0 or positive in that order.
+template <XKnownOrder T>
+int CompareKnown(const T& a, const T& b) noexcept {
+    if constexpr (std::integral<T>) {
+        return (b < a) - (a < b);
+    } else {
+        return a.Compare(b);
+    }
+}
+
+/// A number for a value: of two values with different numbers, the one with the smaller number is less.
+template <class T>
+std::uint64_t OrderNumber(const T& value) noexcept {
+    if constexpr (std::integral<T>) {
+        return static_cast<std::uint64_t>(value) + (std::is_signed_v<T> ? std::uint64_t{1} << 63 : 0);
+    } else if constexpr (XKnownOrder<T>) {
+        return value.OrderKey();
+    } else {
+        return 0;
+    }
+}
+
+/// Stands for an element of a set while the set is brought in order. Most comparisons are settled by the numbers, which
+/// lie side by side, without a look at the elements.
+template <class Element>
+struct XEntry {
+    using Value = std::remove_cvref_t<decltype(std::declval<Element&>().GetValue())>;
+
+    std::uint64_t number = 0;
+    Element* element = nullptr;
+
+    bool operator<(const XEntry& other) const noexcept {
+        if (number != other.number) return number < other.number;
+        if constexpr (std::integral<Value>) {
+            return false;
+        } else if constexpr (XKnownOrder<Value>) {
+            return CompareKnown(element->GetValue(), other.element->GetValue()) < 0;
+        } else {
+            return *element < *other.element;
+        }
+    }
+};
+
+/// Sorts by a relation that may contradict itself: that costs the order and nothing else, while std::sort and the heaps
+/// may leave the array then. The borders of the runs alone decide what is read, and each pass puts every item of the
+/// one before in exactly one place. Keeps equal ones in order.
+/// @throws what the relation throws; the caller's items are as before, as the result is a new array
+template <class Item, class Less>
+std::vector<Item> MergeSorted(std::vector<Item> items, Less less) {
+    const std::size_t size = items.size();
+    std::vector<Item> merged(size);
+    for (std::size_t width = 1; width < size; width *= 2) {
+        for (std::size_t begin = 0; begin < size; begin += 2 * width) {
+            const std::size_t middle = std::min(begin + width, size);
+            const std::size_t end = std::min(middle + width, size);
+            std::size_t left = begin;
+            std::size_t right = middle;
+            for (std::size_t out = begin; out < end; ++out) {
+                const bool takeRight = left == middle || (right < end && less(items[right], items[left]));
+                merged[out] = items[takeRight ? right++ : left++];
+            }
+        }
+        items.swap(merged);
+    }
+    return items;
+}
+
+/// Sorts by the numbers alone, in a time that grows with the count of entries only. The numbers are taken as eight
+/// digits of one byte. For each digit, from the lowest to the highest, the entries are put in the order of that digit;
+/// those that agree in it keep the order which the lower digits gave them. A digit in which all agree is passed over.
+template <class Entry>
+void RadixSort(std::vector<Entry>& entries) {
+    constexpr std::size_t DIGITS = 8;
+    const auto digitOf = [](const Entry& entry, std::size_t digit) { return entry.number >> 8 * digit & 0xFF; };
+    std::array<std::array<std::size_t, 256>, DIGITS> counts{};
+    for (const Entry& entry : entries) {
+        for (std::size_t digit = 0; digit < DIGITS; ++digit) ++counts[digit][digitOf(entry, digit)];
+    }
+    std::vector<Entry> sorted(entries.size());
+    for (std::size_t digit = 0; digit < DIGITS; ++digit) {
+        auto& places = counts[digit];
+        if (places[digitOf(entries.front(), digit)] == entries.size()) continue;
+        std::size_t next = 0;
+        for (std::size_t& place : places) next += std::exchange(place, next);  // a count becomes the first place
+        for (const Entry& entry : entries) sorted[places[digitOf(entry, digit)]++] = entry;
+        entries.swap(sorted);
+    }
+}
+
+/// Sorts entries of a known order.
+template <class Entry>
+void SortEntries(std::vector<Entry>& entries) {
+    constexpr std::size_t FEW = 256;  // fewer are sorted sooner than the digits are counted
+    if (entries.size() < FEW) return std::sort(entries.begin(), entries.end());
+    RadixSort(entries);
+    if constexpr (std::integral<typename Entry::Value>) return;  // the number is the value
+    const auto differ = [](const Entry& a, const Entry& b) { return a.number != b.number; };
+    for (auto begin = entries.begin(), end = begin; begin != entries.end(); begin = end) {
+        end = std::adjacent_find(begin, entries.end(), differ);
+        if (end != entries.end()) ++end;
+        if (end - begin > 1) std::sort(begin, end);
+    }
+}
+
+/// The elements in ascending order: by a comparison, or without one by the `<` of their values.
+/// @throws what the comparison throws
+template <class Element, class Comparison = std::nullptr_t>
+std::vector<XEntry<Element>> InOrder(std::span<Element> elements, Comparison comparison = nullptr) {
+    using Entry = XEntry<Element>;
+    std::vector<Entry> entries;
+    entries.reserve(elements.size());
+    for (Element& element : elements) entries.push_back({OrderNumber(element.GetValue()), &element});
+    if constexpr (!std::is_null_pointer_v<Comparison>) {
+        const auto less = [&](const Entry& a, const Entry& b) { return comparison(*a.element, *b.element) < 0; };
+        if (comparison) return MergeSorted(std::move(entries), less);
+    }
+    if constexpr (!XKnownOrder<typename Entry::Value>) return MergeSorted(std::move(entries), std::less<Entry>{});
+    SortEntries(entries);
+    return entries;
+}
+
+/// Puts elements in the order of the entries that stand for them. Addresses stay valid: each place keeps its storage.
+/// @throws what copying throws, for elements that cannot be moved without; all of them are there then, in new storage
+template <class Element>
+void Arrange(std::vector<Element>& elements, const std::vector<XEntry<Element>>& order) {
+    std::vector<Element> arranged;
+    arranged.reserve(order.size());
+    for (const XEntry<Element>& entry : order) arranged.push_back(std::move_if_noexcept(*entry.element));
+    if constexpr (std::is_nothrow_move_constructible_v<Element>) {
+        for (std::size_t i = 0; i < arranged.size(); ++i) elements[i].Renew(std::move(arranged[i]));
+    } else {
+        try {
+            for (std::size_t i = 0; i < arranged.size(); ++i) elements[i].Take(arranged[i]);
+        } catch (...) {
+            elements.swap(arranged);
+            throw;
+        }
+    }
+}
+
+/// Looks through `size` ascending elements for one to which compare answers 0; it answers negative for those that come
+/// after what is looked for. @return its position, -1 if there is none
+template <class ElementAt, class Compare>
+int FindInHalves(int size, ElementAt elementAt, Compare compare) {
+    for (int low = 0, high = size - 1; low <= high;) {
+        const int middle = (high - low) / 2 + low;
+        const int order = compare(elementAt(middle));
+        if (order == 0) return middle;
+        if (order < 0) {
+            high = middle - 1;
+        } else {
+            low = middle + 1;
+        }
+    }
+    return -1;
+}
+
+}  // namespace veltrane::detail

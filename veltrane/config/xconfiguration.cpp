@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "veltrane/foundation/xraise.h"
+#include "veltrane/platform/sources/answerline.h"
 #include "veltrane/platform/sources/profile.h"
 #include "veltrane/platform/text/indexformat.h"
 
@@ -79,9 +80,11 @@ XConfiguration::XConfiguration(const CString& fileName) : m_FileName(fileName) {
 
 XConfiguration::~XConfiguration() = default;
 
-bool XConfiguration::GetKeyValue(CString& value, const CString& section, const CString& key, bool assignEmpty) const {
-    Answer answer = Ask(section, key);
+bool XConfiguration::GetKeyValue(CString& value, const CString& section, const CString& key, bool assignEmpty,
+                                 SourcePlace* place) const {
+    Answer answer = Ask(section, key, place ? &place->line : nullptr);
     if (answer.count == 0 && !assignEmpty) return false;
+    if (place) *place = {m_FileName, place->line, section, key, answer.text};
     value = std::move(answer.text);
     return true;
 }
@@ -100,7 +103,8 @@ bool XConfiguration::GetKeyIndexSet(XSetInt& indexes, const CString& section, co
     return !indexes.IsEmpty();
 }
 
-bool XConfiguration::GetKeyValueSet(XMapInt2CString& values, const CString& section, const CString& pattern) const {
+bool XConfiguration::GetKeyValueSet(XMapInt2CString& values, const CString& section, const CString& pattern,
+                                    std::map<int, SourcePlace>* places) const {
     constexpr auto method = L"XConfiguration::GetKeyValueSet";
     RequirePattern(method, L"Error getting a set of key from config section <%s>!", section, pattern);
     Family family = FindFamily(section, pattern);
@@ -109,8 +113,13 @@ bool XConfiguration::GetKeyValueSet(XMapInt2CString& values, const CString& sect
                        if (!values.Get(index).IsEmpty()) {
                            throw MakeError(Here(method), L"Multiple options <%s> for index <%d>!", pattern, index);
                        }
-                       const Answer answer = family.isOfSections ? Ask(name, pattern) : Ask(section, name);
-                       if (!answer.text.IsEmpty()) values.Insert(index, answer.text);
+                       const CString& inSection = family.isOfSections ? name : section;
+                       const CString& key = family.isOfSections ? pattern : name;
+                       int line = 0;
+                       const Answer answer = Ask(inSection, key, places ? &line : nullptr);
+                       if (answer.text.IsEmpty()) return;
+                       values.Insert(index, answer.text);
+                       if (places) (*places)[index] = {m_FileName, line, inSection, key, answer.text};
                    });
     return values.Size() > 0;
 }
@@ -122,11 +131,14 @@ bool XConfiguration::GetOptionNameSet(XMapInt2CString& names, const CString& sec
 }
 
 /// A value or, where section or key is empty, a list of names.
-XConfiguration::Answer XConfiguration::Ask(const CString& section, const CString& key) const {
+XConfiguration::Answer XConfiguration::Ask(const CString& section, const CString& key, int* line) const {
     wchar_t buffer[CAPACITY];  // filled as far as it is looked at: every answer ends with a NUL
-    const unsigned count = GetPrivateProfileStringW(section.IsEmpty() ? nullptr : section.GetString(),
-                                                    key.IsEmpty() ? nullptr : key.GetString(), L"", buffer, CAPACITY,
-                                                    m_FileName.GetString());
+    const wchar_t* const askedSection = section.IsEmpty() ? nullptr : section.GetString();
+    const wchar_t* const askedKey = key.IsEmpty() ? nullptr : key.GetString();
+    const wchar_t* const file = m_FileName.GetString();
+    const unsigned count =
+        line ? GetProfileStringAndLine(askedSection, askedKey, L"", buffer, CAPACITY, file, *line)
+             : GetPrivateProfileStringW(askedSection, askedKey, L"", buffer, CAPACITY, file);
     // The NUL that ends a list stays, so the text ends with its last name.
     for (unsigned i = 0; i + 1 < count; ++i) {
         if (buffer[i] == L'\0') buffer[i] = L',';

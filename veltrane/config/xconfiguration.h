@@ -1,7 +1,10 @@
 #pragma once
 
+#include <map>
+
 #include "veltrane/collections/xmap.h"
 #include "veltrane/collections/xsetint.h"
+#include "veltrane/platform/sources/sourceplace.h"
 #include "veltrane/platform/text/cstring.h"
 
 /// Reads one INI file: single values, and families of values that carry an index. A family is either keys of one
@@ -24,16 +27,20 @@ public:
     /// The value of a key; without a key the comma-separated names of the section's keys, without a section those of
     /// all sections.
     /// @param assignEmpty  whether a missing or empty value counts as found and empties value
+    /// @param place  receives where the value stands when it was found; may be null
     /// @return found; otherwise value keeps what it held
-    bool GetKeyValue(CString& value, const CString& section, const CString& key, bool assignEmpty) const;
+    bool GetKeyValue(CString& value, const CString& section, const CString& key, bool assignEmpty,
+                     veltrane::SourcePlace* place = nullptr) const;
 
     /// Adds the indexes of a family, in file order. @return whether the set holds any index afterwards
     /// @throws XException  empty pattern; an index that the set holds already, those before it being added
     bool GetKeyIndexSet(XSetInt& indexes, const CString& section, const CString& pattern) const;
 
     /// Adds the values of a family by their index; an empty value adds nothing. @return whether the map holds any value
+    /// @param places  receives where each value stands that is added; may be null
     /// @throws XException  empty pattern; an index with a value already, those before it being added
-    bool GetKeyValueSet(XMapInt2CString& values, const CString& section, const CString& pattern) const;
+    bool GetKeyValueSet(XMapInt2CString& values, const CString& section, const CString& pattern,
+                        std::map<int, veltrane::SourcePlace>* places = nullptr) const;
 
     /// Adds, for each section of one form, the comma-separated names of its keys. @return always true
     bool GetOptionNameSet(XMapInt2CString& names, const CString& sectionFormat) const;
@@ -42,7 +49,7 @@ private:
     struct Answer;
     struct Family;
 
-    Answer Ask(const CString& section, const CString& key) const;
+    Answer Ask(const CString& section, const CString& key, int* line = nullptr) const;
     Family FindFamily(const CString& section, const CString& pattern) const;
 
     CString m_FileName;

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "veltrane/foundation/xraise.h"
+#include "veltrane/platform/sources/answerline.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;
@@ -54,13 +55,17 @@ void XRegistry::Close() {
     m_hKey = nullptr;
 }
 
-bool XRegistry::GetValue(CString& value, const CString& section, const CString& name) {
+bool XRegistry::GetValue(CString& value, const CString& section, const CString& name, SourcePlace* place) {
     if (!Open(section)) return false;
     const struct Closing {
         XRegistry& registry;
         ~Closing() { registry.Close(); }
     } closing{*this};
-    return GetValue(value, name);
+    if (!GetValue(value, name)) return false;
+    if (!place) return true;
+    *place = {{}, 0, m_KeyPath, name, value};
+    place->line = FindRegistryLine(m_hKey, name.GetString(), place->file);
+    return true;
 }
 
 bool XRegistry::GetValue(CString& value, const CString& name) {

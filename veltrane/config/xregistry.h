@@ -1,6 +1,7 @@
 #pragma once
 
 #include "veltrane/foundation/xexception.h"
+#include "veltrane/platform/sources/sourceplace.h"
 #include "veltrane/platform/sources/winreg.h"
 #include "veltrane/platform/text/cstring.h"
 
@@ -24,7 +25,9 @@ public:
     void Close();  ///< nothing when no key is open
 
     /// Opens a section's key, reads a value and closes the key. @return found; otherwise value is unchanged
-    bool GetValue(CString& value, const CString& section, const CString& name);
+    /// @param place  receives where the value stands when it was found; may be null
+    bool GetValue(CString& value, const CString& section, const CString& name,
+                  veltrane::SourcePlace* place = nullptr);
     /// Reads a value of the open key; one without any data counts as missing. @return found; otherwise value is
     /// unchanged
     /// @throws XException  no key is open

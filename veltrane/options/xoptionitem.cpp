@@ -29,6 +29,13 @@ XOptionItem::XOptionItem(const XOptionItem& other)
 
 XOptionItem::~XOptionItem() = default;
 
+void XOptionItem::SetFlag(bool flag) {
+    m_bFlag = flag;
+    if (flag || !m_pWalk) return;
+    m_pWalk->next = 0;
+    m_pWalk->all->next = 0;
+}
+
 void XOptionItem::GetOptionName(CString& name) const {
     RequireDefinition(Here(L"XOptionItem::GetOptionName"), m_pDefinition,
                       L"Cannot get an option name for an option item without an option definition!");

@@ -1,10 +1,24 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 
 #include "veltrane/collections/xsetint.h"
 #include "veltrane/options/xoptiondefinition.h"
 #include "veltrane/platform/text/cstring.h"
+
+namespace veltrane::detail {
+
+class XOptionItems;
+
+/// How far a walk over items has come: all before the place are marked. A mark that is taken back sends the walk, and
+/// the one over all items, to the front again.
+struct XOptionWalk {
+    std::size_t next = 0;
+    XOptionWalk* all = nullptr;
+};
+
+}  // namespace veltrane::detail
 
 /// One value of one option: its row of the option table, its text and, for an option with several values, its index.
 /// The text is converted on request; what was stored is never checked, so a wrong word reads as false or as auto.
@@ -24,7 +38,8 @@ public:
     enumOption GetID() const { return m_pDefinition ? m_pDefinition->eOption : enumOption{}; }
     const CString& GetOptionValue() const { return m_Value; }  ///< the text, whatever the type
     int GetOptionIndex() const { return m_nIndex; }
-    void SetFlag(bool flag) { m_bFlag = flag; }  ///< the mark of the store's walks
+    /// The mark of the store's walks: an item whose mark is taken back is met again.
+    void SetFlag(bool flag);
     bool GetFlag() const { return m_bFlag; }
 
     bool IsBoolean() const { return m_pDefinition && m_pDefinition->IsBoolean(); }
@@ -48,9 +63,12 @@ public:
     void SetOptionIList(XSetInt& list);     ///< takes a copy in place of the list so far; the text stays
 
 private:
+    friend class veltrane::detail::XOptionItems;
+
     XOptionDefinition* m_pDefinition;  // a row of the table
     CString m_Value;
     std::unique_ptr<XSetInt> m_pIList;  // integer-list options only
     int m_nIndex;
     bool m_bFlag = false;
+    veltrane::detail::XOptionWalk* m_pWalk = nullptr;  // of the store that holds the item; a copy is in none
 };

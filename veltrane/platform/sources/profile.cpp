@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "veltrane/platform/sources/answerline.h"
 #include "veltrane/platform/sources/detail/profilescan.h"
 #include "veltrane/platform/sources/detail/textfile.h"
 #include "veltrane/platform/sources/detail/tracing.h"
@@ -116,17 +117,30 @@ private:
     bool m_Found = false;
 };
 
-}  // namespace
-
-unsigned GetPrivateProfileStringW(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText,
-                                  wchar_t* buffer, unsigned capacity, const wchar_t* fileName) {
+// Lines are counted only for those who want to know them.
+unsigned Ask(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText, wchar_t* buffer, unsigned capacity,
+             const wchar_t* fileName, int* line) {
     const TextFile file{fileName};
     AnswerBuffer answer{buffer, capacity};
     Question question{file.Text(), answer};
     const unsigned count = question.Ask(section, key, defaultText);
+    if (line) *line = question.Line();
     if (IsTracing()) {
         ReportToTrace(
             {SourceEvent::Source::Profile, fileName, question.Line(), section, key, answer.Text(), question.Found()});
     }
     return count;
+}
+
+}  // namespace
+
+unsigned GetPrivateProfileStringW(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText,
+                                  wchar_t* buffer, unsigned capacity, const wchar_t* fileName) {
+    return Ask(section, key, defaultText, buffer, capacity, fileName, nullptr);
+}
+
+unsigned veltrane::detail::GetProfileStringAndLine(const wchar_t* section, const wchar_t* key,
+                                                   const wchar_t* defaultText, wchar_t* buffer, unsigned capacity,
+                                                   const wchar_t* fileName, int& line) {
+    return Ask(section, key, defaultText, buffer, capacity, fileName, &line);
 }

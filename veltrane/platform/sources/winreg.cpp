@@ -7,6 +7,7 @@
 #include <mutex>
 #include <utility>
 
+#include "veltrane/platform/sources/answerline.h"
 #include "veltrane/platform/sources/detail/registryfile.h"
 #include "veltrane/platform/sources/detail/textfile.h"
 #include "veltrane/platform/sources/detail/tracing.h"
@@ -127,6 +128,15 @@ long RegQueryValueExW(HKEY key, const wchar_t* name, std::uint32_t*, std::uint32
         Report(*opened, name, &value);
     }
     return ERROR_SUCCESS;
+}
+
+int veltrane::detail::FindRegistryLine(HKEY key, const wchar_t* name, CString& file) {
+    const OpenKey* const opened = FindKey(key);
+    if (!opened) return 0;
+    const auto found = opened->values.find(CString{name}.MakeLower());
+    if (found == opened->values.end()) return 0;
+    file = opened->file;
+    return found->second.line;
 }
 
 long RegCloseKey(HKEY key) {

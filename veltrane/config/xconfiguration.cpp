@@ -34,15 +34,16 @@ private:
     int m_At = 0;
 };
 
-int Successor(int index) {
-    return static_cast<int>(static_cast<unsigned>(index) + 1U);  // behind the largest index comes the smallest
-}
-
 void RequirePattern(const wchar_t* method, XFormat<CString> message, const CString& section, const CString& pattern) {
     if (!pattern.IsEmpty()) return;
     XException error = MakeError(Here(method), message, section);
     AddReasonAt(error, Here(method), L"No pattern given which the keys should match!");
     throw error;
+}
+
+XException Twice(const XSite& site, const CString& pattern, int index) {
+    return About({.option = pattern, .index = index},
+                 MakeError(site, L"Multiple options <%s> for index <%d>!", pattern, index));
 }
 
 }  // namespace
@@ -82,9 +83,10 @@ XConfiguration::~XConfiguration() = default;
 
 bool XConfiguration::GetKeyValue(CString& value, const CString& section, const CString& key, bool assignEmpty,
                                  SourcePlace* place) const {
-    Answer answer = Ask(section, key, place ? &place->line : nullptr);
+    int line = 0;
+    Answer answer = Ask(section, key, place ? &line : nullptr);
     if (answer.count == 0 && !assignEmpty) return false;
-    if (place) *place = {m_FileName, place->line, section, key, answer.text};
+    if (place) *place = {m_FileName, line, section, key, answer.text};
     value = std::move(answer.text);
     return true;
 }
@@ -96,7 +98,7 @@ bool XConfiguration::GetKeyIndexSet(XSetInt& indexes, const CString& section, co
         .ForEach([&] { return Successor(indexes.GetMax()); },
                  [&](const CString&, int index) {
                      if (indexes.Find(index, XSetInt::Comp) >= 0) {
-                         throw MakeError(Here(method), L"Multiple options <%s> for index <%d>!", pattern, index);
+                         throw Twice(Here(method), pattern, index);
                      }
                      indexes.Insert(index);
                  });
@@ -104,22 +106,23 @@ bool XConfiguration::GetKeyIndexSet(XSetInt& indexes, const CString& section, co
 }
 
 bool XConfiguration::GetKeyValueSet(XMapInt2CString& values, const CString& section, const CString& pattern,
-                                    std::map<int, SourcePlace>* places) const {
+                                    std::vector<IndexedPlace>* places) const {
     constexpr auto method = L"XConfiguration::GetKeyValueSet";
     RequirePattern(method, L"Error getting a set of key from config section <%s>!", section, pattern);
     Family family = FindFamily(section, pattern);
     family.ForEach([&] { return Successor(values.GetMaxKey()); },
                    [&](const CString& name, int index) {
-                       if (!values.Get(index).IsEmpty()) {
-                           throw MakeError(Here(method), L"Multiple options <%s> for index <%d>!", pattern, index);
-                       }
+                       const bool isTwice = !values.Get(index).IsEmpty();
+                       if (isTwice && !places) throw Twice(Here(method), pattern, index);
                        const CString& inSection = family.isOfSections ? name : section;
                        const CString& key = family.isOfSections ? pattern : name;
                        int line = 0;
                        const Answer answer = Ask(inSection, key, places ? &line : nullptr);
-                       if (answer.text.IsEmpty()) return;
-                       values.Insert(index, answer.text);
-                       if (places) (*places)[index] = {m_FileName, line, inSection, key, answer.text};
+                       if (places && !(answer.text.IsEmpty() && !isTwice)) {
+                           places->push_back({index, {m_FileName, line, inSection, key, answer.text}});
+                       }
+                       if (isTwice) throw Twice(Here(method), pattern, index);
+                       if (!answer.text.IsEmpty()) values.Insert(index, answer.text);
                    });
     return values.Size() > 0;
 }
@@ -136,9 +139,8 @@ XConfiguration::Answer XConfiguration::Ask(const CString& section, const CString
     const wchar_t* const askedSection = section.IsEmpty() ? nullptr : section.GetString();
     const wchar_t* const askedKey = key.IsEmpty() ? nullptr : key.GetString();
     const wchar_t* const file = m_FileName.GetString();
-    const unsigned count =
-        line ? GetProfileStringAndLine(askedSection, askedKey, L"", buffer, CAPACITY, file, *line)
-             : GetPrivateProfileStringW(askedSection, askedKey, L"", buffer, CAPACITY, file);
+    const unsigned count = line ? GetProfileStringAndLine(askedSection, askedKey, L"", buffer, CAPACITY, file, *line)
+                                : GetPrivateProfileStringW(askedSection, askedKey, L"", buffer, CAPACITY, file);
     // The NUL that ends a list stays, so the text ends with its last name.
     for (unsigned i = 0; i + 1 < count; ++i) {
         if (buffer[i] == L'\0') buffer[i] = L',';

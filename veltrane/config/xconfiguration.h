@@ -1,6 +1,6 @@
 #pragma once
 
-#include <map>
+#include <vector>
 
 #include "veltrane/collections/xmap.h"
 #include "veltrane/collections/xsetint.h"
@@ -24,6 +24,8 @@ public:
     XConfiguration& operator=(const XConfiguration&) = default;
     virtual ~XConfiguration();
 
+    const CString& GetFileName() const noexcept { return m_FileName; }
+
     /// The value of a key; without a key the comma-separated names of the section's keys, without a section those of
     /// all sections.
     /// @param assignEmpty  whether a missing or empty value counts as found and empties value
@@ -37,10 +39,11 @@ public:
     bool GetKeyIndexSet(XSetInt& indexes, const CString& section, const CString& pattern) const;
 
     /// Adds the values of a family by their index; an empty value adds nothing. @return whether the map holds any value
-    /// @param places  receives where each value stands that is added; may be null
+    /// @param places  receives where each value stands that is added, and the one whose index is given twice; may be
+    ///                null
     /// @throws XException  empty pattern; an index with a value already, those before it being added
     bool GetKeyValueSet(XMapInt2CString& values, const CString& section, const CString& pattern,
-                        std::map<int, veltrane::SourcePlace>* places = nullptr) const;
+                        std::vector<veltrane::IndexedPlace>* places = nullptr) const;
 
     /// Adds, for each section of one form, the comma-separated names of its keys. @return always true
     bool GetOptionNameSet(XMapInt2CString& names, const CString& sectionFormat) const;

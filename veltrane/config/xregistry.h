@@ -19,6 +19,9 @@ public:
     XRegistry& operator=(const XRegistry&) = delete;
     virtual ~XRegistry();  ///< does not close: who opens closes
 
+    /// Path of a section's key below the machine's root; the tool's key for an empty section.
+    CString KeyPath(const CString& section) const;
+
     /// Opens the key of a section, the tool's key for an empty one. A key that is open already is not closed first.
     /// @return false when it does not exist
     bool Open(const CString& section);
@@ -26,8 +29,7 @@ public:
 
     /// Opens a section's key, reads a value and closes the key. @return found; otherwise value is unchanged
     /// @param place  receives where the value stands when it was found; may be null
-    bool GetValue(CString& value, const CString& section, const CString& name,
-                  veltrane::SourcePlace* place = nullptr);
+    bool GetValue(CString& value, const CString& section, const CString& name, veltrane::SourcePlace* place = nullptr);
     /// Reads a value of the open key; one without any data counts as missing. @return found; otherwise value is
     /// unchanged
     /// @throws XException  no key is open

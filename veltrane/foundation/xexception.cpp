@@ -89,6 +89,16 @@ void XException::SetLocation(CString file, CString method, int line) {
     SetLocation(GetLocationString(file, method, line));
 }
 
+void XException::AddSubject(const ErrorSubject& subject) {
+    ErrorSubject known = m_pSubject ? *m_pSubject : ErrorSubject{};
+    if (known.option.IsEmpty()) known.option = subject.option;
+    if (known.argument.IsEmpty()) known.argument = subject.argument;
+    if (known.reference.IsEmpty()) known.reference = subject.reference;
+    if (known.index < 0) known.index = subject.index;
+    if (known.places.empty()) known.places = subject.places;
+    m_pSubject = std::make_shared<const ErrorSubject>(std::move(known));
+}
+
 void XException::GetErrorText(CString& text) const {
     text.Format(L"An error occured:\r\nlocation:\t%s\r\nmessage:\t%s", m_Location, m_Message);
     if (m_nNumber != -1) text += FormatText(L"\r\nnumber:\t%d", m_nNumber);

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <exception>
+#include <memory>
 
+#include "veltrane/foundation/xsubject.h"
 #include "veltrane/platform/files/cfile.h"
 #include "veltrane/platform/text/cstring.h"
 
@@ -54,6 +56,11 @@ public:
     void SetLocation(CString location);  ///< in front of the locations
     void SetLocation(CString file, CString method, int line);
 
+    /// What the error is about; null when nobody has told. Belongs to the error.
+    const veltrane::ErrorSubject* GetSubject() const noexcept { return m_pSubject.get(); }
+    /// Tells what the error is about; what is known already stays.
+    void AddSubject(const veltrane::ErrorSubject& subject);
+
     /// The whole error as text, lines ended by "\r\n", none at the end.
     void GetErrorText(CString& text) const;
     /// Shows the text in a modal error box.
@@ -64,6 +71,7 @@ private:
     CString m_Message;
     CString m_Location;
     bool m_bWarning = false;
+    std::shared_ptr<const veltrane::ErrorSubject> m_pSubject;  // never changed: copies of the error share it
 };
 
 /// An error that concerns one file or folder.

@@ -42,6 +42,12 @@ XException MakeError(const XSite& site, XFormatFor<Args...> format, const Args&.
     return error;
 }
 
+/// An error that tells what it is about.
+inline XException About(const ErrorSubject& subject, XException error) {
+    error.AddSubject(subject);
+    return error;
+}
+
 /// Puts a site and a reason in front of an error.
 template <class... Args>
 void AddReasonAt(XException& error, const XSite& site, XFormatFor<Args...> format, const Args&... args) {

@@ -13,4 +13,10 @@ struct SourcePlace {
     CString text = {};  ///< before its references are replaced
 };
 
+/// The place of a value that carries an index.
+struct IndexedPlace {
+    int index = 0;
+    SourcePlace place = {};
+};
+
 }  // namespace veltrane

@@ -92,13 +92,17 @@ void Report(const OpenKey& key, const wchar_t* name, const RegistryValue* value)
 
 }  // namespace
 
+CString veltrane::GetRegistryFile() {
+    return Registry::Shared().File();
+}
+
 void veltrane::SetRegistryFile(const CString& file) {
     Registry::Shared().SetFile(file);
 }
 
 long RegOpenKeyExW(HKEY root, const wchar_t* path, std::uint32_t, std::uint32_t, HKEY* key) {
     if (!key) return ERROR_INVALID_PARAMETER;
-    OpenKey opened{Registry::Shared().File(), path, {}};
+    OpenKey opened{GetRegistryFile(), path, {}};
     if (root != HKEY_LOCAL_MACHINE || !ReadKey(opened.file, opened.path, opened.values)) {
         Report(opened, nullptr, nullptr);
         return ERROR_FILE_NOT_FOUND;
@@ -131,7 +135,7 @@ long RegQueryValueExW(HKEY key, const wchar_t* name, std::uint32_t*, std::uint32
 }
 
 int veltrane::detail::FindRegistryLine(HKEY key, const wchar_t* name, CString& file) {
-    const OpenKey* const opened = FindKey(key);
+    const auto opened = Registry::Shared().Find(key);
     if (!opened) return 0;
     const auto found = opened->values.find(CString{name}.MakeLower());
     if (found == opened->values.end()) return 0;

@@ -60,6 +60,9 @@ namespace veltrane {
 /// VORNAK_REGISTRY names when a key is opened, else /etc/vornak/registry.reg.
 VELTRANE_API void SetRegistryFile(const CString& file);
 
+/// The file that holds the registry now.
+VELTRANE_API CString GetRegistryFile();
+
 /// Text of a value's bytes: 16-bit units, little-endian, up to the first NUL. Surrogate pairs become one element, and
 /// an odd last byte is a unit with a high byte of zero.
 VELTRANE_API CString RegistryText(const unsigned char* data, std::uint32_t size);

@@ -16,4 +16,9 @@ VELTRANE_API bool MatchIndex(const CString& item, const CString& format, int& in
 /// The item of an index: the first "%d" becomes the number, a further one stays. What this writes, MatchIndex reads.
 VELTRANE_API CString FormatIndex(const CString& format, int index);
 
+/// The index after one. Indexes come from users: after the largest int the count goes on from the smallest.
+constexpr int Successor(int index) noexcept {
+    return static_cast<int>(static_cast<unsigned>(index) + 1U);
+}
+
 }  // namespace veltrane

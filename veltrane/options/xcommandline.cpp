@@ -44,6 +44,7 @@ XOptionDefinition* XCommandLine::GetNext(CString& value) {
     value.Empty();
     if (!Advance()) return nullptr;
 
+    m_nNamed = m_nCurrent;
     const CString& argument = (*m_Arguments)[static_cast<std::size_t>(m_nCurrent)];
     if (!LooksLikeOption(argument)) {
         value = argument;
@@ -51,22 +52,25 @@ XOptionDefinition* XCommandLine::GetNext(CString& value) {
     }
     XOptionDefinition* const definition = FindOptionDefinition(argument);
     if (!definition) {
-        throw MakeError(Here(L"XCommandLine::GetNext"),
-                        L"command line option <%s> not recognized!\r\n"
-                        L"    <---- Try <--help> to view the help window! ---->",
-                        argument);
+        throw About({.argument = argument}, MakeError(Here(L"XCommandLine::GetNext"),
+                                                      L"command line option <%s> not recognized!\r\n"
+                                                      L"    <---- Try <--help> to view the help window! ---->",
+                                                      argument));
     }
     const bool isGiven = TakeValue(value);
     if (definition->IsBoolean() || definition->IsTrillian()) {
         if (!isGiven) value = definition->GetDefaultValue();
         const FlagKind& kind = definition->IsBoolean() ? BOOLEAN_FLAG : TRILLIAN_FLAG;
-        if (!kind.isValid(value)) throw MakeError(Here(L"XCommandLine::GetNext"), kind.wrongWord, value, argument);
+        if (!kind.isValid(value)) {
+            throw About({.option = definition->szLongName, .argument = value},
+                        MakeError(Here(L"XCommandLine::GetNext"), kind.wrongWord, value, argument));
+        }
     } else if (!isGiven && definition->IsString() && !definition->IsValueOptional()) {
         Advance();  // what stands in the place of the value counts as used
-        throw MakeError(Here(L"XCommandLine::GetNext"),
-                        L"The option value for parameter <%s> is empty!\r\n"
-                        L"    <---- Try <-h> to view the help window! ---->",
-                        argument);
+        throw About({.option = definition->szLongName}, MakeError(Here(L"XCommandLine::GetNext"),
+                                                                  L"The option value for parameter <%s> is empty!\r\n"
+                                                                  L"    <---- Try <-h> to view the help window! ---->",
+                                                                  argument));
     }
     return definition;
 }

@@ -30,6 +30,9 @@ public:
     /// @throws XException  unknown option; flag with a wrong word (value then holds it); option without its value
     XOptionDefinition* GetNext(CString& value);
 
+    /// Number of the argument that names the option given last, the program being 0; that of a database name itself.
+    int GetArgumentNumber() const noexcept { return m_nNamed; }
+
 private:
     bool Advance();
     bool TakeValue(CString& value);
@@ -37,4 +40,5 @@ private:
     std::shared_ptr<const std::vector<CString>> m_Arguments;
     int m_nArguments;
     int m_nCurrent = 0;  // the argument used last; the program itself is 0
+    int m_nNamed = 0;
 };

@@ -85,14 +85,34 @@ void XNamingRules::InsertRule(int version, const CString& first, const CString& 
 }
 
 void XNamingRules::ReplaceName(CString& name, int version, bool keepCase) const {
+    name = Renamed(name, version, keepCase, [](int, const CString&) {});
+}
+
+std::vector<OptionRenaming> XNamingRules::Preview(const CString& name, int version, bool keepCase) const {
+    std::vector<OptionRenaming> changes;
+    CString before = name;
+    if (!keepCase) before.MakeUpper();
+    Renamed(name, version, keepCase, [&](int rule, const CString& after) {
+        if (after != before) changes.push_back({rule, after});
+        before = after;
+    });
+    return changes;
+}
+
+// Tells changed(rule, name) each replacement.
+template <class Changed>
+CString XNamingRules::Renamed(const CString& name, int version, bool keepCase, Changed changed) const {
     CString renamed = name;
     if (!keepCase) renamed.MakeUpper();
     NameFilter filter{renamed.View()};
-    for (const XNamingRule* rule : Objects()) {
+    for (int i = 0; i < Size(); ++i) {
+        const XNamingRule* const rule = Objects()[static_cast<std::size_t>(i)];
         if (!rule) continue;
         if (rule->GetVersion() > version) break;
         if (!filter.MayContain(rule->GetFirst().View())) continue;
-        if (Apply(*rule, renamed, keepCase) > 0) filter.Reset(renamed.View());
+        if (Apply(*rule, renamed, keepCase) == 0) continue;
+        filter.Reset(renamed.View());
+        changed(i, renamed);
     }
-    name = std::move(renamed);
+    return renamed;
 }

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <vector>
+
 #include "veltrane/collections/xstringpair.h"
+#include "veltrane/options/xoptionorigin.h"
 #include "veltrane/platform/text/cstring.h"
 
 /// One renaming: from a version on, the new text takes the place of the old one in names.
@@ -53,4 +56,11 @@ public:
     /// @param keepCase  false: name and rules are taken in upper case, and the name comes back so even without a rule
     /// @throws std::length_error  a rule makes the name longer than CString allows; the name is as before
     void ReplaceName(CString& name, int version, bool keepCase) const;
+
+    /// The changes that ReplaceName makes to a name, one for each rule that changes it. @throws as ReplaceName
+    std::vector<veltrane::OptionRenaming> Preview(const CString& name, int version, bool keepCase) const;
+
+private:
+    template <class Changed>
+    CString Renamed(const CString& name, int version, bool keepCase, Changed changed) const;
 };

@@ -1,21 +1,21 @@
 #pragma once
 
-#include <array>
 #include <memory>
+#include <vector>
 
-#include "veltrane/collections/XSet.h"
-#include "veltrane/collections/xmap.h"
 #include "veltrane/collections/xsetint.h"
-#include "veltrane/config/xconfiguration.h"
-#include "veltrane/config/xregistry.h"
 #include "veltrane/options/xnamingrules.h"
 #include "veltrane/options/xoptiondefinition.h"
 #include "veltrane/options/xoptionitem.h"
+#include "veltrane/options/xoptionorigin.h"
 #include "veltrane/platform/text/cstring.h"
 
 namespace veltrane::detail {
-class XOptionExpansion;
-}
+class XOptionItems;
+class XOptionOrigins;
+class XOptionRetrieval;
+class XOptionSources;
+}  // namespace veltrane::detail
 
 /// The options of the process, gathered from command line, registry, INI files and environment. Owns its items, its
 /// readers and the naming rules. A host makes one, runs the three start-up steps in their order and then asks the typed
@@ -51,7 +51,9 @@ public:
     /// Opens the user configuration that the option "ini" names, if any, and the basic one: the file in the metadata
     /// folder with the lower-case name of the executable. A reader that is open stays.
     void OpenConfiguration();
-    /// Retrieves every ordinary option, merges the obsolete classes and reads the naming rules.
+    /// Retrieves every ordinary option, merges the obsolete classes and reads the naming rules. A second call retrieves
+    /// only what has no item yet, so a family that an error has cut short stays so, and reads the rules once more,
+    /// after those that are there.
     void ReadConfiguration();
 
     // Options and their items.
@@ -95,45 +97,58 @@ public:
     void ReplaceTableName(CString& name, int version, bool keepCase);
     void ReplaceColumnsName(CString& name, int version, bool keepCase);
 
+    // Where values come from. These change nothing: what they ask is not stored.
+
+    /// Whether the origins of values are kept from now on; to be called before Initialize to have all of them. Costs a
+    /// few percent of a start.
+    void KeepOrigins(bool wanted);
+    /// Whether start-up only looks: default folders that are missing are not created, and help, version and setup
+    /// neither show a box nor end the process. To be called before Initialize.
+    void LookOnly(bool wanted);
+
+    /// Where the value of an item of the store comes from, as far as origins were kept; the host without.
+    veltrane::OptionOrigin GetOptionOrigin(const XOptionItem* item) const;
+    /// What the sources have for one value of an option now: the one in force first, then what it overrode. A host's
+    /// fact, a folder of start-up and words of the command line count as far as origins were kept.
+    veltrane::OptionCandidates GetOptionCandidates(const CString& name, int index);
+    /// The steps from the key of a value to the value: those of the retrieval as far as origins were kept, else those
+    /// that a retrieval would take now.
+    veltrane::OptionExplanation ExplainOption(const CString& name, int index);
+
+    /// Full name of a section as options are looked up in it, "%d" for the index; empty while the database's name is
+    /// not known.
+    CString GetSectionName(enumCfgSection section);
+    /// The naming rules of one kind: those in force in the order of their application, then those of the basic file
+    /// that a section of the user file hides. Their origins as far as origins were kept.
+    std::vector<veltrane::OptionRule> GetNamingRules(enumOption option);
+    /// The changes that ReplaceTableName (ReplaceColumnsName) makes to a name, rule by rule.
+    std::vector<veltrane::OptionRenaming> PreviewTableName(const CString& name, int version, bool keepCase) const;
+    std::vector<veltrane::OptionRenaming> PreviewColumnsName(const CString& name, int version, bool keepCase) const;
+    /// The files and folders that start-up looks at, in its order.
+    std::vector<veltrane::OptionLocation> GetLocations();
+
 private:
-    XOptionItem* GetFirstOptionItem(XOptionDefinition* definition);
-    XOptionItem* GetNextOptionItem(XOptionDefinition* definition);
-    XOptionItem* GetOptionItem(XOptionDefinition* definition, int index);
-    XOptionItem* InsertOptionItem(XOptionDefinition* definition, const CString& value, int index);
-    XOptionItem*& SingleItem(const XOptionDefinition& definition);
-
-    bool GetKeyValue(CString& value, const CString& section, const CString& key, bool assignEmpty);
-    bool GetKeyValueSet(XMapInt2CString& values, const CString& section, const CString& pattern);
-    bool GetKeyIndexSet(XSetInt& indexes, const CString& section, const CString& pattern);
-    bool GetOptionNameSet(XMapInt2CString& names, const CString& sectionFormat);
-    template <class Ask>
-    bool AskConfigurations(Ask ask);
-
-    CString SourceValue(const CString& section, const CString& key);
-    veltrane::detail::XOptionExpansion NewExpansion();
-    CString RetrieveSectionName(enumCfgSection section);
-    void RetrieveOptionInternal(CString& value, const CString& section, const CString& key);
-    bool RetrieveOptionSetInternal(XMapInt2CString& values, const CString& section, const CString& key);
-    void RetrieveSingle(XOptionDefinition& definition, const CString& section);
-    void RetrieveMultiple(XOptionDefinition& definition, const CString& section);
-    void ExpandOptionValue(CString& value, const CString& section);
-
-    bool ParseCommandLine();
-    int FreeIndex(const XOptionDefinition& definition);
+    void InsertFolder(const CString& name, const CString& folder);
+    void ParseCommandLine();
     void ActOnCommand(const XOptionDefinition& definition);
+    void ShowVersion();
     void RetrieveMetadataFolder();
     void RetrieveUserPath(const CString& optionName, const CString& defaultFolder);
     void OpenUserConfiguration();
     void OpenBasicConfiguration();
+    CString BasicFilePath();
     void MergeObsoleteClasses();
     void ReadNamingRules(enumOption option);
-    void ShowVersion();
+    void AddHiddenRules(std::vector<veltrane::OptionRule>& rules, enumOption option);
+    bool IsTooLateForFiles(const XOptionDefinition& definition);
+    void ExplainRetrieval(veltrane::OptionExplanation& explanation, XOptionDefinition& definition, int index);
 
-    XSetP<XOptionItem> m_OptionItems;  // in insertion order
-    std::unique_ptr<XRegistry> m_pRegistry;
-    std::unique_ptr<XConfiguration> m_pUserConfiguration;
-    std::unique_ptr<XConfiguration> m_pBasicConfiguration;
+    bool m_bLookOnly = false;
+    std::unique_ptr<veltrane::detail::XOptionItems> m_pItems;
+    std::unique_ptr<veltrane::detail::XOptionSources> m_pSources;
+    std::unique_ptr<veltrane::detail::XOptionOrigins> m_pOrigins;
+    std::unique_ptr<veltrane::detail::XOptionRetrieval> m_pRetrieval;
     XNamingRules m_TableNameRules;
     XNamingRules m_ColumnNameRules;
-    std::unique_ptr<XOptionItem*[]> m_SingleItems;  // by table row: the item of each single option that has one
+    std::vector<veltrane::OptionRule> m_KeptRules;  // of both kinds, in the order of reading
 };

@@ -1,4 +1,5 @@
 // The typed getters of the store.
+#include "veltrane/options/detail/xoptionitems.h"
 #include "veltrane/options/detail/xoptionlocation.h"
 #include "veltrane/options/xoption.h"
 
@@ -67,7 +68,7 @@ bool IsExactlyTrue(const XOptionItem* item) {
 
 const CString& XOption::GetOptionString(const CString& name, int index) {
     const auto read = [&](XOptionDefinition* definition) -> const CString& {
-        const XOptionItem* const item = GetOptionItem(definition, index);
+        const XOptionItem* const item = m_pItems->Get(*definition, index);
         if (!definition->IsValueOptional()) return TextOf(item);
         if (!item) return g_BooleanStrings[0];
         return item->GetOptionString().IsEmpty() ? g_BooleanStrings[1] : item->GetOptionString();
@@ -77,49 +78,49 @@ const CString& XOption::GetOptionString(const CString& name, int index) {
 
 const CString& XOption::GetFirstOptionString(const CString& name) {
     return ReadOption(*this, Here(L"XOption::GetFirstOptionString"), STRING_GETTER, name,
-                      [&](auto* definition) -> const CString& { return TextOf(GetFirstOptionItem(definition)); });
+                      [&](auto* definition) -> const CString& { return TextOf(m_pItems->GetFirst(definition)); });
 }
 
 const CString& XOption::GetNextOptionString(const CString& name) {
     return ReadOption(*this, Here(L"XOption::GetNextOptionString"), STRING_GETTER, name,
-                      [&](auto* definition) -> const CString& { return TextOf(GetNextOptionItem(definition)); });
+                      [&](auto* definition) -> const CString& { return TextOf(m_pItems->GetNext(definition)); });
 }
 
 bool XOption::GetOptionBoolean(const CString& name, int index) {
     return ReadOption(*this, Here(L"XOption::GetOptionBoolean"), BOOLEAN_GETTER, name, [&](auto* definition) {
-        const XOptionItem* const item = GetOptionItem(definition, index);
+        const XOptionItem* const item = m_pItems->Get(*definition, index);
         return item && item->GetOptionBoolean();
     });
 }
 
 bool XOption::GetFirstOptionBoolean(const CString& name) {
     return ReadOption(*this, Here(L"XOption::GetFirstOptionBoolean"), BOOLEAN_GETTER, name,
-                      [&](auto* definition) { return IsExactlyTrue(GetFirstOptionItem(definition)); });
+                      [&](auto* definition) { return IsExactlyTrue(m_pItems->GetFirst(definition)); });
 }
 
 bool XOption::GetNextOptionBoolean(const CString& name) {
     return ReadOption(*this, Here(L"XOption::GetNextOptionBoolean"), BOOLEAN_GETTER, name,
-                      [&](auto* definition) { return IsExactlyTrue(GetNextOptionItem(definition)); });
+                      [&](auto* definition) { return IsExactlyTrue(m_pItems->GetNext(definition)); });
 }
 
 enumFlags XOption::GetOptionTrillian(const CString& name, int index) {
     return ReadOption(*this, Here(L"XOption::GetOptionTrillian"), TRILLIAN_GETTER, name, [&](auto* definition) {
-        const XOptionItem* const item = GetOptionItem(definition, index);
+        const XOptionItem* const item = m_pItems->Get(*definition, index);
         return item ? item->GetOptionTrillian() : eFlagAuto;
     });
 }
 
 const XSetInt* XOption::GetOptionIList(const CString& name, int index) {
     return ReadOption(*this, Here(L"XOption::GetOptionIList"), ILIST_GETTER, name,
-                      [&](auto* definition) { return ListOf(GetOptionItem(definition, index)); });
+                      [&](auto* definition) { return ListOf(m_pItems->Get(*definition, index)); });
 }
 
 const XSetInt* XOption::GetFirstOptionIList(const CString& name) {
     return ReadOption(*this, Here(L"XOption::GetFirstOptionIList"), ILIST_GETTER, name,
-                      [&](auto* definition) { return ListOf(GetFirstOptionItem(definition)); });
+                      [&](auto* definition) { return ListOf(m_pItems->GetFirst(definition)); });
 }
 
 const XSetInt* XOption::GetNextOptionIList(const CString& name) {
     return ReadOption(*this, Here(L"XOption::GetNextOptionIList"), ILIST_GETTER, name,
-                      [&](auto* definition) { return ListOf(GetNextOptionItem(definition)); });
+                      [&](auto* definition) { return ListOf(m_pItems->GetNext(definition)); });
 }

@@ -1,18 +1,15 @@
 // The start-up of the store: command line, folders, configuration files, naming rules.
-#include <algorithm>
 #include <cstdlib>
-#include <map>
 
 #include "veltrane/foundation/xpath.h"
-#include "veltrane/foundation/xstring.h"
 #include "veltrane/options/detail/xoptionlocation.h"
+#include "veltrane/options/detail/xoptionretrieval.h"
 #include "veltrane/options/xcommandline.h"
 #include "veltrane/options/xoption.h"
 #include "veltrane/platform/files/cfile.h"
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/process/messagebox.h"
 #include "veltrane/platform/sources/snapshot.h"
-#include "veltrane/platform/text/indexformat.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;
@@ -39,28 +36,26 @@ constexpr XFailure<> READING{L"Error reading the configuration!",
                              L"An unknown exception occured while reading the configuration!"};
 
 template <class... Args>
-XFileException MissingFolder(const XSite& site, const CString& folder, XFormatFor<Args...> format,
-                             const Args&... args) {
+XFileException MissingFolder(const XSite& site, const CString& option, const CString& folder,
+                             XFormatFor<Args...> format, const Args&... args) {
     XFileException error{folder};
+    error.AddSubject({.option = option});
     error.SetPathNotFoundError(site.file, site.method, site.line, FormatText(format, args...));
     return error;
 }
 
-XFileException MissingFile(const XSite& site, const CString& file, const CString& message) {
+XFileException MissingFile(const XSite& site, const CString& option, const CString& file, const CString& message) {
     XFileException error{file};
+    error.AddSubject({.option = option});
     error.SetFileNotFoundError(site.file, site.method, site.line, message);
     return error;
-}
-
-// Indexes come from users; behind the largest int the count goes on from the smallest.
-int Successor(int index) {
-    return static_cast<int>(static_cast<unsigned>(index) + 1U);
 }
 
 }  // namespace
 
 void XOption::Initialize(const CString& exePath, const CString& exeName, const CString& compileTime,
                          const CString& versionInfo, const CString& dateTime) {
+    const SourceSnapshot snapshot;  // boxes apart, no host sees when what follows is read
     InsertOptionItem(L"exe-path", exePath, -1);
     InsertOptionItem(L"exe-name", exeName, -1);
     InsertOptionItem(L"compile-time", compileTime, -1);
@@ -71,42 +66,25 @@ void XOption::Initialize(const CString& exePath, const CString& exeName, const C
     for (const auto& [option, defaultFolder] : USER_FOLDERS) RetrieveUserPath(option, defaultFolder);
 }
 
-bool XOption::ParseCommandLine() {
-    std::map<const XOptionDefinition*, int> freeIndexes;  // only this walk adds items, so each option is searched once
+void XOption::ParseCommandLine() {
     XCommandLine line;
     CString value;
     for (XOptionDefinition* option = line.GetFirst(value); option; option = line.GetNext(value)) {
         ActOnCommand(*option);
-        ExpandOptionValue(value, {});
-        int index = -1;
-        if (!option->IsSingle()) {
-            auto next = freeIndexes.find(option);
-            if (next == freeIndexes.end()) next = freeIndexes.emplace(option, FreeIndex(*option)).first;
-            index = next->second;
-            next->second = Successor(index);
-        }
-        InsertOptionItem(option, value, index);
+        XOptionRecord record;
+        if (m_pOrigins->AreKept()) record.Add(OptionStep::Kind::Given, value);
+        XKeptOrigin origin{{{{}, 0, {}, {}, value}, OptionLayer::CommandLine, line.GetArgumentNumber()}};
+        m_pRetrieval->Expand(value, {}, m_pOrigins->AreKept() ? &record : nullptr);
+        origin.steps = record.Take();
+        m_pRetrieval->Insert(*option, value, option->IsSingle() ? -1 : m_pItems->FreeIndex(*option), std::move(origin));
     }
-    if (!m_pRegistry) m_pRegistry = std::make_unique<XRegistry>(GetFileNameBase(GetOptionString(L"exe-name", -1)));
-    return true;
-}
-
-// One more than the largest index of an option's items; 0 without any.
-int XOption::FreeIndex(const XOptionDefinition& definition) {
-    int free = 0;
-    bool isFirst = true;
-    for (int i = 0; i < m_OptionItems.Size(); ++i) {
-        const XOptionItem* const item = m_OptionItems.GetAt(i);
-        if (item->GetID() != definition.eOption) continue;
-        const int next = Successor(item->GetOptionIndex());
-        free = isFirst ? next : std::max(free, next);
-        isFirst = false;
-    }
-    return free;
+    auto& registry = m_pSources->registry;
+    if (!registry) registry = std::make_unique<XRegistry>(GetFileNameBase(GetOptionString(L"exe-name", -1)));
 }
 
 // Options that end the process, what stands behind them unseen.
 void XOption::ActOnCommand(const XOptionDefinition& definition) {
+    if (m_bLookOnly) return;
     switch (definition.eOption) {
         case eOptionVersion:
             ShowVersion();
@@ -134,10 +112,10 @@ void XOption::RetrieveMetadataFolder() {
     CString folder = GetOptionString(L"metadata", -1);
     if (!IsAbsolutePath(folder)) {
         folder = BuildFileName(GetOptionString(L"exe-path", -1), folder.IsEmpty() ? DEFAULT_METADATA_FOLDER : folder);
-        InsertOptionItem(L"metadata", folder, -1);
+        InsertFolder(L"metadata", folder);
     }
     if (!FileExists(folder)) {
-        throw MissingFolder(Here(L"XOption::RetrieveMetadataFolder"), folder,
+        throw MissingFolder(Here(L"XOption::RetrieveMetadataFolder"), L"metadata", folder,
                             L"The folder with the metadata information does not exist!");
     }
 }
@@ -152,24 +130,30 @@ void XOption::RetrieveUserPath(const CString& optionName, const CString& default
         const CString data = GetOptionString(L"data", -1);
         if (data.IsEmpty()) return;
         if (!FileExists(data)) {
-            throw MissingFolder(Here(method), data, L"The global output data folder does not exist!");
+            throw MissingFolder(Here(method), L"data", data, L"The global output data folder does not exist!");
         }
         isDefault = path.IsEmpty();
         path = BuildFileName(data, isDefault ? defaultFolder : path);
-        InsertOptionItem(optionName, path, -1);
+        InsertFolder(optionName, path);
     }
-    if (FileExists(path)) return;
-    if (!isDefault) throw MissingFolder(Here(method), path, L"The folder for <%s> does not exist!", optionName);
+    if (FileExists(path) || (isDefault && m_bLookOnly)) return;
+    if (!isDefault)
+        throw MissingFolder(Here(method), optionName, path, L"The folder for <%s> does not exist!", optionName);
     if (!CreateDirectoryW(path)) {
-        throw MissingFolder(Here(method), path, L"The folder for <%s> does not exist and can not be created!",
-                            optionName);
+        throw MissingFolder(Here(method), optionName, path,
+                            L"The folder for <%s> does not exist and can not be created!", optionName);
     }
 }
 
+void XOption::InsertFolder(const CString& name, const CString& folder) {
+    m_pRetrieval->Insert(*GetOptionDefinition(name), folder, -1, {{{{}, 0, {}, {}, folder}, OptionLayer::StartUp}});
+}
+
 void XOption::OpenConfiguration() {
+    const SourceSnapshot snapshot;
     WithReason(Here(L"XOption::OpenConfiguration"), OPENING, [this] {
-        if (!m_pUserConfiguration) OpenUserConfiguration();
-        if (!m_pBasicConfiguration) OpenBasicConfiguration();
+        if (!m_pSources->userFile) OpenUserConfiguration();
+        if (!m_pSources->basicFile) OpenBasicConfiguration();
     });
 }
 
@@ -180,31 +164,37 @@ void XOption::OpenUserConfiguration() {
     if (file.IsEmpty()) return;
     CFileStatus status;
     if (CFile::GetStatus(file, status)) {
-        m_pUserConfiguration = std::make_unique<XConfiguration>(status.m_szFullName);
+        m_pSources->userFile = std::make_unique<XConfiguration>(status.m_szFullName);
         return;
     }
     if (!IsAbsolutePath(file)) {
         const CString folder = GetOptionString(L"config", -1);
         if (!FileExists(folder)) {
-            throw MissingFolder(Here(method), folder, L"The userspace configuration location does not exist!");
+            throw MissingFolder(Here(method), L"config", folder,
+                                L"The userspace configuration location does not exist!");
         }
         file = BuildFileName(folder, file);
     }
     if (!FileExists(file)) {
-        throw MissingFile(Here(method), file, L"The specified user configuration file does not exist!");
+        throw MissingFile(Here(method), L"ini", file, L"The specified user configuration file does not exist!");
     }
-    m_pUserConfiguration = std::make_unique<XConfiguration>(file);
+    m_pSources->userFile = std::make_unique<XConfiguration>(file);
 }
 
 void XOption::OpenBasicConfiguration() {
+    const CString path = BasicFilePath();
+    if (!FileExists(path)) {
+        throw MissingFile(Here(L"XOption::OpenConfiguration"), {}, path,
+                          L"The basic configuration could not be found!");
+    }
+    m_pSources->basicFile = std::make_unique<XConfiguration>(path);
+}
+
+CString XOption::BasicFilePath() {
     CString path = BuildFileName(GetOptionString(L"metadata", -1), GetOptionString(L"exe-name", -1));
     path.Replace(L".exe", L"");
     path += L".ini";
-    path.MakeLower();
-    if (!FileExists(path)) {
-        throw MissingFile(Here(L"XOption::OpenConfiguration"), path, L"The basic configuration could not be found!");
-    }
-    m_pBasicConfiguration = std::make_unique<XConfiguration>(path);
+    return path.MakeLower();
 }
 
 void XOption::ReadConfiguration() {
@@ -226,25 +216,5 @@ void XOption::MergeObsoleteClasses() {
     for (XOptionItem* item = GetFirstOptionItem(option); item; item = GetNextOptionItem(option)) {
         if (const XSetInt* const list = item->GetOptionIList()) all.Union(*list);
         item->SetOptionIList(all);
-    }
-}
-
-void XOption::ReadNamingRules(enumOption option) {
-    if (option != eOptionTableNameRules && option != eOptionColumnNameRules) return;
-    const bool isTable = option == eOptionTableNameRules;
-    XNamingRules& rules = isTable ? m_TableNameRules : m_ColumnNameRules;
-    const XOptionDefinition* const definition = GetOptionDefinition(isTable ? L"tablename-rules" : L"columnname-rules");
-
-    const CString format = RetrieveSectionName(definition->eSection);
-    XMapInt2CString names;
-    if (!GetOptionNameSet(names, format)) return;
-    CString keys;
-    for (int version = names.GetFirst(keys); version >= 0; version = names.GetNext(keys)) {
-        const CString section = FormatIndex(format, version);
-        CString key = GetArgument(0, keys);
-        for (int i = 0; !key.IsEmpty(); key = GetArgument(++i, keys)) {
-            CString value;
-            if (GetKeyValue(value, section, key, /*assignEmpty*/ true)) rules.InsertRule(version, key, value);
-        }
     }
 }

@@ -22,7 +22,8 @@ void CheckLength(std::int64_t length) {
 
 }  // namespace
 
-XOptionExpansion::XOptionExpansion(Source source) : m_Source(std::move(source)) {}
+XOptionExpansion::XOptionExpansion(Source source, XOptionRecord* record)
+    : m_Source(std::move(source)), m_Record(record) {}
 
 void XOptionExpansion::Retrieve(CString& value, const CString& section, const CString& key) {
     value = m_Source(section, key);
@@ -47,6 +48,7 @@ void XOptionExpansion::Expand(CString& value, const CString& section) {
         if (!std::exchange(isOpen, true)) continue;
         const int held = done.GetLength();
         m_nHeld += held;  // values inside each other share one limit: each ends in the one around it
+        const std::size_t step = m_Record ? m_Record->Begin(OptionStep::Kind::Reference, name, m_Nesting) : 0;
         const CString& replacement = Replacement(section, name);
         m_nHeld -= held;
         const int next = replacement.Find(MARK);
@@ -54,6 +56,7 @@ void XOptionExpansion::Expand(CString& value, const CString& section) {
         done += isOpen ? replacement.Left(next) : replacement;
         name = isOpen ? replacement.Mid(next + 1) : CString{};
         CheckLength(m_nHeld + done.GetLength() + name.GetLength());
+        if (m_Record) m_Record->End(step, done + (isOpen ? CString{MARK, 1} + name : CString{}) + value.Mid(begin));
     }
     if (isOpen) done += CString{MARK, 1} + name;
     done += value.Mid(begin);
@@ -78,9 +81,14 @@ const CString& XOptionExpansion::Replacement(const CString& section, const CStri
 CString XOptionExpansion::LookUp(const CString& section, const CString& name) {
     const CString root = FindConfigSection(eSectionRoot)->szName;
     CString text;
-    Retrieve(text, section, name);
-    if (text.IsEmpty() && section != root) Retrieve(text, root, name);
-    if (text.IsEmpty() && !section.IsEmpty()) Retrieve(text, {}, name);
+    try {
+        Retrieve(text, section, name);
+        if (text.IsEmpty() && section != root) Retrieve(text, root, name);
+        if (text.IsEmpty() && !section.IsEmpty()) Retrieve(text, {}, name);
+    } catch (XException& error) {
+        error.AddSubject({.reference = name});
+        throw;
+    }
     return text;
 }
 

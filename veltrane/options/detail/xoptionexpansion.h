@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "veltrane/options/detail/xoptionrecord.h"
 #include "veltrane/platform/text/cstring.h"
 
 namespace veltrane::detail {
@@ -23,7 +24,8 @@ public:
     /// Gives the text of a key as the sources have it; empty when none has it.
     using Source = std::function<CString(const CString& section, const CString& key)>;
 
-    explicit XOptionExpansion(Source source);
+    /// @param record  gets the steps; may be null
+    XOptionExpansion(Source source, XOptionRecord* record);
 
     /// The text of a key with its references replaced. @throws XException as Expand, and what the source throws
     void Retrieve(CString& value, const CString& section, const CString& key);
@@ -43,6 +45,7 @@ private:
     CString OpenChain(std::vector<Key>::const_iterator from) const;
 
     Source m_Source;
+    XOptionRecord* m_Record;
     std::map<Key, CString> m_Known;  // replacement of each reference met so far
     std::vector<Key> m_Open;         // keys whose values are being expanded, outermost first
     int m_Nesting = 0;

@@ -34,8 +34,8 @@ public:
     /// One more than the largest index of the option's items, wrapping after the largest int; 0 without any.
     int FreeIndex(const XOptionDefinition& definition) const;
 
-    /// All items, in the order of insertion.
-    const std::vector<XOptionItem*>& All() const noexcept { return m_All; }
+    /// The items of an option, in the order of insertion.
+    const std::vector<XOptionItem*>& ItemsOf(const XOptionDefinition& definition) { return GroupOf(definition).items; }
 
 private:
     struct Group {
@@ -53,7 +53,7 @@ private:
     XSetP<XOptionItem> m_Items;
     std::vector<XOptionItem*> m_All;
     XOptionWalk m_AllWalk;
-    std::unique_ptr<Group[]> m_Groups;         // by row of the option table
+    std::unique_ptr<Group[]> m_Groups;          // by row of the option table
     std::map<enumOption, Group> m_OtherGroups;  // of definitions that hosts made up
 };
 

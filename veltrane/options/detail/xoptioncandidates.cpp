@@ -1,0 +1,53 @@
+#include "veltrane/options/detail/xoptioncandidates.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace veltrane::detail {
+
+namespace {
+
+bool IsSource(OptionLayer layer) {
+    return layer >= OptionLayer::Registry;
+}
+
+}  // namespace
+
+// A source that start-up has read a folder from is asked again like the others.
+XOptionCandidates::XOptionCandidates(const std::vector<XKeptOrigin>& values) {
+    for (auto value = values.rbegin(); value != values.rend(); ++value) {
+        if (value == values.rbegin() || !IsSource(value->origin.layer)) m_Result.candidates.push_back(value->origin);
+    }
+}
+
+void XOptionCandidates::AddSources(std::vector<OptionPlace> places) {
+    for (const OptionPlace& place : places) {
+        if (place.found) AddSource(place);
+    }
+    m_Result.places = std::move(places);
+}
+
+void XOptionCandidates::AddFamily(const XOptionSources& sources, const CString& section, const CString& pattern,
+                                  int index) {
+    XMapInt2CString values;
+    std::vector<XOptionSources::IndexedOrigin> origins;
+    try {
+        sources.GetKeyValueSet(values, section, pattern, &origins);
+    } catch (const XException&) {  // a fault of a weaker layer
+        return;
+    }
+    const auto found = std::ranges::find(origins, index, &XOptionSources::IndexedOrigin::first);
+    if (found == origins.end()) return;
+    AddSource(found->second);
+    m_Result.places.push_back({found->second, true});
+}
+
+// The value in force may be that of a source itself.
+void XOptionCandidates::AddSource(const OptionOrigin& origin) {
+    const auto& known = m_Result.candidates;
+    if (std::ranges::find(known, origin.layer, &OptionOrigin::layer) == known.end()) {
+        m_Result.candidates.push_back(origin);
+    }
+}
+
+}  // namespace veltrane::detail

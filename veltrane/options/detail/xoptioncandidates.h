@@ -1,0 +1,30 @@
+#pragma once
+
+#include <vector>
+
+#include "veltrane/options/detail/xoptionorigins.h"
+#include "veltrane/options/detail/xoptionsources.h"
+
+namespace veltrane::detail {
+
+/// Puts together what there is for one value: first what the store has had, the newest in front, then what the sources
+/// say as if that had not been given.
+class XOptionCandidates {
+public:
+    /// @param values  those of the item, the newest last
+    explicit XOptionCandidates(const std::vector<XKeptOrigin>& values);
+
+    /// @param places  the strongest first
+    void AddSources(std::vector<OptionPlace> places);
+    /// The value that the files have under an index; nothing when the family cannot be read.
+    void AddFamily(const XOptionSources& sources, const CString& section, const CString& pattern, int index);
+
+    OptionCandidates Take() { return std::move(m_Result); }
+
+private:
+    void AddSource(const OptionOrigin& origin);
+
+    OptionCandidates m_Result;
+};
+
+}  // namespace veltrane::detail

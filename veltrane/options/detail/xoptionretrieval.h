@@ -1,0 +1,52 @@
+#pragma once
+
+#include "veltrane/options/detail/xoptionexpansion.h"
+#include "veltrane/options/detail/xoptionitems.h"
+#include "veltrane/options/detail/xoptionorigins.h"
+#include "veltrane/options/detail/xoptionsources.h"
+
+class XOption;
+
+namespace veltrane::detail {
+
+/// Asks the sources of a store for options and puts what they answer among its items.
+class XOptionRetrieval {
+public:
+    /// What is noted while a value is retrieved.
+    struct Notes {
+        OptionOrigin origin;
+        XOptionRecord record;
+    };
+
+    XOptionRetrieval(XOption& store, XOptionItems& items, XOptionSources& sources, XOptionOrigins& origins);
+
+    /// Fills an option that has no item yet. @throws XException  as XOption::RetrieveOption
+    void Retrieve(XOptionDefinition& definition);
+
+    /// Stores a value and notes where it comes from.
+    XOptionItem* Insert(XOptionDefinition& definition, const CString& value, int index, XKeptOrigin origin);
+
+    /// Full name of a section; "%d" stays in it. The option that names the database is retrieved for it and, with
+    /// isStoring, becomes an item.
+    CString SectionName(enumCfgSection section, bool isStoring);
+
+    /// The text of a key with its references replaced. @param notes  may be null
+    CString Value(const CString& section, const CString& key, Notes* notes);
+    /// Replaces the references in a value of a section. @param record  may be null
+    void Expand(CString& value, const CString& section, XOptionRecord* record);
+
+private:
+    void AddSubject(XException& error, const XOptionDefinition& definition, const CString& section);
+    void RetrieveSingle(XOptionDefinition& definition, const CString& section);
+    void RetrieveMultiple(XOptionDefinition& definition, const CString& section);
+    XOptionExpansion NewExpansion(Notes* notes, XOptionRecord* record);
+    CString SourceValue(const CString& section, const CString& key, Notes* notes, XOptionRecord* record);
+    CString ItemValue(const CString& key, std::vector<OptionPlace>* places);
+
+    XOption& m_Store;
+    XOptionItems& m_Items;
+    XOptionSources& m_Sources;
+    XOptionOrigins& m_Origins;
+};
+
+}  // namespace veltrane::detail

@@ -1,0 +1,164 @@
+// What the store tells of itself: where values come from, what else the sources have, where start-up looks.
+#include <algorithm>
+
+#include "veltrane/foundation/xpath.h"
+#include "veltrane/options/detail/xoptioncandidates.h"
+#include "veltrane/options/detail/xoptionretrieval.h"
+#include "veltrane/options/xoption.h"
+#include "veltrane/platform/files/filesystem.h"
+#include "veltrane/platform/sources/winreg.h"
+#include "veltrane/platform/text/encoding.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
+
+namespace {
+
+OptionLocation LocationOf(OptionLocation::Kind kind, const CString& option, const CString& path) {
+    return {kind, option, path, FromUtf8(MapPath(path)), FileExists(path)};
+}
+
+void AddFolderStep(std::vector<OptionStep>& steps, const CString& folder) {
+    steps.push_back({OptionStep::Kind::Folder, 0, {}, {}, folder});
+}
+
+// The steps of an item: those of what was given and, where start-up put it below a folder, that step.
+std::vector<OptionStep> StepsOf(const std::vector<XKeptOrigin>& values) {
+    const bool isFolder = values.back().origin.layer == OptionLayer::StartUp;
+    const bool isGiven = !isFolder || values.size() > 1;
+    const XKeptOrigin& given = isFolder && isGiven ? values[values.size() - 2] : values.back();
+    std::vector<OptionStep> steps;
+    if (isGiven) steps = given.steps;
+    if (isGiven && steps.empty()) steps.push_back({OptionStep::Kind::Given, 0, {}, {}, given.origin.text});
+    if (isGiven && steps.front().places.empty()) steps.front().places.push_back({given.origin, true});
+    if (isFolder) AddFolderStep(steps, values.back().value);
+    return steps;
+}
+
+}  // namespace
+
+void XOption::KeepOrigins(bool wanted) {
+    m_pOrigins->Keep(wanted);
+}
+
+void XOption::LookOnly(bool wanted) {
+    m_bLookOnly = wanted;
+}
+
+OptionOrigin XOption::GetOptionOrigin(const XOptionItem* item) const {
+    const std::vector<XKeptOrigin> values = item ? m_pOrigins->Of(*item) : std::vector<XKeptOrigin>{};
+    return values.empty() ? OptionOrigin{} : values.back().origin;
+}
+
+OptionCandidates XOption::GetOptionCandidates(const CString& name, int index) {
+    XOptionDefinition* const definition = GetOptionDefinition(name);
+    if (!definition) return {};
+    const bool withFiles = !IsTooLateForFiles(*definition);
+    const XOptionItem* const item = m_pItems->Find(*definition, index);
+    XOptionCandidates found{item ? m_pOrigins->Of(*item) : std::vector<XKeptOrigin>{}};
+    if (definition->eSection == eSectionNone) return found.Take();
+    CString section;
+    try {
+        section = m_pRetrieval->SectionName(definition->eSection, /*isStoring*/ false);
+    } catch (const XException&) {  // nothing is asked as long as the section has no name
+        return found.Take();
+    }
+    if (definition->IsSingle()) {
+        found.AddSources(m_pSources->AskEach(section, definition->szLongName, withFiles));
+    } else {
+        found.AddFamily(*m_pSources, section, definition->szLongName, index);
+    }
+    return found.Take();
+}
+
+OptionExplanation XOption::ExplainOption(const CString& name, int index) {
+    OptionExplanation explanation;
+    XOptionDefinition* const definition = GetOptionDefinition(name);
+    if (!definition) return explanation;
+    const XOptionItem* const item = m_pItems->Find(*definition, index);
+    const std::vector<XKeptOrigin> values = item ? m_pOrigins->Of(*item) : std::vector<XKeptOrigin>{};
+    if (!values.empty()) {
+        explanation.steps = StepsOf(values);
+        explanation.value = definition->IsString() ? GetOptionString(name, index) : item->GetOptionValue();
+        explanation.hasValue = true;
+    } else {
+        ExplainRetrieval(explanation, *definition, index);
+    }
+    if (explanation.error.IsEmpty()) {
+        explanation.steps.push_back({OptionStep::Kind::Value, 0, {}, {}, explanation.value});
+    }
+    return explanation;
+}
+
+// What a retrieval would do now.
+void XOption::ExplainRetrieval(OptionExplanation& explanation, XOptionDefinition& definition, int index) {
+    if (definition.eSection == eSectionNone) return;
+    XOptionRetrieval::Notes notes;
+    try {
+        const CString section = m_pRetrieval->SectionName(definition.eSection, /*isStoring*/ false);
+        if (definition.IsSingle()) {
+            explanation.value = m_pRetrieval->Value(section, definition.szLongName, &notes);
+        } else {
+            XMapInt2CString values;
+            m_pSources->GetKeyValueSet(values, section, definition.szLongName);
+            explanation.value = values.Get(index);
+            notes.record.Add(OptionStep::Kind::Given, explanation.value);
+            m_pRetrieval->Expand(explanation.value, section, &notes.record);
+        }
+        explanation.hasValue = !explanation.value.IsEmpty();
+    } catch (const XException& error) {
+        explanation.value.Empty();
+        explanation.error = error.GetMessage();
+    }
+    explanation.steps = notes.record.Take();
+}
+
+CString XOption::GetSectionName(enumCfgSection section) {
+    try {
+        return m_pRetrieval->SectionName(section, /*isStoring*/ false);
+    } catch (const XException&) {
+        return {};
+    }
+}
+
+// The folders are made out before a file is open: "metadata" always, the others when the folder "data" is known by
+// then.
+bool XOption::IsTooLateForFiles(const XOptionDefinition& definition) {
+    const std::wstring_view name = definition.szLongName;
+    if (name == L"metadata") return true;
+    if (name != L"config" && name != L"changefile-root" && name != L"logging") return false;
+    const XOptionDefinition& data = *FindOptionDefinition(L"data");
+    const XOptionItem* const item = m_pItems->Find(data, -1);
+    const OptionLayer layer = GetOptionOrigin(item).layer;
+    if (item && layer != OptionLayer::UserFile && layer != OptionLayer::BasicFile) {
+        return !item->GetOptionValue().IsEmpty();
+    }
+    const auto places = m_pSources->AskEach(GetSectionName(data.eSection), data.szLongName, /*withFiles*/ false);
+    return std::ranges::any_of(places, [](const OptionPlace& place) { return !place.text.IsEmpty(); });
+}
+
+std::vector<OptionLocation> XOption::GetLocations() {
+    using enum OptionLocation::Kind;
+    std::vector<OptionLocation> locations{LocationOf(Registry, {}, GetRegistryFile())};
+    const auto add = [&](OptionLocation::Kind kind, const CString& option) {
+        locations.push_back(LocationOf(kind, option, GetOptionString(option, -1)));
+    };
+    add(MetadataFolder, L"metadata");
+    locations.push_back(LocationOf(BasicFile, {}, BasicFilePath()));
+    const CString user = GetOptionString(L"ini", -1);
+    if (!user.IsEmpty()) locations.push_back(LocationOf(UserFile, L"ini", user));
+    if (!user.IsEmpty() && !IsAbsolutePath(user)) {
+        locations.push_back(LocationOf(UserFile, L"ini", BuildFileName(GetOptionString(L"config", -1), user)));
+    }
+    add(Data, L"data");
+    for (const wchar_t* option : {L"config", L"changefile-root", L"logging"}) add(UserFolder, option);
+    return locations;
+}
+
+std::vector<OptionRenaming> XOption::PreviewTableName(const CString& name, int version, bool keepCase) const {
+    return m_TableNameRules.Preview(name, version, keepCase);
+}
+
+std::vector<OptionRenaming> XOption::PreviewColumnsName(const CString& name, int version, bool keepCase) const {
+    return m_ColumnNameRules.Preview(name, version, keepCase);
+}

@@ -1,0 +1,89 @@
+// Reading the naming rules of the configuration, and telling where they come from.
+#include <algorithm>
+
+#include "veltrane/foundation/xstring.h"
+#include "veltrane/options/detail/xoptionretrieval.h"
+#include "veltrane/options/xoption.h"
+#include "veltrane/platform/text/indexformat.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
+
+namespace {
+
+const XOptionDefinition& DefinitionOf(enumOption option) {
+    return *FindOptionDefinition(option == eOptionTableNameRules ? L"tablename-rules" : L"columnname-rules");
+}
+
+/// Calls take(version, section, key) for each key of the sections of a form, by version and then in the order of the
+/// file. A negative version ends the walk.
+template <class Take>
+void ForEachRule(XMapInt2CString& names, const CString& format, Take take) {
+    CString keys;
+    for (int version = names.GetFirst(keys); version >= 0; version = names.GetNext(keys)) {
+        const CString section = FormatIndex(format, version);
+        CString key = GetArgument(0, keys);
+        for (int i = 0; !key.IsEmpty(); key = GetArgument(++i, keys)) take(version, section, key);
+    }
+}
+
+// The basic file answers for a key without a text that stands in the user file alone.
+void FindEmptyKey(OptionOrigin& origin, const XConfiguration* userFile, const CString& section, const CString& key) {
+    SourcePlace place;
+    CString empty;
+    if (!userFile || !userFile->GetKeyValue(empty, section, key, /*assignEmpty*/ true, &place)) return;
+    if (place.line > 0) origin = {place, OptionLayer::UserFile};
+}
+
+}  // namespace
+
+void XOption::ReadNamingRules(enumOption option) {
+    if (option != eOptionTableNameRules && option != eOptionColumnNameRules) return;
+    XNamingRules& rules = option == eOptionTableNameRules ? m_TableNameRules : m_ColumnNameRules;
+    const CString format = m_pRetrieval->SectionName(DefinitionOf(option).eSection, /*isStoring*/ true);
+    XMapInt2CString names;
+    if (!m_pSources->GetOptionNameSet(names, format)) return;
+    const bool areKept = m_pOrigins->AreKept();
+    ForEachRule(names, format, [&](int version, const CString& section, const CString& key) {
+        CString value;
+        OptionOrigin origin;
+        OptionOrigin* const wanted = areKept ? &origin : nullptr;
+        if (!m_pSources->GetKeyValue(value, section, key, /*assignEmpty*/ true, wanted)) return;
+        rules.InsertRule(version, key, value);
+        if (!areKept) return;
+        if (origin.line == 0) FindEmptyKey(origin, m_pSources->userFile.get(), section, key);
+        m_KeptRules.push_back({option, version, key, value, origin});
+    });
+}
+
+std::vector<OptionRule> XOption::GetNamingRules(enumOption option) {
+    std::vector<OptionRule> rules;
+    XNamingRules& inForce = option == eOptionTableNameRules ? m_TableNameRules : m_ColumnNameRules;
+    for (int i = 0; i < inForce.Size(); ++i) {
+        const XNamingRule& rule = inForce.GetConstRefAt(i);
+        rules.push_back({option, rule.GetVersion(), rule.GetFirst(), rule.GetSecond(), {}});
+    }
+    auto rule = rules.begin();
+    for (const OptionRule& kept : m_KeptRules) {
+        if (kept.option == option && rule != rules.end()) (rule++)->origin = kept.origin;
+    }
+    AddHiddenRules(rules, option);
+    return rules;
+}
+
+// Those of the basic file alone that the section of the same version in the user file leaves out.
+void XOption::AddHiddenRules(std::vector<OptionRule>& rules, enumOption option) {
+    if (!m_pSources->basicFile || !m_pSources->userFile) return;
+    const CString format = GetSectionName(DefinitionOf(option).eSection);
+    const std::size_t count = rules.size();
+    XMapInt2CString names;
+    m_pSources->basicFile->GetOptionNameSet(names, format);
+    ForEachRule(names, format, [&](int version, const CString& section, const CString& key) {
+        const auto isSame = [&](const OptionRule& rule) { return rule.version == version && rule.oldText == key; };
+        if (std::any_of(rules.begin(), rules.begin() + static_cast<std::ptrdiff_t>(count), isSame)) return;
+        CString value;
+        SourcePlace place;
+        m_pSources->basicFile->GetKeyValue(value, section, key, /*assignEmpty*/ true, &place);
+        rules.push_back({option, version, key, value, {place, OptionLayer::BasicFile}, /*isInForce*/ false});
+    });
+}

@@ -4,24 +4,13 @@
 #include <numeric>
 #include <vector>
 
+#include "veltrane/config/xconfiguration.h"
 #include "veltrane/foundation/xstring.h"
 #include "veltrane/options/xoptiondefinition.h"
 
 using namespace veltrane;
 
 namespace {
-
-// What the message names in angle brackets.
-std::vector<CString> NamedTexts(const CString& message) {
-    std::vector<CString> texts;
-    int close = 0;
-    for (int open = message.Find(L'<'); open >= 0; open = message.Find(L'<', close + 1)) {
-        close = message.Find(L'>', open);
-        if (close < 0) break;
-        if (close > open + 1) texts.push_back(message.Mid(open + 1, close - open - 1));
-    }
-    return texts;
-}
 
 // Number of elements to insert, delete or change until one text is the other.
 int EditDistance(const CString& left, const CString& right) {
@@ -38,55 +27,99 @@ int EditDistance(const CString& left, const CString& right) {
     return row.back();
 }
 
-// The long name that is nearest, empty when none is near: about one slip in three letters.
-CString NearestOption(CString name) {
-    constexpr int LONGEST_NAME = 64;  // nothing longer is near to any name of the table
-    const int equals = name.Find(L'=');
-    if (equals >= 0) name = name.Left(equals);
-    name.TrimLeft(L'-').MakeLower();
-    if (name.GetLength() > LONGEST_NAME) return {};
+// The text that is nearest to a name, empty when none is near: about one slip in three letters.
+CString Nearest(const CString& name, const std::vector<CString>& texts) {
+    constexpr int LONGEST_NAME = 64;  // nothing longer is near to any name
     CString nearest;
+    if (name.GetLength() > LONGEST_NAME) return nearest;
     int best = std::min(3, name.GetLength() / 3) + 1;
-    for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
-        const int distance = row->eOption == eOptionTitle ? best : EditDistance(name, row->szLongName);
+    for (const CString& text : texts) {
+        const int distance = EditDistance(name, text);
         if (distance >= best) continue;
         best = distance;
-        nearest = row->szLongName;
+        nearest = text;
     }
     return nearest;
 }
 
+CString NearestOption(CString name) {
+    std::vector<CString> names;
+    for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
+        if (row->eOption != eOptionTitle) names.emplace_back(row->szLongName);
+    }
+    const int equals = name.Find(L'=');
+    if (equals >= 0) name = name.Left(equals);
+    return Nearest(name.TrimLeft(L'-').MakeLower(), names);
+}
+
+void AddHint(XException& error, const CString& hint) {
+    error.AddMessage(L"    <---- " + hint + L" ---->");
+}
+
 // '--name=x' is written with a blank here.
-bool AddSpelling(XException& error, const CString& argument) {
+void AddSpelling(XException& error, const CString& argument) {
     CString option;
     CString value;
     SplitString(option, value, argument, L'=');
-    if (option.IsEmpty() || !FindOptionDefinition(option)) return false;
-    error.AddMessage(FormatText(L"    <---- Write <%s %s> ---->", option, value));
-    return true;
+    if (!option.IsEmpty() && FindOptionDefinition(option)) {
+        AddHint(error, FormatText(L"Write <%s %s>", option, value));
+        return;
+    }
+    const CString nearest = NearestOption(argument);
+    if (!nearest.IsEmpty()) AddHint(error, FormatText(L"Did you mean <--%s>?", nearest));
+}
+
+std::vector<CString> SectionNames(const CString& file) {
+    CString list;
+    XConfiguration{file}.GetKeyValue(list, {}, {}, /*assignEmpty*/ false);
+    std::vector<CString> names;
+    for (int i = 0; !GetArgument(i, list).IsEmpty(); ++i) names.push_back(GetArgument(i, list));
+    return names;
+}
+
+// Where a missing value was looked for, and the section that may have been meant.
+void AddPlaces(XException& error, const std::vector<ErrorPlace>& places) {
+    CString hint;
+    CString nearest;
+    for (const ErrorPlace& place : places) {
+        if (place.file.IsEmpty()) continue;
+        AddString(hint, FormatText(L"[%s] of <%s>", place.section, place.file));
+        const std::vector<CString> sections = SectionNames(place.file);
+        const bool isThere = std::ranges::any_of(
+            sections, [&](const CString& section) { return section.CompareNoCase(place.section) == 0; });
+        if (!isThere && nearest.IsEmpty()) nearest = Nearest(place.section, sections);
+    }
+    if (!hint.IsEmpty()) AddHint(error, L"Looked for in " + hint);
+    if (!nearest.IsEmpty()) AddHint(error, FormatText(L"Did you mean [%s]?", nearest));
+}
+
+void AddLine(XException& error, const ErrorPlace& place) {
+    if (place.line == 0) return;
+    AddHint(error, FormatText(L"See <%s>, line %d: %s=%s", place.file, place.line, place.key, place.text));
+}
+
+bool IsMetadataMissing(const ErrorSubject& subject) {
+    return subject.option == L"metadata" && subject.places.empty();
 }
 
 }  // namespace
 
-void AddHints(XException& error, const Provenance& provenance) {
-    const CString message = error.GetMessage();
-    const std::vector<CString> texts = NamedTexts(message);
-    const bool isArgument = message.Find(L"command line option <") >= 0;
-    const bool isUnknown = isArgument || message.Find(L"is not known by the system!") >= 0;
-    if (texts.empty() || (isArgument && AddSpelling(error, texts.front()))) return;
-    if (isUnknown) {
-        // The reasons in front name other options; the unknown one stands last but for the hint of the command line.
-        const CString nearest = NearestOption(isArgument ? texts.front() : texts.back());
-        if (!nearest.IsEmpty()) error.AddMessage(FormatText(L"    <---- Did you mean <--%s>? ---->", nearest));
+void AddHints(XException& error) {
+    if (!error.GetSubject()) return;
+    const ErrorSubject subject = *error.GetSubject();
+    if (!subject.argument.IsEmpty() && subject.option.IsEmpty()) {
+        AddSpelling(error, subject.argument);
+    } else if (!subject.reference.IsEmpty()) {
+        const CString nearest = subject.argument.IsEmpty() ? CString{} : NearestOption(subject.reference);
+        if (!nearest.IsEmpty()) AddHint(error, FormatText(L"Did you mean <%%%s%%>?", nearest));
     }
-    if (isArgument) return;
-    // An index given twice: the key that carries it says more than the name of its family.
-    const bool isIndexed = texts.size() >= 2 && message.Find(L"> for index <") >= 0;
-    const SourceEvent* answer =
-        isIndexed ? provenance.AnswerBehind({texts[texts.size() - 2] + L"-" + texts.back()}) : nullptr;
-    if (!answer) answer = provenance.AnswerBehind(texts);
-    if (answer) {
-        error.AddMessage(FormatText(L"    <---- See <%s>, line %d: %s=%s ---->", answer->file, answer->line,
-                                    answer->key, answer->value));
+    if (IsMetadataMissing(subject)) AddHint(error, L"Name the folder with <--metadata FOLDER>");
+    const auto found = std::ranges::find(subject.places, true, &ErrorPlace::found);
+    if (found == subject.places.end()) {
+        AddPlaces(error, subject.places);
+    } else if (subject.index >= 0) {
+        for (const ErrorPlace& place : subject.places) AddLine(error, place);
+    } else {
+        AddLine(error, *found);
     }
 }

@@ -35,9 +35,9 @@ CString Printable(const CString& text) {
     return line;
 }
 
-CString OriginText(const Origin& origin) {
-    if (origin.file.IsEmpty()) return origin.layer;
-    return FormatText(L"%s %s:%d [%s]", origin.layer, origin.file, origin.line, origin.section);
+CString OriginText(const OptionOrigin& origin) {
+    if (origin.file.IsEmpty()) return LayerName(origin.layer);
+    return FormatText(L"%s %s:%d [%s]", LayerName(origin.layer), origin.file, origin.line, origin.section);
 }
 
 // Lone surrogates (bytes that were no UTF-8) are written as escapes too: JSON itself has to be valid UTF-8.
@@ -66,33 +66,47 @@ CString JsonList(const XSetInt& list) {
     return json + L']';
 }
 
+// Without brackets: a line of the summary goes on with other fields.
+CString JsonSource(const OptionOrigin& origin) {
+    CString json = FormatText(L"\"source\":\"%s\"", LayerName(origin.layer));
+    if (origin.file.IsEmpty()) return json;
+    return json + FormatText(L",\"file\":%s,\"line\":%d,\"section\":%s", JsonText(origin.file), origin.line,
+                             JsonText(origin.section));
+}
+
+CString JsonCandidates(XOption& options, const CString& name, int index) {
+    CString json;
+    for (const OptionOrigin& origin : options.GetOptionCandidates(name, index).candidates) {
+        json += (json.IsEmpty() ? L"{" : L",{") + JsonSource(origin);
+        if (!origin.file.IsEmpty()) json += L",\"key\":" + JsonText(origin.key);
+        if (origin.word >= 0) json += FormatText(L",\"word\":%d", origin.word);
+        json += L",\"text\":" + JsonText(origin.text) + L"}";
+    }
+    return L"[" + json + L"]";
+}
+
 }  // namespace
 
-void PrintSummary(XOption& options, const Provenance& provenance) {
+void PrintSummary(XOption& options) {
     for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
         if (row->eOption == eOptionTitle) continue;
         const CString name = row->szLongName;
         for (const auto* item = options.GetFirstOptionItem(name); item; item = options.GetNextOptionItem(name)) {
             const CString label = LabelOf(*item);
             PrintLine(label + TabulatorsBehind(label, *item) + Printable(item->GetOptionValue()) + L"\t(" +
-                      OriginText(provenance.Of(item)) + L")");
+                      OriginText(options.GetOptionOrigin(item)) + L")");
         }
     }
 }
 
-void PrintSummaryAsJson(XOption& options, const Provenance& provenance) {
+void PrintSummaryAsJson(XOption& options) {
     for (auto* item = options.GetFirstOptionItem(L""); item; item = options.GetNextOptionItem(L"")) {
         CString name;
         item->GetOptionName(name);
-        const Origin& origin = provenance.Of(item);
         CString line = FormatText(L"{\"option\":%s,\"index\":%d,\"value\":%s", JsonText(name), item->GetOptionIndex(),
                                   JsonText(item->GetOptionValue()));
         if (item->GetID() == eOptionObsoleteClasses) line += L",\"list\":" + JsonList(*item->GetOptionIList());
-        line += FormatText(L",\"source\":\"%s\"", origin.layer);
-        if (!origin.file.IsEmpty()) {
-            line += FormatText(L",\"file\":%s,\"line\":%d,\"section\":%s", JsonText(origin.file), origin.line,
-                               JsonText(origin.section));
-        }
-        PrintLine(line + L"}");
+        line += L"," + JsonSource(options.GetOptionOrigin(item));
+        PrintLine(line + L",\"candidates\":" + JsonCandidates(options, name, item->GetOptionIndex()) + L"}");
     }
 }

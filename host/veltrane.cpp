@@ -8,7 +8,6 @@
 #include "console.h"
 #include "hints.h"
 #include "namelist.h"
-#include "provenance.h"
 #include "summary.h"
 #include "veltrane/foundation/xaction.h"
 #include "veltrane/foundation/xpath.h"
@@ -29,7 +28,6 @@ constexpr wchar_t COMPILE_TIME[] = L"" __DATE__ " " __TIME__;
 
 /// Everything that one run of the tool works with.
 struct Tool {
-    Provenance provenance;
     XOption options;
     XLogging log;
 };
@@ -53,13 +51,11 @@ private:
 
 void StartUp(Tool& tool) {
     const std::filesystem::path program = std::filesystem::canonical("/proc/self/exe");
+    tool.options.KeepOrigins(true);
     tool.options.Initialize(FromUtf8(program.parent_path().native()), FromUtf8(program.filename().native()),
                             COMPILE_TIME, VERSION_INFO, LocalTimeText(L"%A, %B %d, %Y ; %H:%M:%S", CurrentTime()));
-    tool.provenance.Settle(tool.options);
     tool.options.OpenConfiguration();
-    tool.provenance.Settle(tool.options);
     tool.options.ReadConfiguration();
-    tool.provenance.Settle(tool.options);
 }
 
 // A relative file goes below a folder option when that is known.
@@ -133,9 +129,9 @@ void Act(Tool& tool) {
     const bool isSummaryWanted = tool.options.GetOptionBoolean(L"summary", -1);
     const bool isJson = isSummaryWanted && IsJsonWanted();
     if (isJson) {
-        PrintSummaryAsJson(tool.options, tool.provenance);
+        PrintSummaryAsJson(tool.options);
     } else if (isSummaryWanted) {
-        PrintSummary(tool.options, tool.provenance);
+        PrintSummary(tool.options);
     }
     std::vector<NameList> lists = LoadNameLists(tool, isJson);
     CompareLists(tool, lists, isJson);
@@ -145,7 +141,7 @@ void Act(Tool& tool) {
 // The one place that shows errors: box, log, exit code.
 int Report(Tool& tool, XException& error) {
     try {
-        AddHints(error, tool.provenance);
+        AddHints(error);
     } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): the error itself is what counts
     }
     error.Show();

@@ -52,11 +52,14 @@ void ExpectIn(const std::string& text, const std::string& part) {
     EXPECT_NE(text.find(part), std::string::npos) << part << "\nin " << text;
 }
 
-// The line of the JSON summary that shows an option.
-std::string JsonOf(const ChildResult& result, const std::string& option) {
+// The line of the JSON summary that shows an option, up to its candidates, and these.
+std::string JsonOf(const ChildResult& result, const std::string& option, bool withCandidates = false) {
     const std::string start = "{\"option\":\"" + option + "\"";
     const std::size_t begin = result.output.find(start);
-    return begin == std::string::npos ? "" : result.output.substr(begin, result.output.find('\n', begin) - begin);
+    if (begin == std::string::npos) return "";
+    const std::string line = result.output.substr(begin, result.output.find('\n', begin) - begin);
+    const std::size_t candidates = line.find(",\"candidates\":");
+    return withCandidates ? line.substr(candidates) : line.substr(0, candidates) + "}";
 }
 
 TEST_F(Host, TellsTheSourceOfEveryValue) {
@@ -95,6 +98,12 @@ TEST_F(Host, TellsWhatStartUpAndTheHostBrought) {
     expect("exe-name", ",\"index\":-1,\"value\":\"veltrane.exe\",\"source\":\"command line\"}");
     expect("logging", ",\"index\":-1,\"value\":\"" + Path("data/log") + "\",\"source\":\"start-up\"}");
     expect("metadata", ",\"index\":-1,\"value\":\"" + Path("meta") + "\",\"source\":\"command line\"}");
+    EXPECT_EQ(JsonOf(result, "exe-name", true),
+              ",\"candidates\":[{\"source\":\"command line\",\"word\":7,\"text\":\"veltrane.exe\"},"
+              "{\"source\":\"host\",\"text\":\"veltrane\"}]}");
+    EXPECT_EQ(JsonOf(result, "map-file", true),
+              ",\"candidates\":[{\"source\":\"basic file\",\"file\":\"" + BasicFile() +
+                  "\",\"line\":7,\"section\":\"db\\\\files\\\\4\",\"key\":\"map-file\",\"text\":\"a\\\\b\"}]}");
     expect("load-dictionary", ",\"index\":0,\"value\":\"x.txt\",\"source\":\"command line\"}");
     expect("obsolete-classes", ",\"index\":2,\"value\":\"7,3\",\"list\":[3,7]" + file + "5,\"section\":\"db\"}");
     expect("map-file", ",\"index\":4,\"value\":\"a\\\\b\"" + file + "7,\"section\":\"db\\\\files\\\\4\"}");
@@ -155,8 +164,14 @@ TEST_F(Host, ShowsTheSystemsErrorsWithItsOwnHintsBehind) {
            "reason: \tError retrieving the string option <nosuch>!\nreason: \tThe option <nosuch> is not known by the "
            "system!\n\t    <---- See <" +
                Path("unknown.ini") + ">, line 2: autodoc-title=%nosuch% ---->\n");
-    expect({"db", "-i", "twice.ini"},
-           "> for index <5>!\n\t    <---- See <" + Path("twice.ini") + ">, line 2: load-dictionary-5=a ---->\n");
+    expect({"db", "-i", "twice.ini"}, "> for index <5>!\n\t    <---- See <" + Path("twice.ini") +
+                                          ">, line 2: load-dictionary-5=a ---->\n" + "\t    <---- See <" +
+                                          Path("twice.ini") + ">, line 4: load-dictionary-05=c ---->\n");
+    expect({"-m", Path("none")}, "does not exist!\n\t    <---- Name the folder with <--metadata FOLDER> ---->\n");
+    expect({"dbs"},
+           "must exist but could not be found!\n\t    <---- Looked for in [SOFTWARE\\VORNAK\\veltrane\\dbs] of <" +
+               Path("registry.reg") + ">, [dbs] of <" + BasicFile() + "> ---->\n" +
+               "\t    <---- Did you mean [db]? ---->\n");
     expect({"db", "-l", "bad.txt"}, "The name list <bad.txt> can not be understood in line 2: <tabel b>!\n");
     expect({"db", "-l", "data"}, "Cannot open file <data>!\n\tAccess denied!\nnumber:\t5\n");
     expect({"db", "-l", "empty.txt", "-d"}, "to load at least two dictionaries (see the '-l' option)!\n");

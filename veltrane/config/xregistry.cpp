@@ -49,12 +49,7 @@ CString XRegistry::KeyPath(const CString& section) const {
 }
 
 bool XRegistry::Open(const CString& section) {
-<<<<<<< HEAD
-    m_KeyPath = Below(m_RootPath, section);
-=======
-    m_Section = section;
     m_KeyPath = KeyPath(section);
->>>>>>> d81bfaf (errors: tell what an error is about in fields beside its texts)
     return RegOpenKeyExW(HKEY_LOCAL_MACHINE, m_KeyPath.GetString(), 0, KEY_READ, &m_hKey) == ERROR_SUCCESS;
 }
 

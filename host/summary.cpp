@@ -1,5 +1,7 @@
 #include "summary.h"
 
+#include <cstdint>
+
 #include "console.h"
 #include "veltrane/foundation/xstring.h"
 
@@ -25,11 +27,16 @@ CString TabulatorsBehind(const CString& label, const XOptionItem& item) {
     return tabulators.IsEmpty() ? GetTabulator(1) : tabulators;
 }
 
+// Whichever sign elements of wide text have.
+bool IsBelowBlank(wchar_t element) {
+    return static_cast<std::uint32_t>(element) < 0x20;
+}
+
 // A line is an option: what would end it, or move the cursor, is shown as its number.
 CString Printable(const CString& text) {
     CString line;
     for (const wchar_t element : text.View()) {
-        const bool isControl = (element >= 0 && element < 0x20) || element == 0x7F;
+        const bool isControl = IsBelowBlank(element) || element == 0x7F;
         line += isControl ? FormatText(L"\\x%02x", static_cast<unsigned>(element)) : std::wstring(1, element);
     }
     return line;
@@ -48,7 +55,7 @@ CString JsonText(const CString& text) {
         if (element == L'"' || element == L'\\') {
             json += L'\\';
             json += element;
-        } else if ((element >= 0 && element < 0x20) || isSurrogate) {
+        } else if (IsBelowBlank(element) || isSurrogate) {
             json += FormatText(L"\\u%04x", static_cast<unsigned>(element));
         } else {
             json += element;

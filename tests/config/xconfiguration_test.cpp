@@ -17,7 +17,7 @@ std::string Entries(XMapInt2CString& map) {
     std::string entries;
     CString text;
     for (int key = map.GetFirst(text); !text.IsEmpty(); key = map.GetNext(text)) {
-        entries += (entries.empty() ? "" : " ") + std::to_string(key) + '=' + ToUtf8(text);
+        entries.append(entries.empty() ? "" : " ").append(std::to_string(key)).append("=").append(ToUtf8(text));
     }
     return entries;
 }

@@ -19,8 +19,8 @@ protected:
             "\"text\"=\"t\xFCr\"\n\"number\"=dword:2a\n\"expand\"=hex(2):25,61,25,00\n\"none\"=hex:\n"
             "\"zeros\"=hex:00,00\n\"odd\"=hex:61,00,62\n\"several\"=hex(7):61,00,62,00,00\n";
         for (const int length : {63, 64, 5000}) {
-            bytes +=
-                "\"" + std::to_string(length) + "\"=\"" + std::string(static_cast<std::size_t>(length), 'x') + "\"\n";
+            const std::string value(static_cast<std::size_t>(length), 'x');
+            bytes.append("\"").append(std::to_string(length)).append("\"=\"").append(value).append("\"\n");
         }
         SetRegistryFile(m_Folder.Write("machine.reg", bytes));
     }

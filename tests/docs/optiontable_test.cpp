@@ -16,9 +16,12 @@ namespace {
 
 using Names = std::set<std::string>;
 
-std::string Replaced(std::string text, std::string_view word, std::string_view replacement) {
-    for (std::size_t at; (at = text.find(word)) != std::string::npos;) text.replace(at, word.size(), replacement);
-    return text;
+std::string Replaced(std::string_view text, std::string_view word, std::string_view replacement) {
+    std::string replaced;
+    for (std::size_t at; (at = text.find(word)) != text.npos; text.remove_prefix(at + word.size())) {
+        replaced.append(text.substr(0, at)).append(replacement);
+    }
+    return replaced.append(text);
 }
 
 /// What every text matches of an expression, in its first group.

@@ -124,7 +124,9 @@ struct FailingLog : XLogging {
 TEST_F(XLoggingTest, AFullDiskReachesTheCallerAndNotTheDestructor) {
     XLogging onFullDisk;
     FailingLog derived;
-    for (auto& [log, file] : {std::pair<XLogging&, CString>{onFullDisk, L"/dev/full"}, {derived, File()}}) {
+    for (auto& [target, name] : {std::pair<XLogging&, CString>{onFullDisk, L"/dev/full"}, {derived, File()}}) {
+        XLogging& log = target;
+        const CString& file = name;
         const XException banner = ErrorOf([&] { log.StartLogging(file, L"", L"", L""); });
         EXPECT_EQ(banner.GetMessage(), L"An unknown exception occured while opening the log file <" + file + L">!");
         EXPECT_EQ(banner.GetNumber(), -1);

@@ -36,7 +36,7 @@ TEST_F(MessageBox, WritesTheTextToItsStreamWhenNoHandlerIsSet) {
     };
     for (const auto& [text, style, output, errors] : cases) {
         SCOPED_TRACE(errors);
-        const ChildResult child = RunChild([&] { return AfxMessageBox(text, style); });
+        const ChildResult child = RunChild([text = text, style = style] { return AfxMessageBox(text, style); });
         EXPECT_EQ(child.exitCode, 1) << "the OK button";
         EXPECT_EQ(child.output, output);
         EXPECT_EQ(child.errors, errors);

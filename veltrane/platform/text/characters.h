@@ -1,11 +1,13 @@
 #pragma once
 
+#include <cstdint>
+
 #include "veltrane/platform/text/cstring.h"
 
 namespace veltrane {
 
 constexpr bool IsAscii(wchar_t element) noexcept {
-    return element >= 0 && element < 0x80;
+    return static_cast<std::uint32_t>(element) < 0x80;  // wchar_t has a sign on some processors only
 }
 
 /// The two below for elements outside ASCII; nearly every element is ASCII and not worth a call.

@@ -1,0 +1,83 @@
+#!/usr/bin/env bash
+# Builds everything, tests included, the ways that users build, runs the tests, and prints a table with a row for each.
+# Exit code 1 when a row warns or fails.
+# Usage: tools/matrix.sh            all rows (an hour on two cores)
+#        tools/matrix.sh --fast     the rows that differ most from the presets; test.sh runs them
+#        tools/matrix.sh ROW...     rows by name
+set -uo pipefail
+cd "$(dirname "$0")/.."
+. cmake/packages.sh
+
+# Name, compiler, and what is added to cmake.
+readonly TYPES=(None Debug Release RelWithDebInfo MinSizeRel)
+rows() {
+    local type
+    for type in "${TYPES[@]}"; do
+        echo "gcc20-$type g++ -DCMAKE_BUILD_TYPE=${type/None/}"
+        echo "gcc23-$type g++ -DCMAKE_BUILD_TYPE=${type/None/} -DCMAKE_CXX_STANDARD=23"
+        echo "clang20-$type clang++ -DCMAKE_BUILD_TYPE=${type/None/}"
+        echo "clang23-$type clang++ -DCMAKE_BUILD_TYPE=${type/None/} -DCMAKE_CXX_STANDARD=23"
+    done
+    cat <<'ROWS'
+gcc-plain g++ -DCMAKE_CXX_EXTENSIONS=OFF
+clang-plain clang++ -DCMAKE_CXX_EXTENSIONS=OFF
+gcc-lto g++ -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS=-flto=auto
+clang-lto clang++ -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS=-flto
+gcc-assertions g++ -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS=-D_GLIBCXX_ASSERTIONS
+gcc-containers g++ -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS=-D_GLIBCXX_DEBUG
+gcc-library g++ -DBUILD_TESTING=OFF
+gcc-static g++ -DBUILD_SHARED_LIBS=OFF -DCMAKE_BUILD_TYPE=MinSizeRel
+clang-static clang++ -DBUILD_SHARED_LIBS=OFF -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_EXTENSIONS=OFF
+gcc-static-all g++ -DBUILD_SHARED_LIBS=OFF -DCMAKE_BUILD_TYPE=Release -DCMAKE_EXE_LINKER_FLAGS=-static
+clang-sanitize clang++ -DCMAKE_BUILD_TYPE=Debug -DVELTRANE_SANITIZE=ON
+clang19 clang++-19 -DCMAKE_BUILD_TYPE=Release
+clang19-libc++ clang++-19 -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS=-stdlib=libc++
+ROWS
+}
+readonly FAST=(clang-static gcc20-Release)
+
+# GoogleTest with the row's own C++ library, where the system's package does not fit. Prints its prefix.
+googletest_for() {
+    local prefix=$PWD/build/matrix/googletest-$1
+    [ -d "$prefix" ] && { echo "$prefix"; return; }
+    cmake -S /usr/src/googletest -B "$prefix-build" -G Ninja "${@:2}" -DCMAKE_INSTALL_PREFIX="$prefix" \
+        -DBUILD_GMOCK=OFF >/dev/null && cmake --build "$prefix-build" --target install >/dev/null && echo "$prefix"
+}
+
+failed=0
+# run_row NAME COMPILER OPTION...: one line of the table; the log stays in build/matrix/NAME.log.
+run_row() {
+    local name=$1 folder=build/matrix/$1 log=build/matrix/$1.log tests="not built" begin=$SECONDS
+    local options=(-DCMAKE_CXX_COMPILER="$2" -DVELTRANE_BUILD_TESTS=ON "${@:3}")
+    local library=libstdc++
+    [[ "$*" == *libc++* ]] && library=libc++
+    if [ "$library" = libc++ ]; then
+        options+=(-DCMAKE_PREFIX_PATH="$(googletest_for "$name" -DCMAKE_CXX_COMPILER="$2" "${@:3}")")
+    fi
+    mkdir -p "$folder"
+    if cmake -S . -B "$folder" -G Ninja "${options[@]}" >"$log" 2>&1 && cmake --build "$folder" -- -k 0 >>"$log" 2>&1; then
+        if [ -x "$folder/tests/veltrane_tests" ]; then
+            "$folder/tests/veltrane_tests" --gtest_brief=1 >>"$log" 2>&1 && tests=passed || tests=FAILED
+        fi
+    else
+        tests="DOES NOT BUILD"
+    fi
+    local warnings
+    warnings=$(grep -cE "(warning|Warning):" "$log")
+    # A program that is linked statically as a whole is warned of dlopen by the C library, whatever it does.
+    [[ "$*" == *-static* ]] && warnings=$(grep -E "(warning|Warning):" "$log" | grep -cv "statically linked applications")
+    [ "$warnings" = 0 ] && [[ "$tests" == passed || "$tests" == "not built" ]] || failed=1
+    printf '%-22s %-42s %8s  %-14s %4s s\n' "$name" "$2 ${*:3}" "$warnings" "$tests" $((SECONDS - begin)) |
+        sed 's/-DCMAKE_//g; s/-DVELTRANE_//g; s/-D//g'
+}
+
+wanted=("$@")
+[ "${1:-}" = --fast ] && wanted=("${FAST[@]}")
+[ $# -gt 0 ] || mapfile -t wanted < <(rows | cut -d' ' -f1)
+printf '%-22s %-42s %8s  %-14s %6s\n' row "built with" warnings tests time
+for name in "${wanted[@]}"; do
+    row=$(rows | grep "^$(sed 's/[+]/\\+/g' <<<"$name") ")
+    read -ra words <<<"$row"
+    run_row "${words[@]}"
+done
+exit $failed

@@ -24,13 +24,8 @@ constexpr bool KEEP_CASE = false;
 
 XFileException NotReadable(const CString& file) {
     const XSite site = Here(L"LoadNameList");
-    XFileException error{file};
-    if (FileExists(file)) {
-        error.SetOpenError(site.file, site.method, site.line, {CFileException::accessDenied, EACCES, file});
-    } else {
-        error.SetFileNotFoundError(site.file, site.method, site.line, L"The name list does not exist!");
-    }
-    return error;
+    if (FileExists(file)) return MakeOpenError(site, file, {CFileException::accessDenied, EACCES, file});
+    return MakeMissingFile(site, file, L"The name list does not exist!");
 }
 
 std::ifstream OpenNameList(const CString& file) {

@@ -78,13 +78,10 @@ bool IsJsonWanted() {
 }
 
 void WriteChangeFile(const CString& path, const std::vector<CString>& lines) {
-    const XSite site = Here(L"WriteChangeFile");
     CFileException failure;
     CStdioFile file;
     if (!file.Open(path, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite, &failure)) {
-        XFileException error{path};
-        error.SetOpenError(site.file, site.method, site.line, failure);
-        throw error;
+        throw MakeOpenError(Here(L"WriteChangeFile"), path, failure);
     }
     CString text;
     for (const CString& line : lines) text += line + L"\n";

@@ -42,8 +42,34 @@ XException MakeError(const XSite& site, XFormatFor<Args...> format, const Args&.
     return error;
 }
 
+/// An error about a file that could not be opened, with the cause of the failed opening.
+inline XFileException MakeOpenError(const XSite& site, const CString& file, const CFileException& failure) {
+    XFileException error{file};
+    error.SetOpenError(site.file, site.method, site.line, failure);
+    return error;
+}
+
+/// An error about a file that is not there; the text says what it was wanted for.
+template <class... Args>
+XFileException MakeMissingFile(const XSite& site, const CString& file, XFormatFor<Args...> format,
+                               const Args&... args) {
+    XFileException error{file};
+    error.SetFileNotFoundError(site.file, site.method, site.line, FormatText(format, args...));
+    return error;
+}
+
+/// As MakeMissingFile, of a folder.
+template <class... Args>
+XFileException MakeMissingFolder(const XSite& site, const CString& folder, XFormatFor<Args...> format,
+                                 const Args&... args) {
+    XFileException error{folder};
+    error.SetPathNotFoundError(site.file, site.method, site.line, FormatText(format, args...));
+    return error;
+}
+
 /// An error that tells what it is about.
-inline XException About(const ErrorSubject& subject, XException error) {
+template <class Error>
+Error About(const ErrorSubject& subject, Error error) {
     error.AddSubject(subject);
     return error;
 }

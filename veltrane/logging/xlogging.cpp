@@ -60,10 +60,7 @@ bool XLogging::OpenLogFile(const CString& linePrefix) {
         PrintDebug(m_LogFile);
         CFileException failure;
         if (!Open(m_LogFile, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite, &failure)) {
-            const XSite site = Here(L"XLogging::OpenLogFile");
-            XFileException error{m_LogFile};
-            error.SetOpenError(site.file, site.method, site.line, failure);
-            throw error;
+            throw MakeOpenError(Here(L"XLogging::OpenLogFile"), m_LogFile, failure);
         }
         m_bOpen = true;
         m_LinePrefix = linePrefix;

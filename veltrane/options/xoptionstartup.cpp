@@ -35,22 +35,6 @@ constexpr XFailure<> OPENING{L"Error locating and opening the configuration!",
 constexpr XFailure<> READING{L"Error reading the configuration!",
                              L"An unknown exception occured while reading the configuration!"};
 
-template <class... Args>
-XFileException MissingFolder(const XSite& site, const CString& option, const CString& folder,
-                             XFormatFor<Args...> format, const Args&... args) {
-    XFileException error{folder};
-    error.AddSubject({.option = option});
-    error.SetPathNotFoundError(site.file, site.method, site.line, FormatText(format, args...));
-    return error;
-}
-
-XFileException MissingFile(const XSite& site, const CString& option, const CString& file, const CString& message) {
-    XFileException error{file};
-    error.AddSubject({.option = option});
-    error.SetFileNotFoundError(site.file, site.method, site.line, message);
-    return error;
-}
-
 }  // namespace
 
 void XOption::Initialize(const CString& exePath, const CString& exeName, const CString& compileTime,
@@ -115,8 +99,9 @@ void XOption::RetrieveMetadataFolder() {
         InsertFolder(L"metadata", folder);
     }
     if (!FileExists(folder)) {
-        throw MissingFolder(Here(L"XOption::RetrieveMetadataFolder"), L"metadata", folder,
-                            L"The folder with the metadata information does not exist!");
+        throw About({.option = L"metadata"},
+                    MakeMissingFolder(Here(L"XOption::RetrieveMetadataFolder"), folder,
+                                      L"The folder with the metadata information does not exist!"));
     }
 }
 
@@ -130,18 +115,22 @@ void XOption::RetrieveUserPath(const CString& optionName, const CString& default
         const CString data = GetOptionString(L"data", -1);
         if (data.IsEmpty()) return;
         if (!FileExists(data)) {
-            throw MissingFolder(Here(method), L"data", data, L"The global output data folder does not exist!");
+            throw About({.option = L"data"},
+                        MakeMissingFolder(Here(method), data, L"The global output data folder does not exist!"));
         }
         isDefault = path.IsEmpty();
         path = BuildFileName(data, isDefault ? defaultFolder : path);
         InsertFolder(optionName, path);
     }
     if (FileExists(path) || (isDefault && m_bLookOnly)) return;
-    if (!isDefault)
-        throw MissingFolder(Here(method), optionName, path, L"The folder for <%s> does not exist!", optionName);
+    if (!isDefault) {
+        throw About({.option = optionName},
+                    MakeMissingFolder(Here(method), path, L"The folder for <%s> does not exist!", optionName));
+    }
     if (!CreateDirectoryW(path)) {
-        throw MissingFolder(Here(method), optionName, path,
-                            L"The folder for <%s> does not exist and can not be created!", optionName);
+        throw About({.option = optionName},
+                    MakeMissingFolder(Here(method), path, L"The folder for <%s> does not exist and can not be created!",
+                                      optionName));
     }
 }
 
@@ -170,13 +159,15 @@ void XOption::OpenUserConfiguration() {
     if (!IsAbsolutePath(file)) {
         const CString folder = GetOptionString(L"config", -1);
         if (!FileExists(folder)) {
-            throw MissingFolder(Here(method), L"config", folder,
-                                L"The userspace configuration location does not exist!");
+            throw About(
+                {.option = L"config"},
+                MakeMissingFolder(Here(method), folder, L"The userspace configuration location does not exist!"));
         }
         file = BuildFileName(folder, file);
     }
     if (!FileExists(file)) {
-        throw MissingFile(Here(method), L"ini", file, L"The specified user configuration file does not exist!");
+        throw About({.option = L"ini"},
+                    MakeMissingFile(Here(method), file, L"The specified user configuration file does not exist!"));
     }
     m_pSources->userFile = std::make_unique<XConfiguration>(file);
 }
@@ -184,8 +175,8 @@ void XOption::OpenUserConfiguration() {
 void XOption::OpenBasicConfiguration() {
     const CString path = BasicFilePath();
     if (!FileExists(path)) {
-        throw MissingFile(Here(L"XOption::OpenConfiguration"), {}, path,
-                          L"The basic configuration could not be found!");
+        throw MakeMissingFile(Here(L"XOption::OpenConfiguration"), path,
+                              L"The basic configuration could not be found!");
     }
     m_pSources->basicFile = std::make_unique<XConfiguration>(path);
 }

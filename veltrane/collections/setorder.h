@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "veltrane/platform/text/cstring.h"
+#include "veltrane/platform/text/orderkey.h"
 
 namespace veltrane::detail {
 
@@ -36,7 +37,7 @@ std::uint64_t OrderNumber(const T& value) noexcept {
     if constexpr (std::integral<T>) {
         return static_cast<std::uint64_t>(value) + (std::is_signed_v<T> ? std::uint64_t{1} << 63 : 0);
     } else if constexpr (XKnownOrder<T>) {
-        return value.OrderKey();
+        return OrderKey(value.View());
     } else {
         return 0;
     }

@@ -6,6 +6,7 @@
 
 #include "veltrane/collections/matchsorted.h"
 #include "veltrane/platform/text/characters.h"
+#include "veltrane/platform/text/trim.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;
@@ -15,23 +16,13 @@ template class XSet<CString>;
 
 namespace {
 
-std::wstring_view TrimmedLeft(std::wstring_view text) {
-    text.remove_prefix(static_cast<std::size_t>(std::ranges::find_if_not(text, IsWhiteSpace) - text.begin()));
-    return text;
-}
-
-std::wstring_view TrimmedRight(std::wstring_view text) {
-    while (!text.empty() && IsWhiteSpace(text.back())) text.remove_suffix(1);
-    return text;
-}
-
 // White space may be a separator itself: what stands in front of a rest is trimmed before the next one is searched.
 std::vector<CString> Split(std::wstring_view text, std::wstring_view separators) {
     std::vector<CString> pieces;
-    std::wstring_view rest = TrimmedLeft(TrimmedRight(text));
+    std::wstring_view rest = Trimmed(text, IsWhiteSpace);
     for (std::size_t end; (end = rest.find_first_of(separators)) != std::wstring_view::npos;) {
-        pieces.emplace_back(TrimmedRight(rest.substr(0, end)));
-        rest = TrimmedLeft(rest.substr(end + 1));
+        pieces.emplace_back(TrimmedRight(rest.substr(0, end), IsWhiteSpace));
+        rest = TrimmedLeft(rest.substr(end + 1), IsWhiteSpace);
     }
     pieces.emplace_back(rest);
     return pieces;

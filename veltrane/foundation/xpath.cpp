@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "veltrane/platform/files/cfile.h"
+#include "veltrane/platform/text/characters.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;
@@ -11,16 +12,12 @@ namespace {
 
 constexpr wchar_t DEFAULT_SEPARATOR = L'\\';
 
-bool IsSeparator(wchar_t element) {
-    return element == L'\\' || element == L'/';
-}
-
 int LastSeparator(const CString& path) {
     return std::max(path.ReverseFind(L'\\'), path.ReverseFind(L'/'));
 }
 
 bool EndsInSeparator(const CString& path) {
-    return IsSeparator(path[path.GetLength() - 1]);
+    return IsPathSeparator(path[path.GetLength() - 1]);
 }
 
 CString WithoutLast(const CString& path) {
@@ -51,7 +48,7 @@ void SplitFileName(CString& folder, CString& name, CString fullName) {
 CString BuildFileName(const CString& path, const CString& name) {
     if (name[1] == L':') return name;
     if (path.IsEmpty()) return name;
-    if (EndsInSeparator(path) || IsSeparator(name[0])) return path + name;
+    if (EndsInSeparator(path) || IsPathSeparator(name[0])) return path + name;
     const int used = LastSeparator(path);
     return path + (used < 0 ? DEFAULT_SEPARATOR : path[used]) + name;
 }

@@ -17,10 +17,6 @@ using namespace veltrane::detail;
 
 namespace {
 
-constexpr bool IsSeparator(wchar_t element) noexcept {
-    return element == L'\\' || element == L'/';
-}
-
 /// @return 0 for A to 25 for Z, case ignored; nothing for any other element
 std::optional<std::size_t> DriveIndex(wchar_t drive) noexcept {
     const wchar_t letter = FoldCharacter(drive);
@@ -32,7 +28,7 @@ std::optional<std::size_t> DriveIndex(wchar_t drive) noexcept {
 void AppendPath(std::string& name, std::wstring_view path) {
     name.reserve(name.size() + path.size());
     for (const wchar_t& element : path) {
-        if (IsSeparator(element)) {
+        if (IsPathSeparator(element)) {
             if (!name.ends_with('/')) name += '/';
         } else if (IsAscii(element)) {
             name += static_cast<char>(element);
@@ -86,7 +82,7 @@ std::string veltrane::SpelledPath(CStringView path) {
             name = DriveFolders()[*drive];
             if (name.empty()) return {};
             rest.remove_prefix(2);
-            if (!rest.empty() && !IsSeparator(rest[0]) && !name.ends_with('/')) name += '/';
+            if (!rest.empty() && !IsPathSeparator(rest[0]) && !name.ends_with('/')) name += '/';
         }
     }
     AppendPath(name, rest);

@@ -6,6 +6,29 @@
 
 namespace veltrane {
 
+namespace detail {
+
+/// Lower case of an ASCII letter; every other element or byte as it is.
+template <class Char>
+constexpr Char LowerAscii(Char element) noexcept {
+    return element >= Char{'A'} && element <= Char{'Z'} ? static_cast<Char>(element + ('a' - 'A')) : element;
+}
+
+/// Upper case of an ASCII letter; every other element or byte as it is.
+template <class Char>
+constexpr Char UpperAscii(Char element) noexcept {
+    return element >= Char{'a'} && element <= Char{'z'} ? static_cast<Char>(element - ('a' - 'A')) : element;
+}
+
+/// What separates the folders of a path.
+inline constexpr std::wstring_view PATH_SEPARATORS = L"\\/";
+
+constexpr bool IsPathSeparator(wchar_t element) noexcept {
+    return element == L'\\' || element == L'/';
+}
+
+}  // namespace detail
+
 constexpr bool IsAscii(wchar_t element) noexcept {
     return static_cast<std::uint32_t>(element) < 0x80;  // wchar_t has a sign on some processors only
 }
@@ -16,14 +39,12 @@ VELTRANE_API wchar_t UpperBeyondAscii(wchar_t element) noexcept;
 
 /// Simple lower case of one element, the case folding of every name here. Never the locale of the process.
 inline wchar_t FoldCharacter(wchar_t element) noexcept {
-    if (!IsAscii(element)) return FoldBeyondAscii(element);
-    return element >= L'A' && element <= L'Z' ? element + (L'a' - L'A') : element;
+    return IsAscii(element) ? detail::LowerAscii(element) : FoldBeyondAscii(element);
 }
 
 /// Simple upper case of one element; without one (ß) the element itself.
 inline wchar_t UpperCharacter(wchar_t element) noexcept {
-    if (!IsAscii(element)) return UpperBeyondAscii(element);
-    return element >= L'a' && element <= L'z' ? element - (L'a' - L'A') : element;
+    return IsAscii(element) ? detail::UpperAscii(element) : UpperBeyondAscii(element);
 }
 
 /// White space of texts: the blanks and line ends of Unicode, no-break space included, zero-width ones not.

@@ -7,6 +7,8 @@
 #include <utility>
 
 #include "veltrane/platform/text/characters.h"
+#include "veltrane/platform/text/trim.h"
+#include "veltrane/platform/text/utf16.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;
@@ -35,14 +37,19 @@ public:
         const auto element = static_cast<char32_t>(m_Fold(m_Rest.front()));
         m_Rest.remove_prefix(1);
         if (element < 0x10000) return element;
-        m_Trail = 0xDC00 + ((element - 0x10000) & 0x3FF);
-        return 0xD800 + ((element - 0x10000) >> 10);
+        m_Trail = TrailSurrogate(element);
+        return LeadSurrogate(element);
     }
 
 private:
     std::wstring_view m_Rest;
     Fold m_Fold;
     std::int64_t m_Trail = 0;
+};
+
+struct IsOneOf {
+    std::wstring_view elements;
+    bool operator()(wchar_t element) const noexcept { return elements.find(element) != std::wstring_view::npos; }
 };
 
 template <class Fold>
@@ -77,19 +84,6 @@ int CString::Compare(CStringView other) const noexcept {
     const std::wstring_view right = other.View();
     const auto [a, b] = std::mismatch(left.begin(), left.end(), right.begin(), right.end());
     return CompareUnits({a, left.end()}, {b, right.end()}, std::identity{});
-}
-
-std::uint64_t CString::OrderKey() const noexcept {
-    constexpr std::size_t ELEMENTS = 9;  // of 7 bits each
-    constexpr std::uint32_t BEYOND = 0x7F;
-    std::uint64_t key = 0;
-    for (std::size_t i = 0; i < ELEMENTS; ++i) {
-        const auto element = i < m_Text.size() ? static_cast<std::uint32_t>(m_Text[i]) : 0;
-        // Elements outside ASCII are many, so texts that have one here share the largest number from here on.
-        if (element >= BEYOND) return ((key + 1) << 7 * (ELEMENTS - i)) - 1;
-        key = key << 7 | element;
-    }
-    return key;
 }
 
 int CString::CompareNoCase(CStringView other) const noexcept {
@@ -173,31 +167,33 @@ CString& CString::MakeLower() {
 }
 
 CString& CString::Trim() {
-    return TrimRight().TrimLeft();
+    return Keep(Trimmed(View(), IsWhiteSpace));
 }
 
 CString& CString::TrimLeft() {
-    m_Text.erase(m_Text.begin(), std::ranges::find_if_not(m_Text, IsWhiteSpace));
-    return *this;
+    return Keep(TrimmedLeft(View(), IsWhiteSpace));
 }
 
 CString& CString::TrimRight() {
-    m_Text.erase(std::find_if_not(m_Text.rbegin(), m_Text.rend(), IsWhiteSpace).base(), m_Text.end());
-    return *this;
+    return Keep(TrimmedRight(View(), IsWhiteSpace));
 }
 
 CString& CString::Trim(CStringView elements) {
-    const std::wstring chosen{elements.View()};  // elements may be a part of this text
-    return TrimRight(chosen).TrimLeft(chosen);
+    return Keep(Trimmed(View(), IsOneOf{elements.View()}));
 }
 
 CString& CString::TrimLeft(CStringView elements) {
-    m_Text.erase(0, std::min(m_Text.find_first_not_of(elements.View()), m_Text.size()));
-    return *this;
+    return Keep(TrimmedLeft(View(), IsOneOf{elements.View()}));
 }
 
 CString& CString::TrimRight(CStringView elements) {
-    m_Text.resize(m_Text.find_last_not_of(elements.View()) + 1);
+    return Keep(TrimmedRight(View(), IsOneOf{elements.View()}));
+}
+
+CString& CString::Keep(std::wstring_view part) noexcept {
+    const auto begin = static_cast<std::size_t>(part.data() - m_Text.data());
+    m_Text.resize(begin + part.size());
+    m_Text.erase(0, begin);
     return *this;
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <compare>
-#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -72,9 +71,6 @@ public:
 
     /// -1, 0 or 1 in the order of 16-bit code units, as if elements above U+FFFF were surrogate pairs.
     int Compare(veltrane::CStringView other) const noexcept;
-    /// The front of the text as a number in the same order: of two texts with different numbers, the one with the
-    /// smaller number is less. Lets a sort compare most texts without looking at them.
-    std::uint64_t OrderKey() const noexcept;
     /// Compare of both texts in simple lower case.
     int CompareNoCase(veltrane::CStringView other) const noexcept;
 
@@ -134,6 +130,8 @@ public:
 
 private:
     bool Equals(veltrane::CStringView other) const noexcept { return View() == other.View() || Compare(other) == 0; }
+    /// Cuts the text down to a part of itself.
+    CString& Keep(std::wstring_view part) noexcept;
 
     std::wstring m_Text;
 };

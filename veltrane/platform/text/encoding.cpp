@@ -33,7 +33,7 @@ void detail::AppendUtf8(std::string& out, std::wstring_view text) {
         if (codePoint >= 0xDC80 && codePoint <= 0xDCFF) {
             out += static_cast<char>(codePoint - 0xDC00);
         } else {
-            AppendUtf8(out, codePoint <= 0x10FFFF ? codePoint : U'\xFFFD');
+            AppendCodePoint(out, codePoint <= 0x10FFFF ? codePoint : U'\xFFFD');
         }
     }
 }

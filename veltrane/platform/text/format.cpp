@@ -6,6 +6,7 @@
 #include <cwchar>
 #include <stdexcept>
 
+#include "veltrane/platform/text/characters.h"
 #include "veltrane/platform/text/cstring.h"
 #include "veltrane/platform/text/encoding.h"
 
@@ -84,9 +85,8 @@ Number IntegerNumber(const XFormatConversion& conversion, const XFormatArgument&
     if (conversion.alternate && base == 8 && !number.digits.starts_with('0')) number.digits.insert(0, 1, '0');
     if (conversion.alternate && isHex && value != 0) number.prefix = "0x";
     if (conversion.letter == L'X') {
-        std::ranges::transform(number.prefix, number.prefix.begin(), [](char c) { return c == 'x' ? 'X' : c; });
-        std::ranges::transform(number.digits, number.digits.begin(),
-                               [](char c) { return c >= 'a' ? static_cast<char>(c - 'a' + 'A') : c; });
+        std::ranges::transform(number.prefix, number.prefix.begin(), UpperAscii<char>);
+        std::ranges::transform(number.digits, number.digits.begin(), UpperAscii<char>);
     }
     return number;
 }
@@ -109,7 +109,7 @@ void KeepPoint(std::string& digits, std::size_t significant, bool isGeneral) {
 Number RealNumber(const XFormatConversion& conversion, const XFormatArgument& argument) {
     const double value = argument.Real();
     Number number{Sign(conversion, std::signbit(value)), {}, conversion.zero && std::isfinite(value)};
-    const auto lower = static_cast<wchar_t>(conversion.letter | 0x20);
+    const auto lower = LowerAscii(conversion.letter);
     const bool isGeneral = lower == L'g';
     const auto format = lower == L'f'   ? std::chars_format::fixed
                         : lower == L'e' ? std::chars_format::scientific
@@ -126,8 +126,7 @@ Number RealNumber(const XFormatConversion& conversion, const XFormatArgument& ar
         KeepPoint(number.digits, Size(precision), isGeneral);
     }
     if (conversion.letter != lower) {
-        std::ranges::transform(number.digits, number.digits.begin(),
-                               [](char c) { return c >= 'a' ? static_cast<char>(c - 'a' + 'A') : c; });
+        std::ranges::transform(number.digits, number.digits.begin(), UpperAscii<char>);
     }
     return number;
 }

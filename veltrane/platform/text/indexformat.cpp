@@ -4,17 +4,13 @@
 
 #include "veltrane/platform/text/characters.h"
 #include "veltrane/platform/text/numbers.h"
+#include "veltrane/platform/text/trim.h"
 
 namespace veltrane {
 
 using namespace detail;
 
 namespace {
-
-std::wstring_view WithoutLeadingWhiteSpace(std::wstring_view text) noexcept {
-    while (!text.empty() && IsWhiteSpace(text.front())) text.remove_prefix(1);
-    return text;
-}
 
 // The one character that the front of a format stands for.
 wchar_t TakeCharacter(std::wstring_view& format) noexcept {
@@ -30,8 +26,8 @@ bool MatchIndex(const CString& item, const CString& format, int& index) {
     for (std::wstring_view open = format.View(); !open.empty();) {
         if (open.starts_with(L"%d")) return ScanInteger(rest, index);
         if (IsWhiteSpace(open[0])) {
-            open = WithoutLeadingWhiteSpace(open);
-            rest = WithoutLeadingWhiteSpace(rest);
+            open = TrimmedLeft(open, IsWhiteSpace);
+            rest = TrimmedLeft(rest, IsWhiteSpace);
             continue;
         }
         if (rest.empty() || rest[0] != TakeCharacter(open)) return false;

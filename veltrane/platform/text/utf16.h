@@ -14,6 +14,23 @@ constexpr bool IsTrailSurrogate(char32_t unit) noexcept {
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
+constexpr bool IsSurrogate(char32_t unit) noexcept {
+    return IsLeadSurrogate(unit) || IsTrailSurrogate(unit);
+}
+
+/// The two halves of a code point above U+FFFF, and the code point of two halves.
+constexpr char32_t LeadSurrogate(char32_t codePoint) noexcept {
+    return 0xD800 + ((codePoint - 0x10000) >> 10);
+}
+
+constexpr char32_t TrailSurrogate(char32_t codePoint) noexcept {
+    return 0xDC00 + (codePoint & 0x3FF);
+}
+
+constexpr char32_t JoinSurrogates(char32_t lead, char32_t trail) noexcept {
+    return 0x10000 + ((lead - 0xD800) << 10) + (trail - 0xDC00);
+}
+
 enum class Utf16Order { LittleEndian, BigEndian };
 
 /// Walks over the 16-bit units of bytes: a pair is one code point, a lone surrogate stays.
@@ -27,7 +44,7 @@ public:
     char32_t Next() noexcept {  ///< while there are More
         const char32_t lead = Take();
         if (!IsLeadSurrogate(lead) || !More() || !IsTrailSurrogate(Peek())) return lead;
-        return 0x10000 + ((lead - 0xD800) << 10) + (Take() - 0xDC00);
+        return JoinSurrogates(lead, Take());
     }
 
 private:

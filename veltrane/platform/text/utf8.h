@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "veltrane/platform/text/utf16.h"
+
 namespace veltrane::detail {
 
 /// One code point read from the front of UTF-8 bytes; length 0 when they start with no valid sequence.
@@ -33,8 +35,8 @@ inline Utf8Sequence ReadUtf8(std::string_view bytes, bool withSurrogates = false
             if ((next & 0xC0) != 0x80) return {};
             codePoint = codePoint << 6 | (next & 0x3F);
         }
-        const bool isSurrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
-        if (codePoint < lead.least || codePoint > 0x10FFFF || (isSurrogate && !withSurrogates)) return {};
+        if (codePoint < lead.least || codePoint > 0x10FFFF) return {};
+        if (IsSurrogate(codePoint) && !withSurrogates) return {};
         return {codePoint, lead.length};
     }
     return {};
@@ -55,8 +57,8 @@ inline Utf8Element ReadElement(std::string_view bytes) noexcept {
     return {static_cast<wchar_t>(codePoint), length};
 }
 
-/// Appends one code point, a lone surrogate in its three-byte form.
-inline void AppendUtf8(std::string& out, char32_t codePoint) {
+/// Appends the UTF-8 of one code point, of every lone surrogate in three bytes.
+inline void AppendCodePoint(std::string& out, char32_t codePoint) {
     const auto trail = [codePoint](int shift) { return static_cast<char>(0x80 | (codePoint >> shift & 0x3F)); };
     if (codePoint < 0x80) {
         out += static_cast<char>(codePoint);
@@ -69,7 +71,8 @@ inline void AppendUtf8(std::string& out, char32_t codePoint) {
     }
 }
 
-/// Appends wide text as ToUtf8 writes it; a buffer that is used again spares the allocation.
+/// Appends wide text as ToUtf8 writes it, U+DC80..U+DCFF as the bytes that they stand for; a buffer that is used again
+/// spares the allocation.
 void AppendUtf8(std::string& out, std::wstring_view text);
 
 }  // namespace veltrane::detail

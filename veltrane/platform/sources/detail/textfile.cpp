@@ -32,7 +32,7 @@ Reading Examine(const NativeFile& file, int error, std::size_t& size) noexcept {
 std::string Utf8OfUtf16(std::string_view bytes, Utf16Order order) {
     std::string text;
     text.reserve(bytes.size() / 2);
-    for (Utf16Reader reader{bytes, order}; reader.More();) AppendUtf8(text, reader.Next());
+    for (Utf16Reader reader{bytes, order}; reader.More();) AppendCodePoint(text, reader.Next());
     return text;
 }
 

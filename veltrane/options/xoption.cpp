@@ -10,7 +10,9 @@ XOption::XOption()
     : m_pItems(std::make_unique<XOptionItems>()),
       m_pSources(std::make_unique<XOptionSources>()),
       m_pOrigins(std::make_unique<XOptionOrigins>()),
-      m_pRetrieval(std::make_unique<XOptionRetrieval>(*this, *m_pItems, *m_pSources, *m_pOrigins)) {}
+      m_pRetrieval(std::make_unique<XOptionRetrieval>(*this, *m_pItems, *m_pSources, *m_pOrigins)) {
+    OptionRegistry::StoreMade();
+}
 
 XOption::~XOption() {
     try {
@@ -20,6 +22,7 @@ XOption::~XOption() {
         m_pSources->basicFile.reset();
     } catch (...) {  // NOLINT(bugprone-empty-catch): nobody is left to be told
     }
+    OptionRegistry::StoreGone();
 }
 
 XOptionDefinition* XOption::GetOptionDefinition(const CString& name) {

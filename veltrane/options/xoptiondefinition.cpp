@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "veltrane/options/detail/optionlookup.h"
-#include "veltrane/options/detail/optiontable.h"
+#include "veltrane/options/detail/optionregistry.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;
@@ -33,9 +33,26 @@ const XOptionDefinition* FindByName(std::wstring_view name) {
     if (name.starts_with(L"--") && name.find_first_not_of(L'-') == std::wstring_view::npos) {
         return name.size() <= 4 ? &g_OptionDefinitions[0] : nullptr;
     }
-    if (name.starts_with(L"--")) return LONG_NAMES.Find(name.substr(2));
-    if (name.starts_with(L'-')) return SHORT_NAMES.Find(name.substr(1));
-    return LONG_NAMES.Find(name);
+    const bool isShort = name.starts_with(L'-') && !name.starts_with(L"--");
+    if (name.starts_with(L'-')) name.remove_prefix(isShort ? 1 : 2);
+    const XOptionDefinition* const row = isShort ? SHORT_NAMES.Find(name) : LONG_NAMES.Find(name);
+    const OptionRegistry* const own = row ? nullptr : OptionRegistry::Registered();
+    if (!own) return row;
+    return isShort ? own->FindShort(name) : own->FindLong(name);
+}
+
+// Those of the library, then the registered ones.
+template <class Fits>
+const XConfigSection* FindSection(Fits fits) {
+    const auto* const row = std::ranges::find_if(g_ConfigSections, fits);
+    if (row != std::end(g_ConfigSections)) return row;
+    if (const OptionRegistry* const own = OptionRegistry::Registered()) {
+        const auto& sections = own->Sections();
+        const auto found =
+            std::ranges::find_if(sections, [&](const XConfigSection* section) { return fits(*section); });
+        if (found != sections.end()) return *found;
+    }
+    return nullptr;
 }
 
 }  // namespace
@@ -46,15 +63,19 @@ const CString& XOptionDefinition::GetDefaultValue() const {
 }
 
 int GetOptionDefinitionCount() {
-    return OPTION_COUNT;
+    const OptionRegistry* const own = OptionRegistry::Registered();
+    return OPTION_COUNT + (own ? static_cast<int>(own->Options().size()) : 0);
 }
 
 int GetConfigSectionCount() {
-    return SECTION_COUNT;
+    const OptionRegistry* const own = OptionRegistry::Registered();
+    return SECTION_COUNT + (own ? static_cast<int>(own->Sections().size()) : 0);
 }
 
 XOptionDefinition* GetOptionDefinitionAt(int index) {
-    return index >= 0 && index < OPTION_COUNT ? Handed(&g_OptionDefinitions[index]) : nullptr;
+    if (index < 0 || index >= GetOptionDefinitionCount()) return nullptr;
+    if (index < OPTION_COUNT) return Handed(&g_OptionDefinitions[index]);
+    return Handed(OptionRegistry::Registered()->Options()[static_cast<std::size_t>(index - OPTION_COUNT)]);
 }
 
 XOptionDefinition* FindOptionDefinition(const CString& name) {
@@ -62,14 +83,11 @@ XOptionDefinition* FindOptionDefinition(const CString& name) {
 }
 
 XConfigSection* FindConfigSection(enumCfgSection section) {
-    const auto* const row = std::ranges::find(g_ConfigSections, section, &XConfigSection::eSection);
-    return row == std::end(g_ConfigSections) ? nullptr : Handed(row);
+    return Handed(FindSection([section](const XConfigSection& row) { return row.eSection == section; }));
 }
 
 XConfigSection* FindConfigSection(const CString& name) {
-    const auto* const row =
-        std::ranges::find_if(g_ConfigSections, [&](const XConfigSection& section) { return name == section.szName; });
-    return row == std::end(g_ConfigSections) ? nullptr : Handed(row);
+    return Handed(FindSection([&](const XConfigSection& row) { return name == row.szName; }));
 }
 
 bool IsValidBooleanString(const CString& value) {

@@ -6,7 +6,8 @@
 #include <iterator>
 #include <string_view>
 
-#include "veltrane/options/detail/optiontable.h"
+#include "veltrane/options/detail/optionregistry.h"
+#include "veltrane/options/optiontable.h"
 
 namespace veltrane::detail {
 
@@ -20,7 +21,10 @@ inline int OptionRow(const XOptionDefinition& definition) {
     const XOptionDefinition* const end = std::end(g_OptionDefinitions);
     if (!before(&definition, first) && before(&definition, end)) return static_cast<int>(&definition - first);
     const auto* const same = std::ranges::find(g_OptionDefinitions, definition.eOption, &XOptionDefinition::eOption);
-    return same == end ? -1 : static_cast<int>(same - first);
+    if (same != end) return static_cast<int>(same - first);
+    const OptionRegistry* const own = OptionRegistry::Registered();
+    const int row = own ? own->RowOf(definition) : -1;
+    return row < 0 ? -1 : OPTION_COUNT + row;
 }
 
 /// Mixes the length and five elements of a name; the names of the table spread well over it.

@@ -20,7 +20,7 @@ void MakeRoom(std::vector<XOptionItem*>& items) {
 
 }  // namespace
 
-XOptionItems::XOptionItems() : m_Groups(std::make_unique<Group[]>(OPTION_COUNT)) {}
+XOptionItems::XOptionItems() : m_Groups(static_cast<std::size_t>(GetOptionDefinitionCount())) {}
 
 XOptionItem* XOptionItems::Insert(XOptionDefinition& definition, const CString& value, int index) {
     Group& group = GroupOf(definition);
@@ -64,7 +64,7 @@ void XOptionItems::Delete(const XOptionDefinition& definition) {
 void XOptionItems::Clear() {
     m_All.clear();
     m_OtherGroups.clear();
-    std::fill_n(m_Groups.get(), OPTION_COUNT, Group{});
+    std::ranges::fill(m_Groups, Group{});
     m_Items.Clear();
 }
 

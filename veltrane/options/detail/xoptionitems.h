@@ -53,7 +53,7 @@ private:
     XSetP<XOptionItem> m_Items;
     std::vector<XOptionItem*> m_All;
     XOptionWalk m_AllWalk;
-    std::unique_ptr<Group[]> m_Groups;          // by row of the option table
+    std::vector<Group> m_Groups;                // by row of the option table
     std::map<enumOption, Group> m_OtherGroups;  // of definitions that hosts made up
 };
 

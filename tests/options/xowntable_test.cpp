@@ -1,0 +1,154 @@
+#include "veltrane/options/xowntable.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "options/store.h"
+
+namespace {
+
+constexpr enumOption eOptionScale = OwnOption(1, eString | eSingle | eHelp);
+constexpr enumOption eOptionDry = OwnOption(2, eBoolean | eSingle | eHelp);
+constexpr enumOption eOptionMode = OwnOption(3, eTrillian | eSingle);
+constexpr enumOption eOptionSource = OwnOption(4, eString);
+constexpr enumOption eOptionSkip = OwnOption(5, eIList);
+constexpr enumOption eOptionTeam = OwnOption(6, eString | eSingle | eMandatory);
+constexpr enumCfgSection eSectionScale = OwnSection(1);
+constexpr enumCfgSection eSectionBelow = OwnSection(2);
+
+constexpr XConfigSection SECTIONS[] = {
+    SectionRow(eSectionScale, eSectionUnnamed, L"SCALE"),
+    SectionRow(eSectionBelow, eSectionDatabase, L"SCALES\\%d"),
+};
+constexpr XOptionDefinition OPTIONS[] = {
+    TitleRow(L"scale:"),
+    OptionRow(eOptionScale, eSectionRoot, L"sc", L"scale", 2, L"-sc,\t--scale <number>", L"\t\t\tScale by this."),
+    OptionRow(eOptionDry, eSectionScale, L"dry", L"dry-run", 2, L"-dry,\t--dry-run", L"\t\t\tOnly look."),
+    OptionRow(eOptionMode, eSectionScale, L"", L"scale-mode", 2),
+    OptionRow(eOptionSource, eSectionBelow, L"", L"scale-source", 2),
+    OptionRow(eOptionSkip, eSectionScale, L"", L"skip", 2),
+    OptionRow(eOptionTeam, eSectionScale, L"", L"team", 2),
+};
+static_assert(FitsLibrary({OPTIONS, SECTIONS}));
+
+TEST_F(OptionStoreTest, AToolsOwnOptionsAreOptionsLikeTheOthers) {
+    m_Store.reset();
+    const OwnOptions registered{{OPTIONS, SECTIONS}};
+    Renew();
+    EXPECT_EQ(FindOptionDefinition(L"-sc"), FindOptionDefinition(L"scale"));
+    EXPECT_STREQ(GetOptionDefinitionAt(67)->szSyntax, L"scale:");
+    std::string text = DATABASE;
+    text +=
+        "[ROOT]\nscale=%unit%-2\nunit=cm\n[db\\SCALES\\4]\nscale-source=x\n"
+        "[SCALE]\nscale-mode=true\nskip-3=4,1\nskip-1=7\nteam=%scale%!\n";
+    Basic(text);
+    m_Store->KeepOrigins(true);
+    StartUp({L"tool", L"db", L"-dry"});
+    EXPECT_EQ(Text(L"scale"), L"cm-2");
+    EXPECT_EQ(Text(L"team"), L"cm-2!");
+    EXPECT_TRUE(m_Store->GetOptionBoolean(L"dry-run", -1));
+    EXPECT_EQ(m_Store->GetOptionTrillian(L"scale-mode", -1), eFlagTrue);
+    EXPECT_EQ(Texts(L"scale-source"), std::vector<CString>{L"4=x"});
+    EXPECT_EQ(m_Store->GetOptionIList(L"skip", 3)->Size(), 2);
+    EXPECT_EQ(m_Store->GetOptionCandidates(L"scale", -1).candidates.at(0).line, 6);
+    m_Store.reset();
+}
+
+TEST_F(OptionStoreTest, AMissingMandatoryOptionOfAToolEndsTheReading) {
+    m_Store.reset();
+    const OwnOptions registered{{OPTIONS, SECTIONS}};
+    Renew();
+    Basic(DATABASE);
+    EXPECT_EQ(ErrorOf([&] { StartUp({L"tool", L"db"}); }).GetSubject()->option, L"team");
+    m_Store.reset();
+}
+
+TEST(OwnOptions, ShowTheirHelpAfterThatOfTheLibrary) {
+    BoxRecorder recorder;
+    ShowHelp();
+    {
+        const OwnOptions registered{{OPTIONS, SECTIONS}};
+        ShowHelp();
+    }
+    const OwnOptions registered{{OPTIONS, SECTIONS, L"Synopsis: scale\r\n"}};
+    ShowHelp();
+    const CString own =
+        L"scale:\t\r\n-sc,\t--scale <number>\t\t\t\tScale by this.\r\n-dry,\t--dry-run\t\t\t\tOnly look.\r\n";
+    const CString& library = recorder.boxes.at(0).text;
+    EXPECT_EQ(recorder.boxes.at(1).text, library + own);
+    EXPECT_EQ(recorder.boxes.at(2).text, L"Synopsis: scale\r\n" + library.Mid(library.Find(L"where")) + own);
+}
+
+TEST(OwnOptions, RefuseWhatIsInUse) {
+    const auto row = [](enumOption id, const char* shortName, const char* longName, enumCfgSection section) {
+        XOptionDefinition made{id, section, {}, {}, {}, -1, {}};
+        std::copy_n(shortName, std::strlen(shortName), made.szShortName);
+        std::copy_n(longName, std::strlen(longName), made.szLongName);
+        return made;
+    };
+    const OwnOptions registered{{OPTIONS, SECTIONS}};
+    constexpr XConfigSection below[] = {SectionRow(OwnSection(3), OwnSection(3), L"SELF")};
+    constexpr XConfigSection named[] = {SectionRow(OwnSection(3), eSectionNone, L"--other")};
+    constexpr XConfigSection root[] = {SectionRow(OwnSection(3), eSectionUnnamed, L"ROOT")};
+    const enumOption id = OwnOption(9, eString | eSingle);
+    const struct {
+        XOptionDefinition option;
+        std::span<const XConfigSection> sections;
+        const wchar_t* message;
+    } cases[] = {
+        {row(id, "", "quiet", eSectionRoot), {}, L"The option <quiet> cannot be registered: its name is in use!"},
+        {row(id, "", "dry-run", eSectionRoot), {}, L"The option <dry-run> cannot be registered: its name is in use!"},
+        {row(id, "q", "other", eSectionRoot),
+         {},
+         L"The option <other> cannot be registered: its short name <q> is in use!"},
+        {row(eOptionQuiet, "", "other", eSectionRoot),
+         {},
+         L"The option <other> cannot be registered: its id is in use!"},
+        {row(eOptionScale, "", "other", eSectionRoot),
+         {},
+         L"The option <other> cannot be registered: its id is in use!"},
+        {row(enumOption{0x41}, "", "other", eSectionRoot),
+         {},
+         L"The option <other> cannot be registered: its id has no number!"},
+        {row(id, "", "o=r", eSectionRoot),
+         {},
+         L"The option <o=r> cannot be registered: a name is made of letters, digits and hyphens!"},
+        {row(id, "", "other", OwnSection(7)), {}, L"The section <4103> does not exist!"},
+        {row(id, "", "other", eSectionRoot), SECTIONS,
+         L"The section <SCALE> cannot be registered: its value or its name is in use!"},
+        {row(id, "", "other", eSectionRoot), root,
+         L"The section <ROOT> cannot be registered: its value or its name is in use!"},
+        {row(id, "", "other", eSectionRoot), below, L"The section <SELF> stands below itself!"},
+        {row(id, "", "other", OwnSection(3)), named, L"The section <--other> stands below itself!"},
+    };
+    for (const auto& [option, sections, message] : cases) {
+        const std::span<const XOptionDefinition> options{&option, 1};
+        EXPECT_EQ(ErrorOf([options = options, sections = sections] {
+                      OwnOptions{{options, sections}};
+                  }).GetMessage(),
+                  message);
+    }
+    const XOption store;
+    EXPECT_EQ(ErrorOf([] { OwnOptions{{}}; }).GetMessage(), L"Options can be registered only before a store is made!");
+}
+
+/// With VELTRANE_OWN_ROWS set, all tests of the program run beside that many options of a tool's own.
+const class ManyRows {
+public:
+    ManyRows() {
+        const char* const count = std::getenv("VELTRANE_OWN_ROWS");
+        for (int i = 0; count && i < std::atoi(count); ++i) {
+            XOptionDefinition row{enumOption{0x40000000 | (1000 + i) << 12 | 0x41}, eSectionRoot, {}, {}, {}, -1, {}};
+            const CString name = FormatText(L"own-row-%d", i);
+            std::ranges::copy(name.View(), row.szLongName);
+            m_Rows.push_back(row);
+        }
+        if (!m_Rows.empty()) m_Registered = std::make_unique<OwnOptions>(OwnTable{m_Rows});
+    }
+
+private:
+    std::vector<XOptionDefinition> m_Rows;
+    std::unique_ptr<OwnOptions> m_Registered;
+} g_ManyRows;
+
+}  // namespace

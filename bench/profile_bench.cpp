@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "support/benchfile.h"
 #include "veltrane/platform/sources/trace.h"
 #include "veltrane/platform/text/encoding.h"
 
@@ -17,27 +18,6 @@ using namespace veltrane;
 using namespace veltrane::detail;
 
 namespace {
-
-/// A file of the system's temporary folder, removed at the end.
-class BenchFile {
-public:
-    explicit BenchFile(const std::string& bytes) {
-        const int file = mkstemp(m_Name.data());
-        if (file < 0 || ::write(file, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) std::abort();
-        ::close(file);
-        m_Wide = FromUtf8(m_Name);
-    }
-    BenchFile(const BenchFile&) = delete;
-    BenchFile& operator=(const BenchFile&) = delete;
-    ~BenchFile() { ::unlink(m_Name.c_str()); }
-
-    const char* Name() const { return m_Name.c_str(); }
-    const wchar_t* Wide() const { return m_Wide.GetString(); }
-
-private:
-    std::string m_Name = "/tmp/veltrane-bench-XXXXXX";
-    CString m_Wide;
-};
 
 /// What no reader can save: open, read, close.
 void Floor(const BenchFile& file, std::size_t size, char* buffer) {

@@ -1,12 +1,14 @@
 // Input: a line with the capacity as a character ('0' is 0), a line with the section and one with the key ("*" is
 // null), then the file. Every answer is compared with that of a reader that goes over the whole file, character by
-// character.
+// character; so is every answer to what could be asked of the file while a snapshot keeps it, by its index.
 #include <algorithm>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "fuzz_input.h"
 #include "veltrane/platform/sources/profile.h"
+#include "veltrane/platform/sources/snapshot.h"
 #include "veltrane/platform/text/characters.h"
 #include "veltrane/platform/text/utf16.h"
 #include "veltrane/platform/text/windows1252.h"
@@ -124,6 +126,37 @@ std::optional<CString> Question(std::string_view line) {
 
 }  // namespace
 
+void RequireAnswer(const MemoryFile& file, const wchar_t* section, const wchar_t* key, const Text& expected,
+                   std::size_t capacity) {
+    unsigned expectedCount = 0;
+    const std::size_t room = std::max(capacity, expected.size()) + 2;
+    const Text placed = Placed(expected, !section || !key, capacity, room, expectedCount);
+    Text buffer(room, L'#');
+    const unsigned count = GetPrivateProfileStringW(section, key, L" default ", buffer.data(),
+                                                    static_cast<unsigned>(capacity), file.Name().GetString());
+    REQUIRE(count == expectedCount);
+    REQUIRE(buffer == placed);
+}
+
+/// Asks for the first names of a file and what they could be taken for.
+void RequireAllAnswers(const MemoryFile& file, const std::vector<Section>& sections) {
+    const auto require = [&](const wchar_t* section, const wchar_t* key) {
+        const Text expected = Expected(sections, section, key);
+        RequireAnswer(file, section, key, expected, expected.size() + 2);
+    };
+    const std::size_t most = 12;
+    const SourceSnapshot snapshot;
+    for (int twice = 0; twice < 2; ++twice) require(nullptr, nullptr);  // read, then kept
+    for (const Section& section : std::span{sections}.first(std::min(most, sections.size()))) {
+        require(section.name.c_str(), nullptr);
+        for (const Section& other : std::span{sections}.first(std::min(most, sections.size()))) {
+            for (const Entry& entry : std::span{other.entries}.first(std::min(most, other.entries.size()))) {
+                require(Folded(section.name).c_str(), entry.key.c_str());
+            }
+        }
+    }
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const MemoryFile file;
     std::string_view input = InputText(data, size);
@@ -134,18 +167,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const wchar_t* const keyText = key ? key->GetString() : nullptr;
     file.Write(input);
 
-    const Text expected = Expected(Sections(Decoded(input)), sectionText, keyText);
-    const bool isList = !sectionText || !keyText;
+    const std::vector<Section> sections = Sections(Decoded(input));
+    const Text expected = Expected(sections, sectionText, keyText);
     const std::size_t small = first.empty() ? 0 : static_cast<std::uint8_t>(first[0] - '0');
     for (const std::size_t capacity : {small, expected.size() + 1, expected.size() + 2}) {
-        unsigned expectedCount = 0;
-        const std::size_t room = std::max(capacity, expected.size()) + 2;
-        const Text placed = Placed(expected, isList, capacity, room, expectedCount);
-        Text buffer(room, L'#');
-        const unsigned count = GetPrivateProfileStringW(sectionText, keyText, L" default ", buffer.data(),
-                                                        static_cast<unsigned>(capacity), file.Name().GetString());
-        REQUIRE(count == expectedCount);
-        REQUIRE(buffer == placed);
+        RequireAnswer(file, sectionText, keyText, expected, capacity);
     }
+    {
+        const SourceSnapshot snapshot;
+        for (int i = 0; i < 3; ++i) RequireAnswer(file, sectionText, keyText, expected, expected.size() + 2);
+    }
+    RequireAllAnswers(file, sections);
     return 0;
 }

@@ -20,7 +20,7 @@ def basic_file():
     """10 KiB, 80 keys in 6 sections."""
     names = subprocess.run([os.path.join(build, "bench", "startup_store"), "--help"], capture_output=True).stdout
     assert b"Synopsis" in names
-    autodoc = re.findall(r'L"(autodoc-[a-z-]+)"', open(os.path.join(os.path.dirname(__file__), "..", "..", "src",
+    autodoc = re.findall(r'L"(autodoc-[a-z-]+)"', open(os.path.join(os.path.dirname(__file__), "..", "..", "veltrane",
                          "options", "detail", "optiontable.h")).read())
     sections = {
         "ROOT": ["dictionary-root=/srv/%name%/dictionaries", "logfile=%name%-run.log"],

@@ -1,5 +1,6 @@
 #include "veltrane/config/xconfiguration.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "veltrane/foundation/xraise.h"
@@ -141,10 +142,9 @@ XConfiguration::Answer XConfiguration::Ask(const CString& section, const CString
     const wchar_t* const file = m_FileName.GetString();
     const unsigned count = line ? GetProfileStringAndLine(askedSection, askedKey, L"", buffer, CAPACITY, file, *line)
                                 : GetPrivateProfileStringW(askedSection, askedKey, L"", buffer, CAPACITY, file);
+    if (askedSection && askedKey) return {count, std::wstring_view{buffer, count}};
     // The NUL that ends a list stays, so the text ends with its last name.
-    for (unsigned i = 0; i + 1 < count; ++i) {
-        if (buffer[i] == L'\0') buffer[i] = L',';
-    }
+    if (count > 0) std::replace(buffer, buffer + count - 1, L'\0', L',');
     return {count, buffer};
 }
 

@@ -1,10 +1,11 @@
 #include "veltrane/platform/sources/profile.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "veltrane/platform/sources/answerline.h"
+#include "veltrane/platform/sources/detail/askedfile.h"
 #include "veltrane/platform/sources/detail/profilescan.h"
-#include "veltrane/platform/sources/detail/textfile.h"
 #include "veltrane/platform/sources/detail/tracing.h"
 #include "veltrane/platform/text/cstring.h"
 #include "veltrane/platform/text/decoding.h"
@@ -25,7 +26,7 @@ class AnswerBuffer {
 public:
     AnswerBuffer(wchar_t* buffer, unsigned capacity) noexcept : m_Buffer(buffer), m_Capacity(buffer ? capacity : 0) {}
 
-    /// Adds an element while there is room for one NUL behind it.
+    /// Adds an element while there is room for one NUL after it.
     bool Put(wchar_t element) noexcept {
         if (m_Length + 1 >= m_Capacity) return false;
         m_Buffer[m_Length++] = element;
@@ -34,9 +35,8 @@ public:
 
     bool PutText(std::string_view bytes, bool withSurrogates) noexcept {
         while (!bytes.empty()) {
-            const bool isAscii = static_cast<unsigned char>(bytes[0]) < 0x80;  // nearly always, and not worth a call
-            if (!Put(isAscii ? static_cast<wchar_t>(bytes[0]) : TakeFileCharacter(bytes, withSurrogates))) return false;
-            if (isAscii) bytes.remove_prefix(1);
+            bytes.remove_prefix(PutAscii(bytes));
+            if (!bytes.empty() && !Put(TakeFileCharacter(bytes, withSurrogates))) return false;
         }
         return true;
     }
@@ -64,24 +64,44 @@ public:
     CString Text() const { return std::wstring_view{m_Buffer, m_Length}; }
 
 private:
+    /// Adds the ASCII at the front as far as there is room, nearly always all of it. @return how much that was
+    std::size_t PutAscii(std::string_view bytes) noexcept {
+        const std::size_t room = std::min<std::size_t>(bytes.size(), m_Capacity - std::min(m_Length + 1, m_Capacity));
+        wchar_t* const to = m_Buffer + m_Length;
+        std::size_t count = 0;
+        for (; count < room && static_cast<signed char>(bytes[count]) >= 0; ++count) to[count] = bytes[count];
+        m_Length += static_cast<unsigned>(count);
+        return count;
+    }
+
     wchar_t* m_Buffer;
     unsigned m_Capacity;
     unsigned m_Length = 0;
 };
 
-/// One question to the text of a file.
+/// The sections of a file from its index.
+struct IndexedSections {
+    const ProfileIndex& index;
+    std::size_t number = 0;
+
+    bool Next(std::string_view& name) noexcept { return index.NextSection(number, name); }
+};
+
+/// One question to a file.
 class Question {
 public:
-    Question(const FileText& text, AnswerBuffer& answer) noexcept
-        : m_Answer(answer), m_Text(text.View()), m_WithSurrogates(text.WithSurrogates()) {}
+    Question(const AskedFile& asked, AnswerBuffer& answer)
+        : m_Answer(answer),
+          m_Text(asked.File().Text()),
+          m_WithSurrogates(asked.File().WithSurrogates()),
+          m_Index(asked.Kept() ? asked.Kept()->Profile() : nullptr) {}
 
     unsigned Ask(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText) {
-        ProfileSections sections{m_Text, m_WithSurrogates};
-        if (!section) return List(sections);
+        if (!section) return m_Index ? List(IndexedSections{*m_Index}) : List(ProfileSections{m_Text});
         std::string_view lines;
-        const bool hasSection = sections.Find(ProfileName{section}, lines);
+        const bool hasSection = FindSection(ProfileName{section}, lines);
         if (!key) return List(ProfileKeys{lines});
-        m_Found = hasSection && FindProfileValue(lines, ProfileName{key}, m_WithSurrogates, m_Value);
+        m_Found = hasSection && FindValue(ProfileName{section}, lines, ProfileName{key});
         if (m_Found) {
             m_Answer.PutText(m_Value, m_WithSurrogates);
         } else {
@@ -93,11 +113,22 @@ public:
     bool Found() const noexcept { return m_Found; }
     /// Line of the value, counted only here; 0 for a list or when nothing was found.
     int Line() const noexcept {
-        return m_Value.data() ? LineNumber(m_Text, static_cast<std::size_t>(m_Value.data() - m_Text.data())) : 0;
+        if (!m_Value.data()) return 0;
+        const auto place = static_cast<std::size_t>(m_Value.data() - m_Text.data());
+        return m_Index ? m_Index->LineNumber(place) : LineNumber(m_Text, place);
     }
 
 private:
-    // What is behind a full buffer is not looked at.
+    bool FindSection(const ProfileName& name, std::string_view& lines) const {
+        if (m_Index) return m_Index->FindSection(name, lines);
+        return ProfileSections{m_Text}.Find(name, m_WithSurrogates, lines);
+    }
+    bool FindValue(const ProfileName& section, std::string_view lines, const ProfileName& key) {
+        if (m_Index) return m_Index->FindValue(section, lines, key, m_Value);
+        return FindProfileValue(lines, key, m_WithSurrogates, m_Value);
+    }
+
+    // What comes after a full buffer is not looked at.
     template <class Names>
     unsigned List(Names names) {
         for (std::string_view name; names.Next(name);) {
@@ -113,6 +144,7 @@ private:
     AnswerBuffer& m_Answer;
     std::string_view m_Text;
     bool m_WithSurrogates;
+    const ProfileIndex* m_Index;
     std::string_view m_Value;
     bool m_Found = false;
 };
@@ -120,9 +152,9 @@ private:
 // Lines are counted only for those who want to know them.
 unsigned Ask(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText, wchar_t* buffer, unsigned capacity,
              const wchar_t* fileName, int* line) {
-    const TextFile file{fileName};
+    const AskedFile asked{fileName};
     AnswerBuffer answer{buffer, capacity};
-    Question question{file.Text(), answer};
+    Question question{asked, answer};
     const unsigned count = question.Ask(section, key, defaultText);
     if (line) *line = question.Line();
     if (IsTracing()) {

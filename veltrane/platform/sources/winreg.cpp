@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "veltrane/platform/sources/answerline.h"
-#include "veltrane/platform/sources/detail/registryfile.h"
-#include "veltrane/platform/sources/detail/textfile.h"
+#include "veltrane/platform/sources/detail/askedfile.h"
+#include "veltrane/platform/sources/detail/registryindex.h"
 #include "veltrane/platform/sources/detail/tracing.h"
 #include "veltrane/platform/text/encoding.h"
 #include "veltrane/platform/text/utf16.h"
@@ -24,7 +24,7 @@ constexpr wchar_t DEFAULT_FILE[] = L"/etc/vornak/registry.reg";
 struct OpenKey {
     CString file;
     CString path;  // as asked for
-    RegistryValues values;
+    std::shared_ptr<const RegistryValues> values;
 };
 
 /// What the calls share, whatever thread they come from. Never destroyed: an object that ends late may still close its
@@ -70,13 +70,15 @@ private:
     std::uintptr_t m_nLastHandle = 0;
 };
 
-bool ReadKey(const CString& file, const CString& path, RegistryValues& values) {
-    const TextFile read{file};
-    const FileText& text = read.Text();
-    if (text.View().empty() || path[0] == L'\\') return false;  // most machines have no registry
+/// @return null when there is no such key
+std::shared_ptr<const RegistryValues> ReadKey(const CString& file, const CString& path) {
+    const AskedFile asked{file};
+    const TextFile& text = asked.File();
+    if (text.Text().empty() || path[0] == L'\\') return nullptr;  // most machines have no registry
     CString folded = CString{path}.MakeLower();
     if (folded[folded.GetLength() - 1] == L'\\') folded = folded.Left(folded.GetLength() - 1);
-    return ReadRegistryKey(text.View(), text.WithSurrogates(), folded.View(), values);
+    if (asked.Kept()) return asked.Kept()->Registry().Find(folded);
+    return RegistryIndex{text.Text(), text.WithSurrogates()}.Find(folded);
 }
 
 void Report(const OpenKey& key, const wchar_t* name, const RegistryValue* value) {
@@ -103,7 +105,8 @@ void veltrane::SetRegistryFile(const CString& file) {
 long RegOpenKeyExW(HKEY root, const wchar_t* path, std::uint32_t, std::uint32_t, HKEY* key) {
     if (!key) return ERROR_INVALID_PARAMETER;
     OpenKey opened{GetRegistryFile(), path, {}};
-    if (root != HKEY_LOCAL_MACHINE || !ReadKey(opened.file, opened.path, opened.values)) {
+    if (root == HKEY_LOCAL_MACHINE) opened.values = ReadKey(opened.file, opened.path);
+    if (!opened.values) {
         Report(opened, nullptr, nullptr);
         return ERROR_FILE_NOT_FOUND;
     }
@@ -116,8 +119,8 @@ long RegQueryValueExW(HKEY key, const wchar_t* name, std::uint32_t*, std::uint32
     const auto opened = Registry::Shared().Find(key);
     if (!opened) return ERROR_INVALID_HANDLE;
     if (data && !size) return ERROR_INVALID_PARAMETER;
-    const auto found = opened->values.find(CString{name}.MakeLower());
-    if (found == opened->values.end()) {
+    const auto found = opened->values->find(CString{name}.MakeLower());
+    if (found == opened->values->end()) {
         Report(*opened, name, nullptr);
         return ERROR_FILE_NOT_FOUND;
     }
@@ -137,8 +140,8 @@ long RegQueryValueExW(HKEY key, const wchar_t* name, std::uint32_t*, std::uint32
 int veltrane::detail::FindRegistryLine(HKEY key, const wchar_t* name, CString& file) {
     const auto opened = Registry::Shared().Find(key);
     if (!opened) return 0;
-    const auto found = opened->values.find(CString{name}.MakeLower());
-    if (found == opened->values.end()) return 0;
+    const auto found = opened->values->find(CString{name}.MakeLower());
+    if (found == opened->values->end()) return 0;
     file = opened->file;
     return found->second.line;
 }

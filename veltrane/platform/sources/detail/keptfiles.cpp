@@ -17,6 +17,17 @@ thread_local KeptFiles* g_Kept = nullptr;
 
 }  // namespace
 
+const ProfileIndex* KeptFile::Profile() {
+    if (m_nAsked++ == 0) return nullptr;
+    if (!m_Profile) m_Profile.emplace(file.Text(), file.WithSurrogates());
+    return m_Profile->IsUsable() ? &*m_Profile : nullptr;
+}
+
+RegistryIndex& KeptFile::Registry() {
+    if (!m_Registry) m_Registry.emplace(file.Text(), file.WithSurrogates());
+    return *m_Registry;
+}
+
 SourceSnapshot::SourceSnapshot() noexcept {
     ++g_Snapshots;
 }
@@ -31,14 +42,14 @@ KeptFiles* KeptFiles::Current() {
     return g_Kept;
 }
 
-std::shared_ptr<const FileText> KeptFiles::Find(CStringView path) const {
+std::shared_ptr<KeptFile> KeptFiles::Find(CStringView path) const {
     const auto entry = std::ranges::find_if(
-        m_Entries, [&](const Entry& kept) { return kept.text && kept.path.View() == path.View(); });
-    return entry == m_Entries.end() ? nullptr : entry->text;
+        m_Entries, [&](const Entry& kept) { return kept.file && kept.path.View() == path.View(); });
+    return entry == m_Entries.end() ? nullptr : entry->file;
 }
 
-void KeptFiles::Keep(CStringView path, std::shared_ptr<const FileText> text) {
-    m_Entries[m_nNext++ % m_Entries.size()] = {path.View(), std::move(text)};
+void KeptFiles::Keep(CStringView path, std::shared_ptr<KeptFile> file) {
+    m_Entries[m_nNext++ % m_Entries.size()] = {path.View(), std::move(file)};
 }
 
 }  // namespace veltrane::detail

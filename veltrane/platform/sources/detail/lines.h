@@ -28,8 +28,14 @@ inline std::string_view WithoutBlanks(std::string_view text) noexcept {
 
 /// Position of the line end at or after a position; the text's size on the last line.
 inline std::size_t EndOfLine(std::string_view text, std::size_t at) noexcept {
-    while (at < text.size() && !IsLineEnd(text[at])) ++at;
-    return at;
+    constexpr std::size_t step = 256;  // both ends are searched in turn, neither far beyond the other
+    for (; at < text.size(); at += step) {
+        std::string_view part = text.substr(at, step);
+        part = part.substr(0, part.find('\n'));
+        part = part.substr(0, part.find('\r'));
+        if (at + part.size() < std::min(at + step, text.size())) return at + part.size();
+    }
+    return text.size();
 }
 
 /// Position after the line end that comes before a position; 0 on the first line.

@@ -18,13 +18,13 @@ bool IsBorder(char byte) noexcept {
     return byte == '=' || (byte >= 0 && byte <= ' ' && byte != '\n' && byte != '\r');
 }
 
-/// Whether the two elements stand anywhere in a step. Without a jump inside, so that compilers look at a register full
-/// of bytes at a time.
-bool IsInStep(const char* step, NamePattern before, NamePattern last) noexcept {
+/// Whether the two elements stand anywhere in a step, the first of them from its front on. Without a jump inside, so
+/// that compilers look at a register full of bytes at a time.
+bool IsInStep(const char* front, NamePattern before, NamePattern last) noexcept {
     std::int8_t any = 0;
     for (std::size_t i = 0; i < STEP; ++i) {
-        const auto first = static_cast<std::int8_t>(step[i - 1]);
-        const auto second = static_cast<std::int8_t>(step[i]);
+        const auto first = static_cast<std::int8_t>(front[i]);
+        const auto second = static_cast<std::int8_t>(front[i + 1]);
         any = static_cast<std::int8_t>(any | (Fits(before, first) & Fits(last, second)));
     }
     return any != 0;
@@ -49,7 +49,7 @@ std::size_t NameEndSearch::Find(std::string_view text, std::size_t start) const 
     std::size_t at = start;
     while (at + 1 < text.size()) {
         const bool isWhole = at + STEP < text.size();
-        if (isWhole && !IsInStep(text.data() + at, m_Before, m_Last)) {
+        if (isWhole && !IsInStep(text.data() + at - 1, m_Before, m_Last)) {
             at += STEP;
             continue;
         }

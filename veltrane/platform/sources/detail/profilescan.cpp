@@ -3,8 +3,7 @@
 #include <algorithm>
 
 #include "veltrane/platform/sources/detail/nameend.h"
-#include "veltrane/platform/text/characters.h"
-#include "veltrane/platform/text/decoding.h"
+#include "veltrane/platform/sources/detail/nametable.h"
 
 namespace veltrane::detail {
 
@@ -21,59 +20,37 @@ std::string_view WithoutQuotes(std::string_view value) noexcept {
     return isQuoted ? value.substr(1, value.size() - 2) : value;
 }
 
-wchar_t TakeFolded(std::string_view& text, bool withSurrogates) noexcept {
-    const char first = text[0];
-    if (static_cast<signed char>(first) < 0) return FoldCharacter(TakeFileCharacter(text, withSurrogates));
-    text.remove_prefix(1);
-    return first >= 'A' && first <= 'Z' ? first + ('a' - 'A') : first;
-}
-
-bool IsEntry(std::string_view line, const ProfileName& key, bool withSurrogates, std::string_view& value) noexcept {
-    line = WithoutLeadingBlanks(line);
-    if (!key.TakeFrom(line, withSurrogates)) return false;
-    line = WithoutLeadingBlanks(line);
-    if (line.empty() || (line[0] != '=' && line[0] != '\0')) return false;
-    const std::size_t equals = line.find('=');
-    if (equals == line.npos) return false;
-    value = WithoutQuotes(Cleaned(line.substr(equals + 1)));
-    return true;
-}
-
 }  // namespace
+
+std::string_view ProfileLine::Value() const noexcept {
+    return WithoutQuotes(Cleaned(right));
+}
+
+ProfileLine ReadProfileLine(std::string_view line) noexcept {
+    using enum ProfileLine::Kind;
+    line = WithoutLeadingBlanks(line);
+    if (line.empty()) return {Blank, line, {}, {}};
+    if (line[0] == ';') return {Comment, line, {}, {}};
+    if (line[0] == '[') {
+        const std::size_t end = std::min(line.find(']'), line.size());
+        return {Header, line, Cleaned(line.substr(1, end - 1)), line.substr(end)};
+    }
+    const std::size_t equals = line.find('=');
+    if (equals == line.npos) return {NoEquals, line, {}, {}};
+    const std::string_view key = Cleaned(line.substr(0, equals));
+    return {key.empty() ? NoKey : Entry, line, key, line.substr(equals + 1)};
+}
 
 ProfileName::ProfileName(std::wstring_view asked) noexcept : m_Name(asked) {
     while (m_Name.starts_with(L' ')) m_Name.remove_prefix(1);
     while (m_Name.ends_with(L' ')) m_Name.remove_suffix(1);
 }
 
-bool ProfileName::CanBeKey() const noexcept {
-    return !m_Name.empty() && m_Name[0] != L';' && m_Name[0] != L'[' && CanStandBefore(L'=');
-}
-
-bool ProfileName::CanStandBefore(wchar_t end) const noexcept {
-    // The names of a file have lost their blanks; these are the ones that a question keeps.
-    const auto isBlank = [](wchar_t element) {
-        return element >= 0 && element < 0x80 && IsFileBlank(static_cast<char>(element));
-    };
-    if (!m_Name.empty() && (isBlank(m_Name.front()) || isBlank(m_Name.back()))) return false;
-    return std::ranges::none_of(
-        m_Name, [end](wchar_t element) { return element == end || element == L'\r' || element == L'\n'; });
-}
-
-bool ProfileName::TakeFrom(std::string_view& text, bool withSurrogates) const noexcept {
-    std::size_t taken = 0;  // elements of one byte, nearly always all of them
-    for (; taken < m_Name.size(); ++taken) {
-        if (taken == text.size()) return false;
-        const char byte = text[taken];
-        if (static_cast<signed char>(byte) < 0) break;
-        const wchar_t element = m_Name[taken];
-        if (byte != element && FoldCharacter(byte) != FoldCharacter(element)) return false;
+bool ProfileName::Is(std::string_view name, bool withSurrogates) const noexcept {
+    for (const wchar_t element : m_Name) {
+        if (name.empty() || TakeFolded(name, withSurrogates) != FoldCharacter(element)) return false;
     }
-    text.remove_prefix(taken);
-    for (const wchar_t element : m_Name.substr(taken)) {
-        if (text.empty() || TakeFolded(text, withSurrogates) != FoldCharacter(element)) return false;
-    }
-    return true;
+    return name.empty();
 }
 
 bool ProfileName::CanEndAt(std::string_view text, std::size_t last) const noexcept {
@@ -89,16 +66,14 @@ bool ProfileName::CanEndAt(std::string_view text, std::size_t last) const noexce
 
 bool ProfileSections::Next(std::string_view& name) noexcept {
     if (!NextHeader()) return false;
-    const std::string_view rest = m_Text.substr(m_At);
-    const auto* const end = std::ranges::find_if(rest, [](char byte) { return byte == ']' || IsLineEnd(byte); });
-    name = Cleaned({rest.begin(), end});
+    const std::size_t bracket = m_At - 1;
+    name = ReadProfileLine(m_Text.substr(bracket, EndOfLine(m_Text, m_At) - bracket)).name;
     return true;
 }
 
-bool ProfileSections::Find(const ProfileName& name, std::string_view& lines) noexcept {
-    if (!name.CanBeSection()) return false;
-    while (NextHeader()) {
-        if (!IsNamed(name)) continue;
+bool ProfileSections::Find(const ProfileName& name, bool withSurrogates, std::string_view& lines) noexcept {
+    for (std::string_view each; Next(each);) {
+        if (!name.Is(each, withSurrogates)) continue;
         const std::size_t start = EndOfLine(m_Text, m_At);
         const std::size_t end = NextHeader() ? m_At - 1 : m_Text.size();
         lines = m_Text.substr(start, end - start);
@@ -123,34 +98,28 @@ bool ProfileSections::StandsFirstInLine(std::size_t position) const noexcept {
     return position == 0 || IsLineEnd(m_Text[position - 1]);
 }
 
-bool ProfileSections::IsNamed(const ProfileName& name) const noexcept {
-    std::string_view rest = WithoutLeadingBlanks(m_Text.substr(m_At));
-    if (!name.TakeFrom(rest, m_WithSurrogates)) return false;
-    rest = WithoutLeadingBlanks(rest);
-    return rest.empty() || rest[0] == ']' || rest[0] == '\0' || IsLineEnd(rest[0]);
-}
-
 bool ProfileKeys::Next(std::string_view& key) noexcept {
     for (std::string_view line; m_Lines.Next(line);) {
-        line = WithoutLeadingBlanks(line);
-        const std::size_t equals = line.find('=');
-        if (equals == line.npos || line[0] == ';') continue;
-        key = Cleaned(line.substr(0, equals));
-        if (!key.empty()) return true;
+        const ProfileLine read = ReadProfileLine(line);
+        key = read.name;
+        if (read.kind == ProfileLine::Kind::Entry) return true;
     }
     return false;
 }
 
 bool FindProfileValue(std::string_view lines, const ProfileName& key, bool withSurrogates,
                       std::string_view& value) noexcept {
-    if (!key.CanBeKey() || lines.empty()) return false;
+    if (key.View().empty() || lines.empty()) return false;
     const NameEndSearch search{key.View()};
-    // Each round leaves a line behind for good, so looking back for a line's start never looks at a byte twice.
+    // Each round leaves a line for good, so looking back for a line's start never looks at a byte twice.
     for (std::size_t at = search.Find(lines, 1); at < lines.size(); at = search.Find(lines, at + 1)) {
         if (!key.CanEndAt(lines, at)) continue;
         const std::size_t start = StartOfLine(lines, at);
         at = EndOfLine(lines, at);
-        if (IsEntry(lines.substr(start, at - start), key, withSurrogates, value)) return true;
+        const ProfileLine read = ReadProfileLine(lines.substr(start, at - start));
+        if (read.kind != ProfileLine::Kind::Entry || !key.Is(read.name, withSurrogates)) continue;
+        value = read.Value();
+        return true;
     }
     return false;
 }

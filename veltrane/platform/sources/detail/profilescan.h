@@ -7,46 +7,60 @@
 
 namespace veltrane::detail {
 
+/// What one line of a profile text is, whatever stands around it. Pieces of the text, as bytes.
+struct ProfileLine {
+    enum class Kind {
+        Blank,
+        Comment,
+        Header,
+        Entry,
+        NoEquals,  ///< nothing: neither listed nor found
+        NoKey,     ///< nothing, too
+    };
+    Kind kind = Kind::Blank;
+    std::string_view line;   ///< without the blanks in front
+    std::string_view name;   ///< of a section, or the key
+    std::string_view right;  ///< of an entry: what stands after its '='; of a header: from its bracket on
+
+    /// Value of an entry, without blanks and without its pair of quotes.
+    std::string_view Value() const noexcept;
+};
+
+/// @param line  without its end
+ProfileLine ReadProfileLine(std::string_view line) noexcept;
+
 /// A name as asked for, without the blanks (U+0020) at its ends. It looks at the caller's text.
 class ProfileName {
 public:
     explicit ProfileName(std::wstring_view asked) noexcept;
 
     std::wstring_view View() const noexcept { return m_Name; }
-    bool CanBeSection() const noexcept { return CanStandBefore(L']'); }
-    bool CanBeKey() const noexcept;
+    /// Whether a name of a profile text is this one, in any case.
+    bool Is(std::string_view name, bool withSurrogates) const noexcept;
     /// Whether the name can end at a position, as far as a few bytes tell; never false for one that does.
     bool CanEndAt(std::string_view text, std::size_t last) const noexcept;
 
-    /// Takes the name, in any case, from the front of a text.
-    bool TakeFrom(std::string_view& text, bool withSurrogates) const noexcept;
-
 private:
-    bool CanStandBefore(wchar_t end) const noexcept;
-
     std::wstring_view m_Name;
 };
 
-/// Walks over the section headers of a profile text. It looks at bytes and hands out pieces of the text.
+/// Walks over the section headers of a profile text.
 class ProfileSections {
 public:
-    ProfileSections(std::string_view text, bool withSurrogates) noexcept
-        : m_Text(text), m_WithSurrogates(withSurrogates) {}
+    explicit ProfileSections(std::string_view text) noexcept : m_Text(text) {}
 
     /// Name of the next section in file order; it may be empty.
     bool Next(std::string_view& name) noexcept;
     /// Lines of the first section of a name from here on, the only one that answers: from the end of its header line
     /// to the next header.
-    bool Find(const ProfileName& name, std::string_view& lines) noexcept;
+    bool Find(const ProfileName& name, bool withSurrogates, std::string_view& lines) noexcept;
 
 private:
     bool NextHeader() noexcept;
     bool StandsFirstInLine(std::size_t position) const noexcept;
-    bool IsNamed(const ProfileName& name) const noexcept;
 
     std::string_view m_Text;
-    bool m_WithSurrogates;
-    std::size_t m_At = 0;  // behind the '[' of the header found last
+    std::size_t m_At = 0;  // after the '[' of the header found last
 };
 
 /// Walks over the entries of a section.
@@ -61,7 +75,7 @@ private:
     LineWalk m_Lines;
 };
 
-/// Finds the value of the first entry with a key, without blanks and without its pair of quotes.
+/// Finds the value of the first entry with a key.
 bool FindProfileValue(std::string_view lines, const ProfileName& key, bool withSurrogates,
                       std::string_view& value) noexcept;
 

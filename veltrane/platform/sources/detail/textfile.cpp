@@ -1,6 +1,5 @@
 #include "veltrane/platform/sources/detail/textfile.h"
 
-#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -8,9 +7,6 @@
 #include <cerrno>
 #include <utility>
 
-#include "veltrane/platform/files/filesystem.h"
-#include "veltrane/platform/files/openfile.h"
-#include "veltrane/platform/sources/detail/keptfiles.h"
 #include "veltrane/platform/text/utf16.h"
 #include "veltrane/platform/text/utf8.h"
 
@@ -26,7 +22,7 @@ Reading Examine(const NativeFile& file, int error, std::size_t& size) noexcept {
     if (S_ISDIR(status.st_mode)) return Reading::Folder;
     if (!S_ISREG(status.st_mode)) return Reading::NotRegular;
     size = static_cast<std::size_t>(status.st_size);
-    return size <= FileText::MAX_SIZE ? Reading::Done : Reading::TooLarge;
+    return size <= TextFile::MAX_SIZE ? Reading::Done : Reading::TooLarge;
 }
 
 std::string Utf8OfUtf16(std::string_view bytes, Utf16Order order) {
@@ -38,7 +34,7 @@ std::string Utf8OfUtf16(std::string_view bytes, Utf16Order order) {
 
 }  // namespace
 
-void FileText::Read(const NativeFile& file, int error) {
+void TextFile::Read(const NativeFile& file, int error) {
     std::size_t size = 0;
     m_Reading = Examine(file, error, size);
     if (m_Reading == Reading::Done) m_Reading = ReadBytes(file, size);
@@ -47,7 +43,7 @@ void FileText::Read(const NativeFile& file, int error) {
 
 // One byte more than the size, so that the end of a file that tells its size shows at once. Files of the system and of
 // some file systems claim to be empty.
-Reading FileText::ReadBytes(const NativeFile& file, std::size_t size) {
+Reading TextFile::ReadBytes(const NativeFile& file, std::size_t size) {
     constexpr std::size_t leastRoom = 4096;
     for (std::size_t room = size + 1;; room = std::max(2 * room, leastRoom)) {
         MakeRoom(room);
@@ -61,13 +57,13 @@ Reading FileText::ReadBytes(const NativeFile& file, std::size_t size) {
     }
 }
 
-void FileText::MakeRoom(std::size_t room) {
+void TextFile::MakeRoom(std::size_t room) {
     auto bytes = std::make_unique_for_overwrite<char[]>(room);
     std::copy_n(m_Bytes.get(), m_nSize, bytes.get());
     m_Bytes = std::move(bytes);
 }
 
-void FileText::Take(std::string_view bytes) {
+void TextFile::Take(std::string_view bytes) {
     const bool isLittle = bytes.starts_with("\xFF\xFE");
     const bool isBig = bytes.starts_with("\xFE\xFF");
     if (isLittle || isBig) {
@@ -78,34 +74,6 @@ void FileText::Take(std::string_view bytes) {
     } else {
         m_Text = bytes.substr(bytes.starts_with("\xEF\xBB\xBF") ? 3 : 0);
     }
-}
-
-TextFile::TextFile(CStringView path) {
-    KeptFiles* const keeper = KeptFiles::Current();
-    if (keeper) m_Kept = keeper->Find(path);
-    if (m_Kept) return;
-    errno = 0;
-    const NativeFile file = OpenForReading(SpelledPath(path));
-    const int error = errno;
-    if (!keeper) {
-        if (!ReadSmall(file)) m_Own.Read(file, error);
-        return;
-    }
-    const auto text = std::make_shared<FileText>();
-    text->Read(file, error);
-    m_Kept = text;
-    if (text->Result() != Reading::Failed) keeper->Keep(path, text);  // the next question may have more luck
-}
-
-// FIONREAD costs half of an fstat. Of a regular file it gives the bytes that are left; most devices do not know it, and
-// those that do, as a terminal or a pipe, have no position to read at. What it leaves open is for FileText to find out.
-bool TextFile::ReadSmall(const NativeFile& file) {
-    int size = 0;
-    if (!file || ioctl(file.Handle(), FIONREAD, &size) != 0 || size <= 0 || size >= int{SMALL_SIZE}) return false;
-    const ssize_t count = Retried([&] { return pread(file.Handle(), m_SmallBytes, SMALL_SIZE, 0); });
-    if (count != size) return false;  // it is changing, or its size is beyond an int
-    m_Own.Take({m_SmallBytes, static_cast<std::size_t>(count)});
-    return true;
 }
 
 }  // namespace veltrane::detail

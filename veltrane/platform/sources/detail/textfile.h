@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "veltrane/platform/files/nativefile.h"
-#include "veltrane/platform/text/cstring.h"
 
 namespace veltrane::detail {
 
@@ -21,16 +20,16 @@ enum class Reading {
 };
 
 /// The text of a configuration file as bytes to scan: without a mark at its start, and UTF-16 turned into UTF-8.
-/// Empty unless the reading was done.
-class FileText {
+/// Empty unless the reading was done. A file that changes meanwhile gives what was there.
+class TextFile {
 public:
     /// Largest file that is read: far above what a configuration or the export of a machine's registry takes, and a
     /// wrong name does not fill the memory.
     static constexpr std::size_t MAX_SIZE = std::size_t{256} << 20;
 
-    FileText() = default;
-    FileText(const FileText&) = delete;
-    FileText& operator=(const FileText&) = delete;
+    TextFile() = default;
+    TextFile(const TextFile&) = delete;
+    TextFile& operator=(const TextFile&) = delete;
 
     /// Reads a regular file to its end, whatever size it claims.
     /// @param error  of the opening, when there is no file
@@ -38,7 +37,7 @@ public:
     /// Takes bytes that live longer than this object.
     void Take(std::string_view bytes);
 
-    std::string_view View() const noexcept { return m_Text; }
+    std::string_view Text() const noexcept { return m_Text; }
     /// Whether the text holds lone surrogates of UTF-16 in three-byte form, to be decoded as such.
     bool WithSurrogates() const noexcept { return m_WithSurrogates; }
     Reading Result() const noexcept { return m_Reading; }
@@ -53,27 +52,6 @@ private:
     std::string_view m_Text;
     bool m_WithSurrogates = false;
     Reading m_Reading = Reading::Done;
-};
-
-/// A configuration file, read through the path mapping: anew, or as the snapshot of this thread keeps it. A file that
-/// changes meanwhile gives what was there.
-class TextFile {
-public:
-    explicit TextFile(CStringView path);
-    TextFile(const TextFile&) = delete;
-    TextFile& operator=(const TextFile&) = delete;
-
-    const FileText& Text() const noexcept { return m_Kept ? *m_Kept : m_Own; }  ///< as long as this object
-
-private:
-    /// @return false, with nothing taken from it, when the file is not small or not surely a regular file
-    bool ReadSmall(const NativeFile& file);
-
-    static constexpr std::size_t SMALL_SIZE = 16384;  // nearly every configuration file fits: no memory is asked for
-
-    char m_SmallBytes[SMALL_SIZE];
-    FileText m_Own;
-    std::shared_ptr<const FileText> m_Kept;
 };
 
 }  // namespace veltrane::detail

@@ -1,0 +1,126 @@
+#include "veltrane/platform/sources/detail/registryindex.h"
+
+#include <algorithm>
+
+#include "veltrane/platform/text/decoding.h"
+
+namespace veltrane::detail {
+
+namespace {
+
+/// How the path of a line stands to a folded path.
+enum class Relation { Same, Above, Below, Other };
+
+Relation Compare(std::string_view path, std::wstring_view folded, bool withSurrogates) noexcept {
+    const bool isRoot = path.empty() || folded.empty();
+    while (!path.empty() && !folded.empty()) {
+        if (TakeFolded(path, withSurrogates) != folded[0]) return Relation::Other;
+        folded.remove_prefix(1);
+    }
+    if (path.empty() && folded.empty()) return Relation::Same;
+    if (path.empty()) return isRoot || folded[0] == L'\\' ? Relation::Above : Relation::Other;
+    return isRoot || path[0] == '\\' ? Relation::Below : Relation::Other;
+}
+
+/// Whether a path begins with the first bytes of another and a separator after them.
+bool SharesParent(std::string_view path, std::string_view other, std::size_t size) noexcept {
+    return path.size() > size && path[size] == '\\' && path.substr(0, size) == other.substr(0, size);
+}
+
+}  // namespace
+
+RegistryIndex::RegistryIndex(std::string_view text, bool withSurrogates)
+    : m_Text(text), m_WithSurrogates(withSurrogates) {
+    RegistryWalk walk{text, withSurrogates};
+    RegistryLine read;
+    m_HasKeys = walk.ReadHeader(read) && read.kind == RegistryLine::Kind::Header;
+    m_IsOld = walk.IsOld();
+    while (m_HasKeys && walk.NextKey(read)) Add(read);
+    m_Paths.Link();
+}
+
+void RegistryIndex::Add(const RegistryLine& read) {
+    using enum RegistryLine::Kind;
+    const bool isPath = read.kind == Key || read.kind == RemovedKey;
+    if (!isPath && (m_KeyLines.empty() || m_KeyLines.back().kind != Key)) return;  // there are no values to end
+    const std::string_view path = isPath ? read.path : read.line;
+    m_KeyLines.push_back({PlaceOf(read.line.data()), PlaceOf(read.line.data() + read.line.size()), PlaceOf(path.data()),
+                          static_cast<std::uint32_t>(path.size()), read.number, read.kind});
+    if (read.kind == Key) AddPath(path, m_KeyLines.size() - 1);
+    if (read.kind != RemovedKey) return;
+    m_Removals.push_back(m_KeyLines.size() - 1);
+    m_LastPath = {};
+    m_LastParents.clear();
+}
+
+// The line stands for all keys above its own too. Those that it shares with the path before it, as most lines of an
+// export do, are in the table already.
+void RegistryIndex::AddPath(std::string_view path, std::size_t number) {
+    while (!m_LastParents.empty() && !SharesParent(path, m_LastPath, m_LastParents.back().first)) {
+        m_LastParents.pop_back();
+    }
+    const auto [known, hashOfKnown] =
+        m_LastParents.empty() ? std::pair{std::size_t{0}, NameHash{}} : m_LastParents.back();
+    NameHash hash = hashOfKnown;
+    if (!m_LastPath.data() && !path.empty()) m_Paths.Add(hash, number);  // the root
+    for (std::string_view rest = path.substr(known); !rest.empty();) {
+        const std::size_t size = path.size() - rest.size();
+        if (rest[0] == '\\' && size > known) {
+            m_Paths.Add(hash, number);
+            m_LastParents.emplace_back(size, hash);
+        }
+        hash.Add(TakeFolded(rest, m_WithSurrogates));
+    }
+    m_Paths.Add(hash, number);
+    m_LastPath = path;
+}
+
+std::shared_ptr<const RegistryValues> RegistryIndex::Find(const CString& path) {
+    if (!m_HasKeys) return nullptr;
+    const auto known = m_Read.find(path);
+    if (known != m_Read.end()) return known->second;
+    return m_Read.emplace(path, Read(path.View())).first->second;
+}
+
+std::shared_ptr<const RegistryValues> RegistryIndex::Read(std::wstring_view path) const {
+    const std::size_t from = AfterRemoval(path);
+    bool exists = path.empty() && from == 0;
+    auto values = std::make_shared<RegistryValues>();
+    m_Paths.Find(NameHash{}.AddFolded(path), [&](std::size_t number) {
+        if (number < from) return false;
+        const Relation relation = Compare(PathOf(m_KeyLines[number]), path, m_WithSurrogates);
+        exists = exists || relation == Relation::Same || relation == Relation::Below;
+        if (relation == Relation::Same) ReadValues(number, *values);
+        return false;
+    });
+    return exists ? values : nullptr;
+}
+
+/// Number of the first key line after the last one that removes a path.
+std::size_t RegistryIndex::AfterRemoval(std::wstring_view path) const noexcept {
+    const auto removes = [&](std::size_t number) {
+        const Relation relation = Compare(PathOf(m_KeyLines[number]), path, m_WithSurrogates);
+        return relation == Relation::Same || relation == Relation::Above;
+    };
+    const auto last = std::find_if(m_Removals.rbegin(), m_Removals.rend(), removes);
+    return last == m_Removals.rend() ? 0 : *last + 1;
+}
+
+void RegistryIndex::ReadValues(std::size_t number, RegistryValues& values) const {
+    const KeyLine& line = m_KeyLines[number];
+    const std::size_t end = number + 1 < m_KeyLines.size() ? m_KeyLines[number + 1].place : m_Text.size();
+    RegistryWalk walk{m_Text.substr(line.end, end - line.end), m_WithSurrogates, line.number};
+    walk.SetOld(m_IsOld);
+    for (RegistryLine read; walk.Next(read);) {
+        using enum RegistryLine::Kind;
+        if (read.kind != Value && read.kind != RemovedValue) continue;
+        const CString name = CString{DecodeFileText(read.name, m_WithSurrogates)}.MakeLower();
+        if (read.kind == Value) {
+            values.insert_or_assign(name, RegistryValue{read.type, std::move(read.data), read.number});
+        } else {
+            values.erase(name);
+        }
+    }
+}
+
+}  // namespace veltrane::detail

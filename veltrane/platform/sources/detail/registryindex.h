@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "veltrane/platform/sources/detail/nametable.h"
+#include "veltrane/platform/sources/detail/registrywalk.h"
+#include "veltrane/platform/text/cstring.h"
+
+namespace veltrane::detail {
+
+/// A value of a registry key, as the calls hand it out.
+struct RegistryValue {
+    std::uint32_t type = 0;
+    std::string data;
+    int line = 0;  // of the file, from 1
+};
+
+/// The values of one key by their folded names; the default value has the empty name.
+using RegistryValues = std::map<CString, RegistryValue>;
+
+/// The places of all keys of a registry export, found in one pass from top to bottom as an import would go. The values
+/// of a key are read when they are asked for, and kept. It looks at the text that it was made of.
+class RegistryIndex {
+public:
+    RegistryIndex(std::string_view text, bool withSurrogates);
+
+    /// @param path  folded path of the key below the machine's root, without separators at its ends; empty is the root
+    /// @return null when the key does not exist at the end of the text
+    std::shared_ptr<const RegistryValues> Find(const CString& path);
+
+private:
+    /// A line that ends the values of the key before it.
+    struct KeyLine {
+        std::uint32_t place;
+        std::uint32_t end;  // where its values begin
+        std::uint32_t pathPlace;
+        std::uint32_t pathSize;
+        int number;
+        RegistryLine::Kind kind;
+    };
+
+    void Add(const RegistryLine& read);
+    void AddPath(std::string_view path, std::size_t number);
+    std::shared_ptr<const RegistryValues> Read(std::wstring_view path) const;
+    std::size_t AfterRemoval(std::wstring_view path) const noexcept;
+    void ReadValues(std::size_t number, RegistryValues& values) const;
+
+    std::uint32_t PlaceOf(const char* at) const noexcept { return static_cast<std::uint32_t>(at - m_Text.data()); }
+    std::string_view PathOf(const KeyLine& line) const noexcept { return m_Text.substr(line.pathPlace, line.pathSize); }
+
+    std::string_view m_Text;
+    bool m_WithSurrogates;
+    bool m_HasKeys = false;
+    bool m_IsOld = false;
+    std::vector<KeyLine> m_KeyLines;
+    std::vector<std::size_t> m_Removals;  // numbers of key lines
+    std::string_view m_LastPath;          // whose parents are in the table since the last removal
+    std::vector<std::pair<std::size_t, NameHash>> m_LastParents;  // their sizes in it
+    NameTable m_Paths;  // numbers of key lines, under the names of the key and of all above it
+    std::map<CString, std::shared_ptr<const RegistryValues>> m_Read;
+};
+
+}  // namespace veltrane::detail

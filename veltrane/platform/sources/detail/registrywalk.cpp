@@ -1,0 +1,227 @@
+#include "veltrane/platform/sources/detail/registrywalk.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "veltrane/platform/sources/winreg.h"
+#include "veltrane/platform/text/characters.h"
+#include "veltrane/platform/text/decoding.h"
+
+namespace veltrane::detail {
+
+namespace {
+
+constexpr std::string_view HEADER = "Windows Registry Editor Version 5.00";
+constexpr std::string_view OLD_HEADER = "REGEDIT4";  // its lists hold narrow text
+constexpr std::string_view ROOTS[] = {"hkey_local_machine\\", "hklm\\"};
+
+wchar_t LowerCase(char byte) noexcept {
+    return FoldCharacter(static_cast<unsigned char>(byte));
+}
+
+/// Takes a lower-case word from the front of a text that holds it in any case.
+bool TakeWord(std::string_view& text, std::string_view word) noexcept {
+    if (!std::ranges::equal(text.substr(0, word.size()), word, {}, LowerCase)) return false;
+    text.remove_prefix(word.size());
+    return true;
+}
+
+bool TakeByte(std::string_view& text, char byte) noexcept {
+    if (!text.starts_with(byte)) return false;
+    text.remove_prefix(1);
+    return true;
+}
+
+std::optional<std::uint32_t> HexDigit(char byte) noexcept {
+    const wchar_t lower = LowerCase(byte);
+    if (lower >= L'0' && lower <= L'9') return static_cast<std::uint32_t>(lower - L'0');
+    if (lower >= L'a' && lower <= L'f') return static_cast<std::uint32_t>(lower - L'a' + 10);
+    return {};
+}
+
+/// Takes a number of 1 to most digits; a further digit stays.
+bool TakeHexNumber(std::string_view& text, int most, std::uint32_t& number) noexcept {
+    int count = 0;
+    number = 0;
+    for (; count < most && !text.empty(); ++count) {
+        const auto digit = HexDigit(text[0]);
+        if (!digit) break;
+        number = number << 4 | *digit;
+        text.remove_prefix(1);
+    }
+    return count > 0;
+}
+
+/// Whether nothing but a comment follows.
+bool IsTail(std::string_view text) noexcept {
+    text = WithoutLeadingBlanks(text);
+    return text.empty() || text[0] == ';';
+}
+
+/// Takes "text" with its quotes; a backslash hides itself or a quote and is ordinary before anything else.
+bool TakeQuoted(std::string_view& text, std::string& inner) {
+    if (!TakeByte(text, '"')) return false;
+    inner.clear();
+    while (!text.empty()) {
+        if (TakeByte(text, '"')) return true;
+        if (text.starts_with("\\\\") || text.starts_with("\\\"")) text.remove_prefix(1);
+        inner += text[0];
+        text.remove_prefix(1);
+    }
+    return false;
+}
+
+void AppendUnit(std::string& data, char32_t unit) {
+    data += static_cast<char>(unit & 0xFF);
+    data += static_cast<char>(unit >> 8);
+}
+
+/// Appends a text as 16-bit units, little-endian.
+void AppendUtf16(std::string& data, std::string_view bytes, bool withSurrogates) {
+    while (!bytes.empty()) {
+        const auto codePoint = static_cast<char32_t>(TakeFileCharacter(bytes, withSurrogates));
+        if (codePoint < 0x10000) {
+            AppendUnit(data, codePoint);
+        } else {
+            AppendUnit(data, 0xD800 + ((codePoint - 0x10000) >> 10));
+            AppendUnit(data, 0xDC00 + (codePoint & 0x3FF));
+        }
+    }
+}
+
+bool AppendBytes(std::string& bytes, std::string_view part, bool& mayFollow) {
+    for (part = WithoutLeadingBlanks(part); !part.empty(); part = WithoutLeadingBlanks(part)) {
+        std::uint32_t byte = 0;
+        if (mayFollow ? !TakeHexNumber(part, 2, byte) : !TakeByte(part, ',')) return false;
+        if (mayFollow) bytes += static_cast<char>(byte);
+        mayFollow = !mayFollow;
+    }
+    return true;
+}
+
+bool ReadNumber(std::string_view data, RegistryLine& read) {
+    std::uint32_t number = 0;
+    if (!TakeHexNumber(data, 8, number) || !IsTail(data)) return false;
+    read.type = REG_DWORD;
+    AppendUnit(read.data, number & 0xFFFF);
+    AppendUnit(read.data, number >> 16);
+    return true;
+}
+
+/// "[PATH]" or "[-PATH]".
+RegistryLine::Kind ReadKey(std::string_view line, std::string_view& path) noexcept {
+    using enum RegistryLine::Kind;
+    const std::size_t end = line.rfind(']');
+    if (end == line.npos) return MalformedKey;
+    path = line.substr(1, end - 1);
+    const bool isRemoved = TakeByte(path, '-');
+    if (!std::ranges::any_of(ROOTS, [&](std::string_view root) { return TakeWord(path, root); })) return OtherRoot;
+    if (path.starts_with('\\') || path.find("\\\\") != path.npos) return MalformedKey;  // an empty name inside
+    if (path.ends_with('\\')) path.remove_suffix(1);
+    return isRemoved ? RemovedKey : Key;
+}
+
+}  // namespace
+
+bool RegistryWalk::NextLine(std::string_view& line) noexcept {
+    while (NextFilledLine(line)) {
+        if (line[0] != ';') return true;
+    }
+    return false;
+}
+
+bool RegistryWalk::NextFilledLine(std::string_view& line) noexcept {
+    while (m_Lines.Next(line)) {
+        if (!m_Lines.IsInsidePair()) ++m_nNumber;
+        line = WithoutBlanks(line);
+        if (!line.empty()) return true;
+    }
+    return false;
+}
+
+bool RegistryWalk::ReadHeader(RegistryLine& read) {
+    if (!NextFilledLine(read.line)) return false;
+    read.number = read.last = m_nNumber;
+    m_IsOld = read.line == OLD_HEADER;
+    read.kind = m_IsOld || read.line == HEADER ? RegistryLine::Kind::Header : RegistryLine::Kind::BadHeader;
+    return true;
+}
+
+bool RegistryWalk::Next(RegistryLine& read) {
+    if (!NextLine(read.line)) return false;
+    ReadLine(read);
+    return true;
+}
+
+bool RegistryWalk::NextKey(RegistryLine& read) {
+    while (NextLine(read.line)) {
+        const bool isKey = read.line[0] == '[';
+        if (isKey || read.line.ends_with('\\')) ReadLine(read);  // a list takes its further lines along
+        if (isKey) return true;
+    }
+    return false;
+}
+
+void RegistryWalk::ReadLine(RegistryLine& read) {
+    read.number = m_nNumber;
+    const char first = read.line[0];
+    if (first == '[') {
+        read.kind = ReadKey(read.line, read.path);
+    } else {
+        read.kind = first == '"' || first == '@' ? ReadValue(read.line, read) : RegistryLine::Kind::Other;
+    }
+    read.last = m_nNumber;
+}
+
+RegistryLine::Kind RegistryWalk::ReadValue(std::string_view line, RegistryLine& read) {
+    using enum RegistryLine::Kind;
+    read.name.clear();
+    read.data.clear();
+    if (!TakeByte(line, '@') && !TakeQuoted(line, read.name)) return MalformedValue;
+    line = WithoutLeadingBlanks(line);
+    if (!TakeByte(line, '=')) return MalformedValue;
+    line = WithoutLeadingBlanks(line);
+    if (line.starts_with('-') && IsTail(line.substr(1))) return RemovedValue;
+    return ReadData(line, read) ? Value : MalformedValue;
+}
+
+bool RegistryWalk::ReadData(std::string_view data, RegistryLine& read) {
+    if (data.starts_with('"')) return ReadText(data, read);
+    if (TakeWord(data, "dword:")) return ReadNumber(data, read);
+    if (!TakeWord(data, "hex")) return false;
+    read.type = REG_BINARY;
+    if (TakeByte(data, '(') && !(TakeHexNumber(data, 8, read.type) && TakeByte(data, ')'))) return false;
+    return TakeByte(data, ':') && ReadList(data, read);
+}
+
+bool RegistryWalk::ReadText(std::string_view data, RegistryLine& read) const {
+    std::string text;
+    if (!TakeQuoted(data, text) || !IsTail(data)) return false;
+    read.type = REG_SZ;
+    AppendUtf16(read.data, text, m_WithSurrogates);
+    AppendUnit(read.data, U'\0');
+    return true;
+}
+
+/// All lines of the list are consumed, those of a malformed one too.
+bool RegistryWalk::ReadList(std::string_view part, RegistryLine& read) {
+    std::string bytes;
+    bool mayFollow = true;  // a byte: at the start and after a comma
+    bool isGood = true;
+    for (bool goesOn = true; goesOn;) {
+        goesOn = part.ends_with('\\') && part.find(';') == part.npos;
+        if (goesOn) part.remove_suffix(1);
+        isGood = isGood && AppendBytes(bytes, part.substr(0, part.find(';')), mayFollow);
+        goesOn = goesOn && NextLine(part);
+    }
+    const bool isNarrow = m_IsOld && (read.type == REG_SZ || read.type == REG_EXPAND_SZ || read.type == REG_MULTI_SZ);
+    if (isNarrow) {
+        AppendUtf16(read.data, bytes, /*withSurrogates*/ false);
+    } else {
+        read.data = std::move(bytes);
+    }
+    return isGood;
+}
+
+}  // namespace veltrane::detail

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "veltrane/platform/text/characters.h"
+#include "veltrane/platform/text/encoding.h"
 #include "veltrane/platform/text/trim.h"
 #include "veltrane/platform/text/utf16.h"
 
@@ -132,7 +133,7 @@ int CString::Replace(CStringView oldText, CStringView newText) {
 
     std::size_t count = 0;
     for (std::size_t at = found; at != std::wstring::npos; at = m_Text.find(from, at + from.size())) ++count;
-    // The length is known before anything is built, so a text that can not exist costs no memory.
+    // The length is known before anything is built, so a text that cannot exist costs no memory.
     const std::size_t kept = m_Text.size() - count * from.size();
     if (count > (static_cast<std::size_t>(MAX_LENGTH) - kept) / std::max<std::size_t>(to.size(), 1)) {
         throw std::length_error("CString");
@@ -188,6 +189,10 @@ CString& CString::TrimLeft(CStringView elements) {
 
 CString& CString::TrimRight(CStringView elements) {
     return Keep(TrimmedRight(View(), IsOneOf{elements.View()}));
+}
+
+CString CString::FromNarrow(const char* text) {
+    return FromUtf8(text ? text : "");
 }
 
 CString& CString::Keep(std::wstring_view part) noexcept {

@@ -3,6 +3,7 @@
 #include <compare>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "veltrane/platform/export.h"
 #include "veltrane/platform/text/format.h"
@@ -10,6 +11,13 @@
 class CString;
 
 namespace veltrane {
+
+namespace detail {
+
+template <class T>
+concept XNarrow = (std::is_same_v<std::remove_const_t<T>, char>);
+
+}  // namespace detail
 
 /// Read-only text that an operation looks at while it runs. Made of a CString, of wide text (null is empty) or of a
 /// view; owns nothing.
@@ -50,6 +58,10 @@ public:
 
     CString() = default;
     CString(const wchar_t* text);  ///< null gives the empty text
+    /// Narrow text as FromUtf8 reads it, such as __FILE__ and __FUNCTION__; null gives the empty text. A template
+    /// because 0 and nullptr would fit a plain "const char*" as well as wide text.
+    template <veltrane::detail::XNarrow Char>
+    CString(Char* text) : CString(FromNarrow(text)) {}
     CString(std::wstring_view text);
     CString(std::wstring&& text);         ///< takes the text over
     CString(wchar_t element, int count);  ///< a count below 0 gives the empty text
@@ -130,6 +142,7 @@ public:
 
 private:
     bool Equals(veltrane::CStringView other) const noexcept { return View() == other.View() || Compare(other) == 0; }
+    static CString FromNarrow(const char* text);
     /// Cuts the text down to a part of itself.
     CString& Keep(std::wstring_view part) noexcept;
 

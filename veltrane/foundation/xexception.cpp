@@ -4,11 +4,10 @@
 #include "veltrane/platform/process/messagebox.h"
 
 using namespace veltrane;
-using namespace veltrane::detail;
 
 namespace {
 
-// With tabulators every 8 columns the continuation stands under the first location, behind "location:\t".
+// With tabulators every 8 columns the continuation stands under the first location, after "location:\t".
 constexpr wchar_t LOCATION_JOINT[] = L"\r\n               \t";
 constexpr wchar_t REASON_JOINT[] = L"\r\nreason: \t";
 constexpr wchar_t MESSAGE_JOINT[] = L"\r\n\t";
@@ -78,7 +77,7 @@ void XException::AddReason(CString reason) {
 }
 
 void XException::AddMessage(CString message) {
-    m_Message = m_Message.IsEmpty() ? message : m_Message + MESSAGE_JOINT + message;
+    m_Message += m_Message.IsEmpty() ? message : MESSAGE_JOINT + message;
 }
 
 void XException::SetLocation(CString location) {

@@ -37,7 +37,7 @@ public:
 
     /// "<method> in [file], line [n]" with the file's path cut; empty without a method.
     static CString GetLocationString(CString file, CString method, int line);
-    /// The part of a path behind its last backslash, '/' being no separator here.
+    /// The part of a path after its last backslash, '/' being no separator here.
     static CString GetFileName(CString path);
 
     /// Replaces number, location and message; the warning mark stays.
@@ -52,7 +52,7 @@ public:
     /// Puts a location and a reason in front; ignored while the number is 0.
     void AddError(CString file, CString method, int line, CString message);
     void AddReason(CString reason);      ///< in front of the messages
-    void AddMessage(CString message);    ///< behind the messages
+    void AddMessage(CString message);    ///< after the messages
     void SetLocation(CString location);  ///< in front of the locations
     void SetLocation(CString file, CString method, int line);
 

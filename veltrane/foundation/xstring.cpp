@@ -5,7 +5,6 @@
 #include "veltrane/platform/text/numbers.h"
 
 using namespace veltrane;
-using namespace veltrane::detail;
 
 namespace {
 
@@ -13,9 +12,9 @@ constexpr int TABULATOR_WIDTH = 8;
 
 void SplitAt(CString& left, CString& right, const CString& text, int position) {
     CString before = text.Left(position);  // both before either is stored: text may be one of the two
-    CString behind = text.Mid(position + 1);
+    CString after = text.Mid(position + 1);
     left = std::move(before);
-    right = std::move(behind);
+    right = std::move(after);
 }
 
 }  // namespace
@@ -34,7 +33,7 @@ void SplitStringReverse(CString& left, CString& right, const CString& text, wcha
 }
 
 void AddString(CString& list, const CString& item) {
-    list = list.IsEmpty() ? item : list + L", " + item;
+    list += list.IsEmpty() ? item : L", " + item;  // at once: the item may be the list itself
 }
 
 CString GetArgument(int index, const CString& text) {

@@ -13,10 +13,10 @@ VELTRANE_API void SplitStringReverse(CString& left, CString& right, const CStrin
 /// Appends an item to a list whose items stand apart by ", "; an empty list becomes the item alone.
 VELTRANE_API void AddString(CString& list, const CString& item);
 /// Field of a comma-separated text, blanks kept. @param index  from 0; below 0 means 0
-/// @return empty behind the last field
+/// @return empty after the last field
 VELTRANE_API CString GetArgument(int index, const CString& text);
 
 /// count tabulators; none for 0 and below.
 VELTRANE_API CString GetTabulator(int count);
-/// The tabulators that bring the output behind text to a column of 8 characters each; none when text is longer.
+/// The tabulators that bring the output after text to a column of 8 characters each; none when text is longer.
 VELTRANE_API CString GetTabulator(const CString& text, int column);

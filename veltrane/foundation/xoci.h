@@ -15,7 +15,7 @@ struct XErrorEntry {
     int line = 0;
     CString message;
     int number = 0;     ///< client status, or the database's error code
-    int oraNumber = 0;  ///< the number behind "ORA-" in the database's text; 0 without one
+    int oraNumber = 0;  ///< the number after "ORA-" in the database's text; 0 without one
 };
 
 /// What went wrong in the database client, call by call. Owns its entries.
@@ -34,7 +34,9 @@ public:
 
     /// Records one client status; success, and database error 1405 (a fetched column is null), leave no entry.
     /// @param message      what the caller was about to do; used for status -1 only
-    /// @param errorHandle  the client's error handle; null, or no client library: message stands alone
+    /// @param errorHandle  the client's error handle. With null, without a client library, and when the client fails
+    ///                     to tell anything, the entry is message alone with number -1; a client that fails but gives
+    ///                     a text without a code leaves the text with number -1.
     void Add(std::int32_t status, const CString& file, const CString& method, int line, const CString& message,
              void* errorHandle);
 
@@ -43,7 +45,7 @@ public:
     const XErrorEntry* GetAt(int index) const;  ///< null outside; the record keeps it
     XErrorEntry* GetAt(int index);
 
-    /// The entries as text behind a head, the last one first, lines ended by "\n".
+    /// The entries as text after a head, the last one first, lines ended by "\n".
     void GetErrorText(CString& text, const CString& head) const;
     CString GetErrorText(const CString& head) const;
 

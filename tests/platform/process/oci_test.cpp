@@ -25,7 +25,6 @@ TEST(OCI, AsksForTheFirstRecordOfAnErrorHandle) {
 
 TEST(OCI, TakesWhatTheClientHasWritten) {
     const std::tuple<const char*, ClientAnswer, CString> cases[] = {
-        {"no such record", {100, 0, ""}, L""},
         {"failed, but with a text", {-1, 12541, "no listener"}, L"no listener"},
         {"UTF-8 and Windows-1252", {0, 1, "\xC3\xA4\xE2\x82\xAC\xE4\x80 \x9F\x81"}, L"ä\x20ACä\x20AC \x178\x81"},
         {"a full buffer without an end", {4711, -7, std::string(2000, 'x')}, CString(L'x', 1023)},

@@ -18,6 +18,9 @@ constexpr const char* CLIENT_LIBRARIES[] = {
     "libclntsh.so.18.1", "libclntsh.so.12.1", "libclntsh.so.11.1",
 };
 
+constexpr std::int32_t OCI_SUCCESS = 0;
+constexpr std::int32_t OCI_SUCCESS_WITH_INFO = 1;
+
 OCIErrorGetFunction g_Given = nullptr;
 
 OCIErrorGetFunction ErrorGetOf(void* module) noexcept {
@@ -58,11 +61,13 @@ OCIErrorText ReadOCIError(void* errorHandle) {
 
     char buffer[1024] = {};
     std::int32_t number = 0;
-    // Whatever the call answers, number and text stand as far as they were filled.
-    errorGet(errorHandle, 1, nullptr, &number, reinterpret_cast<unsigned char*>(buffer), sizeof buffer,
-             OCI_ERROR_HANDLE);
+    const std::int32_t result = errorGet(errorHandle, 1, nullptr, &number, reinterpret_cast<unsigned char*>(buffer),
+                                         sizeof buffer, OCI_ERROR_HANDLE);
     buffer[sizeof buffer - 1] = '\0';
-    return {true, number, DecodeFileText(std::string_view{buffer})};
+    const bool isGiven = result == OCI_SUCCESS || result == OCI_SUCCESS_WITH_INFO;
+    if (!isGiven && number == 0 && buffer[0] == '\0') return {};
+    // Number and text stand as far as they were filled, whatever the call answers.
+    return {true, isGiven || number != 0 ? number : OCIErrorText{}.number, DecodeFileText(std::string_view{buffer})};
 }
 
 }  // namespace veltrane

@@ -26,9 +26,9 @@ VELTRANE_API std::int32_t OCIErrorGet(void* handle, std::uint32_t record, unsign
 
 /// Text and number of the first error record behind an error handle.
 struct OCIErrorText {
-    bool available = false;  ///< false when no client library answers; then number is -1 and text empty
-    std::int32_t number = -1;
-    CString text;  ///< as the client gave it, read as UTF-8 with Windows-1252 for single bytes
+    bool available = false;    ///< false without a client library, and when the call fails and fills neither of the two
+    std::int32_t number = -1;  ///< -1 as well when the call fails and gives no code
+    CString text;              ///< as the client gave it, read as UTF-8 with Windows-1252 for single bytes
 };
 
 /// Asks the client for record 1 of an error handle. Throws nothing but memory exhaustion.

@@ -8,6 +8,7 @@
 
 #include "veltrane/foundation/xraise.h"
 #include "veltrane/platform/process/process.h"
+#include "veltrane/platform/text/numbers.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;
@@ -15,9 +16,6 @@ using namespace veltrane::detail;
 namespace {
 
 constexpr XSource Here{L".\\xaction"};
-
-// More decimals than this are zeros, whatever the value.
-constexpr int MAX_PRECISION = 1074;
 
 // The clock wraps, so all its arithmetic is done without sign.
 std::int32_t Sum(std::int32_t a, std::int32_t b) {
@@ -47,9 +45,10 @@ struct Duration {
     bool HasLargerUnit() const { return minutes > 0 || hours > 0 || days > 0; }
 };
 
-// The seconds, rounded as the exact binary value lies, filled with zeros behind a larger unit and with blanks alone.
+// The seconds, rounded from the exact binary value. A one-digit number gets a zero in front when a larger unit stands
+// before it, and a blank when the seconds stand alone.
 std::string SecondsText(const Duration& duration, int precision) {
-    const int decimals = std::clamp(precision, 0, MAX_PRECISION);
+    const int decimals = std::clamp(precision, 0, CString::MAX_LENGTH);
     const std::size_t width = decimals > 0 ? static_cast<std::size_t>(decimals) + 3 : 2;
     const bool isZeroFilled = duration.seconds < 10.0 && duration.HasLargerUnit();
 
@@ -73,8 +72,7 @@ public:
         return *this;
     }
     DurationText& AddTwoDigits(int number) {
-        m_Text += static_cast<wchar_t>(L'0' + number / 10);
-        m_Text += static_cast<wchar_t>(L'0' + number % 10);
+        AppendTwoDigits(m_Text, number);
         m_Text += L':';
         return *this;
     }

@@ -5,8 +5,8 @@
 #include "veltrane/foundation/xexception.h"
 #include "veltrane/platform/text/cstring.h"
 
-/// A stopwatch that adds up its intervals, and the text of durations. Durations are milliseconds of real time;
-/// beyond 24.8 days the measured ones wrap.
+/// A stopwatch that adds up its intervals, and the text of durations. Durations are milliseconds of real time. A
+/// measured one is kept in 32 bits: after 24.8 days it goes on from the smallest negative number.
 /// @code
 /// XAction action;
 /// action.Start();
@@ -31,6 +31,7 @@ public:
     /// Text of a duration: "01:02:03.5 hours  ", " 5.3 seconds", "2 days and 02:00:00.0 h". Seconds that round up to 60
     /// stay 60.
     /// @param precision  decimals of the seconds; none for 0 and below
+    /// @throws std::length_error  more decimals than a text can hold
     static CString TimeStr(const long& value, const int& precision, bool shortUnits);
     /// The parts of a duration; days outside int are the nearest int.
     static void TimeDHMS(int& days, int& hours, int& minutes, CString& seconds, const long& value,

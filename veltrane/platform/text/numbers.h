@@ -12,4 +12,14 @@ namespace veltrane {
 /// Reads the number of _wtoi at the front of a text. @return false, with number untouched, when there are no digits
 VELTRANE_API bool ScanInteger(std::wstring_view text, int& number) noexcept;
 
+namespace detail {
+
+/// Appends a number from 0 to 99 in two digits.
+inline void AppendTwoDigits(std::wstring& text, int number) {
+    text += static_cast<wchar_t>(L'0' + number / 10);
+    text += static_cast<wchar_t>(L'0' + number % 10);
+}
+
+}  // namespace detail
+
 }  // namespace veltrane

@@ -1,13 +1,14 @@
 #include "veltrane/foundation/xdebug.h"
 
+#include <atomic>
+
 #include "veltrane/platform/process/messagebox.h"
 
 using namespace veltrane;
-using namespace veltrane::detail;
 
 namespace {
 
-bool g_Debug = false;
+std::atomic<bool> g_Debug = false;
 
 }  // namespace
 

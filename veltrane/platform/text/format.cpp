@@ -19,7 +19,7 @@ std::wstring_view XFormatArgument::Wide(std::size_t limit) const noexcept {
     return {m_Wide, m_Length == NUL_ENDED ? wcsnlen(m_Wide, limit) : std::min(m_Length, limit)};
 }
 
-// A text that is not to be read to its end need not have one: no byte behind the last wanted element is looked at.
+// A text that is not to be read to its end need not have one: no byte after the last wanted element is looked at.
 std::string_view XFormatArgument::Narrow(std::size_t limit) const noexcept {
     if (!m_Narrow) return {};
     if (m_Length != NUL_ENDED) return {m_Narrow, m_Length};
@@ -36,7 +36,7 @@ std::string_view XFormatArgument::Narrow(std::size_t limit) const noexcept {
 
 namespace {
 
-// The pieces of a number: what stands before and behind the zeros that fill its width.
+// The pieces of a number: what stands before and after the zeros that fill its width.
 struct Number {
     std::string prefix;  // sign, "0x"
     std::string digits;

@@ -250,7 +250,7 @@ constexpr bool AcceptsArgument(XFormatKind kind) {
 }
 
 /// A format with the arguments it is for, checked while compiling: only a constant text converts to it, so a user's
-/// text can not become a format, and a missing, surplus or wrong argument does not compile.
+/// text cannot become a format, and a missing, surplus or wrong argument does not compile.
 ///
 /// Conversions: %s (also %ls, %ws) wide text, %S %hs narrow text in UTF-8, %c %C characters, %d %i %u %x %X %o integers
 /// printed by their own type whatever h, l, ll or I64 say, %f %e %g %F %E %G doubles with '.', %p, %%. Flags "-+ #0",

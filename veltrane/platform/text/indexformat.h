@@ -8,7 +8,7 @@ namespace veltrane {
 /// one '%', every other '%' stands for itself, so no text turns into a conversion.
 
 /// Reads the number of an item that has the form of a format. White space in the format fits any run of it in the item,
-/// also none; case counts; behind the number nothing is looked at.
+/// also none; case counts; nothing after the number is looked at.
 /// @param index  the number, limited to what an int holds; untouched when the item does not fit
 /// @return whether the item fits up to the number; never for a format without "%d"
 VELTRANE_API bool MatchIndex(const CString& item, const CString& format, int& index);

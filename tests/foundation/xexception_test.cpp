@@ -6,9 +6,6 @@
 #include "veltrane/foundation/xoci.h"
 #include "veltrane/foundation/xraise.h"
 
-using namespace veltrane;
-using namespace veltrane::detail;
-
 namespace {
 
 CString TextOf(const XException& error) {
@@ -19,14 +16,12 @@ CString TextOf(const XException& error) {
 
 XException Raised() {
     XException error;
-    error.SetError(-1, L".\\xoption", L"XOption::A", 91, L"first");
+    error.SetError(-1, ".\\xoption", "XOption::A", 91, L"first");  // narrow, as __FILE__ and __FUNCTION__ are
     return error;
 }
 
 TEST(XException, LocationsShowMethodFileNameAndLine) {
-    struct {
-        const wchar_t *file, *method, *location;
-    } const cases[] = {
+    const std::tuple<const wchar_t*, const wchar_t*, const wchar_t*> cases[] = {
         {L".\\sub\\xset", L"XSet::Find", L"<XSet::Find> in [xset], line [7]"},
         {L"./xset", L"M", L"<M> in [./xset], line [7]"},  // slashes separate nothing here
         {L"sub\\", L"M", L"<M> in [], line [7]"},
@@ -38,20 +33,19 @@ TEST(XException, LocationsShowMethodFileNameAndLine) {
     }
 }
 
-TEST(XException, ShowsChainsThatGrowInFrontAndMessagesThatAppendBehind) {
+TEST(XException, ShowsChainsThatGrowInFrontAndMessagesAtTheEnd) {
     XException error = Raised();
     error.AddError(L".\\xoption", L"XOption::B", 92, L"second %s");
     error.AddMessage(L"detail");
     BoxRecorder recorder;
     error.Show();
     ASSERT_EQ(recorder.boxes.size(), 1U);
+    EXPECT_EQ(std::pair(recorder.boxes[0].style, recorder.boxes[0].helpId), std::pair(0x10U, 0U));
     EXPECT_EQ(recorder.boxes[0].text,
               L"An error occured:\r\n"
               L"location:\t<XOption::B> in [xoption], line [92]\r\n"
               L"               \t<XOption::A> in [xoption], line [91]\r\n"
               L"message:\tsecond %s\r\nreason: \tfirst\r\n\tdetail");
-    EXPECT_EQ(recorder.boxes[0].style, 0x10U);
-    EXPECT_EQ(recorder.boxes[0].helpId, 0U);
 }
 
 TEST(XException, AnErrorWithoutNumberTakesNoReason) {
@@ -59,18 +53,18 @@ TEST(XException, AnErrorWithoutNumberTakesNoReason) {
     error.AddError(L".\\x", L"M", 1, L"ignored");
     EXPECT_EQ(TextOf(error), L"An error occured:\r\nlocation:\t\r\nmessage:\t\r\nnumber:\t0");
     error.AddMessage(L"alone");  // no joint in front of the first
-    error.AddMessage(L"");       // but behind it, even for nothing
+    error.AddMessage(L"");       // but after it, even for nothing
     EXPECT_EQ(error.GetMessage(), L"alone\r\n\t");
 }
 
 TEST(XException, SetErrorReplacesTheChainsAndKeepsTheWarning) {
     XException error = Raised();
     error.SetWarning(L".\\y", L"W", 2, L"warned");
-    EXPECT_EQ(error.GetMessage(), L"warned");
-    XException plain;
-    plain.SetError(5, L".\\z", L"Z", 3, L"new");
+    EXPECT_EQ(TextOf(error), L"An error occured:\r\nlocation:\t<W> in [y], line [2]\r\nmessage:\twarned");
+    XException plain = Raised();
+    plain.SetNumber(5);
     error.SetError(&plain);
-    EXPECT_EQ(TextOf(error), L"An error occured:\r\nlocation:\t<Z> in [z], line [3]\r\nmessage:\tnew\r\nnumber:\t5");
+    EXPECT_EQ(TextOf(error), TextOf(plain));
     EXPECT_TRUE(XException{error}.IsWarning());  // copies take the mark, SetError does not
 }
 
@@ -94,7 +88,6 @@ TEST(XFileException, NamesFileOrFolderInFrontOfTheCallersMessage) {
     EXPECT_EQ(error.GetMessage(), L"File <C:\\x.ini> not found!\r\n\tgone");
     error.SetPathNotFoundError(L".\\f", L"M", 1, L"");
     EXPECT_EQ(error.GetMessage(), L"Folder <C:\\x.ini> does not exist!\r\n\t");
-    EXPECT_EQ(error.GetNumber(), -1);
     error.SetOpenError(L".\\f", L"M", 1, CFileException{CFileException::none, EACCES, L""});
     EXPECT_EQ(error.GetNumber(), 5) << "the cause follows the system's number, not the one in the record";
     EXPECT_EQ(error.GetMessage(), L"Cannot open file <C:\\x.ini>!\r\n\tAccess denied!");
@@ -115,10 +108,10 @@ constexpr XFailure<CString> FAILURE{L"Error of <%s>!", L"An unknown exception in
 TEST(WithReason, EnrichesTheSameObjectAndReplacesForeignExceptions) {
     const CString name = L"%s";
     const auto run = [&](auto body) { WithReason(Here(L"Outer", 5), FAILURE, body, name); };
-    XFileException inner{L"f"};
-    inner.SetFileNotFoundError(L".\\in", L"Inner", 1, L"m");
-    const auto file = ErrorOf<XFileException>([&] { run([&] { throw inner; }); });
+    const auto file =
+        ErrorOf<XFileException>([&] { run([] { throw MakeMissingFile(Here(L"In"), L"f", L"%s", L"m"); }); });
     EXPECT_EQ(file.GetMessage(), L"Error of <%s>!\r\nreason: \tFile <f> not found!\r\n\tm");
+    EXPECT_EQ(file.GetNumber(), -1);
     const auto foreign = ErrorOf([&] { run([] { throw 7; }); });
     EXPECT_EQ(TextOf(foreign),
               L"An error occured:\r\nlocation:\t<Outer> in [sample], line [5]\r\n"

@@ -1,15 +1,8 @@
 #include "veltrane/platform/text/characters.h"
-#include "veltrane/platform/text/numbers.h"
 
-#include <gtest/gtest.h>
-
-#include <climits>
 #include <cwchar>
 
-#include "veltrane/platform/text/encoding.h"
-
-using namespace veltrane;
-using namespace veltrane::detail;
+#include "support/support.h"
 
 namespace {
 
@@ -30,26 +23,6 @@ TEST(Characters, KnowTheWhiteSpaceOfUnicode) {
     }
     for (const wchar_t other : {0x00, 0x08, 0x0E, 0x1C, 0x1F, 0x21, 0x180E, 0x1FFF, 0x200B, 0x2060, 0xFEFF, -1}) {
         EXPECT_FALSE(IsWhiteSpace(other)) << static_cast<int>(other);
-    }
-}
-
-TEST(Characters, ReadANumberAtTheFront) {
-    const std::pair<const wchar_t*, int> cases[] = {
-        {L"2147483647", INT_MAX},
-        {L"2147483648", INT_MAX},
-        {L"-2147483648", INT_MIN},
-        {L"-2147483649", INT_MIN},
-        {L"999999999999999999999", INT_MAX},
-        {L"  \xA0-17x", -17},
-        {L"+007", 7},
-        {nullptr, 0},
-    };
-    for (const auto& [text, number] : cases) EXPECT_EQ(_wtoi(text), number) << ToUtf8(text);
-
-    for (const wchar_t* text : {L"", L"x1", L"- 1", L"--1", L"+-1", L" +", L"\x0661"}) {
-        int untouched = 5;
-        EXPECT_FALSE(ScanInteger(text, untouched)) << ToUtf8(text);
-        EXPECT_EQ(untouched, 5);
     }
 }
 

@@ -2,9 +2,6 @@
 
 #include "support/support.h"
 
-using namespace veltrane;
-using namespace veltrane::detail;
-
 namespace {
 
 TEST(Encoding, ReadsStrictlyAndKeepsEveryOtherByte) {
@@ -17,7 +14,7 @@ TEST(Encoding, ReadsStrictlyAndKeepsEveryOtherByte) {
         {"overlong in three bytes", "\xE0\x80\xAF", {0xDCE0, 0xDC80, 0xDCAF}},
         {"a surrogate", "\xED\xA0\x80", {0xDCED, 0xDCA0, 0xDC80}},
         {"cut off in the middle", "\xE2\x82", {0xDCE2, 0xDC82}},
-        {"goes on behind one byte", "\xE2\xC3\xA4z", {0xDCE2, L'ä', L'z'}},
+        {"goes on after one byte", "\xE2\xC3\xA4z", {0xDCE2, L'ä', L'z'}},
         {"no lead byte", "\xFF\xFE", {0xDCFF, 0xDCFE}},
     };
     for (const auto& [what, bytes, text] : cases) {

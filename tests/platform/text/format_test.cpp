@@ -7,9 +7,6 @@
 
 #include "support/support.h"
 
-using namespace veltrane;
-using namespace veltrane::detail;
-
 namespace {
 
 template <class... Args>
@@ -28,6 +25,7 @@ TEST(Format, PrintsTexts) {
     const wchar_t* const null = nullptr;
     const char* const narrowNull = nullptr;
     const wchar_t unterminated[] = {L'a', L'b', L'c'};
+    const char narrowUnterminated[] = {'a', '\xC3', '\xA4', 'c'};
     Check({
         {Formatted(L"<%s>", text), L"<w\x1F600z>"},
         {Formatted(L"%ls|%ws", L"a", std::wstring{L"b"}), L"a|b"},
@@ -36,6 +34,7 @@ TEST(Format, PrintsTexts) {
         {Formatted(L"%5s|%-5s|%05s", L"ab", L"ab", L"ab"), L"   ab|ab   |   ab"},
         {Formatted(L"%.2s|%.0s|%.9s", text, text, text), L"w\x1F600||w\x1F600z"},
         {Formatted(L"%.3s", static_cast<const wchar_t*>(unterminated)), L"abc"},
+        {Formatted(L"%.3S", static_cast<const char*>(narrowUnterminated)), L"aäc"},
         {Formatted(L"%.1S|%.1S", "\xC3\xA4x", "\xF0\x9F\x98\x80x"), L"ä|\x1F600"},
         {Formatted(L"%*s|%*s|%.*s|%.*s", 4, L"a", -4, L"a", 1, L"abc", -1, L"abc"), L"   a|a   |a|abc"},
         {Formatted(L"%c%lc%C%hc", L'ä', L'\0', 'x', 'y'), {L"ä\0xy", 4}},
@@ -102,13 +101,11 @@ TEST(Format, LimitsWidthsButNotLengths) {
 }
 
 TEST(Format, AcceptsOnlyWhatFits) {
-    static_assert(XFormat<CString, int>::Fits(L"<%s> %d"));
-    static_assert(XFormat<>::Fits(L"100%%"));
-    static_assert(!XFormat<int>::Fits(L""), "surplus argument");
-    static_assert(!XFormat<>::Fits(L"%d"), "missing argument");
-    static_assert(!XFormat<int>::Fits(L"%*d"), "the star needs one too");
-    static_assert(!XFormat<double, int>::Fits(L"%*d"), "a star takes integers");
-    static_assert(!XFormat<int>::Fits(L"%s") && !XFormat<std::string>::Fits(L"%s"));
+    static_assert(XFormat<CString, int>::Fits(L"<%s> %d") && XFormat<>::Fits(L"100%%"));
+    static_assert(!XFormat<int>::Fits(L"") && !XFormat<>::Fits(L"%d"), "surplus and missing argument");
+    static_assert(!XFormat<int>::Fits(L"%*d") && !XFormat<double, int>::Fits(L"%*d"), "a star takes an integer");
+    static_assert(!XFormat<int>::Fits(L"%s") && !XFormat<const char*>::Fits(L"%s") &&
+                  !XFormat<std::string>::Fits(L"%s"));
     static_assert(!XFormat<const wchar_t*>::Fits(L"%S") && !XFormat<const wchar_t*>::Fits(L"%hs"));
     static_assert(!XFormat<double>::Fits(L"%d") && !XFormat<int>::Fits(L"%f"));
     static_assert(!XFormat<char>::Fits(L"%c") && !XFormat<wchar_t>::Fits(L"%C"));

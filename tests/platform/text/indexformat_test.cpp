@@ -4,9 +4,6 @@
 
 #include "support/support.h"
 
-using namespace veltrane;
-using namespace veltrane::detail;
-
 namespace {
 
 TEST(IndexFormat, ReadsTheNumberOfAnItemThatFits) {

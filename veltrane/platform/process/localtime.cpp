@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "veltrane/platform/text/numbers.h"
+
 namespace veltrane {
 
 using namespace detail;
@@ -36,11 +38,6 @@ const std::tm* LocalTime(std::time_t seconds) {
     tzset();  // localtime_r alone need not look at TZ
     last.isKnown = localtime_r(&seconds, &last.time) != nullptr;
     return last.isKnown ? &last.time : nullptr;
-}
-
-void AppendTwoDigits(std::wstring& text, int number) {
-    text += static_cast<wchar_t>(L'0' + number / 10);
-    text += static_cast<wchar_t>(L'0' + number % 10);
 }
 
 /// @return false for a letter that stands for nothing

@@ -5,7 +5,7 @@
 
 namespace veltrane::detail {
 
-/// An ordered map with one cursor. Off every entry - before First, at the end, after Clear, in a copy - the cursor
+/// An ordered map with one cursor. Before First, at the end, after Clear and in a copy the cursor is on no entry: it
 /// answers null, and Next leaves it there. Insertion does not move it.
 /// @code
 /// for (auto* entry = map.First(); entry; entry = map.Next()) Use(entry->first, entry->second);

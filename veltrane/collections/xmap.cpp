@@ -12,7 +12,7 @@ namespace {
 
 constexpr XSource Here{L".\\xsetint"};
 
-// What the cursor of an integer map stands on: the key, or -1 and an empty value off every entry.
+// The key at the cursor of an integer map; -1 with an empty value when the cursor is on no entry.
 template <class Value>
 int Read(const XCursorMap<int, Value>& map, Value& out) {
     const auto* entry = map.Act();

@@ -24,12 +24,12 @@ public:
     int Find(const CString& text) const;
     /// The text under a key, valid until the entry changes; the empty text without one.
     const CString& Get(int key) const;
-    /// Put the cursor on the smallest key, and one entry on. @return the key; at the end, before GetFirst and after
-    /// Clear -1 with an empty text
+    /// GetFirst puts the cursor on the smallest key, GetNext on the next one. @return the key; -1 with an empty text at
+    /// the end, before GetFirst and after Clear
     int GetFirst(CString& out);
     int GetNext(CString& out);
-    /// The last key that a walk ending at the first negative one meets, -1 if none. Leaves the cursor at the end of
-    /// that walk.
+    /// The largest key; -1 for an empty map and for one that holds a negative key. Moves the cursor to the end, or to
+    /// the negative key.
     int GetMaxKey();
     int Size() const noexcept { return static_cast<int>(m_Map.All().size()); }
     void Clear() noexcept { m_Map.Clear(); }
@@ -40,7 +40,8 @@ private:
     veltrane::detail::XCursorMap<int, CString> m_Map;
 };
 
-/// Ordered map from int to sets of integers that it owns, each under one key, until the map is destroyed.
+/// Ordered map from int to sets of integers, which the map deletes when it is destroyed. A set may be under one key
+/// only.
 /// @code
 /// XMapInt2SetOfInt columns;
 /// columns.Insert(5, L"1, 3, 7");
@@ -55,7 +56,7 @@ public:
 
     /// The map's set under a key, null if none.
     XSetInt* Find(int key) const;
-    /// Takes a set over; the one held under the key before goes back to the caller. Null does nothing.
+    /// The map owns the set from now on, and no longer the one that was under the key. Null does nothing.
     void Insert(int key, XSetInt* set);
     /// Makes a set of an integer list (XSetInt::BuildSet); a list without numbers makes none.
     /// @throws XException  the key has a set already
@@ -87,8 +88,8 @@ public:
 
     /// Stores two numbers under a key unless numbers other than (0, 0) are there.
     void Insert(int key, int first, int second);
-    /// Put the cursor on the smallest key, and one entry on. @return the key; at the end, before GetFirst and after
-    /// Clear -1 with (0, 0)
+    /// GetFirst puts the cursor on the smallest key, GetNext on the next one. @return the key; -1 with (0, 0) at the
+    /// end, before GetFirst and after Clear
     int GetFirst(IntTupel& out);
     int GetNext(IntTupel& out);
     void Clear() noexcept { m_Map.Clear(); }

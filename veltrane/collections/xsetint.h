@@ -33,8 +33,8 @@ public:
     /// largest value, when this set is sorted. They can be many - below 2,000,000,000 as many, of 16 bytes each:
     /// without the memory for all of them none is appended, and the box of Insert tells so.
     void GetFreeNumbers(XSetInt& out) const;
-    /// The maximum becomes 0 for an empty set, the last value of a sorted one, and else the largest of it and all
-    /// values.
+    /// Sets the maximum to 0 for an empty set, to the last value of a sorted one, else to the largest of all values and
+    /// itself.
     void CalcMax();
     /// Takes out and returns the first value; an empty set counts its maximum up instead (INT_MAX wraps to INT_MIN).
     int GetNextNumber();

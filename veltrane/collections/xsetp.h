@@ -22,10 +22,10 @@
 /// FullCompare, GetFlag, SetFlag. A null pointer may be inserted: it counts as less than every object, is copied as
 /// null, passed over by GetSubset, and has no flag to ask for or set.
 ///
-/// Changes and copies raise XException: an arriving one takes the operation's reason along, any other exception is
-/// replaced. The read accessors and GetSubset absorb what T throws, show a box and answer as for a position outside.
-/// Sub, Intersection, Compare and FullCompare let through what T throws. A set given to itself as argument counts as a
-/// copy. Addresses and references of objects are valid until the object is removed.
+/// Changes and copies raise XException: one that comes from below gets the operation's reason in front, any other
+/// exception is replaced by one. The read accessors and GetSubset absorb what T throws, show a box and answer as for a
+/// position outside. Sub, Intersection, Compare and FullCompare let through what T throws. A set given to itself as
+/// argument counts as a copy. Addresses and references of objects are valid until the object is removed.
 /// @code
 /// XSetP<XStringPair> pairs;
 /// pairs.Insert(new XStringPair(L"tmp_", L"wrk_"));  // the set deletes it
@@ -61,8 +61,8 @@ public:
     /// @throws XException  position outside
     bool GetFlag(int position) const;
 
-    /// Position of an object of which neither is less than the other, -1 if none. In a set marked sorted the search
-    /// goes on from start, or anywhere with a start below 0; in any other set it takes the first, whatever start is.
+    /// Position of an equal object - neither is less than the other -, -1 if none. A set marked sorted is searched from
+    /// start on, or by halves when start is below 0; any other from its front, whatever start is.
     int FindPos(const T* object, int start) const;
     int FindPos(const T& object, int start) const { return FindPos(&object, start); }
     /// The object at FindPos, null if none.

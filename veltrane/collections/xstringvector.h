@@ -20,14 +20,14 @@ public:
 
     void Append(const CString& text);
     int GetSize() const noexcept { return static_cast<int>(m_Vector.size()); }
-    /// Put the cursor on the first string, and one on. @return false, with out untouched, at the end, before First and
-    /// after Append or Clear
+    /// First puts the cursor on the first string, Next on the next one. @return false, with out untouched, at the end,
+    /// before First and after Append or Clear
     bool First(CString& out);
     bool Next(CString& out);
     void Clear() noexcept;
 
-    /// -1 or 1 for fewer or more strings; among equal sizes CString::Compare of the first that differ, else 0. More
-    /// than null.
+    /// -1 for fewer strings than the other holds, 1 for more or when other is null; among equal sizes CString::Compare
+    /// of the first strings that differ, else 0.
     int Compare(const XStringVector* other) const;
     int FullCompare(const XStringVector* other) const { return Compare(other); }
 
@@ -39,7 +39,7 @@ private:
     std::size_t m_itEnd = 0;  // equal to m_itAct at the end
 };
 
-/// Ordered map from string to vectors that it owns until it is destroyed, with a cursor of its own.
+/// Ordered map from string to vectors, which the map deletes when it is destroyed. It has a cursor of its own.
 /// @code
 /// for (bool more = map.First(); more; more = map.Next()) Use(map.GetActKey(), *map.GetActValue());
 /// @endcode
@@ -52,11 +52,12 @@ public:
 
     /// Takes a vector over, unless the key is there: then nothing changes and the vector stays the caller's.
     void Insert(const CString& key, XStringVector* vector);
-    /// Put the cursor on a key (case counts), on the smallest one, and one entry on. @return false off every entry
+    /// Find puts the cursor on a key (case counts), First on the smallest one, Next on the next one. @return false when
+    /// there is none
     bool Find(const CString& key) { return m_Map.Find(key) != nullptr; }
     bool First() { return m_Map.First() != nullptr; }
     bool Next() { return m_Map.Next() != nullptr; }
-    /// Key and vector at the cursor; the empty text and null off every entry.
+    /// Key and vector at the cursor; the empty text and null when the cursor is on no entry.
     const CString& GetActKey() const;
     XStringVector* GetActValue() const;
     int GetSize() const noexcept { return static_cast<int>(m_Map.All().size()); }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <stdexcept>
+
 #include "support/support.h"
 #include "veltrane/collections/XSet.h"
 
@@ -23,3 +25,41 @@ std::vector<T> ValuesOf(const XSet<T>& set) {
     for (int i = 0; i < set.Size(); ++i) values.push_back(set.GetConstRefAt(i));
     return values;
 }
+
+/// A number that counts its copies, and that fails once at one kind of action when it is put in that mood.
+struct Moody {
+    enum Mood { GOOD, COPY, ASSIGN, LESS, DEFAULT, FLAG, DESTROY };
+    static inline Mood mood = GOOD;
+    static inline int countdown = 0;  // the how-manieth action from now on throws
+    static inline int copies = 0;
+
+    static int Try(Mood action, int result) {
+        if (action == COPY) ++copies;
+        if (action == mood && --countdown == 0) throw std::runtime_error("moody");
+        return result;
+    }
+
+    Moody() : value(Try(DEFAULT, 0)) {}
+    Moody(int number) : value(number) {}
+    Moody(const Moody& other) : value(Try(COPY, other.value)) {}
+    Moody(Moody&& other) noexcept : value(std::exchange(other.value, -1)) {}
+    Moody& operator=(const Moody& other) { return *this = Moody{other}; }
+    Moody& operator=(Moody&& other) noexcept(false) {
+        Try(ASSIGN, 0);
+        value = std::exchange(other.value, -1);
+        return *this;
+    }
+    bool operator<(const Moody& other) const { return Try(LESS, value) < other.value; }
+    bool operator==(const Moody& other) const { return value == other.value; }
+
+    int value;
+};
+
+/// The mood of all, while it lives.
+struct InMood {
+    explicit InMood(Moody::Mood mood, int countdown = 1) {
+        Moody::mood = mood;
+        Moody::countdown = countdown;
+    }
+    ~InMood() { Moody::mood = Moody::GOOD; }
+};

@@ -1,56 +1,58 @@
 #include "veltrane/collections/xmap.h"
 
-#include <array>
-#include <memory>
-
 #include "support/support.h"
 
-using namespace veltrane;
-using namespace veltrane::detail;
+namespace {
 
-using Ints = std::vector<int>;
+using Pairs = std::vector<std::pair<int, CString>>;
 
-TEST(XMapInt2CString, InsertStoresOnlyWhatGetDoesNotGiveYet) {
+XMapInt2CString MapOf(const Pairs& pairs) {
     XMapInt2CString map;
-    map.Insert(3, L"");
-    EXPECT_EQ(map.Size(), 0) << "an empty text makes no entry";
-    map.Insert(3, L"c");
-    map.Insert(3, L"d");
-    EXPECT_EQ(map.Get(3), L"d");
-    map.Insert(3, L"");
-    EXPECT_EQ(map.Get(3), L"");
-    EXPECT_EQ(map.Size(), 1) << "but empties one";
+    for (const auto& [key, text] : pairs) map.Insert(key, text);
+    return map;
 }
 
-TEST(XMapInt2CString, TheCursorWalksKeysInOrderAndStaysAtTheEnd) {
-    XMapInt2CString map;
-    CString text = L"?";
-    EXPECT_EQ(map.GetNext(text), -1) << "before GetFirst";
-    EXPECT_EQ(text, L"");
-    for (const int key : {5, 1, 3}) map.Insert(key, FormatText(L"%d", key));
-    Ints keys = {map.GetFirst(text)};
-    while (keys.back() >= 0) keys.push_back(map.GetNext(text));
-    EXPECT_EQ(keys, (Ints{1, 3, 5, -1}));
-    EXPECT_EQ(text, L"");
-    EXPECT_EQ(map.GetNext(text), -1);
+}  // namespace
 
+TEST(XMapInt2CString, WalksInOrderWhatGetDidNotGiveBefore) {
+    const std::pair<Pairs, Pairs> cases[] = {
+        {{{3, L""}}, {}},
+        {{{3, L"c"}, {3, L"d"}}, {{3, L"d"}}},
+        {{{3, L"c"}, {3, L""}}, {{3, L""}}},
+        {{{5, L"e"}, {1, L"a"}, {3, L"c"}}, {{1, L"a"}, {3, L"c"}, {5, L"e"}}},
+    };
+    for (const auto& [inserted, expected] : cases) {
+        XMapInt2CString map = MapOf(inserted);
+        CString text = L"?";
+        EXPECT_EQ(map.GetNext(text), -1) << "before GetFirst";
+        EXPECT_EQ(text, L"");
+        Pairs met;
+        for (int key = map.GetFirst(text); key >= 0; key = map.GetNext(text)) met.emplace_back(key, text);
+        EXPECT_EQ(met, expected);
+        EXPECT_EQ(map.Size(), static_cast<int>(expected.size()));
+        EXPECT_EQ(text, L"");
+        EXPECT_EQ(map.GetNext(text), -1) << "stays at the end";
+    }
+}
+
+TEST(XMapInt2CString, TheCursorIsMovedByWalksAlone) {
+    XMapInt2CString map = MapOf({{1, L"1"}, {3, L"3"}});
+    CString text;
     map.GetFirst(text);
     map.Insert(2, L"2");
-    EXPECT_EQ(map.GetNext(text), 2) << "insertion does not move the cursor";
+    EXPECT_EQ(map.GetNext(text), 2);
+    EXPECT_EQ(map.Find(L"3"), 3);
     XMapInt2CString copy = map;
     EXPECT_EQ(copy.GetNext(text), -1) << "a copy starts without cursor";
     copy = map;
     EXPECT_EQ(copy.GetNext(text), -1);
-    EXPECT_EQ(map.Find(L"5"), 5);
-    EXPECT_EQ(map.GetNext(text), 3) << "nor does searching for a text";
+    EXPECT_EQ(map.GetNext(text), 3);
     map.Clear();
-    EXPECT_EQ(map.GetNext(text), -1) << "after Clear";
+    EXPECT_EQ(map.GetNext(text), -1);
 }
 
-TEST(XMapInt2CString, FindGivesTheSmallestKeyAndGetMaxKeyEndsAtTheFirstNegativeOne) {
-    XMapInt2CString map;
-    EXPECT_EQ(map.GetMaxKey(), -1);
-    for (const auto& [key, text] : {std::pair{9, L"a"}, {4, L"a"}, {0, L"A"}}) map.Insert(key, text);
+TEST(XMapInt2CString, FindGivesTheSmallestKeyAndGetMaxKeyTheLargest) {
+    XMapInt2CString map = MapOf({{9, L"a"}, {4, L"a"}, {0, L"A"}});
     EXPECT_EQ(map.Find(L"a"), 4);
     EXPECT_EQ(map.Find(L"b"), -1);
     EXPECT_EQ(map.GetMaxKey(), 9);
@@ -60,33 +62,29 @@ TEST(XMapInt2CString, FindGivesTheSmallestKeyAndGetMaxKeyEndsAtTheFirstNegativeO
     EXPECT_EQ(map.GetMaxKey(), -1);
 }
 
-TEST(XMapInt2SetOfInt, BuildsASetOfAListOncePerKey) {
+TEST(XMapInt2SetOfInt, MakesASetOfAListOncePerKeyAndTakesSetsOver) {
     XMapInt2SetOfInt map;
     map.Insert(2, L"5,7");
     const XException error = ErrorOf([&] { map.Insert(2, L"8"); });
     EXPECT_EQ(error.GetMessage(), L"There are already classes defined as 'obsolete' in database '2'");
     EXPECT_EQ(error.GetLocation().Find(L"<XMapInt2SetOfInt::Insert> in [xsetint], line ["), 0);
-    ASSERT_NE(map.Find(2), nullptr);
-    EXPECT_EQ(map.Find(2)->Size(), 2);
+    XSetInt* const first = map.Find(2);
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first->Size(), 2);
     map.Insert(3, L"0, x");
     EXPECT_EQ(map.Find(3), nullptr);
-}
-
-TEST(XMapInt2SetOfInt, TakesSetsOverAndGivesReplacedOnesBack) {
-    XMapInt2SetOfInt map;
-    const auto first = std::make_unique<XSetInt>();
-    auto* second = new XSetInt;  // the leak check of the sanitizer build watches over it
-    map.Insert(4, first.get());
-    map.Insert(4, second);
-    map.Insert(4, nullptr);
-    EXPECT_EQ(map.Find(4), second);
+    auto* const second = new XSetInt;  // the leak check of the sanitizer build watches over both
+    map.Insert(2, second);
+    map.Insert(2, nullptr);
+    EXPECT_EQ(map.Find(2), second);
+    delete first;
 }
 
 TEST(XMapInt2IntTupel, KeepsNumbersButReplacesZeros) {
-    using Entry = std::array<int, 3>;
+    using Entry = std::vector<int>;
     XMapInt2IntTupel map;
-    for (const auto& [key, first, second] : {Entry{1, 2, 3}, {1, 9, 9}, {5, 0, 0}, {5, 0, 4}, {5, 9, 9}, {7, 0, 0}}) {
-        map.Insert(key, first, second);
+    for (const Entry& entry : {Entry{1, 2, 3}, {1, 9, 9}, {5, 0, 0}, {5, 0, 4}, {5, 9, 9}, {7, 0, 0}}) {
+        map.Insert(entry[0], entry[1], entry[2]);
     }
     XMapInt2IntTupel::IntTupel tupel;
     std::vector<Entry> met;

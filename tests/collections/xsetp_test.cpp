@@ -1,49 +1,34 @@
+#include <climits>
 #include <memory>
-#include <stdexcept>
 
-#include "support/support.h"
-#include "veltrane/collections/XSet.h"
+#include "collections/sets.h"
 #include "veltrane/collections/xstringpair.h"
-
-using namespace veltrane;
-using namespace veltrane::detail;
 
 namespace {
 
-// Lives on the heap of a set; knows how many of its kind live, and fails at one kind of action when told to.
-class Subject {
+// A moody number that lives on the heap of a set, and knows how many of its kind live.
+class Subject : public Moody {
 public:
-    enum Action { NONE, COPY, LESS, FLAG, DESTROY };
-    static inline Action failing = NONE;
     static inline int alive = 0;
 
-    explicit Subject(int value = 0) : m_nValue(value) { ++alive; }
-    Subject(const Subject& other) : m_nValue(other.m_nValue), m_bFlag(May(COPY) && other.m_bFlag) { ++alive; }
+    explicit Subject(int number = 0) : Moody(number) { ++alive; }
+    Subject(const Subject& other) : Moody(other), m_bFlag(other.m_bFlag) { ++alive; }
     Subject& operator=(const Subject&) = delete;
     ~Subject() noexcept(false) {
         --alive;
-        if (failing == DESTROY) throw MakeError(XSite{L".\\inner", L"Subject::~Subject", 7}, L"No!");
+        if (mood == DESTROY) throw MakeError(XSite{L".\\inner", L"Subject::~Subject", 7}, L"No!");
     }
 
-    int Value() const { return m_nValue; }
-    bool GetFlag() const { return May(FLAG) && m_bFlag; }
-    void SetFlag(bool flag) { m_bFlag = May(FLAG) && flag; }
-    int Compare(const Subject& other) const { return m_nValue - other.m_nValue; }
-    int FullCompare(const Subject& other) const { return other.m_nValue - m_nValue; }
-    bool operator<(const Subject& other) const { return May(LESS) && m_nValue < other.m_nValue; }
+    bool GetFlag() const { return Try(FLAG, m_bFlag); }
+    void SetFlag(bool flag) { m_bFlag = Try(FLAG, flag); }
+    int Compare(const Subject& other) const { return value - other.value; }
+    int FullCompare(const Subject& other) const { return other.value - value; }
 
 private:
-    static bool May(Action action) {
-        if (failing == action) throw std::runtime_error("told to");
-        return true;
-    }
-
-    int m_nValue;
     bool m_bFlag = false;
 };
 
 using Set = XSetP<Subject>;
-using Ints = std::vector<int>;
 
 constexpr int NOTHING = -99;  // stands for a null pointer
 
@@ -53,23 +38,18 @@ void Fill(Set& set, std::initializer_list<int> values) {
 
 Ints ValuesOf(const Set& set) {
     Ints values;
-    for (int i = 0; i < set.Size(); ++i) {
-        const Subject* subject = set.GetConstAt(i);
-        values.push_back(subject ? subject->Value() : NOTHING);
-    }
+    for (int i = 0; i < set.Size(); ++i) values.push_back(set.GetConstAt(i) ? set.GetConstAt(i)->value : NOTHING);
     return values;
 }
 
 class XSetPOfSubjects : public testing::Test {
 protected:
     XSetPOfSubjects() {
-        set.GetConstRefAt(-1);  // the shared empty ones live on
-        set.GetRefAt(-1);
+        set.GetRefAt(-1);  // the shared empty ones live on
         m_nBefore = Subject::alive;
         Fill(set, {30, 10, 20});
     }
     ~XSetPOfSubjects() override {
-        Subject::failing = Subject::NONE;
         set.Clear();
         EXPECT_EQ(Subject::alive, m_nBefore) << "an object was left over or deleted twice";
     }
@@ -82,168 +62,107 @@ private:
 
 }  // namespace
 
-TEST_F(XSetPOfSubjects, DeletesWhatItRemovesAndKeepsTheRestInOrder) {
-    for (const int position : {-1, 3, 1}) set.DeleteObj(position);
-    set.DeleteData(Subject{99});
-    EXPECT_EQ(ValuesOf(set), (Ints{30, 20}));
-    set.DeleteData(*set.GetAt(1));
-    EXPECT_EQ(ValuesOf(set), Ints{30});
-}
-
-TEST_F(XSetPOfSubjects, SortNeedsTwoObjectsToMarkTheSet) {
-    Set one;
-    Fill(one, {1});
-    one.Sort();
-    EXPECT_FALSE(one.IsSorted());
-    set.Sort();
-    set.DeleteObj(0);
-    set.SetFlag(true);
-    EXPECT_TRUE(set.IsSorted());
-    EXPECT_EQ(ValuesOf(set), (Ints{20, 30}));
-    Fill(set, {1});
-    EXPECT_FALSE(set.IsSorted());
+TEST_F(XSetPOfSubjects, OperationsLeaveObjectsAndSortedMarkAsTheySay) {
+    // clang-format off
+    struct {
+        const char* what; void (*action)(Set& set, Set& other); Ints after; bool sorted;  // other holds 20, 40, 20
+    } const cases[] = {
+        {"DeleteObj", [](auto& s, auto&) { for (int at : {-1, 3, 1}) s.DeleteObj(at); }, {30, 20}, false},
+        {"DeleteData", [](auto& s, auto&) { s.DeleteData(Subject{99}); s.DeleteData(*s.GetAt(1)); }, {30, 20}, false},
+        {"Sort", [](auto& s, auto&) { s.Sort(); s.DeleteObj(0); s.SetFlag(true); }, {20, 30}, true},
+        {"Sort of one", [](auto& s, auto&) { s.Clear(); Fill(s, {1}); s.Sort(); }, {1}, false},
+        {"Insert", [](auto& s, auto&) { s.Sort(); Fill(s, {1}); }, {10, 20, 30, 1}, false},
+        {"operator=", [](auto& s, auto& o) { Fill(o, {NOTHING}); s.Sort(); s = o; }, {20, 40, 20, NOTHING}, false},
+        {"a copy onto itself", [](auto& s, auto&) { s.Sort(); s.Copy(s); s.Copy(nullptr); }, {10, 20, 30}, true},
+        {"Sub", [](auto& s, auto& o) { Set all{&s}; s.Clear(); s.Sub(all, o); s.Sub(o, all); EXPECT_TRUE(all.IsSorted() && o.IsSorted()); }, {10, 30, 20, 40}, false},
+        {"Intersection", [](auto& s, auto& o) { s.Intersection(s, o); }, {10, 20, 30, 20}, false},
+        {"GetSubset", [](auto& s, auto& o) { o.SetFlag(1, true); Fill(o, {NOTHING}); o.GetSubset(s, false); o.GetSubset(o, true); EXPECT_EQ(ValuesOf(o), Ints{40}); }, {20, 20}, false},
+        {"null is least", [](auto& s, auto&) { Fill(s, {NOTHING}); EXPECT_EQ(s.FindPos(nullptr, -1), 3); s.Sort(); s.Sub(s, s); }, {NOTHING, 10, 20, 30}, true},
+        {"null of another set", [](auto& s, auto&) { EXPECT_EQ(Set(static_cast<const Set*>(nullptr)).Size(), 0); s.DeleteObj(2); }, {30, 10}, false},
+    };
+    // clang-format on
+    for (const auto& [what, action, after, sorted] : cases) {
+        Set other, target{set};
+        Fill(other, {20, 40, 20});
+        action(target, other);
+        other.Clear();
+        EXPECT_EQ(ValuesOf(target), after) << what;
+        EXPECT_EQ(target.IsSorted(), sorted) << what;
+    }
 }
 
 TEST_F(XSetPOfSubjects, FindPosGoesOnFromStartOnlyInASortedSet) {
     EXPECT_EQ(set.FindPos(Subject{30}, 3), 0) << "unsorted: start is not used";
     Fill(set, {20, 20});
     set.Sort();
-    const Subject twenty{20};
-    struct {
-        int start;
-        int position;
-    } const cases[] = {{0, 1}, {1, 1}, {2, 2}, {3, 3}, {4, -1}, {5, -1}, {INT_MAX, -1}};
-    for (const auto& [start, position] : cases) EXPECT_EQ(set.FindPos(twenty, start), position) << start;
-    EXPECT_EQ(set.Find(twenty, -1)->Value(), 20);
+    const std::pair<int, int> cases[] = {{0, 1}, {1, 1}, {2, 2}, {3, 3}, {4, -1}, {5, -1}, {INT_MAX, -1}};
+    for (const auto& [start, position] : cases) EXPECT_EQ(set.FindPos(Subject{20}, start), position) << start;
+    for (const int value : {10, 20, 30}) EXPECT_EQ(set.Find(Subject{value}, -1)->value, value);
     EXPECT_EQ(set.FindPos(Subject{15}, -1), -1);
     EXPECT_EQ(set.Find(Subject{99}, 0), nullptr);
-}
-
-TEST_F(XSetPOfSubjects, CopiesAreIndependentObjects) {
-    auto source = std::make_unique<Set>();
-    Fill(*source, {1, NOTHING, 2});
-    const Set copy{source.get()};
-    set = *source;
-    source.reset();
-    EXPECT_EQ(ValuesOf(copy), (Ints{1, NOTHING, 2}));
-    EXPECT_EQ(ValuesOf(set), (Ints{1, NOTHING, 2}));
-    EXPECT_EQ(Set(static_cast<const Set*>(nullptr)).Size(), 0);
-    const Subject* first = set.GetAt(0);
-    set.Copy(set);
-    set.Copy(nullptr);
-    EXPECT_EQ(set.GetAt(0), first) << "a set copied onto itself stays as it is";
-}
-
-TEST_F(XSetPOfSubjects, ArithmeticAppendsCopiesAndSortsItsArguments) {
-    Set other;
-    Fill(other, {20, 40, 20});
-    Set result;
-    result.Sub(set, other);
-    result.Intersection(set, other);
-    EXPECT_EQ(ValuesOf(result), (Ints{10, 30, 20}));
-    EXPECT_TRUE(set.IsSorted() && other.IsSorted());
-    set.Intersection(set, other);
-    EXPECT_EQ(ValuesOf(set), (Ints{10, 20, 30, 20}));
 }
 
 TEST_F(XSetPOfSubjects, ComparesSizesThenObjects) {
     Set other;
     Fill(other, {30, 10});
     EXPECT_EQ(set.Compare(other), 1);
-    EXPECT_FALSE(set < other);
-    EXPECT_TRUE(other < set);
+    EXPECT_TRUE(other < set && !(set < other));
     Fill(other, {25});
     EXPECT_EQ(set.Compare(other), -5);
     EXPECT_EQ(set.FullCompare(other), 5);
-    EXPECT_TRUE(set < other);
-    EXPECT_FALSE(other < set);
-    EXPECT_FALSE(set < Set{set});
-}
-
-TEST_F(XSetPOfSubjects, SubsetsAreTheObjectsWithTheFlag) {
-    set.SetFlag(1, true);
-    Fill(set, {NOTHING});
-    Set out;
-    Fill(out, {7});
-    set.GetSubset(out, false);
-    EXPECT_EQ(ValuesOf(out), (Ints{30, 20}));
-    set.GetSubset(set, true);
-    EXPECT_EQ(ValuesOf(set), Ints{10});
-}
-
-TEST_F(XSetPOfSubjects, NullPointersAreNoTrap) {
-    Fill(set, {NOTHING});
-    EXPECT_EQ(&set.GetRefAt(3), &set.GetRefAt(-1));
-    EXPECT_EQ(&set.GetConstRefAt(3), &set.GetConstRefAt(-1));
-    EXPECT_EQ(set.FindPos(nullptr, -1), 3);
-    Set other{set};
-    EXPECT_EQ(set.Compare(other), 0);
-    set.Sort();
-    EXPECT_EQ(ValuesOf(set), (Ints{NOTHING, 10, 20, 30}));
-    EXPECT_LT(set.Compare(other), 0);
-    other.Sub(set, set);
-    set.DeleteObj(0);
+    EXPECT_TRUE(set < other && !(other < set) && !(set < Set{set}));
+    other.DeleteObj(2);
+    Fill(other, {NOTHING});
+    EXPECT_EQ(set.Compare(other), 1) << "null is less";
+    EXPECT_EQ(other.Compare(Set{other}), 0);
 }
 
 TEST_F(XSetPOfSubjects, FailuresBecomeErrorsOfTheOperation) {
-    using enum Subject::Action;
-    const wchar_t* const copying =
-        L"Error copying a XSetP<T>!\r\nreason: \tAn unknown exception occured when copying a XSetP<T>!";
+    using S = Subject;
+    // clang-format off
     struct {
-        Subject::Action failing;
-        void (*action)(Set& s);
-        const wchar_t* where;  // of the operation, behind the element type
-        const wchar_t* message;
+        S::Mood mood; void (*action)(Set& s);
+        const wchar_t* where;  // the operation, after the element type
+        const wchar_t* doing;  // the words of its messages
+        const wchar_t* below;  // the reason that came from below; null for none but its own
     } const cases[] = {
-        {COPY, [](Set& s) { Set{}.Copy(s); }, L"Copy>", L"An unknown exception occured when copying a XSetP<T>!"},
-        {COPY, [](Set& s) { Set{s}; }, L"XSetP>", copying},
-        {COPY, [](Set& s) { Set{&s}; }, L"XSetP>", copying},
-        {COPY, [](Set& s) { Set{} = s; }, L"operator =>", copying},
-        {LESS, [](Set& s) { s.Sort(); }, L"Sort>", L"An unknown exception occured when sorting a XSetP<T>!"},
-        {LESS, [](Set& s) { static_cast<void>(s < Set{s}); }, L"operator <>",
-         L"An unknown exception occured when comparing two XSetP<T>!"},
-        {FLAG, [](Set& s) { s.GetFlag(1); }, L"GetFlag>",
-         L"An unknown exception occured when getting the flag of element #1 of a XSetP<T>!"},
-        {FLAG, [](Set& s) { s.SetFlag(true); }, L"SetFlag>",
-         L"Error setting the flag for all elements of a XSetP<T>!\r\n"
-         L"reason: \tAn unknown exception occured when setting the flag for element #0 of a XSetP<T>!"},
-        {NONE, [](Set& s) { s.GetFlag(3); }, L"GetFlag>",
-         L"Error getting the flag of element #3 of a XSetP<T>!\r\nreason: \tIndex <3> holds no object!"},
-        {NONE, [](Set& s) { s.GetFlag(4); }, L"GetFlag>",
-         L"Error getting the flag of element #4 of a XSetP<T>!\r\nreason: \tIndex <4> is out of bounds [0,3]!"},
-        {NONE, [](Set&) { Set{}.SetFlag(0, true); }, L"SetFlag>",
-         L"Error setting the flag for element #0 of a XSetP<T>!\r\nreason: \tIndex <0> is out of bounds [0,-1]!"},
+        {S::COPY, [](Set& s) { Set{}.Copy(s); }, L"Copy", L"copying a XSetP<T>!", nullptr},
+        {S::COPY, [](Set& s) { Set{s}; }, L"XSetP", L"copying a XSetP<T>!", L"An unknown exception occured when copying a XSetP<T>!"},
+        {S::COPY, [](Set& s) { Set{&s}; }, L"XSetP", L"copying a XSetP<T>!", L"An unknown exception occured when copying a XSetP<T>!"},
+        {S::COPY, [](Set& s) { Set{} = s; }, L"operator =", L"copying a XSetP<T>!", L"An unknown exception occured when copying a XSetP<T>!"},
+        {S::LESS, [](Set& s) { s.Sort(); }, L"Sort", L"sorting a XSetP<T>!", nullptr},
+        {S::LESS, [](Set& s) { static_cast<void>(s < Set{s}); }, L"operator <", L"comparing two XSetP<T>!", nullptr},
+        {S::FLAG, [](Set& s) { s.GetFlag(1); }, L"GetFlag", L"getting the flag of element #1 of a XSetP<T>!", nullptr},
+        {S::FLAG, [](Set& s) { s.SetFlag(true); }, L"SetFlag", L"setting the flag for all elements of a XSetP<T>!",
+            L"An unknown exception occured when setting the flag for element #0 of a XSetP<T>!"},
+        {S::GOOD, [](Set& s) { s.GetFlag(3); }, L"GetFlag", L"getting the flag of element #3 of a XSetP<T>!", L"Index <3> holds no object!"},
+        {S::GOOD, [](Set& s) { s.GetFlag(4); }, L"GetFlag", L"getting the flag of element #4 of a XSetP<T>!", L"Index <4> is out of bounds [0,3]!"},
+        {S::GOOD, [](Set&) { Set{}.SetFlag(0, true); }, L"SetFlag", L"setting the flag for element #0 of a XSetP<T>!", L"Index <0> is out of bounds [0,-1]!"},
     };
+    // clang-format on
     Fill(set, {NOTHING});
-    for (const auto& [failing, action, where, message] : cases) {
-        Subject::failing = failing;
+    for (const auto& [mood, action, where, doing, below] : cases) {
+        const InMood moody{mood};
         const XException error = ErrorOf([&, run = action] { run(set); });
-        Subject::failing = NONE;
+        const CString message = below ? FormatText(L"Error %s\r\nreason: \t%s", doing, below)
+                                      : FormatText(L"An unknown exception occured when %s", doing);
         EXPECT_EQ(error.GetMessage(), message);
         EXPECT_EQ(error.GetNumber(), -1);
-        const CString location = error.GetLocation();
-        const CString method = location.Mid(location.Find(L">::") + 3);
-        EXPECT_EQ(method.Find(FormatText(L"%s in [XSet], line [", where)), 0) << ToUtf8(method);
+        const CString method = error.GetLocation().Mid(error.GetLocation().Find(L">::") + 3);
+        EXPECT_EQ(method.Find(FormatText(L"%s> in [XSet], line [", where)), 0) << ToUtf8(method);
         EXPECT_EQ(ValuesOf(set), (Ints{30, 10, 20, NOTHING}));
     }
-    Set{}.SetFlag(true);
-    for (const int outside : {-1, 4}) {
+    for (const int outside : {-1, 3, 4}) {  // the third holds no object
         EXPECT_EQ(set.GetAt(outside), nullptr);
-        EXPECT_EQ(set.GetRefAt(outside).Value(), 0);
+        EXPECT_EQ(&set.GetRefAt(outside), &set.GetRefAt(-1));
+        EXPECT_EQ(&set.GetConstRefAt(outside), &set.GetConstRefAt(-1));
     }
 }
 
-TEST_F(XSetPOfSubjects, AnErrorOfTheObjectTakesTheReasonAlong) {
+TEST_F(XSetPOfSubjects, AnErrorOfTheObjectGetsTheReasonInFront) {
     Set victims;
     Fill(victims, {1, 2, 3});
-    BoxRecorder recorder;
-    {
-        Set dying;
-        Fill(dying, {1, 2});
-        Subject::failing = Subject::DESTROY;
-    }
-    ASSERT_EQ(recorder.boxes.size(), 1u);
-    EXPECT_EQ(recorder.boxes[0].text, L"Exception in 'XSetP<T>::~XSetP()'");
+    const InMood moody{Moody::DESTROY};
     EXPECT_EQ(ErrorOf([&] { victims.DeleteObj(0); }).GetMessage(),
               L"Error deleting an element from a XSetP<T>!\r\nreason: \tNo!");
     EXPECT_EQ(ErrorOf([&] { victims.Clear(); }).GetMessage(), L"Error cleaning-up a XSetP<T>!\r\nreason: \tNo!");
@@ -251,16 +170,20 @@ TEST_F(XSetPOfSubjects, AnErrorOfTheObjectTakesTheReasonAlong) {
 }
 
 TEST_F(XSetPOfSubjects, ReadAccessorsShowABoxInstead) {
-    BoxRecorder recorder;
-    const Subject ten{10};
-    Subject::failing = Subject::LESS;
-    EXPECT_EQ(set.Find(ten, -1), nullptr);
-    Set out;
-    Subject::failing = Subject::COPY;
-    set.GetSubset(out, false);
-    ASSERT_EQ(recorder.boxes.size(), 2u);
-    EXPECT_EQ(recorder.boxes[0].text, L"Exception in 'XSetP<T>::Find()'");
-    EXPECT_EQ(recorder.boxes[1].text, L"Exception in 'XSetP<T>::GetSubset()'");
+    // clang-format off
+    struct { Moody::Mood mood; void (*action)(Set& set); const wchar_t* box; } const cases[] = {
+        {Moody::LESS, [](Set& s) { EXPECT_EQ(s.Find(*s.GetAt(1), -1), nullptr); }, L"Exception in 'XSetP<T>::Find()'"},
+        {Moody::COPY, [](Set& s) { Set out; s.GetSubset(out, false); }, L"Exception in 'XSetP<T>::GetSubset()'"},
+        {Moody::DESTROY, [](Set&) { Set dying; Fill(dying, {1, 2}); }, L"Exception in 'XSetP<T>::~XSetP()'"},
+    };
+    // clang-format on
+    for (const auto& [mood, action, box] : cases) {
+        BoxRecorder recorder;
+        const InMood moody{mood};
+        action(set);
+        ASSERT_EQ(recorder.boxes.size(), 1U) << ToUtf8(box);
+        EXPECT_EQ(recorder.boxes[0].text, box);
+    }
 }
 
 TEST(XSetP, LocationsNameTheOperationWithTheElementType) {
@@ -270,23 +193,17 @@ TEST(XSetP, LocationsNameTheOperationWithTheElementType) {
     EXPECT_GT(location.Find(L"<XSetP<class XStringPair>::CheckLimits> in [XSet], line ["), 0);
 }
 
-TEST(XStringPair, OrdersByTheFirstThenTheSecondString) {
+TEST(XSetStringPairs, AreOrderedByTheFirstStringAndAlwaysMarked) {
+    XSetStringPairs pairs, out;
     const XStringPair ascending[] = {{L"A", L"x"}, {L"a", L"x"}, {L"a", L"y"}, {L"b", L""}};
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_TRUE(ascending[i] < ascending[i + 1]);
-        EXPECT_GT(ascending[i + 1].FullCompare(ascending[i]), 0);
-        EXPECT_EQ(ascending[i].Compare(XStringPair{ascending[i]}), 0);
-    }
-}
-
-TEST(XSetStringPairs, EveryPairIsMarkedAndMayBeThereTwice) {
-    XSetStringPairs pairs;
-    for (int i = 0; i < 2; ++i) pairs.InsertPair(L"x", L"y");
+    for (int i = 3; i >= 0; --i) pairs.InsertPair(ascending[i].GetFirst(), ascending[i].GetSecond());
+    pairs.Sort();
     pairs.SetFlag(false);
-    XSetStringPairs out;
     pairs.GetSubset(out, true);
-    EXPECT_EQ(out.Size(), 2);
-    EXPECT_EQ(out.GetConstRefAt(1).GetSecond(), L"y");
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(out.GetConstRefAt(i).FullCompare(ascending[i]), 0);
+    EXPECT_LT(ascending[1].Compare(ascending[2]), 0);
+    pairs.InsertPair(L"b", L"");
+    EXPECT_EQ(pairs.Size(), 5) << "a pair may be there twice";
     pairs.GetSubset(out, false);
     EXPECT_EQ(out.Size(), 0);
 }

@@ -1,37 +1,39 @@
-// Lists and messages that grow item by item: the time of one item, which must not grow with what is there already.
+// Lists and messages that grow item by item, beside a plain text that the same items are appended to: the ratio must
+// not grow with what is there already.
 #include "veltrane/foundation/xstring.h"
 
-#include <benchmark/benchmark.h>
+#include <string>
 
+#include "support/ratio.h"
 #include "veltrane/foundation/xexception.h"
 
 namespace {
 
 const CString ITEM = L"table <base_2026_11>";
 
-void ShowTimeOfOne(benchmark::State& state) {
-    const auto items = static_cast<double>(state.iterations() * state.range(0));
-    state.counters["time/item"] = benchmark::Counter(items, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+template <class Text, class Add>
+void Grow(const benchmark::State& state, Text text, Add add) {
+    for (std::int64_t i = 0; i < state.range(0); ++i) add(text);
+    benchmark::DoNotOptimize(text);
+}
+
+template <class Text, class Add>
+void CompareToPlainText(benchmark::State& state, Add add) {
+    CompareToFloor(
+        state, 1,
+        [&] { Grow(state, std::wstring{}, [](std::wstring& text) { text.append(L", ").append(ITEM.View()); }); },
+        [&] { Grow(state, Text{}, add); });
+    state.counters["ns/item"] = state.counters["time_ns"].value / static_cast<double>(state.range(0));
 }
 
 void AddItemsToAList(benchmark::State& state) {
-    for (auto _ : state) {
-        CString list;
-        for (std::int64_t i = 0; i < state.range(0); ++i) AddString(list, ITEM);
-        benchmark::DoNotOptimize(list);
-    }
-    ShowTimeOfOne(state);
+    CompareToPlainText<CString>(state, [](CString& list) { AddString(list, ITEM); });
 }
-BENCHMARK(AddItemsToAList)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(AddItemsToAList)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Iterations(100);
 
 void AddMessagesToAnError(benchmark::State& state) {
-    for (auto _ : state) {
-        XException error;
-        for (std::int64_t i = 0; i < state.range(0); ++i) error.AddMessage(ITEM);
-        benchmark::DoNotOptimize(error);
-    }
-    ShowTimeOfOne(state);
+    CompareToPlainText<XException>(state, [](XException& error) { error.AddMessage(ITEM); });
 }
-BENCHMARK(AddMessagesToAnError)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(AddMessagesToAnError)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Iterations(100);
 
 }  // namespace

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "veltrane/platform/text/trim.h"
+
 namespace veltrane::detail {
 
 /// The blanks of text files. 0x1A once marked the end of a file and may still stand there.
@@ -16,14 +18,11 @@ constexpr bool IsLineEnd(char byte) noexcept {
 }
 
 inline std::string_view WithoutLeadingBlanks(std::string_view text) noexcept {
-    while (!text.empty() && IsFileBlank(text.front())) text.remove_prefix(1);
-    return text;
+    return TrimmedLeft(text, IsFileBlank);
 }
 
 inline std::string_view WithoutBlanks(std::string_view text) noexcept {
-    text = WithoutLeadingBlanks(text);
-    while (!text.empty() && IsFileBlank(text.back())) text.remove_suffix(1);
-    return text;
+    return Trimmed(text, IsFileBlank);
 }
 
 /// Position of the line end at or after a position; the text's size on the last line.

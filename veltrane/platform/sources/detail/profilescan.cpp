@@ -41,10 +41,8 @@ ProfileLine ReadProfileLine(std::string_view line) noexcept {
     return {key.empty() ? NoKey : Entry, line, key, line.substr(equals + 1)};
 }
 
-ProfileName::ProfileName(std::wstring_view asked) noexcept : m_Name(asked) {
-    while (m_Name.starts_with(L' ')) m_Name.remove_prefix(1);
-    while (m_Name.ends_with(L' ')) m_Name.remove_suffix(1);
-}
+ProfileName::ProfileName(std::wstring_view asked) noexcept
+    : m_Name(Trimmed(asked, [](wchar_t element) { return element == L' '; })) {}
 
 bool ProfileName::Is(std::string_view name, bool withSurrogates) const noexcept {
     for (const wchar_t element : m_Name) {

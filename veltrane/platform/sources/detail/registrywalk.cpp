@@ -7,6 +7,7 @@
 #include "veltrane/platform/sources/winreg.h"
 #include "veltrane/platform/text/characters.h"
 #include "veltrane/platform/text/decoding.h"
+#include "veltrane/platform/text/utf16.h"
 
 namespace veltrane::detail {
 
@@ -84,8 +85,8 @@ void AppendUtf16(std::string& data, std::string_view bytes, bool withSurrogates)
         if (codePoint < 0x10000) {
             AppendUnit(data, codePoint);
         } else {
-            AppendUnit(data, 0xD800 + ((codePoint - 0x10000) >> 10));
-            AppendUnit(data, 0xDC00 + (codePoint & 0x3FF));
+            AppendUnit(data, LeadSurrogate(codePoint));
+            AppendUnit(data, TrailSurrogate(codePoint));
         }
     }
 }

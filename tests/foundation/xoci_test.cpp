@@ -65,8 +65,7 @@ TEST(XError, PassesOverTheColumnThatIsNullAndKeepsTheNumberOfItsFirstEntry) {
     Add(record, -1, &record);
     EXPECT_EQ(record.GetCount(), 0);
     for (const int status : {100, 99, -1}) Add(record, status, &record);
-    EXPECT_EQ(record.GetNumber(), 100);
-    EXPECT_EQ(record.GetCount(), 2);
+    EXPECT_EQ(std::pair(record.GetNumber(), record.GetCount()), std::pair(100, 2));
     for (const int outside : {-1, 2}) EXPECT_EQ(record.GetAt(outside), nullptr);
     record.Clear();
     EXPECT_EQ(std::tuple(record.GetNumber(), record.GetCount(), record.GetAt(0)), std::tuple(0, 0, nullptr));

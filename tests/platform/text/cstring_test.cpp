@@ -8,8 +8,7 @@
 namespace {
 
 TEST(CString, HoldsItsElements) {
-    const char* const narrowNull = nullptr;
-    EXPECT_EQ(CString{nullptr} + CString{0} + CString{narrowNull} + CString(L'x', -3), L"");
+    EXPECT_EQ(CString{nullptr} + CString{0} + CString{static_cast<char*>(nullptr)} + CString(L'x', -3), L"");
     EXPECT_EQ(CString{"\xC3\xA4\xFFz"}, L"ä\xDCFFz");
     const CString text{std::wstring_view{L"a\0b", 3}};
     EXPECT_EQ(std::tuple(text.GetLength(), text[2], text[3], text[-1]), std::tuple(3, L'b', L'\0', L'\0'));

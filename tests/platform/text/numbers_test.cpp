@@ -21,8 +21,7 @@ TEST(Numbers, AreReadAtTheFrontOfATextWithinTheLimitsOfInt) {
 
     for (const wchar_t* text : {L"", L"x1", L"- 1", L"--1", L"+-1", L" +", L"\x0661"}) {
         int untouched = 5;
-        EXPECT_FALSE(ScanInteger(text, untouched)) << ToUtf8(text);
-        EXPECT_EQ(untouched, 5);
+        EXPECT_FALSE(ScanInteger(text, untouched) || untouched != 5) << ToUtf8(text);
     }
 }
 

@@ -14,7 +14,8 @@ if(VELTRANE_SANITIZE)
         $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)  # g++ sees ghosts of it in the standard library then
     target_link_options(veltrane_options INTERFACE -fsanitize=address,undefined)
 elseif(NOT VELTRANE_BUILD_FUZZ AND NOT CMAKE_CXX_FLAGS MATCHES "_FORTIFY_SOURCE|-fsanitize")
-    target_compile_options(veltrane_options INTERFACE $<$<CONFIG:Release>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
+    target_compile_options(veltrane_options INTERFACE
+        $<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
 endif()
 
 if(VELTRANE_COVERAGE)

@@ -17,7 +17,7 @@ install(DIRECTORY veltrane/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/veltrane COM
     FILES_MATCHING PATTERN "*.h" PATTERN "detail" EXCLUDE
     REGEX "/(${internal})\\.h$" EXCLUDE)
 install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
-install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development PATTERN "*.in" EXCLUDE)
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development PATTERN "*.in" EXCLUDE)
 
 install(EXPORT veltrane_base-targets NAMESPACE veltrane:: DESTINATION ${VELTRANE_PACKAGE_DIR} COMPONENT development)
 configure_package_config_file(cmake/veltrane_base-config.cmake.in veltrane_base-config.cmake
@@ -33,5 +33,6 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/veltrane_base.pc
 
 if(TARGET veltrane)
     set_target_properties(veltrane PROPERTIES INSTALL_RPATH "$ORIGIN/${VELTRANE_LIBDIR_FROM_BINDIR}")
+    install(DIRECTORY examples/config DESTINATION ${CMAKE_INSTALL_DATADIR}/veltrane COMPONENT tool)
     install(TARGETS veltrane RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
 endif()

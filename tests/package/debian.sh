@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
-# The Debian packages need each other and the system as they should, and the host runs in a root that holds them and
-# the system's libraries only.
-# Usage: debian.sh BUILD_FOLDER
+# The Debian packages please lintian, need each other and the system as they should, and the host's first run works in a
+# root that holds them and the system's libraries only.
+# Usage: debian.sh SOURCE_FOLDER
 . "$(dirname "$0")/common.sh"
 
-(cd "$1" && cpack -G DEB -B "$temporary/packages" >"$temporary/log" 2>&1) || fail "$(cat "$temporary/log")"
+cd "$1"
+{ cmake --preset package && cmake --build --preset package && cd build/package && cpack -B "$temporary/packages"; } \
+    >"$temporary/log" 2>&1 || fail "$(tail -n 30 "$temporary/log")"
 deb() { echo "$temporary/packages/$1"_*.deb; }
 field() { dpkg-deb -f "$(deb "$1")" "$2"; }
 depends() { field "$1" Depends | tr ',' '\n' | sed 's/^ *//' >"$temporary/depends"; }
@@ -13,6 +15,8 @@ depends() { field "$1" Depends | tr ',' '\n' | sed 's/^ *//' >"$temporary/depend
 for package in libveltrane-base1 libveltrane-base-dev veltrane; do
     [ "$(field "$package" Package)" = "$package" ] || fail "no package $package"
 done
+[ "$(ls "$temporary/packages"/*-dbgsym_*.ddeb | wc -l)" = 2 ] || fail "no debug symbols: $(ls "$temporary/packages")"
+lintian --allow-root --fail-on error,warning "$temporary/packages"/*.deb >"$temporary/lintian" 2>&1 || fail "$(cat "$temporary/lintian")"
 version=$(field libveltrane-base1 Version)
 
 depends libveltrane-base1
@@ -23,10 +27,12 @@ done
 depends libveltrane-base-dev
 expect "libveltrane-base1 (= $version)" "$temporary/depends"
 depends veltrane
-expect "libveltrane-base1 (>= ${version%-*})" "$temporary/depends"
+expect "libveltrane-base1 (>= $version)" "$temporary/depends"
 grep -q '^libc6 (>= ' "$temporary/depends" || fail "veltrane does not need libc6"
 dpkg-deb -I "$(deb libveltrane-base1)" shlibs >"$temporary/shlibs"
 grep -q '^libveltrane_base 1 libveltrane-base1' "$temporary/shlibs" || fail "shlibs: $(cat "$temporary/shlibs")"
+dpkg-deb -I "$(deb libveltrane-base1)" symbols >"$temporary/symbols"
+grep -q '^ _ZN7XOption10InitializeE.*@Base 1\.0\.0$' "$temporary/symbols" || fail "symbols: $(head "$temporary/symbols")"
 
 root=$temporary/root
 mkdir "$root"
@@ -42,14 +48,15 @@ ldd "$root/usr/bin/veltrane" | grep -oE '/[^ ]+' | grep -vF "$root" | while read
 done
 # A root of its own needs rights that not everyone has; the packages' library beside the system's is the next best.
 mkdir "$root/proc"
-in_root=(unshare --mount --pid --fork --mount-proc="$root/proc" chroot "$root")
-if "${in_root[@]}" /usr/bin/veltrane --help </dev/null >"$temporary/help" 2>"$temporary/errors"; then
+in_root=(unshare --mount --pid --fork --mount-proc="$root/proc" chroot "$root" env -i)
+first=(--metadata /usr/share/veltrane/config/metadata base --summary)
+if (cd / && "${in_root[@]}" /usr/bin/veltrane "${first[@]}") </dev/null >"$temporary/summary" 2>"$temporary/errors"; then
     echo "ran in a root of its own"
 elif grep -qE '^(unshare|chroot):' "$temporary/errors"; then
-    LD_LIBRARY_PATH=$(dirname "$(find "$root" -name libveltrane_base.so.1)") \
-        "$root/usr/bin/veltrane" --help </dev/null >"$temporary/help"
+    libraries=$(dirname "$(find "$root" -name libveltrane_base.so.1)")
+    (cd "$root" && env -i LD_LIBRARY_PATH="$libraries" "$root/usr/bin/veltrane" "${first[@]/#\/usr/$root/usr}") \
+        </dev/null >"$temporary/summary"
 else
     fail "the host does not run: $(cat "$temporary/errors")"
 fi
-tr -d '\r' <"$temporary/help" >"$temporary/help.txt"
-expect "Synopsis: Veltrane [options] <database-name>" "$temporary/help.txt"
+grep -q '^dictionary-name.*BASE' "$temporary/summary" || fail "no value of the sample: $(cat "$temporary/summary")"

@@ -1,0 +1,11 @@
+# Run by cpack between the installation into a temporary folder and the packaging: adds what only a Debian package has.
+find_program(gzip gzip REQUIRED)
+file(GLOB components ${CPACK_TEMPORARY_DIRECTORY}/*)
+foreach(folder IN LISTS components)
+    get_filename_component(component ${folder} NAME)
+    string(TOUPPER ${component} component)
+    set(documents ${folder}/usr/share/doc/${CPACK_DEBIAN_${component}_PACKAGE_NAME})
+    file(COPY ${VELTRANE_DEB_FOLDER}/copyright ${VELTRANE_DEB_FOLDER}/changelog DESTINATION ${documents})
+    file(GLOB pages ${folder}/usr/share/man/*/*)
+    execute_process(COMMAND ${gzip} -9nf ${documents}/changelog ${pages} COMMAND_ERROR_IS_FATAL ANY)
+endforeach()

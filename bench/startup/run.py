@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """Times the start of a host beside an empty program, in pairs, and counts instructions, memory and libraries.
 
-Usage: run.py BUILD_FOLDER [PAIRS]"""
+Usage: run.py BUILD_FOLDER [PAIRS [STATIC_BUILD_FOLDER]]
+Exit code 1 when a bar is not held."""
 import os
 import re
-import resource
 import statistics
 import subprocess
 import sys
@@ -13,6 +13,7 @@ import time
 
 build = os.path.abspath(sys.argv[1])
 pairs = int(sys.argv[2]) if len(sys.argv) > 2 else 400
+static_build = os.path.abspath(sys.argv[3]) if len(sys.argv) > 3 else None
 empty = [os.path.join(build, "bench", "startup_empty")]
 
 
@@ -21,7 +22,7 @@ def basic_file():
     names = subprocess.run([os.path.join(build, "bench", "startup_store"), "--help"], capture_output=True).stdout
     assert b"Synopsis" in names
     autodoc = re.findall(r'L"(autodoc-[a-z-]+)"', open(os.path.join(os.path.dirname(__file__), "..", "..", "veltrane",
-                         "options", "detail", "optiontable.h")).read())
+                         "options", "optiontable.h")).read())
     sections = {
         "ROOT": ["dictionary-root=/srv/%name%/dictionaries", "logfile=%name%-run.log"],
         "USER": ["create-views=auto", "create-schema=false", "gather-index-statistics=true", "exit=false",
@@ -66,18 +67,33 @@ with tempfile.TemporaryDirectory() as folder:
                                 capture_output=True, text=True, env=environment)
         return int(re.search(r"refs:\s+([0-9,]+)", output.stderr).group(1).replace(",", ""))
 
-    subprocess.run(store, env=environment, check=True)
-    times = {"empty": [], "store": []}
-    for _ in range(pairs):
-        times["empty"].append(wall(empty))
-        times["store"].append(wall(store))
-    ratios = [s / e for s, e in zip(times["store"], times["empty"])]
-    print(f"basic file {len(text)} bytes, user file {len(user[:3072])} bytes, {pairs} pairs")
-    print(f"wall time: empty {statistics.median(times['empty']) * 1e6:.0f} us, "
-          f"store {statistics.median(times['store']) * 1e6:.0f} us, median ratio {statistics.median(ratios):.3f}")
-    print(f"instructions: empty {instructions(empty):,}, store {instructions(store):,}")
+    held = True
+
+    def row(work, floor, figure, bar, digits=2):
+        global held
+        held = held and figure <= bar
+        print(f"{work:44} {floor:28} {figure:7.{digits}f} {bar:6.2f}  {'held' if figure <= bar else 'NOT HELD'}")
+
+    def compare(what, command, bar):
+        subprocess.run(command, env=environment, check=True)
+        times = [(wall(empty), wall(command)) for _ in range(pairs)]
+        floor, work = (statistics.median(column) * 1e6 for column in zip(*times))
+        row(what, "an empty program, by the clock", statistics.median(b / a for a, b in times), bar)
+        return f"{what}: {work:.0f} us, empty {floor:.0f} us; "
+
+    print(f"\nstart with a basic file of {len(text)} bytes and a user file of {len(user[:3072])} bytes, {pairs} pairs")
+    figures = compare("start, shared library", store, 1.25)
+    if static_build:
+        static = [os.path.join(static_build, "bench", "startup_store"), *store[1:]]
+        figures += compare("start, linked statically", static, 0.7)
+    count = instructions(store)
+    row("start, shared library", "millions of instructions", count / 1e6, 2.85)
+    figures += f"instructions {count:,}, empty {instructions(empty):,}"
+    if static_build:
+        figures += f", static {instructions(static):,}"
+    memory = subprocess.run(["/usr/bin/time", "-f", "%M", *store], capture_output=True, text=True, env=environment, check=True)
+    row("start, shared library", "MiB of memory at the peak", int(memory.stderr) / 1024, 4)
+    print(figures)
     libraries = subprocess.run(["ldd", store[0]], capture_output=True, text=True).stdout.split()
-    print("libraries:", " ".join(word for word in libraries if word.startswith(("lib", "linux"))))
-    before = resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss
-    process = subprocess.run(["/usr/bin/time", "-f", "%M", *store], capture_output=True, text=True, env=environment)
-    print(f"peak memory: {process.stderr.strip()} KiB" if process.returncode == 0 else f"peak of any child: {before} KiB")
+    print("libraries:", " ".join(word for word in libraries if word.startswith(("lib", "linux"))), "\n")
+sys.exit(0 if held else 1)

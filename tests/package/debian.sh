@@ -48,7 +48,7 @@ ldd "$root/usr/bin/veltrane" | grep -oE '/[^ ]+' | grep -vF "$root" | while read
 done
 # A root of its own needs rights that not everyone has; the packages' library beside the system's is the next best.
 mkdir "$root/proc"
-in_root=(unshare --mount --pid --fork --mount-proc="$root/proc" chroot "$root" env -i)
+in_root=(env -i PATH="$PATH" unshare --mount --pid --fork --mount-proc="$root/proc" chroot "$root")
 first=(--metadata /usr/share/veltrane/config/metadata base --summary)
 if (cd / && "${in_root[@]}" /usr/bin/veltrane "${first[@]}") </dev/null >"$temporary/summary" 2>"$temporary/errors"; then
     echo "ran in a root of its own"

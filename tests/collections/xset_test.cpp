@@ -65,7 +65,7 @@ TEST(XSet, OperationsLeaveValuesAndSortedMarkAsTheySay) {
         {"Sort by a comparison", {1, 3, 2}, [](auto& s) { s.Sort([](const Int& a, const Int& b) { return b.GetValue() - a.GetValue(); }); }, {3, 2, 1}, true},
         {"Clear", {2, 1}, [](auto& s) { s.Sort(); s.Clear(); EXPECT_TRUE(s.IsEmpty()); }, {}, false},
         {"a subset of itself", {1, 2, 3}, [](auto& s) { EXPECT_TRUE(s.SetFlag(1, true)); s.GetSubset(s, false); }, {1, 3}, false},
-        {"all flags", {1, 2}, [](auto& s) { s.SetFlag(true); s.GetSubset(s, true); s.GetSubset(s, true); }, {}, false},
+        {"all flags", {1, 2}, [](auto& s) { s.SetFlag(true); s.GetSubset(s, false); }, {}, false},
         {"flags are not copied", {1, 2}, [](auto& s) { s.SetFlag(true); IntSet copy{s}; copy.GetSubset(s, true); }, {}, false},
     };
     // clang-format on
@@ -110,6 +110,7 @@ TEST(XSet, SizeDecidesBeforeValues) {
 
 TEST(XSet, SortsInPlaceOverTheWholeRange) {
     ExpectSorted<int>({INT_MIN, -1, 0, 1, INT_MAX});
+    EXPECT_EQ(IntSet::Comp(INT_MIN, INT_MAX), -1);
     // Texts that agree in more than the front that is packed are among them.
     ExpectSorted<CString>({L"", std::wstring(1, L'\0'), L"A", L"ABCDEFGHI", L"ABCDEFGHIJ", L"ABCDEFGHIK", L"A\x7F",
                            L"A\x7F\x01", L"A\xC4", L"A\xE4", L"A\xD800", L"A\U0001F600", L"A\xE000",

@@ -71,6 +71,7 @@ TEST_F(XSetPOfSubjects, OperationsLeaveObjectsAndSortedMarkAsTheySay) {
         {"DeleteData", [](auto& s, auto&) { s.DeleteData(Subject{99}); s.DeleteData(*s.GetAt(1)); }, {30, 20}, false},
         {"Sort", [](auto& s, auto&) { s.Sort(); s.DeleteObj(0); s.SetFlag(true); }, {20, 30}, true},
         {"Sort of one", [](auto& s, auto&) { s.Clear(); Fill(s, {1}); s.Sort(); }, {1}, false},
+        {"Clear", [](auto& s, auto&) { s.Sort(); s.Clear(); }, {}, false},
         {"Insert", [](auto& s, auto&) { s.Sort(); Fill(s, {1}); }, {10, 20, 30, 1}, false},
         {"operator=", [](auto& s, auto& o) { Fill(o, {NOTHING}); s.Sort(); s = o; }, {20, 40, 20, NOTHING}, false},
         {"a copy onto itself", [](auto& s, auto&) { s.Sort(); s.Copy(s); s.Copy(nullptr); }, {10, 20, 30}, true},
@@ -202,6 +203,7 @@ TEST(XSetStringPairs, AreOrderedByTheFirstStringAndAlwaysMarked) {
     pairs.GetSubset(out, true);
     for (int i = 0; i < 4; ++i) EXPECT_EQ(out.GetConstRefAt(i).FullCompare(ascending[i]), 0);
     EXPECT_LT(ascending[1].Compare(ascending[2]), 0);
+    EXPECT_GT(ascending[3].Compare(ascending[2]), 0);
     pairs.InsertPair(L"b", L"");
     EXPECT_EQ(pairs.Size(), 5) << "a pair may be there twice";
     pairs.GetSubset(out, false);

@@ -1,14 +1,18 @@
 // Input: a line with the capacity as a character ('0' is 0), a line with the section and one with the key ("*" is
 // null), then the file. Every answer is compared with that of a reader that goes over the whole file, character by
-// character; so is every answer to what could be asked of the file while a snapshot keeps it, by its index.
+// character; so is every answer to what could be asked of the file while a snapshot keeps it, by its index. Each line
+// that is said to answer is the one that the observer is told, and no other.
 #include <algorithm>
 #include <optional>
 #include <span>
 #include <vector>
 
 #include "fuzz_input.h"
+#include "veltrane/config/xconfiguration.h"
 #include "veltrane/platform/sources/profile.h"
 #include "veltrane/platform/sources/snapshot.h"
+#include "veltrane/platform/sources/sourcelines.h"
+#include "veltrane/platform/sources/trace.h"
 #include "veltrane/platform/text/characters.h"
 #include "veltrane/platform/text/utf16.h"
 #include "veltrane/platform/text/windows1252.h"
@@ -157,6 +161,40 @@ void RequireAllAnswers(const MemoryFile& file, const std::vector<Section>& secti
     }
 }
 
+/// The line of an answer as it is told while a snapshot keeps the file, by its index.
+int LineWhileKept(const XConfiguration& reader, const SourceLine& line) {
+    CString value;
+    SourcePlace place;
+    reader.GetKeyValue(value, line.section, line.key, /*assignEmpty*/ true, &place);
+    return place.line;
+}
+
+void RequireLines(const MemoryFile& file, const Text& text) {
+    const auto view = ReadProfileLines(file.Name());
+    REQUIRE(view.reading == SourceReading::Done);
+    REQUIRE(static_cast<std::size_t>(view.sectionListLength) == Expected(Sections(text), nullptr, nullptr).size());
+    const auto lines = std::span{view.lines}.first(std::min<std::size_t>(50, view.lines.size()));
+    {
+        const SourceSnapshot snapshot;
+        const XConfiguration reader{file.Name()};
+        for (const SourceLine& line : lines) {
+            if (line.kind != SourceLine::Kind::Entry || line.section.IsEmpty()) continue;  // a list
+            REQUIRE((LineWhileKept(reader, line) == line.number) == line.answers);
+        }
+    }
+    SourceEvent told;
+    SetSourceTrace([&](const SourceEvent& event) { told = event; });
+    wchar_t buffer[512];
+    for (const SourceLine& line : lines) {
+        if (line.kind != SourceLine::Kind::Entry) continue;
+        GetPrivateProfileStringW(line.section.GetString(), line.key.GetString(), L"", buffer, 512,
+                                 file.Name().GetString());
+        REQUIRE((told.line == line.number) == line.answers);
+        REQUIRE(!line.answers || told.value == line.value.Left(511));
+    }
+    SetSourceTrace({});
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const MemoryFile file;
     std::string_view input = InputText(data, size);
@@ -178,5 +216,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         for (int i = 0; i < 3; ++i) RequireAnswer(file, sectionText, keyText, expected, expected.size() + 2);
     }
     RequireAllAnswers(file, sections);
+    RequireLines(file, Decoded(input));
     return 0;
 }

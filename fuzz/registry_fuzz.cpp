@@ -1,8 +1,11 @@
-// Input: a line with the path of the key, one with the name of the value, then the export.
+// Input: a line with the path of the key, one with the name of the value, then the export. Each line that is said to
+// answer is the one that the observer is told, and no other.
 #include <algorithm>
 #include <vector>
 
 #include "fuzz_input.h"
+#include "veltrane/platform/sources/sourcelines.h"
+#include "veltrane/platform/sources/trace.h"
 #include "veltrane/platform/sources/winreg.h"
 
 using namespace veltrane;
@@ -38,6 +41,37 @@ void RequireValue(HKEY key, const wchar_t* name) {
     REQUIRE(text.Find(L'\0') < 0);
 }
 
+/// The line that answers a question, 0 without an answer.
+int LineOfAnswer(const SourceLine& line, SourceEvent& told) {
+    told = {};
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, line.section.GetString(), 0, KEY_READ, &key) != ERROR_SUCCESS) return 0;
+    Bytes bytes(8192);
+    auto size = static_cast<std::uint32_t>(bytes.size());
+    RegQueryValueExW(key, line.key.GetString(), nullptr, nullptr, bytes.data(), &size);
+    RegCloseKey(key);
+    return told.line;
+}
+
+void RequireLines(const CString& file) {
+    using Kind = SourceLine::Kind;
+    const auto view = ReadRegistryLines(file);
+    SourceEvent told;
+    SetSourceTrace([&](const SourceEvent& event) { told = event; });
+    const auto most = static_cast<std::ptrdiff_t>(std::min<std::size_t>(50, view.lines.size()));
+    for (const SourceLine& line : std::vector<SourceLine>{view.lines.begin(), view.lines.begin() + most}) {
+        HKEY key = nullptr;
+        if (line.kind == Kind::Section && line.answers) {
+            REQUIRE(RegOpenKeyExW(HKEY_LOCAL_MACHINE, line.section.GetString(), 0, KEY_READ, &key) == ERROR_SUCCESS);
+            RegCloseKey(key);
+        }
+        if (line.kind != Kind::Entry) continue;
+        REQUIRE((LineOfAnswer(line, told) == line.number) == line.answers);
+        REQUIRE(!line.answers || told.value == line.value);
+    }
+    SetSourceTrace({});
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -47,6 +81,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const CString name = FromUtf8(TakeLine(input));
     file.Write(input);
     SetRegistryFile(file.Name());
+    RequireLines(file.Name());
 
     HKEY key = nullptr;
     const long result = RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.GetString(), 0, KEY_READ, &key);

@@ -5,6 +5,7 @@
 
 #include "support/environment.h"
 #include "support/support.h"
+#include "veltrane/platform/sources/snapshot.h"
 #include "veltrane/platform/text/numbers.h"
 
 using namespace veltrane;
@@ -113,6 +114,19 @@ TEST_F(Configuration, GetsTheKeyNamesOfEachSectionOfAForm) {
     EXPECT_EQ(names.Size(), 0);
     EXPECT_TRUE(reader.GetOptionNameSet(names, L"TABLENAME RULES\\%d"));
     EXPECT_EQ(Entries(names), "1=A,b 3=c");
+}
+
+TEST_F(Configuration, TellsTheLineOfAnAnswerInAFileThatIsKept) {
+    std::string bytes = "[A]\n";
+    for (int line = 2; line <= 300; ++line) bytes += "k" + std::to_string(line) + (line % 3 == 0 ? "=\n" : "=\r\n");
+    const XConfiguration reader = Reader(bytes);
+    const SourceSnapshot snapshot;
+    for (const int line : {2, 64, 65, 66, 128, 129, 300}) {
+        CString value;
+        SourcePlace place;
+        reader.GetKeyValue(value, L"A", FormatText(L"k%d", line), /*assignEmpty*/ true, &place);
+        EXPECT_EQ(place.line, line);
+    }
 }
 
 TEST_F(Configuration, CutsListsAndValuesWhereTheirBufferEnds) {

@@ -23,7 +23,8 @@ AskedFile::AskedFile(CStringView path) {
     }
     m_Kept = std::make_shared<KeptFile>();
     m_Kept->file.Read(file, error);
-    if (m_Kept->file.Result() != Reading::Failed) keeper->Keep(path, m_Kept);  // the next question may have more luck
+    if (m_Kept->file.Result() != SourceReading::Failed)
+        keeper->Keep(path, m_Kept);  // the next question may have more luck
 }
 
 // FIONREAD costs half of an fstat. Of a regular file it gives the bytes that are left; most devices do not know it, and

@@ -6,18 +6,9 @@
 #include <string_view>
 
 #include "veltrane/platform/files/nativefile.h"
+#include "veltrane/platform/sources/sourcelines.h"
 
 namespace veltrane::detail {
-
-/// How the reading of a configuration file went.
-enum class Reading {
-    Done,
-    Missing,
-    Folder,
-    NotRegular,  ///< a pipe or a device: it is left alone
-    TooLarge,
-    Failed,  ///< no right, or for a reason that may pass
-};
 
 /// The text of a configuration file as bytes to scan: without a mark at its start, and UTF-16 turned into UTF-8.
 /// Empty unless the reading was done. A file that changes meanwhile gives what was there.
@@ -40,10 +31,11 @@ public:
     std::string_view Text() const noexcept { return m_Text; }
     /// Whether the text holds lone surrogates of UTF-16 in three-byte form, to be decoded as such.
     bool WithSurrogates() const noexcept { return m_WithSurrogates; }
-    Reading Result() const noexcept { return m_Reading; }
+    SourceReading Result() const noexcept { return m_Reading; }
+    SourceEncoding Encoding() const noexcept { return m_Encoding; }
 
 private:
-    Reading ReadBytes(const NativeFile& file, std::size_t size);
+    SourceReading ReadBytes(const NativeFile& file, std::size_t size);
     void MakeRoom(std::size_t room);
 
     std::unique_ptr<char[]> m_Bytes;  // not filled before they are read
@@ -51,7 +43,8 @@ private:
     std::string m_Converted;
     std::string_view m_Text;
     bool m_WithSurrogates = false;
-    Reading m_Reading = Reading::Done;
+    SourceEncoding m_Encoding = SourceEncoding::Utf8;
+    SourceReading m_Reading = SourceReading::Done;
 };
 
 }  // namespace veltrane::detail

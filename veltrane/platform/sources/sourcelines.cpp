@@ -1,0 +1,290 @@
+#include "veltrane/platform/sources/sourcelines.h"
+
+#include <map>
+#include <set>
+#include <string>
+
+#include "veltrane/platform/files/filesystem.h"
+#include "veltrane/platform/sources/detail/askedfile.h"
+#include "veltrane/platform/sources/detail/profilescan.h"
+#include "veltrane/platform/sources/detail/registrywalk.h"
+#include "veltrane/platform/sources/winreg.h"
+#include "veltrane/platform/text/decoding.h"
+#include "veltrane/platform/text/encoding.h"
+#include "veltrane/platform/text/utf8.h"
+
+namespace veltrane {
+
+using namespace detail;
+
+namespace {
+
+using Kind = SourceLine::Kind;
+using Reason = SourceLine::Reason;
+
+bool HasWindows1252(const TextFile& file) noexcept {
+    std::string_view rest = file.Text();
+    while (!rest.empty()) {
+        const bool isAscii = static_cast<unsigned char>(rest[0]) < 0x80;
+        const std::size_t length = isAscii ? 1 : ReadUtf8(rest, file.WithSurrogates()).length;
+        if (length == 0) return true;
+        rest.remove_prefix(length);
+    }
+    return false;
+}
+
+SourceFileLines Describe(const CString& path, const TextFile& file) {
+    SourceFileLines described;
+    described.path = FromUtf8(MapPath(path));
+    described.reading = file.Result();
+    described.encoding = file.Encoding();
+    described.hasWindows1252 = HasWindows1252(file);
+    return described;
+}
+
+CString Decoded(const TextFile& file, std::string_view bytes) {
+    return CString{DecodeFileText(bytes, file.WithSurrogates())};
+}
+
+CString Folded(CString name) {
+    name.MakeLower();
+    return name;
+}
+
+/// Tells what each line of an INI file is as the lines come.
+class ProfileLines {
+public:
+    ProfileLines(const TextFile& file, SourceFileLines& result) : m_File(file), m_Result(result) {}
+
+    void Read() {
+        LineWalk walk{m_File.Text()};
+        for (std::string_view line; walk.Next(line);) {
+            if (walk.IsInsidePair()) continue;
+            SourceLine read{.number = static_cast<int>(m_Result.lines.size()) + 1, .section = m_Section};
+            Tell(ReadProfileLine(line), read);
+            m_Result.lines.push_back(std::move(read));
+        }
+    }
+
+private:
+    void Tell(const ProfileLine& line, SourceLine& read) {
+        switch (line.kind) {
+            case ProfileLine::Kind::Blank:
+                break;
+            case ProfileLine::Kind::Comment:
+                read.kind = Kind::Comment;
+                break;
+            case ProfileLine::Kind::Header:
+                TellSection(line, read);
+                break;
+            case ProfileLine::Kind::Entry:
+                TellEntry(line, read);
+                break;
+            case ProfileLine::Kind::NoEquals:
+                Ignore(read, Reason::NoEquals);
+                break;
+            case ProfileLine::Kind::NoKey:
+                Ignore(read, Reason::EmptyKey);
+                break;
+        }
+    }
+
+    void Ignore(SourceLine& read, Reason reason) const {
+        read.kind = Kind::Ignored;
+        read.reason = m_Sections.empty() ? Reason::BeforeFirstSection : reason;
+    }
+
+    void TellSection(const ProfileLine& line, SourceLine& read) {
+        m_Section = Decoded(m_File, line.name);
+        m_IsFirst = m_Sections.insert(Folded(m_Section)).second;
+        m_Keys.clear();
+        if (!m_Section.IsEmpty()) m_Result.sectionListLength += m_Section.GetLength() + 1;
+        read.kind = Kind::Section;
+        read.section = m_Section;
+        read.answers = m_IsFirst;
+        if (line.right.empty()) read.reason = Reason::HeaderWithoutBracket;
+        if (!m_IsFirst) read.reason = Reason::DuplicateSection;
+    }
+
+    void TellEntry(const ProfileLine& line, SourceLine& read) {
+        read.key = Decoded(m_File, line.name);
+        read.value = Decoded(m_File, line.Value());
+        if (m_Sections.empty()) return Ignore(read, Reason::None);
+        read.kind = Kind::Entry;
+        const bool isFirstKey = m_Keys.insert(Folded(read.key)).second;
+        read.answers = m_IsFirst && isFirstKey;
+        if (!isFirstKey) read.reason = Reason::DuplicateKey;
+        if (!m_IsFirst) read.reason = Reason::DuplicateSection;
+    }
+
+    const TextFile& m_File;
+    SourceFileLines& m_Result;
+    CString m_Section;
+    bool m_IsFirst = false;
+    std::set<CString> m_Sections;  // folded, as are the keys
+    std::set<CString> m_Keys;      // of the section
+};
+
+/// Tells what each line of a registry file is, and takes it back where a later line replaces or removes it.
+class RegistryLines {
+public:
+    RegistryLines(const TextFile& file, std::vector<SourceLine>& lines) : m_File(file), m_Lines(lines) {}
+
+    void Read() {
+        ReadBlanksAndComments();
+        RegistryWalk walk{m_File.Text(), m_File.WithSurrogates()};
+        RegistryLine line;
+        if (!walk.ReadHeader(line)) return;
+        if (line.kind == RegistryLine::Kind::BadHeader) return RefuseAll();
+        At(line.number).kind = Kind::Header;
+        while (walk.Next(line)) {
+            SourceLine& read = At(line.number);
+            for (int number = line.number + 1; number <= line.last; ++number) {
+                if (At(number).kind == Kind::Ignored) Set(At(number), Kind::Continuation, Reason::None);
+            }
+            read.section = m_Path;
+            Tell(line, read);
+        }
+    }
+
+private:
+    /// What holds for the values of a key and for the lines that name it.
+    struct Key {
+        std::vector<int> lines;
+        std::map<CString, int> values;  // the line that answers, by folded name
+    };
+
+    SourceLine& At(int number) { return m_Lines[static_cast<std::size_t>(number) - 1]; }
+    static void Set(SourceLine& line, Kind kind, Reason reason) {
+        line.kind = kind;
+        line.reason = reason;
+    }
+    void TakeBack(int number, Reason reason) {
+        At(number).answers = false;
+        At(number).reason = reason;
+    }
+
+    void ReadBlanksAndComments() {
+        LineWalk walk{m_File.Text()};
+        for (std::string_view line; walk.Next(line);) {
+            if (walk.IsInsidePair()) continue;
+            line = WithoutBlanks(line);
+            SourceLine read{.number = static_cast<int>(m_Lines.size()) + 1};
+            if (!line.empty()) read.kind = line[0] == ';' ? Kind::Comment : Kind::Ignored;
+            m_Lines.push_back(std::move(read));
+        }
+    }
+
+    void RefuseAll() {
+        for (SourceLine& line : m_Lines) {
+            if (line.kind != Kind::Blank) Set(line, Kind::Ignored, Reason::BadHeader);
+        }
+    }
+
+    void Tell(const RegistryLine& line, SourceLine& read) {
+        switch (line.kind) {
+            case RegistryLine::Kind::Key:
+                TellKey(line, read);
+                break;
+            case RegistryLine::Kind::RemovedKey:
+                RemoveKey(line, read);
+                break;
+            case RegistryLine::Kind::MalformedKey:
+                LeaveKey(read, Reason::MalformedKey);
+                break;
+            case RegistryLine::Kind::OtherRoot:
+                LeaveKey(read, Reason::OtherRoot);
+                break;
+            case RegistryLine::Kind::Value:
+            case RegistryLine::Kind::RemovedValue:
+                TellValue(line, read);
+                break;
+            case RegistryLine::Kind::MalformedValue:
+                Set(read, Kind::Ignored, Reason::MalformedValue);
+                break;
+            default:
+                Set(read, Kind::Ignored, Reason::Other);
+                break;
+        }
+    }
+
+    void LeaveKey(SourceLine& read, Reason reason) {
+        m_Current = nullptr;
+        m_Path = {};
+        read.section = {};
+        Set(read, Kind::Ignored, reason);
+    }
+
+    void TellKey(const RegistryLine& line, SourceLine& read) {
+        read.section = m_Path = Decoded(m_File, line.path);
+        m_IsAskable = m_Path.Find(L'\0') < 0;
+        Answer(read, Kind::Section, m_IsAskable);
+        m_Current = &m_Keys[std::wstring{Folded(m_Path).View()}];
+        m_Current->lines.push_back(line.number);
+    }
+
+    static void Answer(SourceLine& read, Kind kind, bool isAskable) {
+        Set(read, kind, isAskable ? Reason::None : Reason::UnaskableName);
+        read.answers = isAskable;
+    }
+
+    void RemoveKey(const RegistryLine& line, SourceLine& read) {
+        const CString path = Decoded(m_File, line.path);
+        LeaveKey(read, Reason::None);
+        read.kind = Kind::Removal;
+        read.section = path;
+        const std::wstring name{Folded(path).View()};
+        const std::wstring below = name.empty() ? name : name + L'\\';
+        if (const auto self = m_Keys.find(name); self != m_Keys.end()) Remove(self);
+        for (auto key = m_Keys.lower_bound(below); key != m_Keys.end() && key->first.starts_with(below);) {
+            key = Remove(key);
+        }
+    }
+
+    std::map<std::wstring, Key>::iterator Remove(std::map<std::wstring, Key>::iterator key) {
+        for (const int number : key->second.lines) TakeBack(number, Reason::RemovedLater);
+        for (const auto& [name, number] : key->second.values) TakeBack(number, Reason::RemovedLater);
+        return m_Keys.erase(key);
+    }
+
+    void TellValue(const RegistryLine& line, SourceLine& read) {
+        const bool isRemoved = line.kind == RegistryLine::Kind::RemovedValue;
+        read.key = Decoded(m_File, line.name);
+        if (!m_Current) return Set(read, Kind::Ignored, Reason::NoCurrentKey);
+        const CString name = Folded(read.key);
+        if (const auto before = m_Current->values.find(name); before != m_Current->values.end()) {
+            TakeBack(before->second, isRemoved ? Reason::RemovedLater : Reason::ReplacedLater);
+            m_Current->values.erase(before);
+        }
+        if (isRemoved) return Set(read, Kind::Removal, Reason::None);
+        read.value = RegistryText(reinterpret_cast<const unsigned char*>(line.data.data()),
+                                  static_cast<std::uint32_t>(line.data.size()));
+        Answer(read, Kind::Entry, m_IsAskable && read.key.Find(L'\0') < 0);
+        m_Current->values[name] = line.number;
+    }
+
+    const TextFile& m_File;
+    std::vector<SourceLine>& m_Lines;
+    std::map<std::wstring, Key> m_Keys;  // by folded path
+    Key* m_Current = nullptr;
+    CString m_Path;
+    bool m_IsAskable = false;
+};
+
+}  // namespace
+
+SourceFileLines ReadProfileLines(const CString& path) {
+    const AskedFile asked{path};
+    SourceFileLines result = Describe(path, asked.File());
+    ProfileLines{asked.File(), result}.Read();
+    return result;
+}
+
+SourceFileLines ReadRegistryLines(const CString& path) {
+    const AskedFile asked{path};
+    SourceFileLines result = Describe(path, asked.File());
+    RegistryLines{asked.File(), result.lines}.Read();
+    return result;
+}
+
+}  // namespace veltrane

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <vector>
+
+#include "veltrane/platform/export.h"
+#include "veltrane/platform/text/cstring.h"
+
+namespace veltrane {
+
+/// How the reading of a configuration file went.
+enum class SourceReading {
+    Done,
+    Missing,
+    Folder,
+    NotRegular,  ///< a pipe or a device: it is left alone
+    TooLarge,    ///< more than 256 MiB
+    Failed,      ///< no right, or for a reason that may pass
+};
+
+enum class SourceEncoding { Utf8, Utf8WithMark, Utf16LittleEndian, Utf16BigEndian };
+
+/// One line of a configuration file and what it means to those who ask.
+struct SourceLine {
+    enum class Kind {
+        Blank,
+        Comment,
+        Header,        ///< the first line of a registry file
+        Section,       ///< or the key of a registry
+        Entry,         ///< a value with its name
+        Continuation,  ///< of the entry before it
+        Removal,       ///< of a value or a key of a registry
+        Ignored,       ///< nothing, as the reason tells
+    };
+    /// Why a line is ignored, or does not answer although it is an entry or a section.
+    enum class Reason {
+        None,
+        BeforeFirstSection,
+        NoEquals,
+        EmptyKey,
+        HeaderWithoutBracket,  ///< a section all the same, which ends with its line
+        DuplicateSection,      ///< or an entry in one: the first section of the name answers alone
+        DuplicateKey,          ///< the first of the section answers
+        BadHeader,             ///< the file is no registry; so for every line of it
+        MalformedKey,          ///< of a registry, not closed or with an empty name inside
+        OtherRoot,
+        MalformedValue,
+        NoCurrentKey,  ///< a value after a line that is no key
+        ReplacedLater,
+        RemovedLater,
+        UnaskableName,  ///< it holds a NUL, and no question can
+        Other,
+    };
+
+    int number = 0;  ///< from 1; CR LF ends one line
+    Kind kind = Kind::Blank;
+    Reason reason = Reason::None;
+    bool answers = false;  ///< whether a question is answered by an entry; whether the entries of a section can be
+    CString section = {};  ///< as spelled; of a registry the path below the machine's root
+    CString key = {};
+    CString value =
+        {};  ///< whole, as a question gives it: without blanks and quotes around it, references not replaced
+};
+
+struct SourceFileLines {
+    CString path;  ///< as spelled on the disk; empty for a path that cannot exist
+    SourceReading reading = SourceReading::Done;
+    SourceEncoding encoding = SourceEncoding::Utf8;
+    bool hasWindows1252 = false;  ///< some bytes are no UTF-8 and are read as Windows-1252
+    /// Length of the list of all sections, with one element after each name. A reader with room for 2048 elements sees
+    /// the first 2046 of a list longer than 2047.
+    int sectionListLength = 0;
+    std::vector<SourceLine> lines;  ///< all of them, in order
+};
+
+/// Reads an INI file for the sake of its lines. An entry answers if GetPrivateProfileStringW gives its value for its
+/// section and key. @return no lines unless the file was read
+VELTRANE_API SourceFileLines ReadProfileLines(const CString& path);
+
+/// Reads a registry file likewise. An entry answers if RegQueryValueExW gives its value.
+VELTRANE_API SourceFileLines ReadRegistryLines(const CString& path);
+
+}  // namespace veltrane

@@ -205,6 +205,47 @@ void InsertList(benchmark::State& state) {
     }
 }
 
+// The operations of XSetInt at growing sizes. Time for each element: steady where each element is taken once; a sort of
+// numbers is a radix sort from 256 elements on, so it is linear, too.
+template <class Operation>
+void IntOperation(benchmark::State& state, Operation operation) {
+    const std::vector<int> values = Values<int>(1, static_cast<int>(state.range(0)));
+    XSetInt filled;
+    for (const int value : values) filled.Insert(value);
+    for (auto _ : state) {
+        XSetInt set{filled};
+        operation(set);
+        benchmark::DoNotOptimize(set.GetAt(0));
+    }
+    state.counters["element"] =
+        benchmark::Counter(static_cast<double>(state.range(0)),
+                           benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+CString ListOf(const XSetInt& set) {
+    std::wstring list;
+    for (int i = 0; i < set.Size(); ++i) list.append(std::to_wstring(set.GetConstRefAt(i))).append(L", ");
+    return CString{std::move(list)};
+}
+
+// Every other number is free.
+void FreeNumbers(XSetInt& set) {
+    XSetInt even, free;
+    for (int i = 1; i <= set.Size(); ++i) even.Insert(2 * i);
+    even.GetFreeNumbers(free);
+    benchmark::DoNotOptimize(free.GetAt(0));
+}
+
+const auto Sort = [](XSetInt& set) { set.Sort(); };
+const auto UnionWithItself = [](XSetInt& set) { set.Union(set); };
+const auto BuildSet = [](XSetInt& set) { set.BuildSet(ListOf(set)); };
+const auto CalcMax = [](XSetInt& set) { set.CalcMax(); };
+BENCHMARK_CAPTURE(IntOperation, Copy, [](XSetInt&) {})->RangeMultiplier(10)->Range(1'000, 100'000);
+BENCHMARK_CAPTURE(IntOperation, Sort, Sort)->RangeMultiplier(10)->Range(1'000, 100'000);
+BENCHMARK_CAPTURE(IntOperation, Union, UnionWithItself)->RangeMultiplier(10)->Range(1'000, 100'000);
+BENCHMARK_CAPTURE(IntOperation, BuildSet, BuildSet)->RangeMultiplier(10)->Range(1'000, 100'000);
+BENCHMARK_CAPTURE(IntOperation, CalcMax, CalcMax)->RangeMultiplier(10)->Range(1'000, 100'000);
+BENCHMARK_CAPTURE(IntOperation, GetFreeNumbers, FreeNumbers)->RangeMultiplier(10)->Range(1'000, 100'000);
 BENCHMARK(FillAndSort<int>)->Unit(benchmark::kMillisecond);
 BENCHMARK(FillAndSortVector<int>)->Unit(benchmark::kMillisecond);
 BENCHMARK(FillStdSet<int>)->Unit(benchmark::kMillisecond);

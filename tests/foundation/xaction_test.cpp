@@ -80,8 +80,7 @@ TEST(XAction, AddsUpItsIntervals) {
 }
 
 TEST(XAction, RunningActionsCannotBeAdded) {
-    XAction stopped;
-    XAction running;
+    XAction stopped, running;
     running.Start();
     for (auto [target, other] : {std::pair{&stopped, &running}, std::pair{&running, &stopped}}) {
         const XException error = ErrorOf([target = target, other = other] { *target += *other; });

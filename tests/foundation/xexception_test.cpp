@@ -52,8 +52,7 @@ TEST(XException, AnErrorWithoutNumberTakesNoReason) {
     XException error;
     error.AddError(L".\\x", L"M", 1, L"ignored");
     EXPECT_EQ(TextOf(error), L"An error occured:\r\nlocation:\t\r\nmessage:\t\r\nnumber:\t0");
-    error.AddMessage(L"alone");  // no joint in front of the first
-    error.AddMessage(L"");       // but after it, even for nothing
+    for (const char* message : {"alone", ""}) error.AddMessage(message);  // a joint even for nothing, but not in front
     EXPECT_EQ(error.GetMessage(), L"alone\r\n\t");
 }
 

@@ -8,7 +8,7 @@
 namespace {
 
 void Add(XOCI::XError& record, std::int32_t status, void* handle = nullptr, const wchar_t* message = L"Cannot fetch") {
-    record.Add(status, L".\\xcursor", L"XCursor::Fetch", 88, message, handle);
+    record.Add(status, ".\\xcursor", "XCursor::Fetch", 88, message, handle);
 }
 
 TEST(XError, DescribesEachStatusWithoutTheClient) {

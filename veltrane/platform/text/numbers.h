@@ -4,8 +4,8 @@
 
 /// The number that a text begins with: white space, optional sign, ASCII digits up to the first other character. No
 /// digits give 0; a number outside int gives INT_MIN or INT_MAX.
-VELTRANE_API int _wtoi(
-    veltrane::CStringView text) noexcept;  // NOLINT(bugprone-reserved-identifier): the name hosts call
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the name that hosts call
+VELTRANE_API int _wtoi(veltrane::CStringView text) noexcept;
 
 namespace veltrane {
 

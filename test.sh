@@ -24,6 +24,9 @@ sed 's/ -fno-gnu-unique//g' build/release/compile_commands.json >build/tidy/comp
 git ls-files --cached --others --exclude-standard 'veltrane/*.cpp' 'host/*.cpp' 'tools/*.cpp' |
     xargs -P "$(nproc)" -n 4 clang-tidy -p build/tidy --quiet 2>/dev/null
 
+step "other ways to build"
+tools/matrix.sh --fast
+
 for preset in sanitize release; do
     step "test $preset"
     ctest --preset "$preset" --quiet --output-log "build/$preset/ctest.log" || {

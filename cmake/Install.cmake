@@ -11,7 +11,7 @@ install(TARGETS veltrane_base EXPORT veltrane_base-targets
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 
 # Neither installed nor documented: what lies in detail/, and what the rooms of the platform share with each other only.
-set(VELTRANE_INTERNAL_HEADERS utf8 utf16 windows1252 decoding nativefile openfile snapshot answerline)
+set(VELTRANE_INTERNAL_HEADERS utf8 utf16 windows1252 decoding trim indexformat nativefile openfile snapshot answerline)
 list(JOIN VELTRANE_INTERNAL_HEADERS "|" internal)
 install(DIRECTORY veltrane/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/veltrane COMPONENT development
     FILES_MATCHING PATTERN "*.h" PATTERN "detail" EXCLUDE

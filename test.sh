@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")"
 . cmake/packages.sh
 need_packages g++ cmake ninja-build libgtest-dev libbenchmark-dev clang clang-format clang-tidy python3-minimal binutils \
-    groff-base man-db zsh fish bsdutils doxygen dpkg-dev file pkg-config lintian
+    groff-base man-db zsh fish bsdutils doxygen dpkg-dev file pkg-config lintian strace
 
 step() { printf '\n== %s\n' "$*"; }
 

@@ -119,8 +119,10 @@ TEST_F(WinReg, NamesTheDefaultValueInTwoWays) {
 }
 
 TEST_F(WinReg, OpensKeysWithAllTheirParents) {
-    Write("[HKLM\\A\\B\\C]\r\n[HKLM\\\xC3\x84 x]\r\n[-HKLM\\D\\E]\r\n");
-    for (const wchar_t* path : {L"A\\B\\C", L"a\\b", L"A\\", L"\xE4 X", static_cast<const wchar_t*>(nullptr)}) {
+    Write(
+        "[HKLM\\A\\B\\C]\r\n[HKLM\\\xC3\x84 x]\r\n[-HKLM\\D\\E]\r\n"
+        "[HKLM\\F\\G]\r\n[-HKLM\\F]\r\n[HKLM\\F\\H]\r\n");
+    for (const wchar_t* path : {L"F", L"A\\B\\C", L"a\\b", L"A\\", L"\xE4 X", static_cast<const wchar_t*>(nullptr)}) {
         EXPECT_TRUE(Exists(path)) << ToUtf8(path);
     }
     for (const wchar_t* path : {L"\\A", L"A\\\\", L"A\\\\B", L"B", L"A\\B\\C\\D", L"A\\BC", L"D", L"\\"}) {
@@ -130,6 +132,8 @@ TEST_F(WinReg, OpensKeysWithAllTheirParents) {
     EXPECT_EQ(RegOpenKeyExW(nullptr, L"A", 0, KEY_READ, &key), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"A", 0, KEY_READ, nullptr), ERROR_INVALID_PARAMETER);
     EXPECT_EQ(key, nullptr);
+    Write("[-HKLM\\]");
+    EXPECT_FALSE(Exists(L"")) << "the root was removed";
 }
 
 TEST_F(WinReg, TakesAFileWithoutItsHeaderAsNone) {

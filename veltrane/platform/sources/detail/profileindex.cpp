@@ -12,7 +12,7 @@ constexpr int MARK_DISTANCE = 64;  // lines: one mark takes little memory, and c
 
 ProfileIndex::ProfileIndex(std::string_view text, bool withSurrogates)
     : m_Text(text), m_WithSurrogates(withSurrogates) {
-    constexpr std::size_t bytesOfName = 8;  // at least, on average; a name takes twice that in the tables
+    constexpr std::size_t bytesOfName = 4;  // at least, on average; a name takes five times that in the tables
     NameHash section;
     LineWalk lines{text};
     int number = 0;

@@ -16,7 +16,7 @@ by_hand, by_store = (os.path.join(build, "bench", "startup_" + name) for name in
 if not os.path.exists(by_hand):
     sys.exit("startup_inih was not built: install libinih-dev and configure again")
 table = os.path.join(os.path.dirname(__file__), "..", "..", "veltrane", "options", "optiontable.h")
-names = re.findall(r'^ *Row\(\w+, *\w+, *L"[^"]*", *L"([a-z-]+)"', open(table).read(), re.M)
+names = re.findall(r'^ *(?:Option)?Row\(\w+, *\w+, *L"[^"]*", *L"([a-z-]+)"', open(table).read(), re.M)
 assert len(names) > 50
 environment = {"PATH": "/usr/bin", "HOME": "/root", "LANG": "C.UTF-8", "TEMP": "/tmp", "TZ": "UTC", "LC_ALL": "C",
                "dictionary-path": "/srv"}

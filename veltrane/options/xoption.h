@@ -103,7 +103,8 @@ public:
     /// few percent of a start.
     void KeepOrigins(bool wanted);
     /// Whether start-up only looks: default folders that are missing are not created, and help, version and setup
-    /// neither show a box nor end the process. To be called before Initialize.
+    /// neither show a box nor end the process. Each of the three start-up steps then goes on after an error and throws
+    /// the first one at its end. To be called before Initialize.
     void LookOnly(bool wanted);
 
     /// Where the value of an item of the store comes from, as far as origins were kept; the host without.
@@ -130,6 +131,7 @@ public:
 private:
     void InsertFolder(const CString& name, const CString& folder);
     void ParseCommandLine();
+    void OpenRegistry();
     void ActOnCommand(const XOptionDefinition& definition);
     void ShowVersion();
     void RetrieveMetadataFolder();

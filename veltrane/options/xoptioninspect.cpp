@@ -63,11 +63,8 @@ OptionCandidates XOption::GetOptionCandidates(const CString& name, int index) {
     } catch (const XException&) {  // nothing is asked as long as the section has no name
         return found.Take();
     }
-    if (definition->IsSingle()) {
-        found.AddSources(m_pSources->AskEach(section, definition->szLongName, withFiles));
-    } else {
-        found.AddFamily(*m_pSources, section, definition->szLongName, index);
-    }
+    found.AddSources(definition->IsSingle() ? m_pSources->AskEach(section, definition->szLongName, withFiles)
+                                            : m_pSources->AskFamily(section, definition->szLongName, index));
     return found.Take();
 }
 

@@ -1,5 +1,7 @@
 // The start-up of the store: command line, folders, configuration files, naming rules.
 #include <cstdlib>
+#include <exception>
+#include <utility>
 
 #include "veltrane/foundation/xpath.h"
 #include "veltrane/options/detail/xoptionlocation.h"
@@ -35,6 +37,28 @@ constexpr XFailure<> OPENING{L"Error locating and opening the configuration!",
 constexpr XFailure<> READING{L"Error reading the configuration!",
                              L"An unknown exception occured while reading the configuration!"};
 
+/// Takes the steps of start-up. While it only looks, one that fails does not keep the next ones from being taken, and
+/// the first error comes at the end.
+class Steps {
+public:
+    explicit Steps(bool isGoingOn) : m_bGoingOn(isGoingOn) {}
+
+    template <class Step>
+    void Take(Step&& step) try {
+        std::forward<Step>(step)();
+    } catch (...) {
+        if (!m_bGoingOn) throw;
+        if (!m_Failure) m_Failure = std::current_exception();
+    }
+    void Finish() const {
+        if (m_Failure) std::rethrow_exception(m_Failure);
+    }
+
+private:
+    bool m_bGoingOn;
+    std::exception_ptr m_Failure;
+};
+
 }  // namespace
 
 void XOption::Initialize(const CString& exePath, const CString& exeName, const CString& compileTime,
@@ -45,9 +69,14 @@ void XOption::Initialize(const CString& exePath, const CString& exeName, const C
     InsertOptionItem(L"compile-time", compileTime, -1);
     InsertOptionItem(L"version-info", versionInfo, -1);
     InsertOptionItem(L"datetime", dateTime, -1);
-    ParseCommandLine();
-    RetrieveMetadataFolder();
-    for (const auto& [option, defaultFolder] : USER_FOLDERS) RetrieveUserPath(option, defaultFolder);
+    Steps steps{m_bLookOnly};
+    steps.Take([this] { ParseCommandLine(); });
+    steps.Take([this] { OpenRegistry(); });
+    steps.Take([this] { RetrieveMetadataFolder(); });
+    for (const UserFolder& folder : USER_FOLDERS) {
+        steps.Take([&] { RetrieveUserPath(folder.option, folder.defaultFolder); });
+    }
+    steps.Finish();
 }
 
 void XOption::ParseCommandLine() {
@@ -62,6 +91,9 @@ void XOption::ParseCommandLine() {
         origin.steps = record.Take();
         m_pRetrieval->Insert(*option, value, option->IsSingle() ? -1 : m_pItems->FreeIndex(*option), std::move(origin));
     }
+}
+
+void XOption::OpenRegistry() {
     auto& registry = m_pSources->registry;
     if (!registry) registry = std::make_unique<XRegistry>(GetFileNameBase(GetOptionString(L"exe-name", -1)));
 }
@@ -141,8 +173,10 @@ void XOption::InsertFolder(const CString& name, const CString& folder) {
 void XOption::OpenConfiguration() {
     const SourceSnapshot snapshot;
     WithReason(Here(L"XOption::OpenConfiguration"), OPENING, [this] {
-        if (!m_pSources->userFile) OpenUserConfiguration();
-        if (!m_pSources->basicFile) OpenBasicConfiguration();
+        Steps steps{m_bLookOnly};
+        if (!m_pSources->userFile) steps.Take([this] { OpenUserConfiguration(); });
+        if (!m_pSources->basicFile) steps.Take([this] { OpenBasicConfiguration(); });
+        steps.Finish();
     });
 }
 
@@ -191,12 +225,14 @@ CString XOption::BasicFilePath() {
 void XOption::ReadConfiguration() {
     const SourceSnapshot snapshot;  // of all that follows no host sees when it is read
     WithReason(Here(L"XOption::ReadConfiguration"), READING, [this] {
+        Steps steps{m_bLookOnly};
         for (int i = 0; XOptionDefinition* const row = GetOptionDefinitionAt(i); ++i) {
-            if (row->HasOptionNumber()) RetrieveOption(row);
+            if (row->HasOptionNumber()) steps.Take([&] { RetrieveOption(row); });
         }
-        MergeObsoleteClasses();
-        ReadNamingRules(eOptionTableNameRules);
-        ReadNamingRules(eOptionColumnNameRules);
+        steps.Take([this] { MergeObsoleteClasses(); });
+        steps.Take([this] { ReadNamingRules(eOptionTableNameRules); });
+        steps.Take([this] { ReadNamingRules(eOptionColumnNameRules); });
+        steps.Finish();
     });
 }
 

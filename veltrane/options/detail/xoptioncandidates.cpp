@@ -27,21 +27,6 @@ void XOptionCandidates::AddSources(std::vector<OptionPlace> places) {
     m_Result.places = std::move(places);
 }
 
-void XOptionCandidates::AddFamily(const XOptionSources& sources, const CString& section, const CString& pattern,
-                                  int index) {
-    XMapInt2CString values;
-    std::vector<XOptionSources::IndexedOrigin> origins;
-    try {
-        sources.GetKeyValueSet(values, section, pattern, &origins);
-    } catch (const XException&) {  // a fault of a weaker layer
-        return;
-    }
-    const auto found = std::ranges::find(origins, index, &XOptionSources::IndexedOrigin::first);
-    if (found == origins.end()) return;
-    AddSource(found->second);
-    m_Result.places.push_back({found->second, true});
-}
-
 // The value in force may be that of a source itself.
 void XOptionCandidates::AddSource(const OptionOrigin& origin) {
     const auto& known = m_Result.candidates;

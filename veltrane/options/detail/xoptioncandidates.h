@@ -16,8 +16,6 @@ public:
 
     /// @param places  the strongest first
     void AddSources(std::vector<OptionPlace> places);
-    /// The value that the files have under an index; nothing when the family cannot be read.
-    void AddFamily(const XOptionSources& sources, const CString& section, const CString& pattern, int index);
 
     OptionCandidates Take() { return std::move(m_Result); }
 

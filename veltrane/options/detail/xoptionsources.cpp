@@ -1,8 +1,10 @@
 #include "veltrane/options/detail/xoptionsources.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "veltrane/platform/sources/environment.h"
+#include "veltrane/platform/text/indexformat.h"
 
 namespace veltrane::detail {
 
@@ -127,6 +129,26 @@ std::vector<OptionPlace> XOptionSources::AskEach(const CString& section, const C
         places.insert(places.begin(), AskAlone(layer, section, key));
     }
     if (IsRootSection(section)) places.push_back(AskAlone(OptionLayer::Environment, section, key));
+    return places;
+}
+
+std::vector<OptionPlace> XOptionSources::AskFamily(const CString& section, const CString& pattern, int index) const {
+    XMapInt2CString values;
+    std::vector<IndexedOrigin> origins;
+    try {
+        GetKeyValueSet(values, section, pattern, &origins);
+    } catch (const XException&) {  // a fault of a weaker layer
+        origins.clear();
+    }
+    std::vector<OptionPlace> places;
+    for (const OptionLayer layer : {OptionLayer::UserFile, OptionLayer::BasicFile}) {
+        if (!Has(layer)) continue;
+        const auto found = std::ranges::find_if(origins, [&](const IndexedOrigin& origin) {
+            return origin.first == index && origin.second.layer == layer;
+        });
+        places.push_back(found != origins.end() ? OptionPlace{found->second, true}
+                                                : PlaceOf(layer, FormatIndex(section, index), pattern));
+    }
     return places;
 }
 

@@ -48,6 +48,8 @@ public:
     /// What each source says of a key, for its own: the strongest first, the environment last.
     /// @param withFiles  whether the two files are asked
     std::vector<OptionPlace> AskEach(const CString& section, const CString& key, bool withFiles) const;
+    /// What the two files have for one value of a family; nothing when the family cannot be read.
+    std::vector<OptionPlace> AskFamily(const CString& section, const CString& pattern, int index) const;
 
 private:
     template <class Ask>

@@ -1,9 +1,9 @@
 #include "hints.h"
 
 #include <algorithm>
-#include <numeric>
 #include <vector>
 
+#include "nearest.h"
 #include "veltrane/config/xconfiguration.h"
 #include "veltrane/foundation/xstring.h"
 #include "veltrane/options/xoptiondefinition.h"
@@ -11,36 +11,6 @@
 using namespace veltrane;
 
 namespace {
-
-// Number of elements to insert, delete or change until one text is the other.
-int EditDistance(const CString& left, const CString& right) {
-    std::vector<int> row(static_cast<std::size_t>(right.GetLength()) + 1);
-    std::iota(row.begin(), row.end(), 0);
-    for (int i = 0; i < left.GetLength(); ++i) {
-        int diagonal = std::exchange(row[0], i + 1);
-        for (std::size_t j = 1; j < row.size(); ++j) {
-            const int change = diagonal + (left[i] == right[static_cast<int>(j) - 1] ? 0 : 1);
-            diagonal = row[j];
-            row[j] = std::min({row[j] + 1, row[j - 1] + 1, change});
-        }
-    }
-    return row.back();
-}
-
-// The text that is nearest to a name, empty when none is near: about one slip in three letters.
-CString Nearest(const CString& name, const std::vector<CString>& texts) {
-    constexpr int LONGEST_NAME = 64;  // nothing longer is near to any name
-    CString nearest;
-    if (name.GetLength() > LONGEST_NAME) return nearest;
-    int best = std::min(3, name.GetLength() / 3) + 1;
-    for (const CString& text : texts) {
-        const int distance = EditDistance(name, text);
-        if (distance >= best) continue;
-        best = distance;
-        nearest = text;
-    }
-    return nearest;
-}
 
 CString NearestOption(CString name) {
     std::vector<CString> names;

@@ -1,8 +1,7 @@
 #include "summary.h"
 
-#include <cstdint>
-
 #include "console.h"
+#include "printable.h"
 #include "veltrane/foundation/xstring.h"
 
 using namespace veltrane;
@@ -25,21 +24,6 @@ CString TabulatorsBehind(const CString& label, const XOptionItem& item) {
     const int column = name.GetLength() / TABULATOR_WIDTH + item.GetNrTabulators();
     const CString tabulators = GetTabulator(label, column);
     return tabulators.IsEmpty() ? GetTabulator(1) : tabulators;
-}
-
-// Whichever sign elements of wide text have.
-bool IsBelowBlank(wchar_t element) {
-    return static_cast<std::uint32_t>(element) < 0x20;
-}
-
-// A line is an option: what would end it, or move the cursor, is shown as its number.
-CString Printable(const CString& text) {
-    CString line;
-    for (const wchar_t element : text.View()) {
-        const bool isControl = IsBelowBlank(element) || element == 0x7F;
-        line += isControl ? FormatText(L"\\x%02x", static_cast<unsigned>(element)) : std::wstring(1, element);
-    }
-    return line;
 }
 
 CString OriginText(const OptionOrigin& origin) {

@@ -1,0 +1,39 @@
+#pragma once
+
+// The command line of veltrane-config. Its help, its man page and its completions are made from these rows.
+
+namespace veltrane::config {
+
+/// What a word of the command line can be.
+enum class WordKind { None, Option, File, Text };
+
+struct CommandRow {
+    const char* name;
+    const char* words;  ///< what follows, as the help shows it
+    WordKind kind;
+    const char* summary;
+};
+
+struct SwitchRow {
+    const char* command;  ///< that it belongs to; empty for all
+    const char* name;
+    const char* value;  ///< as the help shows it; empty for none. Words with bars between are the choice
+    WordKind kind;
+    const char* summary;
+};
+
+// clang-format off
+inline constexpr CommandRow COMMANDS[] = {
+    {"show",    "[NAME ...]",    WordKind::Option, "values, where they come from and what they overrode"},
+};
+
+inline constexpr SwitchRow SWITCHES[] = {
+    {"",      "--tool",    "PATH",       WordKind::File, "the tool; without it the one beside this program"},
+    {"",      "--format",  "text|json",  WordKind::Text, "form of the answer"},
+    {"",      "--color",   "auto|never", WordKind::Text, "colour of errors and warnings on a terminal"},
+    {"show",  "--all",     "",           WordKind::None, "options without a value, too"},
+    {"show",  "--only",    "LAYER",      WordKind::Text, "only what comes from one layer, such as 'user file'"},
+};
+// clang-format on
+
+}  // namespace veltrane::config

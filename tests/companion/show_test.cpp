@@ -1,0 +1,98 @@
+#include "companion.h"
+
+#ifdef VELTRANE_CONFIG
+
+using namespace veltrane::detail;
+
+namespace {
+
+using Show = Companion;
+
+TEST_F(Show, TellsWinnerAndLosersOfEachLayer) {
+    WriteBasic("[ROOT]\nlogfile=basic.log\n[USER]\nquiet=yes\n");
+    Write("team.ini", "[ROOT]\nlogfile = %name%.log\n");
+    WriteRegistry("USER", "\"quiet\"=\"true ; no\"\n");
+    ExpectOutput(Ask({"show", "logfile", "quiet", "metadata"}, {"-i", "team.ini"}, {"logfile=environment.log"}), 0,
+                 R"(logfile = db.log
+    registry     registry.reg [SOFTWARE\VORNAK\veltrane\ROOT]  -
+  > user file    team.ini:2 [ROOT]                             logfile = %name%.log
+    basic file   meta/veltrane.ini:6 [ROOT]                    logfile = basic.log
+    environment                                                logfile = environment.log
+quiet = true ; no, means false
+  > registry     registry.reg:3 [SOFTWARE\VORNAK\veltrane\USER]  quiet = true ; no
+    user file    team.ini [USER]                                 -
+    basic file   meta/veltrane.ini:8 [USER]                      quiet = yes
+    environment  not asked
+metadata = )" + Path("meta") +
+                     R"(
+  > command line  word 1                                        )" +
+                     Path("meta") + R"(
+    registry      registry.reg [SOFTWARE\VORNAK\veltrane\ROOT]  -
+    environment                                                 -
+    user file     not asked
+    basic file    not asked
+)");
+}
+
+TEST_F(Show, TellsValuesOfFamiliesAndWhatListsMean) {
+    WriteBasic("obsolete-classes-2=7, 3\nobsolete-classes-5=4\n[db\\FILES\\2]\nmap-file=a\tb\n");
+    ExpectOutput(Ask({"show", "obsolete-classes[5]", "map-file"}), 0,
+                 "obsolete-classes[5] = 4, means 3, 4, 7\n"
+                 "  > basic file   meta/veltrane.ini:6 [db]  obsolete-classes-5 = 4\n"
+                 "    registry     not asked\n    user file    not asked\n    environment  not asked\n"
+                 "map-file[2] = a\\x09b\n"
+                 "  > basic file   meta/veltrane.ini:8 [db\\files\\2]  map-file = a\\x09b\n"
+                 "    registry     not asked\n    user file    not asked\n    environment  not asked\n");
+}
+
+TEST_F(Show, GoesOnWhereStartUpWouldFail) {
+    Write("team.ini", "[db]\nquiet=true\n[ROOT]\nlogfile=%nosuch%\ndictionary-root=here\n");
+    const ChildResult result =
+        Ask({"show", "--only", "user file"}, {"-i", "team.ini", "-n", "other", "--data", "none"});
+    ExpectOutput(result, 1, "dictionary-root  here  user file team.ini:5\n",
+                 R"(veltrane-config: error: Folder <none> does not exist!
+    	The global output data folder does not exist!
+veltrane-config: error: Error retrieving option <logfile>!
+    Error retrieving the string option <nosuch>!
+    The option <nosuch> is not known by the system!
+veltrane-config: error: Error retrieving option <dictionary-name>!
+    The option <dictionary-name> must exist but could not be found!
+veltrane-config: error: Error retrieving option <role>!
+    The option <role> must exist but could not be found!
+veltrane-config: error: Error retrieving option <registry>!
+    The option <registry> must exist but could not be found!
+)");
+    EXPECT_EQ(Ask({"show", "spool"}).exitCode, 1) << "no value";
+}
+
+TEST_F(Show, AnswersItsOwnFaultsInOneLine) {
+    const struct {
+        Words words;
+        std::string text;
+    } cases[] = {
+        {{"shwo"}, "no command is called 'shwo'; did you mean 'show'?"},
+        {{"show", "--al"}, "no option is called '--al'; did you mean '--all'?"},
+        {{"show", "logfil"}, "no option is called 'logfil'; did you mean 'logfile'?"},
+        {{"show", "--only", "usr"}, "no layer is called 'usr'"},
+        {{"show", "--format", "xml"}, "--format: xml not in {text,json}"},
+        {{}, "no command is given; --help shows them"},
+        {{"show", "--tool", "/none"}, "no tool </none>; name it with --tool PATH"},
+        {{"show", "--", "-q", "-h"}, "--help ends the tool at once; there is nothing to show"},
+    };
+    for (const auto& [words, text] : cases) {
+        ExpectOutput(Run(words), 2, "", "veltrane-config: " + text + "\n");
+    }
+    EXPECT_NE(Run({"shwo", "--format=json"}).output.find("\"message\": \"no command is called 'shwo'"),
+              std::string::npos);
+    EXPECT_EQ(Run({"--version"}).output, "veltrane-config 1.0.0\n");
+}
+
+TEST_F(Show, CreatesNothingAndShowsNoBox) {
+    const ChildResult result = Ask({"show", "logging"}, {"--data", Path("data")});
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_TRUE(std::filesystem::is_empty(m_Folder.Path() / "data"));
+}
+
+}  // namespace
+
+#endif

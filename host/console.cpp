@@ -12,14 +12,6 @@ namespace {
 
 constexpr XSource Here{L".\\console"};
 
-int ShowOnConsole(const CString& text, unsigned style, unsigned /*helpId*/) {
-    CString lines = text;
-    lines.Replace(L"\r\n", L"\n");
-    if (lines[lines.GetLength() - 1] != L'\n') lines += L'\n';
-    (style == MB_ICONINFORMATION ? std::cout : std::cerr) << ToUtf8(lines) << std::flush;
-    return 1;
-}
-
 }  // namespace
 
 void PrintLine(const CString& line) {
@@ -29,5 +21,8 @@ void PrintLine(const CString& line) {
 }
 
 void UseConsoleBoxes() {
-    SetMessageBoxHandler(ShowOnConsole);
+    SetMessageBoxHandler([](const CString& text, unsigned style, unsigned /*helpId*/) {
+        WriteToConsole(text, style);
+        return 1;
+    });
 }

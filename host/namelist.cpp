@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -65,9 +66,30 @@ void AppendDifference(std::vector<CString>& lines, XSetString& names, XSetString
     for (int i = 0; i < only.Size(); ++i) lines.push_back(sign + only.GetConstRefAt(i));
 }
 
+/// A place in a name list, as errors tell it.
+struct Line {
+    const CString& file;
+    int number;
+    const CString& text;
+};
+
+CString Renamed(XOption& options, const CString& name, bool isTable, int version, const Line& line) try {
+    CString renamed = name;
+    if (isTable) {
+        options.ReplaceTableName(renamed, version, KEEP_CASE);
+    } else {
+        options.ReplaceColumnsName(renamed, version, KEEP_CASE);
+    }
+    return renamed;
+} catch (const std::length_error&) {
+    throw MakeError(Here(L"LoadNameList"), L"The rules let a name of the list <%s> in line %d grow without end: <%s>!",
+                    line.file, line.number, line.text);
+}
+
 }  // namespace
 
-void LoadNameList(NameList& names, std::vector<CString>& renamings, XOption& options, const CString& file) {
+void LoadNameList(NameList& names, XOption& options, const CString& file,
+                  const std::function<void(const CString& oldName, const CString& newName)>& tell) {
     std::ifstream lines = OpenNameList(file);
     int version = 0;
     int number = 0;
@@ -80,14 +102,9 @@ void LoadNameList(NameList& names, std::vector<CString>& renamings, XOption& opt
         CString name = text;
         const bool isTable = TakeWord(name, L"table");
         if (isTable || TakeWord(name, L"column")) {
-            const CString oldName = name;
-            if (isTable) {
-                options.ReplaceTableName(name, version, KEEP_CASE);
-            } else {
-                options.ReplaceColumnsName(name, version, KEEP_CASE);
-            }
-            (isTable ? names.tables : names.columns).Insert(name, false);
-            renamings.push_back(oldName + L" -> " + name);
+            const CString renamed = Renamed(options, name, isTable, version, {file, number, text});
+            (isTable ? names.tables : names.columns).Insert(renamed, false);
+            tell(name, renamed);
         } else if (isFirst && TakeWord(name, L"version") && IsNumber(name)) {
             version = _wtoi(name);
         } else {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "veltrane/collections/xsetstring.h"
@@ -12,11 +13,13 @@ struct NameList {
     XSetString columns;
 };
 
-/// Reads a name list, renames it and adds a line "OLD -> NEW" for each name, in file order.
+/// Reads a name list, renames it and tells each name as it comes, in file order.
 ///
 /// One name a line, "table NAME" or "column NAME"; "version N" may stand first. Empty lines and lines that begin with
-/// ';' are skipped. @throws XException  the file can not be read, or a line is none of these
-void LoadNameList(NameList& names, std::vector<CString>& renamings, XOption& options, const CString& file);
+/// ';' are skipped. @throws XException  the file can not be read, or a line is none of these, or a
+/// name grows beyond the longest text
+void LoadNameList(NameList& names, XOption& options, const CString& file,
+                  const std::function<void(const CString& oldName, const CString& newName)>& tell);
 
 /// What only the first list holds ("- table NAME") and what only the second holds ("+ table NAME"): sorted, tables
 /// before columns.

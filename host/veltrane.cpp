@@ -1,5 +1,6 @@
 // A host of the base library, the part of a schema tool that is not about schemas: it starts the option store, opens
 // the log, and acts on the options it knows. Copy from here.
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
@@ -95,11 +96,11 @@ std::vector<NameList> LoadNameLists(Tool& tool, bool isQuiet) {
     for (const auto* item = tool.options.GetFirstOptionItem(L"load-dictionary"); item;
          item = tool.options.GetNextOptionItem(L"load-dictionary")) {
         LoggedAction action{tool.log, L"load " + item->GetOptionString()};
-        std::vector<CString> renamings;
-        LoadNameList(lists.emplace_back(), renamings, tool.options, item->GetOptionString());
+        LoadNameList(lists.emplace_back(), tool.options, item->GetOptionString(),
+                     [isQuiet](const CString& oldName, const CString& newName) {
+                         if (!isQuiet) PrintLine(oldName + L" -> " + newName);
+                     });
         action.Done();
-        if (isQuiet) continue;
-        for (const CString& renaming : renamings) PrintLine(renaming);
     }
     return lists;
 }
@@ -149,6 +150,16 @@ int Report(Tool& tool, XException& error) {
     return EXIT_FAILURE;
 }
 
+// What is no error of the library becomes one.
+XException ErrorOf(const CFileException& failure) {
+    XFileException error{failure.m_strFileName};
+    const XSite site = Here(L"Run");
+    error.SetError(failure.m_cause, site.file, site.method, site.line,
+                   FormatText(L"Cannot write file <%s>!", failure.m_strFileName));
+    error.AddMessage(XFileException::GetMessage(failure.m_cause));
+    return error;
+}
+
 int Run() {
     Tool tool;
     try {
@@ -159,12 +170,11 @@ int Run() {
         return EXIT_SUCCESS;
     } catch (XException& error) {
         return Report(tool, error);
-    } catch (const CFileException& failure) {  // a log or change file that can not be written any more
-        XFileException error{failure.m_strFileName};
-        const XSite site = Here(L"Run");
-        error.SetError(failure.m_cause, site.file, site.method, site.line,
-                       FormatText(L"Cannot write file <%s>!", failure.m_strFileName));
-        error.AddMessage(XFileException::GetMessage(failure.m_cause));
+    } catch (const CFileException& failure) {  // a log or change file that cannot be written any more
+        XException error = ErrorOf(failure);
+        return Report(tool, error);
+    } catch (const std::exception& failure) {  // lost memory, too
+        XException error = MakeError(Here(L"Run"), L"An unknown exception occured: %S!", failure.what());
         return Report(tool, error);
     }
 }
@@ -172,11 +182,11 @@ int Run() {
 }  // namespace
 
 int main() {
-    UseConsoleBoxes();
     try {
+        UseConsoleBoxes();
         return Run();
-    } catch (const std::exception& failure) {
-        std::cerr << "An unknown exception occured: " << failure.what() << std::endl;
+    } catch (...) {  // no memory is left to tell more
+        std::fputs("An unknown exception occured!\n", stderr);
     }
     return EXIT_FAILURE;
 }

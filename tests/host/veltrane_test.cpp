@@ -173,6 +173,15 @@ TEST_F(Host, ShowsTheSystemsErrorsWithItsOwnHintsBehind) {
                Path("registry.reg") + ">, [dbs] of <" + BasicFile() + "> ---->\n" +
                "\t    <---- Did you mean [db]? ---->\n");
     expect({"db", "-l", "bad.txt"}, "The name list <bad.txt> can not be understood in line 2: <tabel b>!\n");
+    std::string growing;
+    for (const char* version : {"1", "2", "3"}) {
+        growing += std::string{"[db\\TABLENAME RULES\\"} + version + "]\na=" + std::string(1'000, 'a') + "\n";
+    }
+    Write("grow.ini", growing);
+    Write("grow.txt", "version 3\ntable a\n");
+    expect({"db", "-i", "grow.ini", "-l", "grow.txt", "--logfile", Path("grow.log")},
+           "The rules let a name of the list <grow.txt> in line 2 grow without end: <table a>!\n");
+    ExpectIn(m_Folder.Read("grow.log"), "grow without end: <table a>!\r\nError Code:\t-1\r\n");
     expect({"db", "-l", "data"}, "Cannot open file <data>!\n\tAccess denied!\nnumber:\t5\n");
     expect({"db", "-l", "empty.txt", "-d"}, "to load at least two dictionaries (see the '-l' option)!\n");
     expect({"db", "--logfile", "/dev/full"}, "unknown exception occured while opening the log file </dev/full>!\n");

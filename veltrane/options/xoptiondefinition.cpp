@@ -9,8 +9,11 @@
 using namespace veltrane;
 using namespace veltrane::detail;
 
-const CString g_BooleanStrings[2] = {L"false", L"true"};
-const CString g_TrillianStrings[3] = {L"false", L"true", L"auto"};
+// Made before and destroyed after every object of a host that is linked together with the library.
+#define FIRST_AND_LAST __attribute__((init_priority(101)))
+
+FIRST_AND_LAST const CString g_BooleanStrings[2] = {L"false", L"true"};
+FIRST_AND_LAST const CString g_TrillianStrings[3] = {L"false", L"true", L"auto"};
 
 namespace {
 
@@ -58,7 +61,7 @@ const XConfigSection* FindSection(Fits fits) {
 }  // namespace
 
 const CString& XOptionDefinition::GetDefaultValue() const {
-    static const CString none;
+    static const CString& none = *new CString;  // never destroyed: objects that end late may still ask
     return IsBoolean() ? g_BooleanStrings[1] : IsTrillian() ? g_TrillianStrings[eFlagAuto] : none;
 }
 

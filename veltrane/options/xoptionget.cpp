@@ -47,7 +47,7 @@ decltype(auto) ReadOption(XOption& store, const XSite& site, const GetterType& t
 }
 
 const CString& NoText() {
-    static const CString none;
+    static const CString& none = *new CString;  // never destroyed: objects that end late may still ask
     return none;
 }
 

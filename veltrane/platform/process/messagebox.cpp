@@ -37,16 +37,13 @@ void WaitForEnter(int output) {
     while (typed != '\n' && Retried([&] { return read(STDIN_FILENO, &typed, 1); }) == 1) continue;
 }
 
+std::FILE* StreamOf(unsigned style) noexcept {
+    return (style & MB_ICONINFORMATION) != 0 ? stdout : stderr;
+}
+
 int ShowOnConsole(const CString& text, unsigned style) {
-    std::FILE* const stream = (style & MB_ICONINFORMATION) != 0 ? stdout : stderr;
-    const int output = fileno(stream);
-    {
-        const WriteSignalGuard guard;
-        // Past the stream: one that the host has used for wide characters would drop the text.
-        std::fflush(stream);
-        WriteAll(output, ConsoleText(text));
-    }
-    WaitForEnter(output);
+    WriteToConsole(text, style);
+    WaitForEnter(fileno(StreamOf(style)));
     return ID_OK;
 }
 
@@ -55,6 +52,15 @@ int ShowOnConsole(const CString& text, unsigned style) {
 int AfxMessageBox(const CString& text, unsigned style, unsigned helpId) {
     const auto handler = InstalledHandler();
     return handler ? (*handler)(text, style, helpId) : ShowOnConsole(text, style);
+}
+
+void veltrane::WriteToConsole(const CString& text, unsigned style) {
+    std::FILE* const stream = StreamOf(style);
+    const std::string bytes = ConsoleText(text);
+    const WriteSignalGuard guard;
+    // Past the stream: one that the host has used for wide characters would drop the text.
+    std::fflush(stream);
+    WriteAll(fileno(stream), bytes);
 }
 
 MessageBoxHandler veltrane::SetMessageBoxHandler(MessageBoxHandler handler) {

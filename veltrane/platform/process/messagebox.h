@@ -13,6 +13,9 @@ namespace veltrane {
 /// Shows a box and returns when the user has closed it; the result is that of AfxMessageBox.
 using MessageBoxHandler = std::function<int(const CString& text, unsigned style, unsigned helpId)>;
 
+/// Writes a text as the default box does, to the stream of the style, and returns at once: for the handlers of hosts.
+VELTRANE_API void WriteToConsole(const CString& text, unsigned style);
+
 /// Installs a handler; an empty one restores the default. @return the handler before, empty for the default
 VELTRANE_API MessageBoxHandler SetMessageBoxHandler(MessageBoxHandler handler);
 

@@ -34,8 +34,13 @@ std::vector<CString> ReadArguments() {
     return SplitAtNul(bytes);
 }
 
-// Empty until the arguments are asked for or set. Never destroyed.
-std::optional<std::vector<CString>>& Arguments() {
+// Never destroyed, as what replaces them.
+const std::vector<CString>& OwnArguments() {
+    static const auto& arguments = *new std::vector<CString>{ReadArguments()};
+    return arguments;
+}
+
+std::optional<std::vector<CString>>& GivenArguments() {
     static auto& arguments = *new std::optional<std::vector<CString>>;
     return arguments;
 }
@@ -43,12 +48,11 @@ std::optional<std::vector<CString>>& Arguments() {
 }  // namespace
 
 std::vector<CString> GetArguments() {
-    if (!Arguments()) Arguments() = ReadArguments();
-    return *Arguments();
+    return GivenArguments() ? *GivenArguments() : OwnArguments();
 }
 
 void SetArguments(std::vector<CString> arguments) {
-    Arguments() = std::move(arguments);
+    GivenArguments() = std::move(arguments);
 }
 
 std::int32_t TickCount() {

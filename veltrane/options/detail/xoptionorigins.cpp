@@ -19,7 +19,12 @@ std::vector<XKeptOrigin> XOptionOrigins::Of(const XOptionItem& item) const {
     if (found == m_Origins.end()) return {};
     std::vector<XKeptOrigin> values = found->second;
     const CString& now = item.GetOptionValue();
-    if (values.back().value != now) values.push_back({{{{}, 0, {}, {}, now}, OptionLayer::Host}, now});
+    if (values.back().value != now) {
+        XKeptOrigin& set = values.emplace_back();
+        set.origin.layer = OptionLayer::Host;
+        set.origin.text = now;
+        set.value = now;
+    }
     return values;
 }
 

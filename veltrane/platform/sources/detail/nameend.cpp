@@ -15,7 +15,7 @@ int Fits(NamePattern pattern, std::int8_t byte) noexcept {
 }
 
 bool IsBorder(char byte) noexcept {
-    return byte == '=' || (byte >= 0 && byte <= ' ' && byte != '\n' && byte != '\r');
+    return byte == '=' || (static_cast<unsigned char>(byte) <= ' ' && byte != '\n' && byte != '\r');
 }
 
 /// Whether the two elements stand anywhere in a step, the first of them from its front on. Without a jump inside, so

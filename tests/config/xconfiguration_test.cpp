@@ -119,7 +119,7 @@ TEST_F(Configuration, GetsTheKeyNamesOfEachSectionOfAForm) {
 TEST_F(Configuration, TellsTheLineOfAnAnswerInAFileThatIsKept) {
     std::string bytes = "[A]\n";
     for (int line = 2; line <= 300; ++line)
-        bytes += "k" + std::to_string(line) + (line % 3 == 0 ? "=value\n" : "=value\r\n");
+        bytes.append("k").append(std::to_string(line)).append(line % 3 == 0 ? "=value\n" : "=value\r\n");
     const XConfiguration reader = Reader(bytes);
     const SourceSnapshot snapshot;
     for (const int line : {2, 64, 65, 66, 128, 129, 300}) {

@@ -495,8 +495,8 @@ class Generator:
     def reference(self):
         if self.rng.random() < 0.005:
             return self.rng.choice(["role", "unknown", "quiet", "load-dictionary"])  # most often errors
-        return self.rng.choice(["k1", "k2", "k3"] * 2 + ["V1", "name", "data", "exe-name", "logfile", "spool", "metadata",
-                                                         "dictionary-root", "changefile-root", "config"])
+        return self.rng.choice(["k1", "k2", "k3"] * 2 + ["V1", "name", "data", "exe-name", "logfile", "spool",
+                                                         "metadata", "dictionary-root", "changefile-root", "config"])
 
     def word(self):
         return self.rng.choice(["run", "w.log", "%k1%.log", "%V1%", "%k2%", "", "x%k3%"])
@@ -508,7 +508,7 @@ class Generator:
         metadata = os.path.basename(os.path.dirname(world.basic.path))
         own = {"metadata": [metadata], "data": ["data"]}.get(name, ["d1", "d2", "D3"])
         relative = rng.choice(own)
-        if rng.random() < 0.02:
+        if rng.random() < 0.02 and name != "logging":  # without a log the host tells nothing
             relative = "missing"
         below = base if name in ("metadata", "data") else base + "/data"
         forms = ["%s/%s/%s" % (world.folder, below, relative), "X:\\%s\\%s" % (below.replace("/", "\\"), relative),

@@ -1,0 +1,271 @@
+#include "veltrane/options/xoptionorigin.h"
+
+#include <algorithm>
+
+#include "options/store.h"
+#include "veltrane/foundation/xsubject.h"
+#include "veltrane/options/xoption.h"
+#include "veltrane/platform/process/messagebox.h"
+
+using namespace veltrane;
+using namespace veltrane::detail;
+
+namespace {
+
+class Origins : public OptionStoreTest {
+protected:
+    void Open(std::vector<CString> arguments) {
+        Renew();
+        m_Store->KeepOrigins(true);
+        Initialize(std::move(arguments));
+        m_Store->OpenConfiguration();
+    }
+    void Start(std::vector<CString> arguments) {
+        Open(std::move(arguments));
+        m_Store->ReadConfiguration();
+    }
+
+    /// "user file:3 text", with the word in brackets for the command line.
+    static CString Told(const OptionOrigin& origin) {
+        CString place = LayerName(origin.layer);
+        if (origin.line > 0) place += FormatText(L":%d", origin.line);
+        if (origin.word >= 0) place += FormatText(L"(%d)", origin.word);
+        return place + L" " + origin.text;
+    }
+    CString Candidates(const wchar_t* name, int index = -1) {
+        CString told;
+        for (const OptionOrigin& origin : m_Store->GetOptionCandidates(name, index).candidates) {
+            told += (told.IsEmpty() ? L"" : L" | ") + Told(origin);
+        }
+        return told;
+    }
+    CString Explained(const wchar_t* name, int index = -1) {
+        CString told;
+        const OptionExplanation explanation = m_Store->ExplainOption(name, index);
+        for (const OptionStep& step : explanation.steps) {
+            if (!step.reference.IsEmpty()) told += FormatText(L"%d%%%s%%(%d)", step.depth, step.reference, Found(step));
+            told += L"=" + step.text + L" ";
+        }
+        return told + explanation.error;
+    }
+    static int Found(const OptionStep& step) {
+        return static_cast<int>(std::ranges::count(step.places, true, &OptionPlace::found));
+    }
+};
+
+TEST_F(Origins, CandidatesStandInTheOrderOfTheirStrength) {
+    const EnvironmentGuard logfile{"logfile", "env.log"};
+    const EnvironmentGuard data{"data", ToUtf8(m_Folder.Wide("data"))};
+    std::filesystem::create_directories(m_Folder.Path() / "data/rel");
+    Registry("ROOT", "\"logfile\"=\"\"");
+    Basic(std::string{DATABASE} +
+          "[ROOT]\nlogfile=basic.log\nlogfile=twice\ndata=/late\nlogging=late\nmetadata=late\n"
+          "dictionary-root=  ' x '\n[USER]\nquiet=\nload-dictionary-1=%exe-name%\nconfig=c\n");
+    User("[ROOT]\nlogfile=\n[USER]\nload-dictionary=bare\nquiet=false\n");
+    Start({L"db", L"-q", L"-q", L"TRUE", L"-l", L"a", L"-l", L"b", L"--ini", UserFile(), L"--logging", L"rel",
+           L"--version-info", L"9"});
+    const CString folder = m_Folder.Wide("data");
+    const std::pair<const wchar_t*, CString> cases[] = {
+        {L"quiet", L"command line(3) TRUE | command line(2) true | user file:5 false"},
+        {L"name", L"command line(1) db"},
+        {L"logfile", L"environment env.log | registry:3  | basic file:6 basic.log"},
+        {L"data", L"environment " + folder + L" | basic file:8 /late"},
+        {L"logging", L"start-up " + folder + L"/rel | command line(11) rel"},
+        {L"config", L"start-up " + folder + L"/configuration"},
+        {L"metadata", L"start-up " + m_Folder.Wide(".metadata")},
+        {L"dictionary-root", L"basic file:11  x "},
+        {L"version-info", L"command line(13) 9 | host 1.2"},
+        {L"spool", L""},
+    };
+    for (const auto& [name, told] : cases) EXPECT_EQ(Candidates(name), told) << ToUtf8(CString{name});
+    EXPECT_EQ(Candidates(L"load-dictionary", 0), L"command line(5) a");
+    EXPECT_EQ(Candidates(L"load-dictionary", 1), L"command line(7) b | basic file:14 %exe-name%");
+    EXPECT_EQ(Candidates(L"load-dictionary", 2), L"user file:4 bare") << "no item has it";
+    EXPECT_EQ(m_Store->GetOptionCandidates(L"spool", -1).places.size(), 3U) << "registry and both files were asked";
+    m_Store->GetOptionItem(L"quiet", -1)->SetOptionValue(L"false");
+    EXPECT_EQ(Candidates(L"quiet").Find(L"host false | command line(3) TRUE | "), 0) << "put into the item by the host";
+    m_Store->DeleteOption(L"load-dictionary");
+    m_Store->RetrieveOption(L"load-dictionary");
+    EXPECT_EQ(Candidates(L"load-dictionary", 1), L"basic file:14 %exe-name%");
+    EXPECT_EQ(Text(L"load-dictionary", 1), L"Tool.exe");
+}
+
+TEST_F(Origins, AnOriginIsThatOfTheQuestionAsItWasAsked) {
+    const std::string bare = "[USER]\nload-dictionary=%pa%\nload=%pb%\npa=x\npb=y";
+    const std::string userBare = "[USER]\nload-dictionary=y\nload=x";
+    const std::string root = "[ROOT]\nname=root\ndictionary-name=d\nrole=r\nregistry=g";
+    const std::string below = "[ROOT]\nname=x\\ROOT\n[x\\ROOT]\nname=x\\ROOT\ndictionary-name=d\nrole=r\nregistry=g";
+    struct {
+        std::string basic, user, registrySection, registry;
+        const wchar_t* name;
+        int index;
+        const wchar_t* told;
+    } const cases[] = {
+        {"[ROOT]\nname=db\nlogging=l", "", "ROOT", "", L"logging", -1, L"basic file:7 l"},
+        {root, "", "ROOT", "\"name\"=\"root\"", L"name", -1, L"registry:3 root"},
+        {below, "", "x\\ROOT", R"("name"="x\\ROOT")", L"name", -1, L"basic file:6 x\\ROOT"},
+        {bare, userBare, "ROOT", "\"name\"=\"db\"", L"load-dictionary", 0, L"basic file:6 %pa%"},
+        {bare, userBare, "ROOT", "\"name\"=\"db\"", L"load-dictionary", 1, L"basic file:7 %pb%"},
+        {bare, userBare, "ROOT", "\"name\"=\"db\"", L"load-dictionary", 2, L"user file:2 y"},
+        {bare, userBare, "ROOT", "\"name\"=\"db\"", L"load-dictionary", 3, L"user file:3 x"},
+        {"[ROOT]\nname=db\n[db\\FILES\\3]\nmap-file=m\n[db\\FILES\\1]\nmap-file=m", "", "ROOT", "", L"map-file", 1,
+         L"basic file:10 m"},
+    };
+    for (const auto& [basic, user, registrySection, registry, name, index, told] : cases) {
+        SCOPED_TRACE(ToUtf8(CString{told}));
+        Registry(registrySection, registry);
+        Basic(std::string{DATABASE} + basic + "\n");
+        User(user + "\n");
+        Start({L"--ini", UserFile()});
+        EXPECT_EQ(Told(m_Store->GetOptionOrigin(m_Store->GetOptionItem(name, index))), told);
+    }
+    EXPECT_EQ(m_Store->GetOptionOrigin(nullptr).layer, OptionLayer::Host);
+}
+
+TEST_F(Origins, AnExplanationEndsWithWhatTheGetterGivesOrAsTheValueEnds) {
+    Basic(std::string{DATABASE} +
+          "[ROOT]\nlogfile=%a%-%name%\na=<%b%>\nb=now\n[USER]\nautodoc-document-root=%exe-name%\n"
+          "[AUTODOC]\nautodoc-title=%c%\nc=x%autodoc-title%\nautodoc-index=%nosuch%\n"
+          "autodoc-script=" +
+          std::string(1500, '%') + "\n");
+    const CString data = m_Folder.Wide("data");
+    Open({L"db", L"--data", data, L"-sp", L"-l", L"%name%.dic"});
+    EXPECT_EQ(Explained(L"logfile"), L"=%a%-%name% 0%a%(1)=<now>-%name% 1%b%(1)=<now> 0%name%(1)=<now>-db =<now>-db ")
+        << "what a retrieval would do";
+    m_Store->RetrieveOption(L"logfile");
+    Basic(std::string{DATABASE} + "[ROOT]\nb=later\n");
+    for (const wchar_t* name : {L"logfile", L"config", L"spool", L"name", L"version-info"}) {
+        const OptionExplanation explanation = m_Store->ExplainOption(name, -1);
+        ASSERT_TRUE(explanation.hasValue) << ToUtf8(CString{name});
+        EXPECT_EQ(explanation.steps.back().kind, OptionStep::Kind::Value);
+        EXPECT_EQ(explanation.steps.back().text, Text(name)) << ToUtf8(CString{name});
+    }
+    EXPECT_EQ(Text(L"logfile"), L"<now>-db") << "as it was when it was retrieved";
+    EXPECT_EQ(Explained(L"config"), L"=" + data + L"/configuration =" + data + L"/configuration ");
+    EXPECT_EQ(Explained(L"load-dictionary", 0), L"=%name%.dic 0%name%(1)=db.dic =db.dic ");
+    EXPECT_EQ(Explained(L"role"), L"=r =r ");
+    EXPECT_EQ(Explained(L"quiet"), L"= = ") << "asked, and nothing found";
+}
+
+TEST_F(Origins, AnErrorEndsTheStepsAsItEndsTheValue) {
+    std::pair<const char*, const wchar_t*> const cases[] = {
+        {"%c%\nc=x%c%", L"The reference <c> leads back to itself: <c> -> <c>!"},
+        {"%nosuch%",
+         L"Error retrieving the string option <nosuch>!\r\nreason: \tThe option <nosuch> is not known by "
+         L"the system!"},
+        {"%autodoc-index%\nautodoc-index=%d%%d%%d%\nd=%load-dictionary%", L"Error retrieving the string option <load-"},
+    };
+    for (const auto& [value, message] : cases) {
+        Basic("[AUTODOC]\nautodoc-title=" + std::string{value} + "\n");
+        Open({L"db"});
+        const OptionExplanation explanation = m_Store->ExplainOption(L"autodoc-title", -1);
+        EXPECT_EQ(explanation.error.Find(message), 0) << ToUtf8(explanation.error);
+        EXPECT_FALSE(explanation.hasValue);
+        EXPECT_NE(explanation.steps.back().kind, OptionStep::Kind::Value);
+        EXPECT_GE(ErrorOf([&] { m_Store->RetrieveOption(L"autodoc-title"); }).GetMessage().Find(explanation.error), 0);
+    }
+}
+
+TEST_F(Origins, NamingRulesTellTheirPlacesAndTheHiddenOnes) {
+    Basic(std::string{DATABASE} + "[db\\TABLENAME RULES\\1]\nA=B\nHID=x\n[db\\TABLENAME RULES\\2]\nB=C\n");
+    User("[db\\TABLENAME RULES\\1]\nA=user\nNEW=\n");
+    Registry("db\\TABLENAME RULES\\2", "\"B\"=\"registry\"");
+    Start({L"db", L"--ini", UserFile()});
+    CString told;
+    for (const OptionRule& rule : m_Store->GetNamingRules(eOptionTableNameRules)) {
+        told += FormatText(L"%d %s=%s (%s:%d)%s ", rule.version, rule.oldText, rule.newText,
+                           LayerName(rule.origin.layer), rule.origin.line, rule.isInForce ? L"" : L" hidden");
+    }
+    EXPECT_EQ(told,
+              L"1 A=user (user file:2) 1 NEW= (user file:3) 2 B=registry (registry:3) "
+              L"1 HID=x (basic file:7) hidden ");
+    EXPECT_TRUE(m_Store->GetNamingRules(eOptionColumnNameRules).empty());
+    const auto preview = m_Store->PreviewTableName(L"ab", 2, /*keepCase*/ false);
+    ASSERT_EQ(preview.size(), 2U);
+    EXPECT_EQ(preview[0].name, L"USERB");
+    EXPECT_EQ(preview[1].rule, 2);
+    EXPECT_EQ(preview[1].name, L"USERREGISTRY");
+    EXPECT_TRUE(m_Store->PreviewColumnsName(L"ab", 2, /*keepCase*/ true).empty());
+    EXPECT_EQ(m_Store->GetSectionName(eSectionTableRules), L"db\\TABLENAME RULES\\%d");
+}
+
+TEST_F(Origins, AStartUpThatOnlyLooksCreatesShowsAndEndsNothing) {
+    const BoxRecorder boxes;
+    m_Store->LookOnly(true);
+    EXPECT_EQ(ErrorOf([&] {
+                  Initialize({L"--help", L"-v", L"-s", L"x", L"--data", m_Folder.Wide("data"), L"--logging", L"no"});
+              })
+                  .GetSubject()
+                  ->option,
+              L"logging");
+    m_Store->OpenConfiguration();
+    EXPECT_THROW(m_Store->ReadConfiguration(), XException);
+    EXPECT_TRUE(boxes.boxes.empty());
+    EXPECT_TRUE(std::filesystem::is_empty(m_Folder.Path() / "data"));
+    EXPECT_EQ(Text(L"config"), m_Folder.Wide("data/configuration")) << "where it would be";
+    EXPECT_EQ(Text(L"changefile-root"), m_Folder.Wide("data/changefile")) << "what follows the first error";
+}
+
+TEST_F(Origins, ErrorsSayWhatTheyAreAbout) {
+    User("[USER]\nload-dictionary-1=b\n");
+    struct {
+        std::string basic;
+        std::vector<CString> arguments;
+        ErrorSubject subject;
+    } const cases[] = {
+        {"", {L"--nosuch"}, {.argument = L"--nosuch"}},
+        {"", {L"-q", L"maybe"}, {.option = L"quiet", .argument = L"maybe"}},
+        {"", {L"-n"}, {.option = L"name"}},
+        {"", {L"-m", L"no"}, {.option = L"metadata"}},
+        {"", {L"--data", L"/no"}, {.option = L"data"}},
+        {"", {L"--config", L"/no"}, {.option = L"config"}},
+        {"", {L"--ini", L"/no"}, {.option = L"ini"}},
+        {"", {L"-dr", L"%nosuch%"}, {.argument = L"nosuch", .reference = L"nosuch"}},
+        {"[ROOT]\nname=%a%\na=%a%\n", {}, {.option = L"name", .reference = L"a"}},
+        {"[db]\nrole=r\n", {L"db"}, {.option = L"dictionary-name"}},
+        {"[USER]\nload-dictionary-1=a\n", {L"db", L"--ini", UserFile()}, {.option = L"load-dictionary", .index = 1}},
+    };
+    for (const auto& [basic, arguments, subject] : cases) {
+        SCOPED_TRACE(ToUtf8(subject.option + subject.argument));
+        Basic(basic);
+        const XException error = ErrorOf([&] { Start(arguments); });
+        ASSERT_TRUE(error.GetSubject());
+        EXPECT_EQ(error.GetSubject()->option, subject.option);
+        EXPECT_EQ(error.GetSubject()->argument, subject.argument);
+        EXPECT_EQ(error.GetSubject()->reference, subject.reference);
+        EXPECT_EQ(error.GetSubject()->index, subject.index);
+    }
+    CString told;  // of the last one
+    const XException twice = ErrorOf([&] { m_Store->RetrieveOption(L"load-dictionary"); });
+    for (const ErrorPlace& place : twice.GetSubject()->places) told += FormatText(L"%s:%d ", place.layer, place.line);
+    EXPECT_EQ(told, L"basic file:2 user file:2 ");
+}
+
+TEST_F(Origins, LocationsAreTheFilesAndFoldersOfStartUp) {
+    std::filesystem::create_directories(m_Folder.Path() / "data/Configuration");
+    m_Folder.Write("data/Configuration/My.ini", "");
+    Open({L"db", L"--data", m_Folder.Wide("data"), L"--ini", L"my.INI"});
+    CString told;
+    const int folder = m_Folder.Wide().GetLength() + 1;
+    for (const OptionLocation& place : m_Store->GetLocations()) {
+        told += FormatText(L"%s %s%s\n", place.option, place.exists ? L"" : L"- ", place.spelled.Mid(folder));
+    }
+    EXPECT_EQ(told,
+              L" - registry.reg\nmetadata .metadata\n .metadata/tool.ini\nini - \nini data/Configuration/My.ini\n"
+              L"data data\nconfig data/Configuration\nchangefile-root data/changefile\nlogging data/log\n");
+}
+
+TEST_F(Origins, TwoStoresDoNotDisturbEachOther) {
+    Basic(std::string{DATABASE} + "[ROOT]\nlogfile=first\n");
+    Start({L"db"});
+    const std::unique_ptr<XOption> first = std::move(m_Store);
+    User("[ROOT]\nlogfile=second\n");
+    Start({L"db", L"--ini", UserFile()});
+    EXPECT_EQ(Candidates(L"logfile"), L"user file:2 second | basic file:6 first");
+    m_Store.reset();
+    const OptionCandidates candidates = first->GetOptionCandidates(L"logfile", -1);
+    ASSERT_EQ(candidates.candidates.size(), 1U);
+    EXPECT_EQ(Told(candidates.candidates[0]), L"basic file:6 first");
+}
+
+}  // namespace

@@ -40,6 +40,28 @@ protected:
     XLogging m_Log;
 };
 
+TEST_F(XLoggingTest, CanBeOpenedAgainAfterAnEndThatCouldNotBeWritten) {
+    ErrorOf([&] { m_Log.StartLogging(L"/dev/full", L"", L"", L""); });
+    EXPECT_EQ(ErrorOf<CFileException>([&] { m_Log.CloseLogFile(); }).m_cause, CFileException::diskFull);
+    Start();
+    m_Log.CloseLogFile();
+    EXPECT_NE(Written().find("finish: DATE"), std::string::npos);
+}
+
+TEST_F(XLoggingTest, StampsByTheZoneOfTheMoment) {
+    const auto entry = [&](const char* zone) {
+        const EnvironmentGuard guard{"TZ", zone};
+        m_Log.WriteLog(zone, /*newLine*/ true, /*timeStamp*/ true);
+    };
+    Start();
+    for (const char* zone : {"XXX0", "XXX-1", "XXX0"}) entry(zone);
+    std::smatch hours;
+    const std::string text = m_Folder.Read("run.log");
+    ASSERT_TRUE(std::regex_search(text, hours, std::regex{"\n(..):..:..: XXX0\r\n(..):..:..: XXX-1\r\n(..):"}));
+    EXPECT_NE(hours[1], hours[2]);
+    EXPECT_EQ(hours[1], hours[3]);
+}
+
 TEST_F(XLoggingTest, WritesAWholeLog) {
     const auto writeAll = [&] {
         m_Log.ShowError(L"none", L"L", L"");  // as the state of a new log: code 0, no message

@@ -26,13 +26,6 @@ inline std::string ReadDescriptor(int handle) {
     return bytes;
 }
 
-/// Where a test that runs as a program of its own writes its result.
-inline constexpr int CHILD_OUTPUT = 9;
-
-inline void WriteChildOutput(const std::string& bytes) {
-    if (write(CHILD_OUTPUT, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) std::abort();
-}
-
 /// Runs an action in a child process of its own, without a terminal; what it returns is the exit code. Made for output
 /// that fits into a pipe.
 template <class Action>
@@ -59,19 +52,14 @@ ChildResult RunChild(Action&& action) {
     return result;
 }
 
-/// Runs one disabled test of this program in a new process, with further arguments.
-/// @return what the test has written with WriteChildOutput
-inline ChildResult RunProgram(const std::string& test, const std::vector<std::string>& arguments) {
+/// Runs the tests' own child program (support/child.cpp) with arguments.
+inline ChildResult RunTestChild(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "child");
     return RunChild([&] {
-        const std::string filter = "--gtest_filter=" + test;
-        std::vector<std::string> all{"veltrane_tests", filter, "--gtest_also_run_disabled_tests"};
-        all.insert(all.end(), arguments.begin(), arguments.end());
         std::vector<char*> pointers;
-        for (std::string& argument : all) pointers.push_back(argument.data());
+        for (std::string& argument : arguments) pointers.push_back(argument.data());
         pointers.push_back(nullptr);
-        dup2(STDOUT_FILENO, CHILD_OUTPUT);
-        dup2(STDERR_FILENO, STDOUT_FILENO);  // what the test frame reports
-        execv("/proc/self/exe", pointers.data());
+        execv(VELTRANE_TEST_CHILD, pointers.data());
         return 127;
     });
 }

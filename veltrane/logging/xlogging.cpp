@@ -15,11 +15,11 @@ constexpr XSource Here{L".\\xlogging"};
 
 constexpr wchar_t LINE_END[] = L"\r\n";
 constexpr wchar_t DATE_FORMAT[] = L"%A, %B %d, %Y ; %H:%M:%S";
-constexpr wchar_t ENTRY_TIME_FORMAT[] = L"%H:%M:%S: ";
 constexpr wchar_t ENTRY_INDENT[] = L"\r\n          ";  // as wide as the time
 constexpr wchar_t ERROR_START[] = L"########################## Error info start ##########################\r\n";
 constexpr wchar_t ERROR_END[] = L"##########################  Error info end  ##########################\r\n";
 constexpr int RULE_WIDTH = 105;
+constexpr int LONGEST_KEPT = 4096;  // elements of an entry that the next one may use the memory of
 
 CString Rule(wchar_t element) {
     return CString{element, RULE_WIDTH} + LINE_END;
@@ -64,7 +64,7 @@ bool XLogging::OpenLogFile(const CString& linePrefix) {
         }
         m_bOpen = true;
         m_LinePrefix = linePrefix;
-        m_nLineTime = -1;
+        m_nLineStart = 0;
         LogWrite(Rule(L'*') + Rule(L'*') + FormatText(L"Log output of %s\r\nstart: %s\r\n", m_LogFile, Now()) +
                  Rule(L'-'));
         return true;
@@ -80,9 +80,22 @@ bool XLogging::OpenLogFile(const CString& linePrefix) {
 
 void XLogging::CloseLogFile() {
     if (!m_bOpen) return;
-    LogWrite(LINE_END + Rule(L'*') + FormatText(L"finish: %s\r\n", Now()) + Rule(L'-') + LINE_END + LINE_END);
+    const CString end = LINE_END + Rule(L'*') + FormatText(L"finish: %s\r\n", Now()) + Rule(L'-') + LINE_END + LINE_END;
     m_bOpen = false;
+    try {
+        WriteString(end);
+    } catch (const CFileException&) {  // the file is closed all the same, so that another can be opened
+        CloseQuietly();
+        throw;
+    }
     Close();
+}
+
+void XLogging::CloseQuietly() {
+    try {
+        Close();
+    } catch (const CFileException&) {  // NOLINT(bugprone-empty-catch): what failed first is on its way
+    }
 }
 
 void XLogging::LogWrite(const CString& text) {
@@ -103,6 +116,10 @@ void XLogging::WriteLog(CString text, bool newLine, bool timeStamp) {
     if (!m_bOpen) return;
     if (newLine && timeStamp) {
         StartTimedLine();
+        if (text.GetLength() > LONGEST_KEPT) {
+            LogWrite(m_TimedLine + text);
+            return;
+        }
         m_TimedLine += text;
         LogWrite(m_TimedLine);
     } else {
@@ -134,12 +151,10 @@ void XLogging::ShowError(CString code, CString file, CString method, int line, C
 
 // Leaves the line with its start alone: line end, time of now and prefix, put together once a second.
 void XLogging::StartTimedLine() {
-    const std::int64_t now = CurrentTime();
-    if (now == m_nLineTime) {
+    if (!m_Stamp.Update() && m_nLineStart > 0) {
         m_TimedLine.Truncate(m_nLineStart);
         return;
     }
-    m_TimedLine = LINE_END + LocalTimeText(ENTRY_TIME_FORMAT, now) + m_LinePrefix;
+    m_TimedLine = LINE_END + m_Stamp.Text() + m_LinePrefix;
     m_nLineStart = m_TimedLine.GetLength();
-    m_nLineTime = now;
 }

@@ -4,6 +4,7 @@
 
 #include "veltrane/foundation/xexception.h"
 #include "veltrane/platform/files/cfile.h"
+#include "veltrane/platform/process/localtime.h"
 #include "veltrane/platform/text/cstring.h"
 
 /// The log of a host: one text file in UTF-8, lines ended by "\r\n", with a banner, a header, entries and error blocks.
@@ -31,6 +32,8 @@ public:
     /// @return false, with nothing changed, when the log is open
     /// @throws XException  the file can not be opened: the number is the cause; the banner can not be written
     bool OpenLogFile(const CString& linePrefix);
+    /// Writes the closing banner and closes. @throws CFileException  the banner cannot be written; the log is closed
+    /// then, too, and can be opened again
     void CloseLogFile();
 
     void LogWrite(const CString& text);  ///< as it is, no line end added
@@ -50,6 +53,7 @@ public:
 
 private:
     void StartTimedLine();
+    void CloseQuietly();
 
     CString m_LinePrefix;
     CString m_LogPath;
@@ -57,7 +61,7 @@ private:
     bool m_bOpen = false;
     CString m_LastErrorMessage;
     std::int32_t m_nLastErrorCode = 0;
-    std::int64_t m_nLineTime = -1;  // the second that the line below shows
-    int m_nLineStart = 0;           // length of its start, what stands in front of the text
-    CString m_TimedLine;            // the last entry with a time; kept to spare the next one most of the work
+    veltrane::TimeStamp m_Stamp{L"%H:%M:%S: "};
+    int m_nLineStart = 0;  // length of the start of the line below, what stands in front of the text
+    CString m_TimedLine;   // the last entry with a time; kept to spare the next one most of the work
 };

@@ -6,6 +6,7 @@
 #include "support/folder.h"
 #include "support/support.h"
 #include "veltrane/platform/files/filesystem.h"
+#include "veltrane/platform/sources/profile.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;
@@ -25,6 +26,8 @@ TEST(CFile, GivesTheFullNameOfWhateverExists) {
     const CString secret = folder.Write("a/b/file", "");
     std::filesystem::create_symlink("a/b/file", folder.Path() / "link");
     std::filesystem::create_symlink("nowhere", folder.Path() / "dangling");
+    std::filesystem::create_symlink("a/b/below", folder.Path() / "to");
+    folder.Write("a/b/below/x", "");
     SetDriveFolder(L'Y', folder.Wide());
     const std::pair<CString, const wchar_t*> cases[] = {
         {L"Y:\\A\\b\\FILE", L"Y:\\A\\b\\FILE"},
@@ -39,6 +42,9 @@ TEST(CFile, GivesTheFullNameOfWhateverExists) {
         {L"Y:\\a\\..", L"Y:\\"},
         {L"Y:\\a\\\\b\\\\..\\b", L"Y:\\a\\\\b"},
         {L"Y:a\\..", L"Y:"},
+        {L"Y:\\..\\a\\b", L"Y:\\a\\b"},
+        {L"Y:\\to\\..\\file", L"Y:\\to\\..\\file"},
+        {L"Y:\\to\\..\\..\\below\\x", L"Y:\\to\\..\\..\\below\\x"},
         {L"/.", L"/"},
         {L"/../../tmp", L"/tmp"},
     };
@@ -60,6 +66,11 @@ TEST(CFile, PutsTheCurrentFolderInFrontOfARelativePath) {
     EXPECT_EQ(FullName(L"sub\\..a\\FILE"), folder.Wide("sub/..a/FILE"));
     EXPECT_EQ(FullName(L"Sub\\..\\.\\Sub"), folder.Wide("Sub"));
     EXPECT_EQ(FullName(L".."), FromUtf8(folder.Path().parent_path().string()));
+    const CurrentFolderGuard odd{(folder.Write("odd\\name/here", "[s]\nk=v\n"), folder.Path() / "odd\\name")};
+    EXPECT_EQ(FullName(L"..\\odd\\..\\Sub"), NOTHING) << "two components in a path, one in the folder's name";
+    EXPECT_EQ(FullName(L".\\HERE"), folder.Wide("odd\\name/HERE"));
+    wchar_t value[8];
+    EXPECT_EQ(GetPrivateProfileStringW(L"s", L"k", L"", value, 8, FullName(L"here").GetString()), 1U);
     const CurrentFolderGuard root{"/"};
     EXPECT_EQ(FullName(L"tmp"), L"/tmp");
 }

@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <thread>
 
 #include "support/childprocess.h"
 #include "support/environment.h"
@@ -127,6 +128,19 @@ TEST_F(StdioFile, LeavesTheFileOfAnotherWriterUntouched) {
     EXPECT_EQ(Content(), "");
 }
 
+int g_Leased = -1;
+
+TEST_F(StdioFile, WaitsForAFileThatIsLeased) {
+    m_Folder.Write("run.log", "before");
+    g_Leased = open((m_Folder.Path() / "run.log").c_str(), O_RDWR | O_CLOEXEC);
+    const auto before = signal(SIGIO, [](int) { fcntl(g_Leased, F_SETLEASE, F_UNLCK); });
+    ASSERT_EQ(fcntl(g_Leased, F_SETLEASE, F_WRLCK), 0);
+    EXPECT_EQ(OpenError(m_Path), 0);
+    EXPECT_EQ(Content(), "");
+    signal(SIGIO, before);
+    close(g_Leased);
+}
+
 TEST_F(StdioFile, ThrowsWithoutAnOpenFile) {
     for (const bool wasOpen : {false, true}) {
         ASSERT_TRUE(!wasOpen || m_File.Open(L"/dev/null", WRITE));
@@ -148,12 +162,32 @@ TEST_F(StdioFile, SharesADeviceAndThrowsWhenItIsFull) {
     }
 }
 
+TEST_F(StdioFile, GoesOnAtTheEndOfAFileThatSomebodyTruncates) {
+    ASSERT_TRUE(m_File.Open(m_Path, WRITE));
+    m_File.WriteString(L"what is copied away");
+    std::filesystem::resize_file(m_Folder.Path() / "run.log", 0);
+    m_File.WriteString(L"next");
+    EXPECT_EQ(Content(), "next");
+}
+
+TEST_F(StdioFile, EmptiesNoStreamOfTheProcess) {
+    m_Folder.Write("errors", "written before, ");
+    const ChildResult child = RunChild([&] {
+        dup2(open((m_Folder.Path() / "errors").c_str(), O_WRONLY | O_APPEND), STDERR_FILENO);
+        if (!m_File.Open(L"/proc/self/fd/2", WRITE)) return 1;
+        m_File.WriteString(L"log");
+        return 0;
+    });
+    EXPECT_EQ(child.exitCode, 0);
+    EXPECT_EQ(m_Folder.Read("errors"), "written before, log");
+}
+
 TEST_F(StdioFile, GoesOnAfterAShortWriteUntilTheSystemRefuses) {
     const ChildResult child = RunChild([&] {
-        close(STDERR_FILENO);
+        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) close(stream);
+        if (!m_File.Open(m_Path, WRITE)) return 1;
         const rlimit limit{4096, 4096};
         setrlimit(RLIMIT_FSIZE, &limit);
-        if (!m_File.Open(m_Path, WRITE)) return 1;
         AfxMessageBox(L"a box on standard error, which the file must not be taken for");
         return WriteError(m_File, CString(L'x', 10'000)) == EFBIG ? 0 : 2;
     });
@@ -181,13 +215,23 @@ TEST_F(StdioFile, LosesNothingToInterrupts) {
     EXPECT_TRUE(child.output == ToUtf8(text));
 }
 
-TEST_F(StdioFile, OutlivesAFullPipeAndItsReader) {
+TEST_F(StdioFile, WaitsForASlowReaderAndOutlivesIt) {
     const std::string pipe = (m_Folder.Path() / "pipe").string();
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     ASSERT_TRUE(m_File.Open(FromUtf8(pipe), WRITE));
-    EXPECT_EQ(WriteError(m_File, CString(L'x', 1 << 20)), EAGAIN);
-    close(reader);
+    fcntl(reader, F_SETFL, 0);
+    std::size_t taken = 0;
+    std::thread slow{[&] {
+        char bytes[1000];
+        for (ssize_t count; taken < (1 << 20) && (count = read(reader, bytes, sizeof bytes)) > 0;) {
+            taken += static_cast<std::size_t>(count);
+        }
+        close(reader);
+    }};
+    m_File.WriteString(CString(L'x', 1 << 20));
+    slow.join();
+    EXPECT_EQ(taken, 1U << 20);
     EXPECT_EQ(WriteError(m_File, L"x"), EPIPE);
     sigset_t pending;
     sigpending(&pending);

@@ -1,6 +1,7 @@
 #include "veltrane/platform/sources/profile.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -114,6 +115,18 @@ TEST_F(Profile, KeepsNoAnswerOfAFileThatCannotBeOpenedForTheMoment) {
     EXPECT_EQ(Ask(L"A", L"k", L"missing"), L"1");
     Write("[A]\nk=2");
     EXPECT_EQ(Ask(L"A", L"k", L"missing"), L"1") << "what was read is kept";
+}
+
+int g_leased = -1;
+
+TEST_F(Profile, WaitsForAFileThatIsLeased) {
+    Write("[A]\nk=1");
+    g_leased = open(ToUtf8(m_File).c_str(), O_RDONLY | O_CLOEXEC);
+    const auto before = signal(SIGIO, [](int) { fcntl(g_leased, F_SETLEASE, F_UNLCK); });
+    ASSERT_EQ(fcntl(g_leased, F_SETLEASE, F_WRLCK), 0);
+    EXPECT_EQ(Ask(L"A", L"k", L"missing"), L"1");
+    signal(SIGIO, before);
+    close(g_leased);
 }
 
 TEST_F(Profile, LeavesAPipeWhatItHolds) {

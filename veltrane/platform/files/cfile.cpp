@@ -17,7 +17,7 @@ using namespace veltrane::detail;
 
 namespace {
 
-bool Exists(const std::string& name) noexcept {
+bool LeadsToAFile(const std::string& name) noexcept {
     struct stat status;
     return !name.empty() && Retried([&] { return stat(name.c_str(), &status); }) == 0;
 }
@@ -30,50 +30,52 @@ std::size_t RootLength(std::wstring_view path) noexcept {
     return std::min(path.find_first_not_of(PATH_SEPARATORS, drive), path.size());
 }
 
-// Components stand in the result with the separators behind them, as they were given.
-CString WithoutDots(const CString& path) {
-    const std::size_t root = RootLength(path.View());
-    std::wstring result{path.View().substr(0, root)};
-    std::wstring_view rest = path.View().substr(root);
-    while (!rest.empty()) {
-        const std::size_t end = std::min(rest.find_first_of(PATH_SEPARATORS), rest.size());
-        const std::size_t next = std::min(rest.find_first_not_of(PATH_SEPARATORS, end), rest.size());
+bool IsLink(const std::wstring& path) {
+    struct stat status;
+    const std::string name = MapPath(CString{std::wstring_view{path}});
+    return Retried([&] { return lstat(name.c_str(), &status); }) == 0 && S_ISLNK(status.st_mode);
+}
+
+// Takes the last component away unless ".." leads elsewhere from it: from a link, or from a ".." that stayed.
+bool TakeUp(std::wstring& result, std::size_t root, std::wstring_view separators) {
+    const std::size_t last = result.find_last_not_of(separators);
+    if (last == std::wstring::npos || last < root) return true;  // nothing is above the root
+    const std::size_t before = std::max(root, result.find_last_of(separators, last) + 1);
+    const std::wstring prefix = result.substr(0, last + 1);
+    if (std::wstring_view{prefix}.substr(before) == L".." || IsLink(prefix)) return false;
+    result.resize(before);
+    return true;
+}
+
+// Components stand in the result with the separators after them, as they were given.
+CString WithoutDots(std::wstring_view path, std::size_t root, std::wstring_view separators) {
+    std::wstring result{path.substr(0, root)};
+    for (std::wstring_view rest = path.substr(root); !rest.empty();) {
+        const std::size_t end = std::min(rest.find_first_of(separators), rest.size());
+        const std::size_t next = std::min(rest.find_first_not_of(separators, end), rest.size());
         const std::wstring_view component = rest.substr(0, end);
-        const bool isDots = component == L"." || component == L"..";
-        if (component == L"..") {
-            const std::size_t last = result.find_last_not_of(PATH_SEPARATORS);
-            const std::size_t before = last == std::wstring::npos ? 0 : result.find_last_of(PATH_SEPARATORS, last) + 1;
-            result.resize(std::max(root, before));
-        }
-        if (!isDots) result += rest.substr(0, next);
+        const bool isResolved = component == L"." || (component == L".." && TakeUp(result, root, separators));
+        if (!isResolved) result += rest.substr(0, next);
         // Dots at the very end name the folder itself, so the separator in front of them goes too.
-        if (isDots && end == rest.size()) result.resize(std::max(root, result.find_last_not_of(PATH_SEPARATORS) + 1));
+        if (isResolved && end == rest.size()) result.resize(std::max(root, result.find_last_not_of(separators) + 1));
         rest.remove_prefix(next);
     }
     return CString{std::move(result)};
 }
 
-CString CurrentFolder() {
-    struct Free {
-        void operator()(char* text) const noexcept { std::free(text); }
-    };
-    const std::unique_ptr<char, Free> name{getcwd(nullptr, 0)};
-    return FromUtf8(name ? name.get() : "");
-}
-
 CString FullName(const CString& path) {
-    if (RootLength(path.View()) > 0) return WithoutDots(path);
-    CString full = CurrentFolder();
-    if (!full.IsEmpty() && full[full.GetLength() - 1] != L'/') full += L'/';
-    full += path;
-    full.Replace(L'\\', L'/');
-    return WithoutDots(full);
+    if (const std::size_t root = RootLength(path.View())) return WithoutDots(path.View(), root, PATH_SEPARATORS);
+    CString relative = path;
+    relative.Replace(L'\\', L'/');
+    const CString folder = CurrentFolder();
+    const bool isTop = folder.IsEmpty() || folder[folder.GetLength() - 1] == L'/';
+    return WithoutDots((folder + (isTop ? L"" : L"/") + relative).View(), 1, L"/");
 }
 
 }  // namespace
 
 bool CFile::GetStatus(const CString& path, CFileStatus& status) {
-    if (!Exists(SpelledPath(path)) && !Exists(MapPath(path))) return false;
+    if (!LeadsToAFile(SpelledPath(path)) && !LeadsToAFile(MapPath(path))) return false;
     status.m_szFullName = FullName(path);
     return true;
 }

@@ -1,9 +1,12 @@
 #include "veltrane/platform/files/filesystem.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <memory>
 #include <optional>
 
 #include "veltrane/platform/files/detail/missingpath.h"
@@ -38,6 +41,34 @@ void AppendPath(std::string& name, std::wstring_view path) {
     }
 }
 
+// Appends a path below the folder of a drive, which ".." never leaves.
+void AppendBelow(std::string& name, std::wstring_view path) {
+    for (int depth = 0; !path.empty();) {
+        if (IsPathSeparator(path[0])) {
+            path.remove_prefix(std::min(path.find_first_not_of(PATH_SEPARATORS), path.size()));
+            if (path.empty() && !name.ends_with('/')) name += '/';
+            continue;
+        }
+        const std::wstring_view component = path.substr(0, path.find_first_of(PATH_SEPARATORS));
+        path.remove_prefix(component.size());
+        if (component == L".." && depth == 0) continue;
+        if (component != L".") depth += component == L".." ? -1 : 1;
+        if (!name.ends_with('/')) name += '/';
+        AppendPath(name, component);
+    }
+}
+
+/// Takes the current folder, in which a backslash is a character, from the front of a full name.
+void TakeCurrentFolder(std::string& name, std::wstring_view& path) {
+    if (path[0] != L'/' || path.find(L'\\') == path.npos) return;
+    const CString folder = CurrentFolder();
+    const std::wstring_view view = folder.View();
+    if (view.find(L'\\') == view.npos || !path.starts_with(view) || path.size() == view.size()) return;
+    if (path[view.size()] != L'/') return;
+    name = ToUtf8(folder);
+    path.remove_prefix(view.size());
+}
+
 using Drives = std::array<std::string, 26>;
 
 void SetDrive(Drives& drives, wchar_t drive, const CString& folder) {
@@ -54,8 +85,9 @@ Drives ReadDrives() {
     CString rest = FromUtf8(variable ? variable : "");
     while (!rest.IsEmpty()) {
         const int end = rest.Find(L';');
-        const CString entry = end < 0 ? rest : rest.Left(end);
+        CString entry = end < 0 ? rest : rest.Left(end);
         rest = end < 0 ? CString{} : rest.Mid(end + 1);
+        entry.TrimLeft();
         if (entry[1] == L'=') SetDrive(drives, entry[0], entry.Mid(2));
     }
     return drives;
@@ -73,19 +105,26 @@ void veltrane::SetDriveFolder(wchar_t drive, const CString& folder) {
     SetDrive(DriveFolders(), drive, folder);
 }
 
+CString veltrane::CurrentFolder() {
+    struct Free {
+        void operator()(char* text) const noexcept { std::free(text); }
+    };
+    const std::unique_ptr<char, Free> name{getcwd(nullptr, 0)};
+    return FromUtf8(name ? name.get() : "");
+}
+
 std::string veltrane::SpelledPath(CStringView path) {
     std::wstring_view rest = path.View();
     if (rest.empty() || rest.find(L'\0') != std::wstring_view::npos) return {};
     std::string name;
-    if (rest.size() > 1 && rest[1] == L':') {
-        if (const auto drive = DriveIndex(rest[0])) {
-            name = DriveFolders()[*drive];
-            if (name.empty()) return {};
-            rest.remove_prefix(2);
-            if (!rest.empty() && !IsPathSeparator(rest[0]) && !name.ends_with('/')) name += '/';
-        }
+    const auto drive = rest.size() > 1 && rest[1] == L':' ? DriveIndex(rest[0]) : std::nullopt;
+    if (drive) {
+        name = DriveFolders()[*drive];
+        if (!name.empty()) AppendBelow(name, rest.substr(2));
+    } else {
+        TakeCurrentFolder(name, rest);
+        AppendPath(name, rest);
     }
-    AppendPath(name, rest);
     return name;
 }
 

@@ -15,9 +15,13 @@ namespace veltrane {
 /// the environment variable VORNAK_DRIVES ("C=/srv/c;D=/data"). A drive without a folder does not exist.
 VELTRANE_API void SetDriveFolder(wchar_t drive, const CString& folder);
 
+/// The current folder as the system names it; a backslash in it is a character. Empty when it has no name any more.
+VELTRANE_API CString CurrentFolder();
+
 /// The system's name of a wide path: separators turned, drive replaced by its folder, each component as spelled if it
 /// exists, else the entry that differs in case only (the first in byte order). What matches nothing stays as spelled.
-/// @return empty for a path that can not exist: empty, with a NUL, or on a drive without a folder
+/// Below a drive ".." stops at its folder.
+/// @return empty for a path that cannot exist: empty, with a NUL, or on a drive without a folder
 VELTRANE_API std::string MapPath(const CString& path);
 
 /// The name that MapPath begins with: separators turned and drive replaced, no look into any folder. Who opens it first

@@ -1,5 +1,7 @@
 #include "veltrane/platform/files/nativefile.h"
 
+#include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,6 +12,14 @@ namespace veltrane::detail {
 
 NativeFile::~NativeFile() {
     if (m_Handle >= 0) close(m_Handle);
+}
+
+NativeFile OpenWithoutWaiting(const std::string& name, int flags, unsigned mode) noexcept {
+    flags |= O_CLOEXEC | O_NOCTTY;
+    NativeFile file{Retried([&] { return open(name.c_str(), flags | O_NONBLOCK, mode); })};
+    struct stat status;
+    if (file || errno != EWOULDBLOCK || stat(name.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return file;
+    return NativeFile{Retried([&] { return open(name.c_str(), flags, mode); })};
 }
 
 std::size_t RegularSize(const NativeFile& file) noexcept {
@@ -36,9 +46,20 @@ bool ReadToEnd(const NativeFile& file, std::size_t expected, std::string& bytes)
     }
 }
 
+namespace {
+
+// Waits for the reader of a descriptor that somebody has set not to wait.
+bool IsWritable(int handle) noexcept {
+    pollfd waiting{handle, POLLOUT, 0};
+    return Retried([&] { return poll(&waiting, 1, -1); }) == 1;
+}
+
+}  // namespace
+
 int WriteAll(int handle, std::string_view bytes) noexcept {
     while (!bytes.empty()) {
         const ssize_t count = Retried([&] { return write(handle, bytes.data(), bytes.size()); });
+        if (count < 0 && errno == EAGAIN && IsWritable(handle)) continue;
         if (count < 0) return errno;
         if (count == 0) return EIO;  // a file that takes nothing would be asked for ever
         bytes.remove_prefix(static_cast<std::size_t>(count));

@@ -42,6 +42,11 @@ private:
     int m_Handle = -1;
 };
 
+/// Opens a file without waiting for the other end of a pipe or for a device. A regular file on which another process
+/// holds a lease is waited for: that process is told, and gives the lease back.
+/// @param flags  those of open; O_NONBLOCK and O_CLOEXEC come on top
+NativeFile OpenWithoutWaiting(const std::string& name, int flags, unsigned mode = 0) noexcept;
+
 /// Size of a regular file in bytes; 0 for anything else, for no file too.
 std::size_t RegularSize(const NativeFile& file) noexcept;
 
@@ -50,8 +55,8 @@ std::size_t RegularSize(const NativeFile& file) noexcept;
 /// @return false when reading fails; bytes then holds what came before
 bool ReadToEnd(const NativeFile& file, std::size_t expected, std::string& bytes);
 
-/// Writes all bytes, with one call unless the system takes less or a signal interrupts it. Waits for nobody: a pipe
-/// that is full and not to be waited for is an error.
+/// Writes all bytes, with one call unless the system takes less or a signal interrupts it. A reader that is slow is
+/// waited for.
 /// @return 0 or the system's error number
 int WriteAll(int handle, std::string_view bytes) noexcept;
 

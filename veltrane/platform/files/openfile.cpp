@@ -6,21 +6,12 @@
 
 namespace veltrane::detail {
 
-namespace {
-
-// Not blocking: a pipe without a writer or a sleeping device must not hold up who only looks for a file.
-NativeFile OpenReadOnly(const std::string& name) {
-    return NativeFile{Retried([&] { return open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); })};
-}
-
-}  // namespace
-
 NativeFile OpenForReading(const std::string& spelled) {
     if (spelled.empty()) return {};
-    NativeFile file = OpenReadOnly(spelled);
+    NativeFile file = OpenWithoutWaiting(spelled, O_RDONLY);
     if (!file && IsMissing(errno)) {
         const std::string mapped = MapMissingPath(spelled);
-        if (mapped != spelled) file = OpenReadOnly(mapped);
+        if (mapped != spelled) file = OpenWithoutWaiting(mapped, O_RDONLY);
     }
     return file;
 }

@@ -25,24 +25,33 @@ CFileException FileError(long osError, const CString& fileName) {
     return {CFileException::OsErrorToException(osError), osError, fileName};
 }
 
+// A log may be given as the stream that the process writes to already: what that file holds is not the log's to empty.
+bool IsStandardStream(const struct stat& file) noexcept {
+    struct stat stream;
+    for (const int handle : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fstat(handle, &stream) == 0 && stream.st_dev == file.st_dev && stream.st_ino == file.st_ino) return true;
+    }
+    return false;
+}
+
 /// Locks a file and only then empties it, so that the file of another writer stays as it is. Devices belong to
 /// everybody and hold nothing that could be lost: they are not locked. @return 0 or the system's error number
 int TakeOver(const NativeFile& file) {
     struct stat status;
     if (fstat(file.Handle(), &status) != 0) return errno;
+    if (fcntl(file.Handle(), F_SETFL, O_APPEND) != 0) return errno;  // from now on a write waits for its reader
     if (S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode)) return 0;
     // flock, as record locks never conflict within a process. A file system without locks goes on without.
     if (Retried([&] { return flock(file.Handle(), LOCK_EX | LOCK_NB); }) != 0 && errno == EWOULDBLOCK) return errno;
-    const bool isRegular = S_ISREG(status.st_mode);
-    return isRegular && Retried([&] { return ftruncate(file.Handle(), 0); }) != 0 ? errno : 0;
+    if (!S_ISREG(status.st_mode) || IsStandardStream(status)) return 0;
+    return Retried([&] { return ftruncate(file.Handle(), 0); }) != 0 ? errno : 0;
 }
 
 /// @return 0 or the system's error number, ENOTDIR for everything that lacks the folder
 int OpenForWriting(const CString& path, NativeFile& file) {
-    constexpr int flags = O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
     const std::string name = MapPath(path);
     if (name.empty()) return ENOTDIR;
-    file = NativeFile{Retried([&] { return open(name.c_str(), flags, 0666); })};
+    file = OpenWithoutWaiting(name, O_WRONLY | O_CREAT | O_APPEND, 0666);
     if (file && file.Handle() <= STDERR_FILENO) {
         // A process that was started without its standard streams would write its messages into the file.
         NativeFile moved{fcntl(file.Handle(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1)};
@@ -52,12 +61,15 @@ int OpenForWriting(const CString& path, NativeFile& file) {
     return TakeOver(file);
 }
 
-// A pipe without a reader raises one signal, a file at the limit for the process another.
-bool MayRaiseSignals(const NativeFile& file) noexcept {
+bool IsPipe(const NativeFile& file) noexcept {
     struct stat status;
+    return fstat(file.Handle(), &status) != 0 || S_ISFIFO(status.st_mode);
+}
+
+// Asked with each write: the limit may come at any time, and beyond it a signal ends the process.
+bool IsLimited() noexcept {
     rlimit limit;
-    return fstat(file.Handle(), &status) != 0 || S_ISFIFO(status.st_mode) || getrlimit(RLIMIT_FSIZE, &limit) != 0 ||
-           limit.rlim_cur != RLIM_INFINITY;
+    return getrlimit(RLIMIT_FSIZE, &limit) != 0 || limit.rlim_cur != RLIM_INFINITY;
 }
 
 int WriteGuarded(int handle, std::string_view bytes) noexcept {
@@ -88,18 +100,18 @@ bool CStdioFile::Open(const CString& path, unsigned flags, CFileException* error
     NativeFile file;
     if (const int osError = OpenForWriting(path, file)) return fails(FileError(osError, path));
     m_FileName = path;
-    m_MayRaiseSignals = MayRaiseSignals(file);
+    m_IsPipe = IsPipe(file);
     m_Handle = file.Release();
     return true;
 }
 
 void CStdioFile::WriteString(const CString& text) {
     RequireOpen();
-    constexpr std::size_t keptCapacity = 1 << 16;  // what a log line needs at most; more goes back at once
-    if (m_Bytes.capacity() > keptCapacity) m_Bytes = {};
+    constexpr std::size_t keptCapacity = 1 << 14;  // what a log line needs at most; more goes back at once
     m_Bytes.clear();
     AppendUtf8(m_Bytes, text.View());
-    const int osError = m_MayRaiseSignals ? WriteGuarded(m_Handle, m_Bytes) : WriteAll(m_Handle, m_Bytes);
+    const int osError = m_IsPipe || IsLimited() ? WriteGuarded(m_Handle, m_Bytes) : WriteAll(m_Handle, m_Bytes);
+    if (m_Bytes.capacity() > keptCapacity) m_Bytes = {};
     if (osError != 0) throw FileError(osError, m_FileName);
 }
 

@@ -17,13 +17,15 @@ public:
     virtual ~CStdioFile();  ///< closes; a failure is swallowed
 
     /// Opens a path for writing with modeCreate | modeWrite | shareDenyWrite; other flags fail with cause 1. The file
-    /// is locked before it is emptied, so the file of another writer (in this process too) stays as it is. An open file
-    /// is closed first.
+    /// is locked before it is emptied, so the file of another writer (in this process too) stays as it is; a file that
+    /// is a standard stream of the process is not emptied. What is written goes to the end of the file, wherever that
+    /// is then. An open file is closed first.
     /// @param error  receives cause, system error number and path of a failure; may be null
     /// @return false when the file could not be opened
     virtual bool Open(const CString& path, unsigned flags, CFileException* error = nullptr);
 
-    /// Writes the whole text with one call to the system, more only after short writes and interrupts.
+    /// Writes the whole text with one call to the system, more only after short writes and interrupts; waits for the
+    /// reader of a pipe.
     /// @throws CFileException  failing write; cause 1 when no file is open
     virtual void WriteString(const CString& text);
 
@@ -38,7 +40,7 @@ private:
     void RequireOpen() const;
 
     int m_Handle = -1;
-    bool m_MayRaiseSignals = false;  // a failing write would end the process, not return
+    bool m_IsPipe = false;  // a write without a reader would end the process, not return
     CString m_FileName;
     std::string m_Bytes;  // of the text being written; kept to spare each line an allocation
 };

@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <ctime>
-#include <optional>
 #include <string>
 
 #include "veltrane/platform/text/numbers.h"
@@ -16,29 +15,6 @@ namespace {
 constexpr const wchar_t* DAYS[] = {L"Sunday", L"Monday", L"Tuesday", L"Wednesday", L"Thursday", L"Friday", L"Saturday"};
 constexpr const wchar_t* MONTHS[] = {L"January", L"February", L"March",     L"April",   L"May",      L"June",
                                      L"July",    L"August",   L"September", L"October", L"November", L"December"};
-
-struct BrokenDown {
-    std::optional<std::string> zone;  // TZ; none when it is not set
-    std::time_t seconds = 0;
-    std::tm time{};
-    bool isKnown = false;
-};
-
-/// The local date of a time, null without one. Kept for its second and its zone: a log asks for the same one again and
-/// again, and where TZ is not set each tzset asks the file system for the zone.
-const std::tm* LocalTime(std::time_t seconds) {
-    static BrokenDown& last = *new BrokenDown;
-    const char* const zone = std::getenv("TZ");
-    const bool isSameZone = zone ? last.zone == zone : !last.zone;
-    if (last.isKnown && isSameZone && last.seconds == seconds) return &last.time;
-
-    last.isKnown = false;
-    last.zone = zone ? std::optional<std::string>{zone} : std::nullopt;
-    last.seconds = seconds;
-    tzset();  // localtime_r alone need not look at TZ
-    last.isKnown = localtime_r(&seconds, &last.time) != nullptr;
-    return last.isKnown ? &last.time : nullptr;
-}
 
 /// @return false for a letter that stands for nothing
 bool AppendField(std::wstring& text, wchar_t letter, const std::tm& time) {
@@ -76,17 +52,30 @@ std::int64_t CurrentTime() {
 }
 
 CString LocalTimeText(CStringView pattern, std::int64_t secondsSinceEpoch) {
-    const std::tm* const time = LocalTime(secondsSinceEpoch);
-    if (!time) return {};
+    const std::time_t seconds = secondsSinceEpoch;
+    std::tm time{};
+    tzset();  // localtime_r alone need not look at TZ
+    if (!localtime_r(&seconds, &time)) return {};
     std::wstring text;
     for (std::wstring_view rest = pattern.View(); !rest.empty(); rest.remove_prefix(1)) {
-        if (rest.size() > 1 && rest[0] == L'%' && AppendField(text, rest[1], *time)) {
+        if (rest.size() > 1 && rest[0] == L'%' && AppendField(text, rest[1], time)) {
             rest.remove_prefix(1);
         } else {
             text += rest[0];
         }
     }
     return text;
+}
+
+bool TimeStamp::Update() {
+    const std::int64_t now = CurrentTime();
+    const char* const variable = std::getenv("TZ");
+    const bool isSameZone = variable ? m_Zone == variable : !m_Zone;
+    if (now == m_nSecond && isSameZone) return false;
+    m_Text = LocalTimeText(m_Pattern, now);
+    m_Zone = variable ? std::optional<std::string>{variable} : std::nullopt;
+    m_nSecond = now;
+    return true;
 }
 
 }  // namespace veltrane

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
 
 #include "veltrane/platform/text/cstring.h"
 
@@ -14,5 +16,26 @@ VELTRANE_API std::int64_t CurrentTime();
 ///                 '%' stays as it is
 /// @return empty for a time that has no local date
 VELTRANE_API CString LocalTimeText(CStringView pattern, std::int64_t secondsSinceEpoch);
+
+/// The time of now as text, made anew only when the second or the time zone (TZ) has changed: for what is stamped
+/// often.
+/// @code
+/// if (stamp.Update()) StartLine(stamp.Text());
+/// @endcode
+class VELTRANE_API TimeStamp {
+public:
+    /// @param pattern  as for LocalTimeText; to live as long as the stamp
+    explicit TimeStamp(const wchar_t* pattern) noexcept : m_Pattern(pattern) {}
+
+    /// Looks at the clock. @return whether the text is another one now
+    bool Update();
+    const CString& Text() const noexcept { return m_Text; }
+
+private:
+    const wchar_t* m_Pattern;
+    CString m_Text;
+    std::int64_t m_nSecond = -1;
+    std::optional<std::string> m_Zone;  // TZ; none when it is not set
+};
 
 }  // namespace veltrane

@@ -15,6 +15,7 @@ class XOptionItems;
 class XOptionOrigins;
 class XOptionRetrieval;
 class XOptionSources;
+struct XKeptOrigin;
 }  // namespace veltrane::detail
 
 /// The options of the process, gathered from command line, registry, INI files and environment. Owns its items, its
@@ -142,6 +143,7 @@ private:
     void MergeObsoleteClasses();
     void ReadNamingRules(enumOption option);
     void AddHiddenRules(std::vector<veltrane::OptionRule>& rules, enumOption option);
+    std::vector<veltrane::detail::XKeptOrigin> ValuesOf(const XOptionItem* item) const;
     bool IsTooLateForFiles(const XOptionDefinition& definition);
     void ExplainRetrieval(veltrane::OptionExplanation& explanation, XOptionDefinition& definition, int index);
 

@@ -18,6 +18,10 @@ OptionLocation LocationOf(OptionLocation::Kind kind, const CString& option, cons
     return {kind, option, path, FromUtf8(MapPath(path)), FileExists(path)};
 }
 
+OptionStep GivenStep(const CString& text, std::vector<OptionPlace> places = {}) {
+    return {OptionStep::Kind::Given, 0, {}, std::move(places), text};
+}
+
 void AddFolderStep(std::vector<OptionStep>& steps, const CString& folder) {
     steps.push_back({OptionStep::Kind::Folder, 0, {}, {}, folder});
 }
@@ -29,10 +33,21 @@ std::vector<OptionStep> StepsOf(const std::vector<XKeptOrigin>& values) {
     const XKeptOrigin& given = isFolder && isGiven ? values[values.size() - 2] : values.back();
     std::vector<OptionStep> steps;
     if (isGiven) steps = given.steps;
-    if (isGiven && steps.empty()) steps.push_back({OptionStep::Kind::Given, 0, {}, {}, given.origin.text});
+    if (isGiven && steps.empty()) steps.push_back(GivenStep(given.origin.text));
     if (isGiven && steps.front().places.empty()) steps.front().places.push_back({given.origin, true});
     if (isFolder) AddFolderStep(steps, values.back().value);
     return steps;
+}
+
+// An item has the value that it has; without a known origin the steps may be those of another value.
+void TellItem(OptionExplanation& explanation, const XOptionItem& item, bool isKnown) {
+    const CString& value = item.GetOptionValue();
+    if (!isKnown && (explanation.value != value || !explanation.error.IsEmpty())) {
+        explanation.steps = {GivenStep(value)};
+        explanation.error.Empty();
+    }
+    explanation.value = value;
+    explanation.hasValue = true;
 }
 
 }  // namespace
@@ -46,16 +61,19 @@ void XOption::LookOnly(bool wanted) {
 }
 
 OptionOrigin XOption::GetOptionOrigin(const XOptionItem* item) const {
-    const std::vector<XKeptOrigin> values = item ? m_pOrigins->Of(*item) : std::vector<XKeptOrigin>{};
+    const std::vector<XKeptOrigin> values = ValuesOf(item);
     return values.empty() ? OptionOrigin{} : values.back().origin;
+}
+
+std::vector<XKeptOrigin> XOption::ValuesOf(const XOptionItem* item) const {
+    return item ? m_pOrigins->Of(*item) : std::vector<XKeptOrigin>{};
 }
 
 OptionCandidates XOption::GetOptionCandidates(const CString& name, int index) {
     XOptionDefinition* const definition = GetOptionDefinition(name);
     if (!definition) return {};
     const bool withFiles = !IsTooLateForFiles(*definition);
-    const XOptionItem* const item = m_pItems->Find(*definition, index);
-    XOptionCandidates found{item ? m_pOrigins->Of(*item) : std::vector<XKeptOrigin>{}};
+    XOptionCandidates found{ValuesOf(m_pItems->FindExactly(*definition, index))};
     if (definition->eSection == eSectionNone) return found.Take();
     CString section;
     try {
@@ -72,15 +90,16 @@ OptionExplanation XOption::ExplainOption(const CString& name, int index) {
     OptionExplanation explanation;
     XOptionDefinition* const definition = GetOptionDefinition(name);
     if (!definition) return explanation;
-    const XOptionItem* const item = m_pItems->Find(*definition, index);
-    const std::vector<XKeptOrigin> values = item ? m_pOrigins->Of(*item) : std::vector<XKeptOrigin>{};
+    const XOptionItem* const item = m_pItems->FindExactly(*definition, index);
+    const std::vector<XKeptOrigin> values = ValuesOf(item);
     if (!values.empty()) {
         explanation.steps = StepsOf(values);
-        explanation.value = definition->IsString() ? GetOptionString(name, index) : item->GetOptionValue();
-        explanation.hasValue = true;
     } else {
         ExplainRetrieval(explanation, *definition, index);
     }
+    if (item) TellItem(explanation, *item, /*isKnown*/ !values.empty());
+    if (definition->IsValueOptional() && explanation.value.IsEmpty())
+        explanation.value = g_BooleanStrings[item ? 1 : 0];
     if (explanation.error.IsEmpty()) {
         explanation.steps.push_back({OptionStep::Kind::Value, 0, {}, {}, explanation.value});
     }
@@ -141,7 +160,8 @@ std::vector<OptionLocation> XOption::GetLocations() {
         locations.push_back(LocationOf(kind, option, GetOptionString(option, -1)));
     };
     add(MetadataFolder, L"metadata");
-    locations.push_back(LocationOf(BasicFile, {}, BasicFilePath()));
+    const bool isStarted = m_pItems->Find(*FindOptionDefinition(L"exe-name"), -1);
+    locations.push_back(LocationOf(BasicFile, {}, isStarted ? BasicFilePath() : CString{}));
     const CString user = GetOptionString(L"ini", -1);
     if (!user.IsEmpty()) locations.push_back(LocationOf(UserFile, L"ini", user));
     if (!user.IsEmpty() && !IsAbsolutePath(user)) {

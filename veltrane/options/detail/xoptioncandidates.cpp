@@ -20,7 +20,11 @@ XOptionCandidates::XOptionCandidates(const std::vector<XKeptOrigin>& values) {
     }
 }
 
+// An empty text of the registry hides the files, but not the environment.
 void XOptionCandidates::AddSources(std::vector<OptionPlace> places) {
+    const auto first = std::ranges::find(places, true, &OptionPlace::found);
+    const bool isHiding = first != places.end() && first->text.IsEmpty();
+    if (isHiding && places.back().layer == OptionLayer::Environment && places.back().found) AddSource(places.back());
     for (const OptionPlace& place : places) {
         if (place.found) AddSource(place);
     }

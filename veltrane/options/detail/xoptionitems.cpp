@@ -104,6 +104,14 @@ XOptionItem* XOptionItems::Find(const XOptionDefinition& definition, int index) 
     return found == items.end() ? nullptr : *found;
 }
 
+XOptionItem* XOptionItems::FindExactly(const XOptionDefinition& definition, int index) const {
+    XOptionItem* const first = Find(definition, index);
+    if (!first || definition.IsSingle() || index >= 0) return first;
+    const auto& items = FindGroup(definition)->items;
+    const auto found = std::ranges::find(items, index, &XOptionItem::GetOptionIndex);
+    return found == items.end() ? nullptr : *found;
+}
+
 XOptionItem* XOptionItems::Get(const XOptionDefinition& definition, int index) const {
     if (!definition.IsSingle() && index < 0) {
         XException error =

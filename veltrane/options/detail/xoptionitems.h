@@ -29,6 +29,8 @@ public:
 
     /// The first item of an option with an index, with any for an index below 0; null without one. Leaves the marks.
     XOptionItem* Find(const XOptionDefinition& definition, int index) const;
+    /// As Find, but one of several values has to have the index, below 0 as well.
+    XOptionItem* FindExactly(const XOptionDefinition& definition, int index) const;
     /// As Find. @throws XException  option with several values and index < 0; mandatory option without the item
     XOptionItem* Get(const XOptionDefinition& definition, int index) const;
     /// One more than the largest index of the option's items, wrapping after the largest int; 0 without any.

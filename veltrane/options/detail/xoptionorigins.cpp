@@ -4,10 +4,22 @@
 
 namespace veltrane::detail {
 
+namespace {
+
+// Each source answers once: what the same one said before is gone.
+void Push(std::vector<XKeptOrigin>& values, XKeptOrigin value) {
+    std::erase_if(values, [&](const XKeptOrigin& known) {
+        return known.origin.layer == value.origin.layer && known.origin.word == value.origin.word;
+    });
+    values.push_back(std::move(value));
+}
+
+}  // namespace
+
 void XOptionOrigins::Note(const XOptionItem& item, XKeptOrigin origin) {
     if (!m_bKept) return;
     origin.value = item.GetOptionValue();
-    m_Origins[&item].push_back(std::move(origin));
+    Push(m_Origins[&item], std::move(origin));
 }
 
 void XOptionOrigins::Forget(const XOptionItem& item) {
@@ -20,10 +32,10 @@ std::vector<XKeptOrigin> XOptionOrigins::Of(const XOptionItem& item) const {
     std::vector<XKeptOrigin> values = found->second;
     const CString& now = item.GetOptionValue();
     if (values.back().value != now) {
-        XKeptOrigin& set = values.emplace_back();
+        XKeptOrigin set;
         set.origin.layer = OptionLayer::Host;
-        set.origin.text = now;
-        set.value = now;
+        set.origin.text = set.value = now;
+        Push(values, std::move(set));
     }
     return values;
 }

@@ -15,7 +15,8 @@ namespace {
 
 constexpr XSource Here{L".\\xconfiguration"};
 
-constexpr unsigned CAPACITY = 2048;  // of an answer, terminators included; hosts rely on where it cuts
+constexpr unsigned CAPACITY = XConfiguration::MAX_VALUE + 1;  // of an answer, terminators included
+static_assert(XConfiguration::MAX_LIST == CAPACITY - 2);
 
 /// Walks over the fields of a comma-separated text in one pass; an empty field ends it.
 class FieldWalk {
@@ -47,6 +48,10 @@ XException Twice(const XSite& site, const CString& pattern, int index) {
                  MakeError(site, L"Multiple options <%s> for index <%d>!", pattern, index));
 }
 
+CString KeyFormat(const CString& pattern) {
+    return pattern + L"-%d";
+}
+
 }  // namespace
 
 struct XConfiguration::Answer {
@@ -67,14 +72,17 @@ struct XConfiguration::Family {
         format.MakeLower();
         FieldWalk walk{names};
         for (CString name; walk.Next(name);) {
-            int index = 0;
-            if (!MatchIndex(name, format, index)) {
-                const bool isBare = !isOfSections && format.Find(name) == 0;
-                if (!isBare) continue;
-                index = next();
-            }
-            take(name, index);
+            std::optional<int> index;
+            if (Holds(name, index)) take(name, index ? *index : next());
         }
+    }
+
+    /// Whether a name in lower case belongs to the family. @param index  none for a bare key
+    bool Holds(const CString& name, std::optional<int>& index) const {
+        int number = 0;
+        const bool isIndexed = MatchIndex(name, format, number);
+        index = isIndexed ? std::optional{number} : std::nullopt;
+        return isIndexed || (!isOfSections && format.Find(name) == 0);
     }
 };
 
@@ -128,6 +136,12 @@ bool XConfiguration::GetKeyValueSet(XMapInt2CString& values, const CString& sect
     return values.Size() > 0;
 }
 
+bool XConfiguration::IsFamilyKey(const CString& key, const CString& pattern, std::optional<int>& index) {
+    Family family{{}, KeyFormat(pattern), /*isOfSections*/ false};
+    family.format.MakeLower();
+    return !key.IsEmpty() && family.Holds(CString{key}.MakeLower(), index);
+}
+
 bool XConfiguration::GetOptionNameSet(XMapInt2CString& names, const CString& sectionFormat) const {
     Family family{Ask({}, {}).text, sectionFormat, /*isOfSections*/ true};
     family.ForEach([] { return 0; }, [&](const CString& name, int index) { names.Insert(index, Ask(name, {}).text); });
@@ -151,5 +165,5 @@ XConfiguration::Answer XConfiguration::Ask(const CString& section, const CString
 XConfiguration::Family XConfiguration::FindFamily(const CString& section, const CString& pattern) const {
     const bool isOfSections = section.IsEmpty() || section.Find(L"%d") >= 0;
     if (isOfSections) return {Ask({}, {}).text, section, isOfSections};
-    return {Ask(section, {}).text, pattern + L"-%d", isOfSections};
+    return {Ask(section, {}).text, KeyFormat(pattern), isOfSections};
 }

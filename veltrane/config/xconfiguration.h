@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "veltrane/collections/xmap.h"
@@ -12,13 +13,16 @@
 /// ("FILES\1", "FILES\2" for the section "FILES\%d") with a key each.
 ///
 /// Nothing is kept but the path: each question reads the file, and a missing file, section or key is no error. Lists
-/// end after 2046 characters, values after 2047.
+/// end after MAX_LIST characters, values after MAX_VALUE.
 /// @code
 /// XMapInt2CString files;
 /// XConfiguration{L"D:\\config\\tool.ini"}.GetKeyValueSet(files, L"ROOT", L"file");
 /// @endcode
 class VELTRANE_API XConfiguration {
 public:
+    static constexpr int MAX_VALUE = 2047;  ///< elements of a value that are read
+    static constexpr int MAX_LIST = 2046;   ///< elements of a list of names, commas included
+
     explicit XConfiguration(const CString& fileName);
     XConfiguration(const XConfiguration&) = default;
     XConfiguration& operator=(const XConfiguration&) = default;
@@ -44,6 +48,10 @@ public:
     /// @throws XException  empty pattern; an index with a value already, those before it being added
     bool GetKeyValueSet(XMapInt2CString& values, const CString& section, const CString& pattern,
                         std::vector<veltrane::IndexedPlace>* places = nullptr) const;
+
+    /// Whether a key belongs to the family of a pattern within a section, as the two above read it.
+    /// @param index  receives the index; none for a bare key, which takes the next free one
+    static bool IsFamilyKey(const CString& key, const CString& pattern, std::optional<int>& index);
 
     /// Adds, for each section of one form, the comma-separated names of its keys. @return always true
     bool GetOptionNameSet(XMapInt2CString& names, const CString& sectionFormat) const;

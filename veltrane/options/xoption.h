@@ -126,6 +126,9 @@ public:
     /// The changes that ReplaceTableName (ReplaceColumnsName) makes to a name, rule by rule.
     std::vector<veltrane::OptionRenaming> PreviewTableName(const CString& name, int version, bool keepCase) const;
     std::vector<veltrane::OptionRenaming> PreviewColumnsName(const CString& name, int version, bool keepCase) const;
+    /// Whether what the two files say of an option comes too late: start-up makes out the folders and the user file
+    /// before they are open. The option may get a value of theirs all the same.
+    bool ComesTooLate(const CString& name);
     /// The files and folders that start-up looks at, in its order.
     std::vector<veltrane::OptionLocation> GetLocations();
 

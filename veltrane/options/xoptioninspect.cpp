@@ -153,6 +153,13 @@ bool XOption::IsTooLateForFiles(const XOptionDefinition& definition) {
     return std::ranges::any_of(places, [](const OptionPlace& place) { return !place.text.IsEmpty(); });
 }
 
+bool XOption::ComesTooLate(const CString& name) {
+    const XOptionDefinition* const definition = GetOptionDefinition(name);
+    if (!definition) return false;
+    const bool isAskedEarly = definition->eOption == eOptionData || definition->eOption == eOptionIni;
+    return isAskedEarly || IsTooLateForFiles(*definition);
+}
+
 std::vector<OptionLocation> XOption::GetLocations() {
     using enum OptionLocation::Kind;
     std::vector<OptionLocation> locations{LocationOf(Registry, {}, GetRegistryFile())};

@@ -29,4 +29,9 @@ void Columns::Print(Answer& answer, const CString& indent) const {
     }
 }
 
+std::string Coloured(const std::string& severity) {
+    const char* const colour = severity == "error" ? "\x1B[1;31m" : severity == "warning" ? "\x1B[1;35m" : "\x1B[1;36m";
+    return colour + severity + "\x1B[0m";
+}
+
 }  // namespace veltrane::config

@@ -19,6 +19,7 @@ using Json = nlohmann::ordered_json;
 struct Request {
     std::map<std::string, std::string> options;  ///< by name with its hyphens; "" for one without a value
     std::vector<std::string> words;
+    bool isColoured = false;  ///< whether standard output is a terminal that shows colours
 
     bool Has(const std::string& option) const { return options.contains(option); }
     /// @return the value of an option, "" when it is not given
@@ -33,9 +34,13 @@ struct Answer {
     Json document = Json::object();
     std::string text;
     bool hasFindings = false;
+    bool tellsErrors = false;  ///< of start-up, among its findings
 
     void AddLine(const CString& line) { text += ToUtf8(line) + '\n'; }
 };
+
+/// The word of a severity in its colour on a terminal.
+std::string Coloured(const std::string& severity);
 
 /// The question itself is at fault, or what it asks for can not be read. The text is one line.
 struct Refusal {

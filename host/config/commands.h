@@ -7,5 +7,6 @@
 namespace veltrane::config {
 
 Answer Show(const Request& request, Startup& startup);
+Answer Lint(const Request& request, Startup& startup);
 
 }  // namespace veltrane::config

@@ -25,6 +25,7 @@ struct SwitchRow {
 // clang-format off
 inline constexpr CommandRow COMMANDS[] = {
     {"show",    "[NAME ...]",    WordKind::Option, "values, where they come from and what they overrode"},
+    {"lint",    "[FILE ...]",    WordKind::File,   "everything that is wrong with the configuration"},
 };
 
 inline constexpr SwitchRow SWITCHES[] = {
@@ -33,6 +34,8 @@ inline constexpr SwitchRow SWITCHES[] = {
     {"",      "--color",   "auto|never", WordKind::Text, "colour of errors and warnings on a terminal"},
     {"show",  "--all",     "",           WordKind::None, "options without a value, too"},
     {"show",  "--only",    "LAYER",      WordKind::Text, "only what comes from one layer, such as 'user file'"},
+    {"lint",  "--strict",  "",           WordKind::None, "warnings count as errors"},
+    {"lint",  "--code",    "LIST",       WordKind::Text, "only these codes (C01,C02), or all but some (-C13)"},
 };
 // clang-format on
 

@@ -31,7 +31,7 @@ constexpr char FOOTER[] =
 struct {
     const char* command;
     Answer (*run)(const Request& request, Startup& startup);
-} constexpr WITH_STARTUP[] = {{"show", Show}};
+} constexpr WITH_STARTUP[] = {{"show", Show}, {"lint", Lint}};
 
 std::string Replaced(std::string text, const std::string& name) {
     for (std::size_t at; (at = text.find('@')) != std::string::npos;) text.replace(at, 1, name);
@@ -46,6 +46,15 @@ class HelpText : public CLI::Formatter {
         return "Usage: " + name + " [OPTION ...] " + words + (words.empty() ? "" : " ") + "[-- TOOL-ARGUMENT ...]\n";
     }
 };
+
+// Descriptor 1 is standard output, 2 standard error.
+bool IsColoured(const std::string& wish, const char* descriptor) {
+    std::error_code failure;
+    CString ignored;
+    if (wish == "never" || (GetEnvironmentText(ignored, L"NO_COLOR") && !ignored.IsEmpty())) return false;
+    const std::string file = std::filesystem::read_symlink(std::string{"/proc/self/fd/"} + descriptor, failure);
+    return file.starts_with("/dev/pts/") || file.starts_with("/dev/tty");
+}
 
 /// The parser, made from the table, and what it has parsed.
 class CommandLine {
@@ -72,6 +81,7 @@ public:
         for (const auto& [name, option] : m_Options) {
             if (option->count() > 0) m_Request.options[name] = option->as<std::string>();
         }
+        m_Request.isColoured = IsColoured(m_Request.Value("--color"), "1");
     }
 
     int Exit(const CLI::Error& error) const { return m_App.exit(error) == 0 ? EXIT_ANSWERED : EXIT_REFUSED; }
@@ -169,28 +179,25 @@ private:
         Startup startup{FromUtf8(request.Has("--tool") ? request.Value("--tool") : beside), m_Arguments,
                         FromUtf8(m_Tool.version)};
         const auto* const found = std::ranges::find(WITH_STARTUP, command, [](const auto& row) { return row.command; });
-        return Print(found->run(request, startup), &startup);
+        return Print(found->run(request, startup), startup, IsColoured(request.Value("--color"), "2"));
     }
 
-    int Print(const Answer& answer, const Startup* startup) const {
-        const bool hasErrors = startup && !startup->errors.empty();
+    int Print(const Answer& answer, const Startup& startup, bool isColoured) const {
+        const bool hasErrors = !startup.errors.empty() && !answer.tellsErrors;
         if (IsJson()) {
             PrintDocument(Document(answer, startup));
         } else {
             std::cout << answer.text;
-            if (hasErrors) PrintErrors(*startup);
+            if (hasErrors) PrintErrors(startup, isColoured);
         }
         return !answer.hasFindings && !hasErrors ? EXIT_ANSWERED : EXIT_FINDINGS;
     }
 
-    static Json Document(const Answer& answer, const Startup* startup) {
-        Json document{{"schema", 1}};
+    static Json Document(const Answer& answer, const Startup& startup) {
+        Json document{{"schema", 1}, {"tool", ToUtf8(startup.tool)}};
+        document["startup"] = startup.errors.empty() ? "ok" : "failed";
         Json errors = Json::array();
-        if (startup) {
-            document["tool"] = ToUtf8(startup->tool);
-            document["startup"] = startup->errors.empty() ? "ok" : "failed";
-            for (const XException& error : startup->errors) errors.push_back(ErrorJson(error));
-        }
+        for (const XException& error : startup.errors) errors.push_back(ErrorJson(error));
         document.update(answer.document);
         if (!document.contains("errors")) document["errors"] = errors;
         return document;
@@ -201,14 +208,14 @@ private:
         std::cout << document.dump(2, ' ', /*ensure_ascii*/ false, Json::error_handler_t::replace) << '\n';
     }
 
-    void PrintErrors(const Startup& startup) const {
+    void PrintErrors(const Startup& startup, bool isColoured) const {
         std::cout.flush();
         for (const XException& error : startup.errors) {
             CString text = error.GetMessage();
             text.Replace(L"\r\n", L"\n");
             text.Replace(L"reason: \t", L"");
             text.Replace(L"\n", L"\n    ");
-            std::cerr << m_Name << ": error: " << ToUtf8(text) << '\n';
+            std::cerr << m_Name << ": " << (isColoured ? Coloured("error") : "error") << ": " << ToUtf8(text) << '\n';
         }
     }
 

@@ -51,6 +51,9 @@ public:
     SectionUse UseOf(const CString& section) const;
     KeyUse UseOf(const SectionUse& section, const CString& key) const;
     bool HoldsRules(enumCfgSection section) const { return m_RuleSections.contains(section); }
+    /// Whether a section of another database may be meant to be that of this one: nearly its name, which the source has
+    /// no section of.
+    bool IsNearDatabase(const LintSource& source, const CString& section, const CString& own) const;
     /// Names that a section, or a key in a section, may have been meant to be, the likeliest first.
     CString NearestSection(const CString& section) const;
     CString NearestKey(const SectionUse& section, const CString& key) const;

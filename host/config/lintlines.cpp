@@ -55,7 +55,16 @@ private:
         } else if (!m_Use.isKnown) {
             Warn(line, "C01", FormatText(L"no section [%s] is known", line.section),
                  Bracketed(m_Run.NearestSection(line.section)));
+        } else if (m_Use.isOther && m_Use.section == eSectionDatabase) {
+            LintDatabase(line);
         }
+    }
+
+    void LintDatabase(const SourceLine& line) {
+        const CString own = m_Run.startup.options.GetSectionName(eSectionDatabase);
+        if (!m_Run.IsNearDatabase(m_Source, line.section, own)) return;
+        const CString text = L"[" + line.section + L"] counts as the section of another database";
+        m_Run.Report(m_Source, line, {"C01", Severity::Note, text, Bracketed(own)});
     }
 
     static CString Bracketed(const CString& section) { return section.IsEmpty() ? section : L"[" + section + L"]"; }
@@ -130,15 +139,16 @@ private:
     }
 
     void LintFamily(const SourceLine& line, const KeyUse& use) {
+        const CString family = use.row->szLongName;
+        const auto note = [&](const CString& text) { m_Run.Report(m_Source, line, {"C17", Severity::Note, text}); };
         if (use.row->IsSingle()) return;
-        if (use.index && *use.index == -1) {
+        if (!use.index) {
+            note(QuotedKey(line) + L" takes the next free index of '" + family + L"'");
+        } else if (*use.index == -1) {
             Warn(line, "C14",
-                 L"index -1 ends the reading of the family '" + CString{use.row->szLongName} +
-                     L"': the values after it are lost");
-        } else if (!use.index) {
-            m_Run.Report(m_Source, line,
-                         {"C17", Severity::Note,
-                          QuotedKey(line) + L" takes the next free index of '" + use.row->szLongName + L"'"});
+                 L"index -1 ends the reading of the family '" + family + L"': the values after it are lost");
+        } else if (*use.index < 0 && !m_Use.index) {
+            note(QuotedKey(line) + FormatText(L" has the index %d: the second hyphen is its sign", *use.index));
         }
     }
 

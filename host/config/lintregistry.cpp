@@ -98,7 +98,8 @@ private:
 
     // Keys of other programs are none of ours, unless one looks like a slip.
     void LintKey(const SourceLine& line) {
-        if (KeyOf(line.section) || IsParent(line.section) || IsOtherDatabase(line.section)) return;
+        if (KeyOf(line.section) || IsParent(line.section)) return;
+        if (m_Databases.contains(Folded(line.section))) return LintDatabase(line);
         const CString nearest = Nearest(line.section, m_Paths);
         if (IsBelowRoot(line.section)) {
             Warn(line, L"nothing is looked for in the key [" + line.section + L"]", Bracketed(nearest));
@@ -114,7 +115,14 @@ private:
         });
     }
 
-    bool IsOtherDatabase(const CString& path) const { return m_Databases.contains(Folded(path)); }
+    void LintDatabase(const SourceLine& line) {
+        const auto own = std::ranges::find(m_Keys, eSectionDatabase, &Key::section);
+        if (own == m_Keys.end()) return;
+        const CString& path = m_Paths[static_cast<std::size_t>(own - m_Keys.begin())];
+        if (!m_Run.IsNearDatabase(m_Source, line.section, path)) return;
+        const CString text = L"[" + line.section + L"] counts as the key of another database";
+        m_Run.Report(m_Source, line, {"C15", Severity::Note, text, Bracketed(path)});
+    }
 
     void LintEntry(const SourceLine& line) {
         const Key* const key = KeyOf(line.section);

@@ -135,6 +135,13 @@ KeyUse LintRun::UseOf(const SectionUse& section, const CString& key) const {
     return {};
 }
 
+bool LintRun::IsNearDatabase(const LintSource& source, const CString& section, const CString& own) const {
+    if (Nearest(section, {own}).IsEmpty()) return false;
+    return std::ranges::none_of(source.view.lines, [&](const SourceLine& line) {
+        return line.kind == SourceLine::Kind::Section && line.section.CompareNoCase(own) == 0;
+    });
+}
+
 CString LintRun::NearestSection(const CString& name) const {
     std::vector<CString> names;
     const CString number = name.Mid(name.ReverseFind(L'\\') + 1);

@@ -137,26 +137,11 @@ private:
             const LintSource& source = m_Run.sources[static_cast<std::size_t>(known.source)];
             return m_Run.Report(source, source.view.lines[static_cast<std::size_t>(known.line) - 1], finding);
         }
-        if (ReportNear(finding, section)) return;
         const LintSource& basic = m_Run.sources.front();
         const auto header = std::ranges::find_if(basic.view.lines, [&](const SourceLine& line) {
             return line.kind == Kind::Section && line.section.CompareNoCase(section) == 0;
         });
         m_Run.Report(basic, header == basic.view.lines.end() ? SourceLine{} : *header, finding);
-    }
-
-    // Another database's section may be the misspelt one.
-    bool ReportNear(Finding& finding, const CString& section) {
-        for (const LintSource& source : m_Run.sources) {
-            for (const SourceLine& line : source.view.lines) {
-                if (line.kind != Kind::Section || source.layer == OptionLayer::Registry) continue;
-                if (!m_Run.UseOf(line.section).isOther || m_Run.NearestSection(line.section) != section) continue;
-                finding.suggestion = L"[" + section + L"]";
-                m_Run.Report(source, line, finding);
-                return true;
-            }
-        }
-        return false;
     }
 
     LintRun& m_Run;

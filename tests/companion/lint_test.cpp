@@ -88,6 +88,13 @@ TEST_F(Lint, NamesExactlyTheLineThatSlipped) {
          "text"},
         {"[USER]\nload-dictionary--1=x\n", "", "",
          "b:6: warning C14: index -1 ends the reading of the family 'load-dictionary': the values after it are lost"},
+        {"obsolete-classes--3=1\n", "", "",
+         "b:5: note C17: 'obsolete-classes--3' has the index -3: the second hyphen is its sign"},
+        {"", "[bd]\nrole=x\n[dbs]\nrole=x\n", "",
+         "t:3: note C01: [dbs] counts as the section of another database; did you mean [db]?"},
+        {"", "", registry + "dbs]\n\"role\"=\"x\"\n",
+         "r:2: note C15: [SOFTWARE\\VORNAK\\veltrane\\dbs] counts as the key of another database; did you mean "
+         "[SOFTWARE\\VORNAK\\veltrane\\db]?"},
         {"", "", registry + "DB]\n\"rloe\"=\"x\"\n",
          "r:3: warning C15: 'rloe' is not asked for in this key; did you mean 'role'?"},
         {"", "", registry + "USER]\n\"quiet\"=dword:1\n",
@@ -108,7 +115,7 @@ TEST_F(Lint, NamesExactlyTheLineThatSlipped) {
         {"", "[USER]\nload=x\n", "", "t:2: note C17: 'load' takes the next free index of 'load-dictionary'"},
         {"[db\\FILES\\-3]\nmap-file=x\n[arch]\nobsolete-classes-2=1\n[ROOT]\nlogfile=\"\"\nz=%name%\ndictionary-root=%"
          "z%\n",
-         "[other]\nregistry=a\n", registry + "more]\n\"role\"=\"x\"\n", ""},
+         "[other]\nregistry=a\n", registry + "fourth]\n\"role\"=\"x\"\n", ""},
     };
     for (const auto& each : cases) {
         SCOPED_TRACE(each.basic + each.user + each.registry);

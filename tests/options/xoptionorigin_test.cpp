@@ -122,6 +122,16 @@ TEST_F(Origins, AnOriginIsThatOfTheQuestionAsItWasAsked) {
     EXPECT_EQ(m_Store->GetOptionOrigin(nullptr).layer, OptionLayer::Host);
 }
 
+TEST_F(Origins, FoldersAreAskedForInFilesWhereDataIsNothing) {
+    Basic(std::string{DATABASE} + "[ROOT]\nlogging=l\ndata=d\n");
+    User("[ROOT]\nlogging=m\n");
+    for (const char* data : {"%dictionary-root%", ""}) {
+        const EnvironmentGuard variable{"data", data};
+        Start({L"db", L"--ini", UserFile()});
+        EXPECT_EQ(Candidates(L"logging"), L"user file:2 m | basic file:6 l") << data;
+    }
+}
+
 TEST_F(Origins, AnExplanationEndsWithWhatTheGetterGivesOrAsTheValueEnds) {
     Basic(std::string{DATABASE} +
           "[ROOT]\nlogfile=%a%-%name%\na=<%b%>\nb=now\n[USER]\nautodoc-document-root=%exe-name%\n"

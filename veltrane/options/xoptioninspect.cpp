@@ -97,6 +97,7 @@ OptionExplanation XOption::ExplainOption(const CString& name, int index) {
     } else {
         ExplainRetrieval(explanation, *definition, index);
     }
+    for (OptionStep& step : explanation.steps) m_pSources->Complete(step.places);
     if (item) TellItem(explanation, *item, /*isKnown*/ !values.empty());
     if (definition->IsValueOptional() && explanation.value.IsEmpty())
         explanation.value = g_BooleanStrings[item ? 1 : 0];

@@ -88,7 +88,7 @@ void XOptionRetrieval::RetrieveSingle(XOptionDefinition& definition, const CStri
     const CString value = Value(section, definition.szLongName, notes ? &*notes : nullptr);
     if (!value.IsEmpty()) {
         XKeptOrigin origin;
-        if (notes) origin = {notes->origin, {}, notes->record.Take()};
+        if (notes) origin = {std::move(notes->origin), {}, notes->record.Take()};
         Insert(definition, value, -1, std::move(origin));
     } else if (definition.IsMandatory()) {
         throw MakeError(Here(L"XOption::RetrieveOption"), L"The option <%s> must exist but could not be found!",

@@ -1,6 +1,7 @@
 #include "veltrane/options/detail/xoptionsources.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "veltrane/platform/sources/environment.h"
@@ -12,6 +13,11 @@ namespace {
 
 // The order of the questions, the weakest source first. The environment comes after them and overrides nothing.
 constexpr OptionLayer ORDER[] = {OptionLayer::BasicFile, OptionLayer::UserFile, OptionLayer::Registry};
+
+// What Complete makes a place of; most questions find nothing, and nobody may want to know.
+OptionPlace NothingAt(OptionLayer layer, const CString& section, const CString& key) {
+    return {{{{}, 0, section, key, {}}, layer}, false};
+}
 
 }  // namespace
 
@@ -55,12 +61,14 @@ bool XOptionSources::AskLayer(OptionLayer layer, CString& value, const CString& 
 bool XOptionSources::GetKeyValue(CString& value, const CString& section, const CString& key, bool assignEmpty,
                                  OptionOrigin* origin, std::vector<OptionPlace>* places) const {
     bool isFound = false;
+    if (places) places->reserve(places->size() + std::size(ORDER));
     for (const OptionLayer layer : ORDER) {
         OptionOrigin answer;
         const bool isAnswered = AskLayer(layer, value, section, key, assignEmpty, origin || places ? &answer : nullptr);
         isFound = isFound || isAnswered;
-        if (places && Has(layer))
-            places->push_back(isAnswered ? OptionPlace{answer, true} : PlaceOf(layer, section, key));
+        if (places && Has(layer)) {
+            places->push_back(isAnswered ? OptionPlace{answer, true} : NothingAt(layer, section, key));
+        }
         if (isAnswered && origin) *origin = std::move(answer);
     }
     return isFound;
@@ -72,9 +80,15 @@ void XOptionSources::GetValue(CString& value, const CString& section, const CStr
     if (!value.IsEmpty() || !IsRootSection(section)) return;
     AskLayer(OptionLayer::Environment, value, section, key, /*assignEmpty*/ false, origin);
     if (!places) return;
-    places->push_back(PlaceOf(OptionLayer::Environment, section, key));
-    places->back().text = value;
-    places->back().found = !value.IsEmpty();
+    places->push_back(NothingAt(OptionLayer::Environment, section, key));
+    if (value.IsEmpty()) return;
+    places->back() = {{{{}, 0, {}, key, value}, OptionLayer::Environment}, true};
+}
+
+void XOptionSources::Complete(std::vector<OptionPlace>& places) const {
+    for (OptionPlace& place : places) {
+        if (!place.found) place = PlaceOf(place.layer, place.section, place.key);
+    }
 }
 
 // The basic file, then the user file, into the same result.

@@ -21,7 +21,7 @@ public:
     /// The value of a key from the strongest source that has one.
     /// @param assignEmpty  whether the basic file answers for a missing or empty key, too
     /// @param origin       receives where the value stands; may be null
-    /// @param places       receives each place that is asked, in the order of the questions; may be null
+    /// @param places       receives each place that is asked, in the order of the questions, for Complete; may be null
     /// @return found; otherwise value keeps what it held
     bool GetKeyValue(CString& value, const CString& section, const CString& key, bool assignEmpty,
                      OptionOrigin* origin = nullptr, std::vector<OptionPlace>* places = nullptr) const;
@@ -29,6 +29,9 @@ public:
     /// GetKeyValue and, for a key of ROOT that has no text so far, the environment.
     void GetValue(CString& value, const CString& section, const CString& key, OptionOrigin* origin = nullptr,
                   std::vector<OptionPlace>* places = nullptr) const;
+
+    /// Puts in full what was asked without an answer.
+    void Complete(std::vector<OptionPlace>& places) const;
 
     /// An origin and the index of the value that has it.
     using IndexedOrigin = std::pair<int, OptionOrigin>;

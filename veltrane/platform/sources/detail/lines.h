@@ -76,10 +76,12 @@ private:
 
 /// Number, from 1, of the line that holds a position.
 inline int LineNumber(std::string_view text, std::size_t position) noexcept {
+    const std::string_view before = text.substr(0, position + 1);
     int line = 1;
-    for (std::size_t at = 0; at < position; ++at) {
-        const bool isInsidePair = text[at] == '\r' && at + 1 < text.size() && text[at + 1] == '\n';
-        if (IsLineEnd(text[at]) && !isInsidePair) ++line;
+    for (std::size_t lf = before.find('\n'); lf < position; lf = before.find('\n', lf + 1)) ++line;
+    for (std::size_t cr = before.find('\r'); cr < position; cr = before.find('\r', cr + 1)) {
+        const bool isInsidePair = cr + 1 < before.size() && before[cr + 1] == '\n';
+        if (!isInsidePair) ++line;
     }
     return line;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "veltrane/collections/xsetint.h"
@@ -151,6 +152,7 @@ private:
     void ExplainRetrieval(veltrane::OptionExplanation& explanation, XOptionDefinition& definition, int index);
 
     bool m_bLookOnly = false;
+    std::optional<bool> m_bDataKnown;  // when the folders were made out, if one of them needed the option "data"
     std::unique_ptr<veltrane::detail::XOptionItems> m_pItems;
     std::unique_ptr<veltrane::detail::XOptionSources> m_pSources;
     std::unique_ptr<veltrane::detail::XOptionOrigins> m_pOrigins;

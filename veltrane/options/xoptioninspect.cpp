@@ -144,6 +144,7 @@ bool XOption::IsTooLateForFiles(const XOptionDefinition& definition) {
     const std::wstring_view name = definition.szLongName;
     if (name == L"metadata") return true;
     if (name != L"config" && name != L"changefile-root" && name != L"logging") return false;
+    if (m_bDataKnown) return *m_bDataKnown;
     const XOptionDefinition& data = *FindOptionDefinition(L"data");
     const XOptionItem* const item = m_pItems->Find(data, -1);
     const OptionLayer layer = GetOptionOrigin(item).layer;

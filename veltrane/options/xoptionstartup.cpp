@@ -145,6 +145,7 @@ void XOption::RetrieveUserPath(const CString& optionName, const CString& default
     if (!IsAbsolutePath(path)) {
         RetrieveOption(L"data");
         const CString data = GetOptionString(L"data", -1);
+        m_bDataKnown = !data.IsEmpty();
         if (data.IsEmpty()) return;
         if (!FileExists(data)) {
             throw About({.option = L"data"},

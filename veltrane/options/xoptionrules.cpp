@@ -1,7 +1,7 @@
 // Reading the naming rules of the configuration, and telling where they come from.
 #include <algorithm>
+#include <string_view>
 
-#include "veltrane/foundation/xstring.h"
 #include "veltrane/options/detail/xoptionretrieval.h"
 #include "veltrane/options/xoption.h"
 #include "veltrane/platform/text/indexformat.h"
@@ -15,6 +15,16 @@ const XOptionDefinition& DefinitionOf(enumOption option) {
     return *FindOptionDefinition(option == eOptionTableNameRules ? L"tablename-rules" : L"columnname-rules");
 }
 
+/// Calls take(field) for each field of a comma-separated list, up to the first empty one.
+template <class Take>
+void ForEachField(std::wstring_view list, Take take) {
+    while (!list.empty() && list.front() != L',') {
+        const std::size_t end = std::min(list.find(L','), list.size());
+        take(list.substr(0, end));
+        list.remove_prefix(std::min(end + 1, list.size()));
+    }
+}
+
 /// Calls take(version, section, key) for each key of the sections of a form, by version and then in the order of the
 /// file. A negative version ends the walk.
 template <class Take>
@@ -22,8 +32,7 @@ void ForEachRule(XMapInt2CString& names, const CString& format, Take take) {
     CString keys;
     for (int version = names.GetFirst(keys); version >= 0; version = names.GetNext(keys)) {
         const CString section = FormatIndex(format, version);
-        CString key = GetArgument(0, keys);
-        for (int i = 0; !key.IsEmpty(); key = GetArgument(++i, keys)) take(version, section, key);
+        ForEachField(keys.View(), [&](std::wstring_view key) { take(version, section, CString{key}); });
     }
 }
 

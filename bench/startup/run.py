@@ -74,21 +74,23 @@ with tempfile.TemporaryDirectory() as folder:
         held = held and figure <= bar
         print(f"{work:44} {floor:28} {figure:7.{digits}f} {bar:6.2f}  {'held' if figure <= bar else 'NOT HELD'}")
 
-    def compare(what, command, bar):
+    def compare(what, command, bar, beside=empty, name="an empty program"):
         subprocess.run(command, env=environment, check=True)
-        times = [(wall(empty), wall(command)) for _ in range(pairs)]
+        times = [(wall(beside), wall(command)) for _ in range(pairs)]
         floor, work = (statistics.median(column) * 1e6 for column in zip(*times))
-        row(what, "an empty program, by the clock", statistics.median(b / a for a, b in times), bar)
-        return f"{what}: {work:.0f} us, empty {floor:.0f} us; "
+        row(what, name + ", by the clock", statistics.median(b / a for a, b in times), bar)
+        return f"{what}: {work:.0f} us, {name} {floor:.0f} us; "
 
     print(f"\nstart with a basic file of {len(text)} bytes and a user file of {len(user[:3072])} bytes, {pairs} pairs")
     figures = compare("start, shared library", store, 1.25)
     if static_build:
         static = [os.path.join(static_build, "bench", "startup_store"), *store[1:]]
         figures += compare("start, linked statically", static, 0.7)
+    origins = [os.path.join(build, "bench", "startup_origins"), *store[1:]]
+    figures += compare("start, all origins kept", origins, 1.15, store, "the start")
     count = instructions(store)
     row("start, shared library", "millions of instructions", count / 1e6, 2.85)
-    figures += f"instructions {count:,}, empty {instructions(empty):,}"
+    figures += f"instructions {count:,}, origins kept {instructions(origins):,}, empty {instructions(empty):,}"
     if static_build:
         figures += f", static {instructions(static):,}"
     memory = subprocess.run(["/usr/bin/time", "-f", "%M", *store], capture_output=True, text=True, env=environment, check=True)

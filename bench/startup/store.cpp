@@ -23,9 +23,10 @@ void ReadEveryOption(XOption& options) {
 
 }  // namespace
 
-// Usage: startup_store FOLDER OPTION... ; the folder holds the program's .metadata.
+// Usage: startup_store OPTION... ; startup_origins keeps the origins of all values beside.
 int main(int /*argc*/, char** /*argv*/) {
     XOption options;
+    options.KeepOrigins(KEEP_ORIGINS);
     options.Initialize(L"/nowhere", L"startup_store", L"today", L"1.0", L"now");
     options.OpenConfiguration();
     options.ReadConfiguration();

@@ -48,6 +48,9 @@ TEST_F(OptionStore, WalksShareTheMarksOfTheItems) {
     EXPECT_EQ(m_Store->GetNextOptionString(L"load-dictionary"), L"c") << "new items are not marked";
     EXPECT_TRUE(m_Store->GetFirstOptionBoolean(L"quiet"));
     EXPECT_FALSE(m_Store->GetNextOptionBoolean(L"quiet"));
+    m_Store->GetOptionItem(L"load-dictionary", 1)->SetFlag(false);
+    EXPECT_EQ(m_Store->GetNextOptionString(L"load-dictionary"), L"b") << "a mark that the host has cleared";
+    EXPECT_EQ(m_Store->GetNextOptionString(L"load-dictionary"), L"");
 }
 
 TEST_F(OptionStore, GettersGiveWhatStandsForAMissingValue) {
@@ -144,6 +147,14 @@ TEST_F(OptionStore, AnItemThatIsThereIsNeverOverridden) {
     XOptionDefinition copy = *FindOptionDefinition(L"dictionary-root");
     m_Store->RetrieveOption(&copy);  // stands for its option
     EXPECT_EQ(Text(L"dictionary-root"), L"basic");
+    XOptionDefinition own = copy;  // a row of the host's own, in no table
+    own.eOption = static_cast<enumOption>(copy.eOption | 0x0F000000);
+    m_Store->RetrieveOption(&own);
+    std::vector<CString> values;
+    for (auto* item = m_Store->GetFirstOptionItem(L""); item; item = m_Store->GetNextOptionItem(L"")) {
+        if (item->GetID() == own.eOption) values.push_back(item->GetOptionValue());
+    }
+    EXPECT_EQ(values, std::vector<CString>{L"basic"});
 }
 
 TEST_F(OptionStore, IndexedSectionsFollowTheDatabaseNameAndShareTheirIndexes) {

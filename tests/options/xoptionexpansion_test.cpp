@@ -34,6 +34,7 @@ TEST_F(Expansion, LooksInTheOwnSectionThenInRootThenInTheUnnamedSection) {
     expect("a mark without partner stays", "50%", "", L"50%");
     expect("case of keys does not count", "%AUTODOC-X%", "autodoc-x=own\n", L"own");
     expect("marks of two replacements find each other", "%half%x%half%", "half=5%\nx=y\n", L"5yhalf%");
+    expect("a replacement that begins with a mark", "%half%x%y", "half=%5\n5x=found\n", L"foundy");
     expect("nothing in the own section, empty in ROOT: the sections of the file", "%logfile%", "[ROOT]\n",
            L"AUTODOC,ROOT");
     expect("an empty name is the keys of the section", "%%", "", L"autodoc-title");
@@ -84,6 +85,7 @@ TEST_F(Expansion, NestingAndLengthEndAtTheirLimits) {
     };
     expect("one level more", "%k200%", chain("end", 201, "#"),
            L"The reference <k0> is nested deeper than 200 levels: ");
+    expect("one element more in a name still open", "%k20%%half%y", chain("x", 21, "##") + "half=%5\n", tooLong);
     expect("one element more", "%k20%y", chain("x", 21, "##"), tooLong);
     expect("2^40 questions if each reference were asked", "%k40%", chain("%logging%", 41, "##"), tooLong);
     expect("values that are held while the next one is looked up, before the unknown one is met", "%k20%",

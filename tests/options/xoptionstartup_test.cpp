@@ -119,7 +119,8 @@ TEST_F(OptionStartUp, StopsAtAMandatoryOptionWithTheOnesBeforeInPlace) {
 TEST_F(OptionStartUp, ReadsNamingRulesOfAllSourcesByVersion) {
     Basic(std::string{DATABASE} +
           "[db\\TABLENAME RULES\\3]\nAB=x\nOld=\n[db\\tablename rules\\1]\nx=AB\n"
-          "[db\\COLUMNNAME RULES\\2]\nc=k\n[db\\COLUMNNAME RULES\\9]\nk=unreached\n");
+          "[db\\COLUMNNAME RULES]\nc=of no version\n[db\\COLUMNNAME RULES\\2]\nc=k\n[db\\COLUMNNAME "
+          "RULES\\9]\nk=unreached\n");
     User("[db\\TABLENAME RULES\\3]\nAB=user\n[db\\COLUMNNAME RULES\\9]\n");
     Registry("db\\COLUMNNAME RULES\\2", "\"c\"=\"registry\"");
     StartUp({L"db", L"--ini", UserFile()});
@@ -129,6 +130,7 @@ TEST_F(OptionStartUp, ReadsNamingRulesOfAllSourcesByVersion) {
     };
     EXPECT_EQ(renamed(&XOption::ReplaceTableName, L"xOld", 2), L"ABOld");
     EXPECT_EQ(renamed(&XOption::ReplaceTableName, L"xOld", 3), L"userOld") << "the user file lists that version's keys";
+    EXPECT_EQ(renamed(&XOption::ReplaceTableName, L"role", 99), L"role") << "the keys of [db] are no rules";
     EXPECT_EQ(renamed(&XOption::ReplaceColumnsName, L"cc", 9), L"registryregistry") << "of the strongest source";
 }
 

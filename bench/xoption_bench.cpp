@@ -39,4 +39,42 @@ void GetOptionString(benchmark::State& state) {
 }
 BENCHMARK(GetOptionString)->Iterations(300);
 
+// What one item costs among many of an option, beside the same among a thousand. Bar: 1.2.
+template <class Ask>
+void PerItem(benchmark::State& state, Ask ask) {
+    const auto fill = [](XOption& options, int count) {
+        for (int i = 0; i < count; ++i) options.InsertOptionItem(L"load-dictionary", L"a", i);
+    };
+    constexpr int FEW = 1'000;
+    const auto many = static_cast<int>(state.range(0));
+    XOption few;
+    XOption all;
+    fill(few, FEW);
+    fill(all, many);
+    CompareToFloor(
+        state, 1,
+        [&] {
+            for (int i = 0; i < many / FEW; ++i) ask(few, FEW);
+        },
+        [&] { ask(all, many); });
+}
+
+void WalkItems(benchmark::State& state) {
+    const CString name = L"load-dictionary";
+    PerItem(state, [&](XOption& options, int) {
+        for (auto* item = options.GetFirstOptionItem(name); item; item = options.GetNextOptionItem(name)) {
+            benchmark::DoNotOptimize(item);
+        }
+    });
+}
+BENCHMARK(WalkItems)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMicrosecond);
+
+void GetIndexedString(benchmark::State& state) {
+    const CString name = L"load-dictionary";
+    PerItem(state, [&](XOption& options, int count) {
+        for (int i = 0; i < count; ++i) benchmark::DoNotOptimize(options.GetOptionString(name, i).GetString());
+    });
+}
+BENCHMARK(GetIndexedString)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMicrosecond);
+
 }  // namespace

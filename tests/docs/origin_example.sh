@@ -11,6 +11,6 @@ printf '\n[ROOT]\nlogfile=%%name%%.log\n' >team.ini
 diff <(VORNAK_REGISTRY= logfile=env.log "$program" logfile --logfile typed.log --ini team.ini) - <<END
 command line :0: typed.log
 user file $PWD/team.ini:3: %name%.log
-basic file ./.metadata/tool.ini:3: basic.log
+basic file .\.metadata\tool.ini:3: basic.log
 environment :0: env.log
 END

@@ -162,6 +162,8 @@ TEST_F(OptionStore, IndexedSectionsFollowTheDatabaseNameAndShareTheirIndexes) {
          {L"--name", L"50%n_x"});
     m_Store->RetrieveOption(L"map-file");
     EXPECT_EQ(Texts(L"map-file"), (std::vector<CString>{L"2=m2", L"7=m7"}));
+    EXPECT_EQ(Text(L"map-file", 7), L"m7");
+    for (const int missing : {0, 3, 6, 8}) EXPECT_EQ(Text(L"map-file", missing), L"") << missing;
 
     User("[db\\FILES\\1]\nmap-file=b\n");
     Open("[db\\FILES\\1]\nmap-file=a\n", {L"db", L"--ini", UserFile()});

@@ -1,6 +1,8 @@
 #include "veltrane/options/detail/xoptionitems.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 
 #include "veltrane/options/detail/xoptionlocation.h"
 #include "veltrane/platform/text/indexformat.h"
@@ -12,6 +14,18 @@ namespace {
 // All titles are one option.
 int RowOf(const XOptionDefinition& definition) {
     return definition.eOption == eOptionTitle ? 0 : OptionRow(definition);
+}
+
+// Where no index is left out, an item stands as far from the first one as its index; else it stands before that.
+XOptionItem* FindAscending(const std::vector<XOptionItem*>& items, int index) {
+    if (items.empty() || index < items.front()->GetOptionIndex()) return nullptr;
+    const auto distance = static_cast<std::size_t>(std::int64_t{index} - items.front()->GetOptionIndex());
+    const auto last = items.begin() + static_cast<std::ptrdiff_t>(std::min(distance, items.size() - 1));
+    if ((*last)->GetOptionIndex() == index) return *last;
+    const auto found = std::lower_bound(items.begin(), last, index, [](const XOptionItem* item, int wanted) {
+        return item->GetOptionIndex() < wanted;
+    });
+    return (*found)->GetOptionIndex() == index ? *found : nullptr;
 }
 
 void MakeRoom(std::vector<XOptionItem*>& items) {
@@ -94,13 +108,8 @@ XOptionItem* XOptionItems::Find(const XOptionDefinition& definition, int index) 
     const Group* const group = FindGroup(definition);
     if (!group) return nullptr;
     const auto& items = group->items;
-    auto found = items.begin();
-    if (index >= 0 && group->isAscending) {
-        found = std::ranges::lower_bound(items, index, {}, &XOptionItem::GetOptionIndex);
-        if (found != items.end() && (*found)->GetOptionIndex() != index) found = items.end();
-    } else if (index >= 0) {
-        found = std::ranges::find(items, index, &XOptionItem::GetOptionIndex);
-    }
+    if (index >= 0 && group->isAscending) return FindAscending(items, index);
+    const auto found = index < 0 ? items.begin() : std::ranges::find(items, index, &XOptionItem::GetOptionIndex);
     return found == items.end() ? nullptr : *found;
 }
 

@@ -24,7 +24,7 @@ configure_package_config_file(cmake/veltrane_base-config.cmake.in veltrane_base-
     INSTALL_DESTINATION ${VELTRANE_PACKAGE_DIR} NO_SET_AND_CHECK_MACRO)
 write_basic_package_version_file(veltrane_base-config-version.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/veltrane_base-config.cmake
-    ${CMAKE_CURRENT_BINARY_DIR}/veltrane_base-config-version.cmake
+    ${CMAKE_CURRENT_BINARY_DIR}/veltrane_base-config-version.cmake cmake/veltrane_describe.cmake
     DESTINATION ${VELTRANE_PACKAGE_DIR} COMPONENT development)
 
 configure_file(cmake/veltrane_base.pc.in veltrane_base.pc @ONLY)

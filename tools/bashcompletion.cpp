@@ -7,9 +7,9 @@ namespace {
 
 // A word is never evaluated: what stands on the line, and what a file holds, may be anything. So quotes and backslashes
 // are taken off the folder's word by hand, and names are quoted for the quotes that are open.
-constexpr char SCRIPT[] = R"(# bash completion for veltrane, @MADE@
+constexpr char SCRIPT[] = R"(# bash completion for @TOOL@, @MADE@
 
-_veltrane_databases() {
+_@TOOL@_databases() {
     local folder=.metadata program i
     for ((i = 1; i < ${#COMP_WORDS[@]} - 1; i++)); do
         [[ ${COMP_WORDS[i]} == -m || ${COMP_WORDS[i]} == --metadata ]] && folder=${COMP_WORDS[i + 1]}
@@ -24,10 +24,10 @@ _veltrane_databases() {
         program=$(readlink -f -- "$program")
         folder=${program%/*}/$folder
     fi
-    [[ -f $folder/veltrane.ini ]] && LC_ALL=C sed -n @FILTER@ "$folder/veltrane.ini" 2>/dev/null
+    [[ -f $folder/@TOOL@.ini ]] && LC_ALL=C sed -n @FILTER@ "$folder/@TOOL@.ini" 2>/dev/null
 }
 
-_veltrane_add_databases() {
+_@TOOL@_add_databases() {
     local name
     while IFS= read -r name; do
         case $1 in
@@ -36,10 +36,10 @@ _veltrane_add_databases() {
             *) printf -v name %q "$name" ;;
         esac
         [[ $name == "${1#[\"\']}"* ]] && COMPREPLY+=("$name")
-    done < <(_veltrane_databases)
+    done < <(_@TOOL@_databases)
 }
 
-_veltrane() {
+_@TOOL@() {
     local word=${COMP_WORDS[COMP_CWORD]}
     COMPREPLY=()
     if [[ $word == -* ]]; then
@@ -58,11 +58,11 @@ _veltrane() {
         @TEXTS@)
             ;;
         *)
-            _veltrane_add_databases "$word" ;;
+            _@TOOL@_add_databases "$word" ;;
     esac
 }
 
-complete -F _veltrane veltrane
+complete -F _@TOOL@ @TOOL@
 )";
 
 }  // namespace

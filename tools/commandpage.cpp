@@ -8,52 +8,29 @@ using namespace veltrane;
 
 namespace {
 
-constexpr char PAGE[] = R"(.TH VELTRANE 1 "" "Veltrane @VERSION@" "Veltrane"
+constexpr char PAGE[] = R"(.TH @TITLE@ 1 "" "@NAME@ @VERSION@" "@NAME@"
 .ad l
 .nh
 .SH NAME
-veltrane \- show options, rename and compare the names of database schemas
+@TOOL@ \- @SUMMARY@
 .SH SYNOPSIS
-.B veltrane
+.B @TOOL@
 .RI [ option " ...] [" database\-name ]
 .SH DESCRIPTION
-.B veltrane
+.B @TOOL@
 gathers its options from the command line, the registry, two INI files and the
-environment, works on the naming rules of one database, and writes a log.
-.BR veltrane.ini (5)
+environment.
+.BR @TOOL@.ini (5)
 tells where a value comes from when the command line does not give it.
-.PP
-It is the sample host of its base library. It acts on
-@ACTS@,
-@LAST_ACT@ and the options for folders and files; the options of the
-schema work itself are accepted, shown in the summary and left to tools that
-are built on the library.
-.PP
-A name list of
-.B \-\-load\-dictionary
-has one
-.BI table\~ name
-or
-.BI column\~ name
-a line, and
-.BI version\~ number
-first. Each name is printed with the name that the naming rules of the
-database make of it.
-.B \-\-diff\-dictionary
-prints what only the first list holds with a minus and what only the second
-holds with a plus;
-.B \-\-create\-changefile
-writes the same lines to a file below the folder
-.BR changefile\-root .
-.SS Grammar
+@ABOUT@.SS Grammar
 A short name has one hyphen, a long name two; upper and lower case differ. The
 value is the argument behind it. There is no form with an equals sign, and a
-value can not begin with a hyphen.
+value cannot begin with a hyphen.
 .PP
 A flag without a value is true, or auto where that is allowed. It takes the
 next word unless that begins with a hyphen, so the name of the database stands
 in front of it:
-.RB \(lq "veltrane base \-q" \(rq.
+.RB \(lq "@TOOL@ base \-q" \(rq.
 A word that belongs to no option is the name of the database.
 .PP
 An option given twice keeps its last value; one that takes several values
@@ -62,7 +39,7 @@ collects them. The value may hold references such as
 .SH OPTIONS
 @OPTIONS@.SS "All other options"
 Each key of
-.BR veltrane.ini (5)
+.BR @TOOL@.ini (5)
 is a long name, too. The program itself gives
 @FACTS@;
 given on the command line they replace what the program says.
@@ -88,22 +65,15 @@ The registry file, instead of
 The folders that stand for drives, such as
 .BR C=/srv/c;D=/data .
 A drive without a folder does not exist.
-.TP
-.B VELTRANE_SUMMARY
-With the value
-.BR json ,
-.B \-\-summary
-prints one JSON object a line, with the origin of each value, and nothing else
-is printed.
-.TP
+@ENVIRONMENT@.TP
 @VARIABLES@
 The options of the section [ROOT], in exactly this spelling; they count when
-nothing else gives a value. A shell can not set those with a hyphen,
+nothing else gives a value. A shell cannot set those with a hyphen,
 .BR env (1)
 can.
 .SH FILES
 .TP
-.IB metadata /veltrane.ini
+.IB metadata /@TOOL@.ini
 The basic file, which must exist. The folder is
 .I .metadata
 beside the program unless
@@ -116,15 +86,8 @@ The registry, an export file.
 .IR data /configuration ", " data /changefile ", " data /log
 Folders for user files, change files and logs. They are created when missing,
 unless an option names them.
-.SH EXAMPLES
-.TP
-.B veltrane base \-\-summary
-Show every option of the database \(lqbase\(rq and where it comes from.
-.TP
-.B veltrane base \-l v4.txt \-l v5.txt \-d \-c change.txt
-Rename the names of two lists, compare the lists, write the difference.
-.SH SEE ALSO
-.BR veltrane.ini (5)
+@EXAMPLES@.SH SEE ALSO
+.BR @TOOL@.ini (5)
 )";
 
 std::string OptionEntry(const OptionText& option) {
@@ -181,11 +144,7 @@ std::string Variables() {
 }  // namespace
 
 std::string CommandPage() {
-    std::string page = PAGE;
-    page = Replaced(page, "@VERSION@", VELTRANE_VERSION);
-    page = Replaced(page, "@ACTS@", Listed({"--summary", "--load-dictionary", "--diff-dictionary"}));
-    page = Replaced(page, "@LAST_ACT@", Bold("--create-changefile"));
-    page = Replaced(page, "@OPTIONS@", Options());
+    std::string page = Replaced(PAGE, "@OPTIONS@", Options());
     page = Replaced(page, "@FACTS@", Facts());
     return Replaced(page, "@VARIABLES@", Variables());
 }

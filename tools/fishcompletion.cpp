@@ -5,9 +5,9 @@ using namespace veltrane;
 
 namespace {
 
-constexpr char SCRIPT[] = R"(# fish completion for veltrane, @MADE@
+constexpr char SCRIPT[] = R"(# fish completion for @TOOL@, @MADE@
 
-function __veltrane_databases
+function __@TOOL@_databases
     set -l words (commandline -opc)
     set -l folder .metadata
     for i in (seq 2 (math (count $words) - 1))
@@ -18,10 +18,10 @@ function __veltrane_databases
         set -l program (command -s -- $words[1]); or return
         set folder (string replace -r '/[^/]*$' '' -- (realpath -- $program))/$folder
     end
-    test -f $folder/veltrane.ini; and LC_ALL=C sed -n @FILTER@ $folder/veltrane.ini 2>/dev/null
+    test -f $folder/@TOOL@.ini; and LC_ALL=C sed -n @FILTER@ $folder/@TOOL@.ini 2>/dev/null
 end
 
-complete -c veltrane -f -a '(__veltrane_databases)' -d database
+complete -c @TOOL@ -f -a '(__@TOOL@_databases)' -d database
 @OPTIONS@)";
 
 /// One word of fish that stands for exactly this text.
@@ -40,7 +40,7 @@ std::string_view ValueOf(ValueKind kind) {
         case ValueKind::File:
             return " -rF";
         case ValueKind::Database:
-            return " -xa '(__veltrane_databases)'";
+            return " -xa '(__@TOOL@_databases)'";
         default:
             return " -x";
     }
@@ -50,7 +50,7 @@ std::string_view ValueOf(ValueKind kind) {
 std::string Options() {
     std::string lines;
     for (const OptionText& option : GetOptionTexts()) {
-        lines += "complete -c veltrane";
+        lines += "complete -c @TOOL@";
         if (!option.shortOption.empty()) lines += " -o " + option.shortOption.substr(1);
         lines += " -l " + option.key;
         if (!option.description.empty()) lines += " -d " + FishQuoted(option.description);

@@ -6,13 +6,13 @@ using namespace veltrane;
 
 namespace {
 
-constexpr char PAGE[] = R"(.TH VELTRANE.INI 5 "" "Veltrane @VERSION@" "Veltrane"
+constexpr char PAGE[] = R"(.TH @TITLE@.INI 5 "" "@NAME@ @VERSION@" "@NAME@"
 .ad l
 .nh
 .SH NAME
-veltrane.ini \- configuration of veltrane
+@TOOL@.ini \- configuration of @TOOL@
 .SH SYNOPSIS
-.IB metadata /veltrane.ini
+.IB metadata /@TOOL@.ini
 .br
 the file named by
 .B \-\-ini
@@ -86,7 +86,7 @@ From the strongest to the weakest:
 .IP 1. 4
 the command line, and what the program itself knows;
 .IP 2. 4
-the registry, below SOFTWARE\eVORNAK\eveltrane\e\fIsection\fR;
+the registry, below SOFTWARE\eVORNAK\e@TOOL@\e\fIsection\fR;
 .IP 3. 4
 the user file;
 .IP 4. 4
@@ -107,7 +107,7 @@ and
 where folders are made out. For these purposes only the command line, the
 registry and, in [ROOT], the environment count.
 .SH SEE ALSO
-.BR veltrane (1)
+.BR @TOOL@ (1)
 )";
 
 std::string KeyEntry(const OptionText& option) {
@@ -130,5 +130,5 @@ std::string Sections() {
 }  // namespace
 
 std::string IniPage() {
-    return Replaced(Replaced(PAGE, "@VERSION@", VELTRANE_VERSION), "@SECTIONS@", Sections());
+    return Replaced(PAGE, "@SECTIONS@", Sections());
 }

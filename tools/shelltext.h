@@ -17,4 +17,4 @@ std::string NamesOf(std::initializer_list<ValueKind> kinds, std::string_view sep
 std::string DatabaseFilter();
 
 /// The line that says where a file comes from.
-inline constexpr char MADE_FROM[] = "made from the option table by veltrane_describe";
+inline constexpr char MADE_FROM[] = "made from the option table";

@@ -5,10 +5,10 @@ using namespace veltrane;
 
 namespace {
 
-constexpr char SCRIPT[] = R"(#compdef veltrane
-# zsh completion for veltrane, @MADE@
+constexpr char SCRIPT[] = R"(#compdef @TOOL@
+# zsh completion for @TOOL@, @MADE@
 
-_veltrane_databases() {
+_@TOOL@_databases() {
     local folder=.metadata program=${(Q)words[1]} i
     local -a names
     for ((i = 2; i < $#words; i++)); do
@@ -19,12 +19,12 @@ _veltrane_databases() {
         program=$(whence -p -- "$program") || return 1
         folder=${program:A:h}/$folder
     fi
-    [[ -f $folder/veltrane.ini ]] || return 1
-    names=("${(@f)$(LC_ALL=C sed -n @FILTER@ "$folder/veltrane.ini" 2>/dev/null)}")
+    [[ -f $folder/@TOOL@.ini ]] || return 1
+    names=("${(@f)$(LC_ALL=C sed -n @FILTER@ "$folder/@TOOL@.ini" 2>/dev/null)}")
     compadd -X database -a names
 }
 
-_veltrane() {
+_@TOOL@() {
     local -a options=(
 @OPTIONS@    )
     if [[ $PREFIX == -* ]]; then
@@ -43,11 +43,11 @@ _veltrane() {
         @TEXTS@)
             _message text ;;
         *)
-            _veltrane_databases ;;
+            _@TOOL@_databases ;;
     esac
 }
 
-_veltrane "$@"
+_@TOOL@ "$@"
 )";
 
 std::string Described(const std::string& name, const std::string& description) {

@@ -186,9 +186,11 @@ TEST_F(StdioFile, GoesOnAfterAShortWriteUntilTheSystemRefuses) {
     const ChildResult child = RunChild([&] {
         for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) close(stream);
         if (!m_File.Open(m_Path, WRITE)) return 1;
+        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+            if (fcntl(stream, F_GETFD) != -1) return 3;
+        }
         const rlimit limit{4096, 4096};
         setrlimit(RLIMIT_FSIZE, &limit);
-        AfxMessageBox(L"a box on standard error, which the file must not be taken for");
         return WriteError(m_File, CString(L'x', 10'000)) == EFBIG ? 0 : 2;
     });
     EXPECT_EQ(child.exitCode, 0) << "and no signal ends the process";

@@ -71,6 +71,14 @@ TEST_F(MessageBox, IgnoresOutputThatFails) {
     EXPECT_EQ(child.exitCode, 1);
 }
 
+TEST_F(MessageBox, WaitsForASlowReaderOfAnOutputThatDoesNotBlock) {
+    const ChildResult child = RunChild([] {
+        fcntl(STDOUT_FILENO, F_SETFL, O_WRONLY | O_NONBLOCK);
+        return AfxMessageBox(CString(L'x', 1'000'000), MB_ICONINFORMATION);
+    });
+    EXPECT_EQ(child.output.size(), 1'000'001U);
+}
+
 std::string ReadUntil(int handle, const std::string& end) {
     std::string bytes;
     for (char byte; !bytes.ends_with(end) && read(handle, &byte, 1) == 1;) bytes += byte;

@@ -80,6 +80,15 @@ sigset_t SetOf(std::initializer_list<int> members) noexcept {
 
 }  // namespace
 
+// A handler, as programs that are started inherit a signal that is ignored.
+void OutliveFileSizeLimit() noexcept {
+    struct sigaction action;
+    if (sigaction(SIGXFSZ, nullptr, &action) != 0 || action.sa_handler != SIG_DFL) return;
+    action.sa_handler = [](int) {};
+    action.sa_flags = SA_RESTART;
+    sigaction(SIGXFSZ, &action, nullptr);
+}
+
 WriteSignalGuard::WriteSignalGuard() noexcept {
     sigpending(&m_Pending);
     const sigset_t signals = SetOf({WRITE_SIGNALS[0], WRITE_SIGNALS[1]});

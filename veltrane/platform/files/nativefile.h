@@ -60,6 +60,10 @@ bool ReadToEnd(const NativeFile& file, std::size_t expected, std::string& bytes)
 /// @return 0 or the system's error number
 int WriteAll(int handle, std::string_view bytes) noexcept;
 
+/// Makes a write beyond the limit of a file's size fail like any other from now on, whenever the limit is set: where
+/// the signal for it (SIGXFSZ) would end the process, it does nothing. A handler of the host stays.
+void OutliveFileSizeLimit() noexcept;
+
 /// Keeps the signals of a pipe whose reader is gone, and of a file at the limit for the process, from ending the
 /// process while the guard lives: writing then fails like any other.
 class WriteSignalGuard {

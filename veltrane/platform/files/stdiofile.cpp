@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -66,12 +65,6 @@ bool IsPipe(const NativeFile& file) noexcept {
     return fstat(file.Handle(), &status) != 0 || S_ISFIFO(status.st_mode);
 }
 
-// Asked with each write: the limit may come at any time, and beyond it a signal ends the process.
-bool IsLimited() noexcept {
-    rlimit limit;
-    return getrlimit(RLIMIT_FSIZE, &limit) != 0 || limit.rlim_cur != RLIM_INFINITY;
-}
-
 int WriteGuarded(int handle, std::string_view bytes) noexcept {
     const WriteSignalGuard guard;
     return WriteAll(handle, bytes);
@@ -101,6 +94,7 @@ bool CStdioFile::Open(const CString& path, unsigned flags, CFileException* error
     if (const int osError = OpenForWriting(path, file)) return fails(FileError(osError, path));
     m_FileName = path;
     m_IsPipe = IsPipe(file);
+    OutliveFileSizeLimit();  // asking for the limit with each write would cost more than the line
     m_Handle = file.Release();
     return true;
 }
@@ -110,7 +104,7 @@ void CStdioFile::WriteString(const CString& text) {
     constexpr std::size_t keptCapacity = 1 << 14;  // what a log line needs at most; more goes back at once
     m_Bytes.clear();
     AppendUtf8(m_Bytes, text.View());
-    const int osError = m_IsPipe || IsLimited() ? WriteGuarded(m_Handle, m_Bytes) : WriteAll(m_Handle, m_Bytes);
+    const int osError = m_IsPipe ? WriteGuarded(m_Handle, m_Bytes) : WriteAll(m_Handle, m_Bytes);
     if (m_Bytes.capacity() > keptCapacity) m_Bytes = {};
     if (osError != 0) throw FileError(osError, m_FileName);
 }

@@ -20,6 +20,8 @@ public:
     /// is locked before it is emptied, so the file of another writer (in this process too) stays as it is; a file that
     /// is a standard stream of the process is not emptied. What is written goes to the end of the file, wherever that
     /// is then. An open file is closed first.
+    /// From the first opening on, the system's signal for a file at its size limit (SIGXFSZ) no longer ends the
+    /// process; a handler of the host stays.
     /// @param error  receives cause, system error number and path of a failure; may be null
     /// @return false when the file could not be opened
     virtual bool Open(const CString& path, unsigned flags, CFileException* error = nullptr);

@@ -132,7 +132,7 @@ TEST(OptionDocuments, TheListOfValuesIsTheOptionTable) {
 TEST(OptionDocuments, NoDocumentNamesAnOptionThatIsNone) {
     std::string text = ReadSource("README.md") + ManPage("man1/veltrane.1") + ManPage("man5/veltrane.ini.5");
     for (const auto& file : std::filesystem::directory_iterator{std::string{VELTRANE_SOURCE_FOLDER} + "/docs"}) {
-        text += ReadDocument(file.path().string());
+        if (file.path().stem() != "own-options") text += ReadDocument(file.path().string());
     }
     EXPECT_EQ(Without(AllOf(text, "(?:^|[^-])(--[a-z][a-z-]*)"), OptionNames()), Names{});
 }

@@ -3,16 +3,14 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 
+#include "nameline.h"
 #include "veltrane/foundation/xpath.h"
 #include "veltrane/foundation/xraise.h"
 #include "veltrane/platform/files/filesystem.h"
-#include "veltrane/platform/text/characters.h"
-#include "veltrane/platform/text/encoding.h"
-#include "veltrane/platform/text/numbers.h"
 
 using namespace veltrane;
 
@@ -36,17 +34,6 @@ std::ifstream OpenNameList(const CString& file) {
     std::ifstream lines{path};
     if (!lines) throw NotReadable(file);
     return lines;
-}
-
-// Takes a word and the blanks behind it off the front of a line.
-bool TakeWord(CString& line, const CString& word) {
-    if (line.Left(word.GetLength()) != word || !IsWhiteSpace(line[word.GetLength()])) return false;
-    line = line.Mid(word.GetLength()).TrimLeft();
-    return true;
-}
-
-bool IsNumber(const CString& text) {
-    return !text.IsEmpty() && text.View().find_first_not_of(L"0123456789") == std::wstring_view::npos;
 }
 
 void SortUnique(XSetString& names) {
@@ -95,18 +82,16 @@ void LoadNameList(NameList& names, XOption& options, const CString& file,
     int number = 0;
     bool isFirst = true;
     for (std::string bytes; std::getline(lines, bytes);) {
-        constexpr std::string_view mark = "\xEF\xBB\xBF";  // that other systems put in front of UTF-8
-        if (++number == 1 && bytes.starts_with(mark)) bytes.erase(0, mark.size());
-        const CString text = FromUtf8(bytes).Trim();
-        if (text.IsEmpty() || text[0] == L';') continue;
-        CString name = text;
-        const bool isTable = TakeWord(name, L"table");
-        if (isTable || TakeWord(name, L"column")) {
-            const CString renamed = Renamed(options, name, isTable, version, {file, number, text});
+        const CString text = NameLineText(bytes, ++number == 1);
+        if (IsBlankNameLine(text)) continue;
+        const std::optional<NameLine> line = ReadNameLine(text);
+        if (line && line->kind != NameLine::Kind::Version) {
+            const bool isTable = line->kind == NameLine::Kind::Table;
+            const CString renamed = Renamed(options, line->name, isTable, version, {file, number, text});
             (isTable ? names.tables : names.columns).Insert(renamed, false);
-            tell(name, renamed);
-        } else if (isFirst && TakeWord(name, L"version") && IsNumber(name)) {
-            version = _wtoi(name);
+            tell(line->name, renamed);
+        } else if (line && isFirst) {
+            version = line->version;
         } else {
             throw MakeError(Here(L"LoadNameList"), L"The name list <%s> can not be understood in line %d: <%s>!", file,
                             number, text);

@@ -33,6 +33,7 @@ struct Request {
 struct Answer {
     Json document = Json::object();
     std::string text;
+    std::string talk = {};  ///< for standard error, beside the text
     bool hasFindings = false;
     bool tellsErrors = false;  ///< of start-up, among its findings
 

@@ -8,5 +8,10 @@ namespace veltrane::config {
 
 Answer Show(const Request& request, Startup& startup);
 Answer Lint(const Request& request, Startup& startup);
+Answer ExplainOptions(const Request& request, Startup& startup);
+Answer Names(const Request& request, Startup& startup);
+Answer Freeze(const Request& request, Startup& startup);
+Answer Files(const Request& request, Startup& startup);
+Answer Errors(const Request& request);  ///< of a log, so without a start-up
 
 }  // namespace veltrane::config

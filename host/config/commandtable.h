@@ -26,6 +26,11 @@ struct SwitchRow {
 inline constexpr CommandRow COMMANDS[] = {
     {"show",    "[NAME ...]",    WordKind::Option, "values, where they come from and what they overrode"},
     {"lint",    "[FILE ...]",    WordKind::File,   "everything that is wrong with the configuration"},
+    {"explain", "NAME ...",      WordKind::Option, "the steps from a key to its value"},
+    {"names",   "[FILE ...]",    WordKind::File,   "what the naming rules make of names"},
+    {"freeze",  "",              WordKind::None,   "one basic file that alone brings the same values"},
+    {"files",   "",              WordKind::None,   "every place that is looked at, and what is there"},
+    {"errors",  "LOG ...",       WordKind::File,   "the errors of a log"},
 };
 
 inline constexpr SwitchRow SWITCHES[] = {
@@ -36,6 +41,9 @@ inline constexpr SwitchRow SWITCHES[] = {
     {"show",  "--only",    "LAYER",      WordKind::Text, "only what comes from one layer, such as 'user file'"},
     {"lint",  "--strict",  "",           WordKind::None, "warnings count as errors"},
     {"lint",  "--code",    "LIST",       WordKind::Text, "only these codes (C01,C02), or all but some (-C13)"},
+    {"names", "--version", "N[,M ...]",  WordKind::Text, "versions of the rules; all without it"},
+    {"names", "--rules",   "",           WordKind::None, "the rules themselves, in the order they apply"},
+    {"names", "--limit",   "BYTES",      WordKind::Text, "longest name; 30 without it"},
 };
 // clang-format on
 

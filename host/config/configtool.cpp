@@ -31,7 +31,8 @@ constexpr char FOOTER[] =
 struct {
     const char* command;
     Answer (*run)(const Request& request, Startup& startup);
-} constexpr WITH_STARTUP[] = {{"show", Show}, {"lint", Lint}};
+} constexpr WITH_STARTUP[] = {{"show", Show},   {"explain", ExplainOptions}, {"lint", Lint},
+                              {"names", Names}, {"freeze", Freeze},          {"files", Files}};
 
 std::string Replaced(std::string text, const std::string& name) {
     for (std::size_t at; (at = text.find('@')) != std::string::npos;) text.replace(at, 1, name);
@@ -175,29 +176,34 @@ private:
     }
 
     int Do(const std::string& command, const Request& request) {
+        if (command == "errors") return Print(Errors(request), nullptr, /*isColoured*/ false);
         const std::string beside = std::filesystem::canonical("/proc/self/exe").parent_path() / m_Tool.name;
         Startup startup{FromUtf8(request.Has("--tool") ? request.Value("--tool") : beside), m_Arguments,
                         FromUtf8(m_Tool.version)};
         const auto* const found = std::ranges::find(WITH_STARTUP, command, [](const auto& row) { return row.command; });
-        return Print(found->run(request, startup), startup, IsColoured(request.Value("--color"), "2"));
+        return Print(found->run(request, startup), &startup, IsColoured(request.Value("--color"), "2"));
     }
 
-    int Print(const Answer& answer, const Startup& startup, bool isColoured) const {
-        const bool hasErrors = !startup.errors.empty() && !answer.tellsErrors;
+    int Print(const Answer& answer, const Startup* startup, bool isColoured) const {
+        const bool hasErrors = startup && !startup->errors.empty() && !answer.tellsErrors;
         if (IsJson()) {
             PrintDocument(Document(answer, startup));
         } else {
-            std::cout << answer.text;
-            if (hasErrors) PrintErrors(startup, isColoured);
+            std::cout << answer.text << std::flush;
+            std::cerr << answer.talk;
+            if (hasErrors) PrintErrors(*startup, isColoured);
         }
         return !answer.hasFindings && !hasErrors ? EXIT_ANSWERED : EXIT_FINDINGS;
     }
 
-    static Json Document(const Answer& answer, const Startup& startup) {
-        Json document{{"schema", 1}, {"tool", ToUtf8(startup.tool)}};
-        document["startup"] = startup.errors.empty() ? "ok" : "failed";
+    static Json Document(const Answer& answer, const Startup* startup) {
+        Json document{{"schema", 1}};
         Json errors = Json::array();
-        for (const XException& error : startup.errors) errors.push_back(ErrorJson(error));
+        if (startup) {
+            document["tool"] = ToUtf8(startup->tool);
+            document["startup"] = startup->errors.empty() ? "ok" : "failed";
+            for (const XException& error : startup->errors) errors.push_back(ErrorJson(error));
+        }
         document.update(answer.document);
         if (!document.contains("errors")) document["errors"] = errors;
         return document;

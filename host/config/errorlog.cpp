@@ -1,0 +1,121 @@
+// The error blocks of a log.
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+#include "commands.h"
+#include "printable.h"
+#include "veltrane/platform/files/filesystem.h"
+#include "veltrane/platform/text/numbers.h"
+
+namespace veltrane::config {
+
+namespace {
+
+constexpr wchar_t START[] = L" Error info start ";
+constexpr wchar_t END[] = L" Error info end ";
+
+/// One block, its fields as they were written.
+struct Block {
+    int line;
+    CString location = {};
+    CString message = {};
+    CString code = {};
+
+    /// The field that a line begins, its title taken off; null for one that goes on.
+    CString* TakeTitle(CString& text) {
+        const struct {
+            const wchar_t* title;
+            CString& field;
+        } fields[] = {{L"Location:", location}, {L"Message:", message}, {L"Error Code:", code}};
+        for (const auto& [title, field] : fields) {
+            const CString start = title;
+            if (text.Left(start.GetLength()) != start) continue;
+            text = text.Mid(start.GetLength()).TrimLeft();
+            return &field;
+        }
+        return nullptr;
+    }
+};
+
+std::ifstream Open(const CString& file) {
+    const std::string path = MapPath(file);
+    std::error_code ignored;
+    std::ifstream log{path};
+    if (!log || std::filesystem::is_directory(path, ignored)) {
+        throw Refusal{FormatText(L"the log <%s> can not be read", file)};
+    }
+    return log;
+}
+
+// A block that has no end, as that of a process that was killed, counts as far as it goes.
+std::vector<Block> ReadBlocks(std::istream& log) {
+    std::vector<Block> blocks;
+    CString* field = nullptr;
+    bool isInside = false;
+    int number = 0;
+    for (std::string bytes; std::getline(log, bytes);) {
+        if (bytes.ends_with('\r')) bytes.pop_back();
+        CString text = FromUtf8(bytes);
+        ++number;
+        if (text.Find(START) > 0) {
+            blocks.push_back({number});
+            field = nullptr;
+        }
+        const bool isMark = text.Find(START) > 0 || text.Find(END) > 0;
+        if (isMark) isInside = text.Find(START) > 0;
+        if (!isInside || isMark) continue;
+        CString* const begun = blocks.back().TakeTitle(text);
+        if (begun) field = begun;
+        if (field) *field += (begun ? L"" : L"\r\n") + text;
+    }
+    return blocks;
+}
+
+Json BlockJson(const Block& block) {
+    Json json = ErrorJson(_wtoi(block.code), block.location, block.message);
+    json["log_line"] = block.line;
+    const auto holdsMark = [](const Json& text) {
+        return text.get<std::string>().find("reason:") != std::string::npos;
+    };
+    if (std::ranges::any_of(json["reasons"], holdsMark) || holdsMark(json["message"])) json["ambiguous"] = true;
+    return json;
+}
+
+CString LineText(const Json& text) {
+    return Printable(FromUtf8(text.get<std::string>()));
+}
+
+void AddText(Answer& answer, const CString& file, const Json& error) {
+    answer.AddLine(FormatText(L"%s:%d: error %d: %s", file, error["log_line"].get<int>(), error["number"].get<int>(),
+                              LineText(error["message"])));
+    for (const Json& reason : error["reasons"]) answer.AddLine(L"    while: " + LineText(reason));
+    for (const Json& remark : error["remarks"]) answer.AddLine(L"    " + LineText(remark));
+    for (const Json& location : error["locations"]) {
+        if (!location.contains("method")) continue;
+        answer.AddLine(FormatText(L"    at %s in %s:%d", LineText(location["method"]), LineText(location["file"]),
+                                  location["line"].get<int>()));
+    }
+}
+
+}  // namespace
+
+Answer Errors(const Request& request) {
+    if (request.words.empty()) throw Refusal{L"the errors of which log?"};
+    Answer answer;
+    answer.document["errors"] = Json::array();
+    for (const std::string& word : request.words) {
+        const CString file = FromUtf8(word);
+        std::ifstream log = Open(file);
+        for (const Block& block : ReadBlocks(log)) {
+            Json error = BlockJson(block);
+            AddText(answer, file, error);
+            if (request.words.size() > 1) error["log"] = word;
+            answer.document["errors"].push_back(std::move(error));
+            answer.hasFindings = true;
+        }
+    }
+    return answer;
+}
+
+}  // namespace veltrane::config

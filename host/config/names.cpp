@@ -1,0 +1,233 @@
+// What the naming rules make of names, version by version, and the rules themselves.
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <map>
+#include <set>
+
+#include "commands.h"
+#include "nameline.h"
+#include "printable.h"
+#include "veltrane/foundation/xstring.h"
+#include "veltrane/platform/files/filesystem.h"
+#include "veltrane/platform/text/numbers.h"
+
+namespace veltrane::config {
+
+namespace {
+
+// As the tool takes names: in upper case.
+constexpr bool KEEP_CASE = false;
+
+struct Name {
+    bool isTable;
+    CString name;
+    std::vector<CString> results = {};         // by version asked for
+    std::vector<OptionRenaming> changes = {};  // of the last version
+    std::vector<CString> problems = {};
+};
+
+const char* KindOf(bool isTable) {
+    return isTable ? "table" : "column";
+}
+
+/// What a run of the command works with.
+class Renaming {
+public:
+    Renaming(const Request& request, XOption& options)
+        : m_Options(options),
+          m_Tables(options.GetNamingRules(eOptionTableNameRules)),
+          m_Columns(options.GetNamingRules(eOptionColumnNameRules)) {
+        CString text = FromUtf8(request.Value("--version"));
+        for (int i = 0; !GetArgument(i, text).IsEmpty(); ++i) m_Versions.push_back(ReadNumber(GetArgument(i, text)));
+        if (request.Has("--limit")) m_Limit = ReadNumber(FromUtf8(request.Value("--limit")));
+        if (request.words.empty()) Read(std::cin, L"standard input");
+        for (const std::string& file : request.words) ReadFile(FromUtf8(file));
+    }
+
+    Answer Run() {
+        if (m_Versions.empty()) m_Versions = AllVersions();
+        for (Name& name : m_Names) Rename(name);
+        FindCollisions();
+        Answer answer;
+        answer.hasFindings = m_bHasFaults;
+        AddNames(answer);
+        AddIdleRules(answer);
+        return answer;
+    }
+
+private:
+    static int ReadNumber(const CString& text) {
+        int number = 0;
+        if (!ScanInteger(text.View(), number) || FormatText(L"%d", number) != text) {
+            throw Refusal{FormatText(L"'%s' is no number", text)};
+        }
+        return number;
+    }
+
+    void ReadFile(const CString& file) {
+        const std::string path = MapPath(file);
+        std::ifstream lines{path};
+        std::error_code ignored;
+        if (!lines || std::filesystem::is_directory(path, ignored)) {
+            throw Refusal{FormatText(L"the name list <%s> can not be read", file)};
+        }
+        Read(lines, file);
+    }
+
+    // The version of a list counts unless one was asked for.
+    void Read(std::istream& lines, const CString& file) {
+        int number = 0;
+        for (std::string bytes; std::getline(lines, bytes);) {
+            const CString text = NameLineText(bytes, ++number == 1);
+            if (IsBlankNameLine(text)) continue;
+            const std::optional<NameLine> line = ReadNameLine(text);
+            if (!line) throw Refusal{FormatText(L"%s, line %d: neither 'table NAME' nor 'column NAME'", file, number)};
+            if (line->kind == NameLine::Kind::Version) continue;
+            m_Names.push_back({line->kind == NameLine::Kind::Table, line->name});
+        }
+    }
+
+    const std::vector<OptionRule>& RulesOf(bool isTable) const { return isTable ? m_Tables : m_Columns; }
+
+    // Of all rules in force; without any rule names only change to upper case.
+    std::vector<int> AllVersions() const {
+        std::set<int> versions;
+        for (const bool isTable : {true, false}) {
+            for (const OptionRule& rule : RulesOf(isTable)) {
+                if (rule.isInForce) versions.insert(rule.version);
+            }
+        }
+        if (versions.empty()) versions.insert(0);
+        return {versions.begin(), versions.end()};
+    }
+
+    void Rename(Name& name) {
+        for (const int version : m_Versions) {
+            CString result = name.name;
+            if (name.isTable) {
+                m_Options.ReplaceTableName(result, version, KEEP_CASE);
+            } else {
+                m_Options.ReplaceColumnsName(result, version, KEEP_CASE);
+            }
+            name.results.push_back(result);
+            const std::vector<OptionRenaming> changes =
+                name.isTable ? m_Options.PreviewTableName(name.name, version, KEEP_CASE)
+                             : m_Options.PreviewColumnsName(name.name, version, KEEP_CASE);
+            for (const OptionRenaming& change : changes) m_Fired.insert({name.isTable, change.rule});
+            name.changes = changes;
+            if (result.IsEmpty()) AddFault(name, FormatText(L"empty in %d", version));
+            const int bytes = static_cast<int>(ToUtf8(result).size());
+            if (bytes > m_Limit) name.problems.push_back(FormatText(L"%d bytes in %d", bytes, version));
+        }
+    }
+
+    void AddFault(Name& name, const CString& text) {
+        name.problems.push_back(text);
+        m_bHasFaults = true;
+    }
+
+    // Two names that differ, and no longer do after their renaming.
+    void FindCollisions() {
+        for (std::size_t i = 0; i < m_Versions.size(); ++i) {
+            std::map<std::pair<bool, CString>, const Name*> first;
+            for (Name& name : m_Names) {
+                const Name* const other = first.emplace(std::pair{name.isTable, name.results[i]}, &name).first->second;
+                if (other == &name || other->name.CompareNoCase(name.name) == 0) continue;
+                AddFault(name, FormatText(L"collision with '%s' in %d", other->name, m_Versions[i]));
+            }
+        }
+    }
+
+    CString RuleText(const OptionRule& rule) const {
+        const CString place = rule.origin.file.IsEmpty()
+                                  ? CString{}
+                                  : CString{FormatText(L" (%s:%d)", DisplayPath(rule.origin.file), rule.origin.line)};
+        return FormatText(L"rule %d %s -> %s%s", rule.version, Printable(rule.oldText), Printable(rule.newText), place);
+    }
+
+    void AddNames(Answer& answer) {
+        answer.document["versions"] = m_Versions;
+        answer.document["names"] = Json::array();
+        Columns columns;
+        for (const Name& name : m_Names) {
+            std::vector<CString> row{FromUtf8(KindOf(name.isTable)), Printable(name.name)};
+            Json json{{"kind", KindOf(name.isTable)}, {"name", ToUtf8(name.name)}, {"results", Json::array()}};
+            for (std::size_t i = 0; i < m_Versions.size(); ++i) {
+                row.push_back(FormatText(L"%d: %s", m_Versions[i], Printable(name.results[i])));
+                json["results"].push_back({{"version", m_Versions[i]}, {"name", ToUtf8(name.results[i])}});
+            }
+            CString remarks;
+            for (const OptionRenaming& change : name.changes) {
+                AddString(remarks, RuleText(RulesOf(name.isTable)[static_cast<std::size_t>(change.rule)]));
+                json["rules"].push_back(change.rule);
+            }
+            for (const CString& problem : name.problems) {
+                AddString(remarks, problem);
+                json["problems"].push_back(ToUtf8(problem));
+            }
+            row.push_back(remarks);
+            columns.Add(std::move(row));
+            answer.document["names"].push_back(std::move(json));
+        }
+        columns.Print(answer);
+    }
+
+    // Only those that the versions asked for could bring.
+    void AddIdleRules(Answer& answer) {
+        answer.document["never_fired"] = Json::array();
+        const int last = *std::ranges::max_element(m_Versions);
+        for (const bool isTable : {true, false}) {
+            const std::vector<OptionRule>& rules = RulesOf(isTable);
+            for (std::size_t i = 0; i < rules.size(); ++i) {
+                if (!rules[i].isInForce || rules[i].version > last) continue;
+                if (m_Fired.contains({isTable, static_cast<int>(i)})) continue;
+                answer.text += "never fired: " + std::string{KindOf(isTable)} + " ";
+                answer.AddLine(RuleText(rules[i]));
+                answer.document["never_fired"].push_back({{"kind", KindOf(isTable)}, {"rule", i}});
+            }
+        }
+    }
+
+    XOption& m_Options;
+    std::vector<OptionRule> m_Tables;
+    std::vector<OptionRule> m_Columns;
+    std::vector<int> m_Versions;
+    std::vector<Name> m_Names;
+    std::set<std::pair<bool, int>> m_Fired;  // kind and number of rule
+    int m_Limit = 30;                        // bytes of a name
+    bool m_bHasFaults = false;
+};
+
+// In the order of their application, those that the user file hides at the end.
+Answer ListRules(XOption& options) {
+    Answer answer;
+    answer.document["rules"] = Json::array();
+    Columns columns;
+    for (const bool isTable : {true, false}) {
+        for (const OptionRule& rule :
+             options.GetNamingRules(isTable ? eOptionTableNameRules : eOptionColumnNameRules)) {
+            columns.Add({FromUtf8(KindOf(isTable)), FormatText(L"%d", rule.version), Printable(rule.oldText),
+                         L"-> " + Printable(rule.newText), PlaceText(rule.origin),
+                         rule.isInForce ? L"" : L"hidden by the user file"});
+            Json json{{"kind", KindOf(isTable)},
+                      {"version", rule.version},
+                      {"old", ToUtf8(rule.oldText)},
+                      {"new", ToUtf8(rule.newText)},
+                      {"in_force", rule.isInForce}};
+            json["origin"] = PlaceJson(rule.origin);
+            answer.document["rules"].push_back(std::move(json));
+        }
+    }
+    columns.Print(answer);
+    return answer;
+}
+
+}  // namespace
+
+Answer Names(const Request& request, Startup& startup) {
+    return request.Has("--rules") ? ListRules(startup.options) : Renaming{request, startup.options}.Run();
+}
+
+}  // namespace veltrane::config

@@ -1,0 +1,68 @@
+#include "companion.h"
+
+#include <regex>
+
+#ifdef VELTRANE_CONFIG
+
+using namespace veltrane::detail;
+
+namespace {
+
+using Freeze = Companion;
+using Errors = Companion;
+
+// Values alone, without the places that they come from.
+std::string ValuesOf(const std::string& document) {
+    std::string values;
+    const std::regex line("\"(name|index|value|old|new|version)\": .*");
+    for (std::sregex_iterator found(document.begin(), document.end(), line), end; found != end; ++found) {
+        values += found->str() + '\n';
+    }
+    return values;
+}
+
+TEST_F(Freeze, BringsTheSameValuesAlone) {
+    WriteBasic(
+        "[USER]\nquiet=yes\nspool=\"  %name% \"\nload-dictionary-4=''x''\nautodoc-document-root=\"\"x\"\"\n"
+        "[db\\FILES\\-3]\nmap-file=;m\n[db\\FILES\\2]\nmap-file=[m]\n[db\\TABLENAME RULES\\3]\nA=\" B\"\nC=\n%D%=%D\n");
+    Write("team.ini", "[ROOT]\ndictionary-root=\xC3\xA4%quiet\n[AUTODOC]\nautodoc-title=team\n");
+    WriteRegistry("db", "\"role\"=\"registry\"\n");
+    const Words from = {"-i", "team.ini"};
+    const ChildResult frozen = Ask({"freeze"}, from);
+    EXPECT_EQ(frozen.errors,
+              "not carried: dictionary-root = \xC3\xA4%quiet (a '%' begins a reference in a file)\n"
+              "not carried: ini = team.ini (start-up makes it out before the file is open)\n"
+              "not carried: metadata = " +
+                  Path("meta") + " (start-up makes it out before the file is open)\n");
+    EXPECT_EQ(frozen.exitCode, 1);
+    std::vector<std::string> before;
+    std::vector<std::string> after;
+    const std::vector<Words> questions = {{"show", "quiet", "spool", "load-dictionary", "autodoc-document-root",
+                                           "map-file", "role", "registry", "autodoc-title", "name", "--format=json"},
+                                          {"names", "--rules", "--format=json"}};
+    for (const Words& question : questions) before.push_back(ValuesOf(Ask(question, from).output));
+    Write("meta/veltrane.ini", frozen.output);
+    std::filesystem::remove(m_Folder.Path() / "registry.reg");
+    std::filesystem::remove(m_Folder.Path() / "team.ini");
+    for (const Words& question : questions) after.push_back(ValuesOf(Ask(question).output));
+    EXPECT_EQ(after, before) << frozen.output;
+}
+
+TEST_F(Errors, AreReadFromTheBlocksOfALog) {
+    Write("run.log",
+          "start\r\n#### Error info start ####\r\nLocation:  \t<A::B> in [a], line [7]\r\n               \t<C> in [c], "
+          "line [8]\r\n"
+          "Message:   \tno reason: \there\r\nreason: \twhy\r\n\t<-- remark -->\r\nError Code:\t-1\r\n####  Error info "
+          "end  ####\r\n\r\n"
+          "#### Error info start ####\r\nMessage:   \tcut");
+    ExpectOutput(Run({"errors", "run.log"}), 1,
+                 "run.log:2: error -1: why\n    while: no reason: \\x09here\n    <-- remark -->\n    at A::B in a:7\n"
+                 "    at C in c:8\nrun.log:11: error 0: cut\n");
+    const std::string json = Run({"errors", "run.log", "--format", "json"}).output;
+    EXPECT_NE(json.find("\"log_line\": 2,\n      \"ambiguous\": true\n"), std::string::npos) << json;
+    ExpectOutput(Run({"errors", "/dev/null"}), 0, "");
+}
+
+}  // namespace
+
+#endif

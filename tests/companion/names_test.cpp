@@ -1,0 +1,55 @@
+#include "companion.h"
+
+#ifdef VELTRANE_CONFIG
+
+using namespace veltrane::detail;
+
+namespace {
+
+using Names = Companion;
+
+TEST_F(Names, ShowsEachVersionWithRulesAndCollisions) {
+    WriteBasic(
+        "[db\\TABLENAME RULES\\3]\nOLD_=NEW_\nGONE=\n[db\\TABLENAME RULES\\5]\nX=Y\n[db\\COLUMNNAME RULES\\5]\nA=B\n");
+    Write("list", "\xEF\xBB\xBFversion 4\n; comment\ntable old_x\ntable new_x\r\ntable  GONE\ntable ab\ncolumn ab\n");
+    ExpectOutput(Ask({"names", "--version=3,5", "--limit", "4", "list"}), 1,
+                 "table   old_x  3: NEW_X  5: NEW_Y  rule 3 OLD_ -> NEW_ (meta/veltrane.ini:6), rule 5 X -> Y "
+                 "(meta/veltrane.ini:9), 5 bytes in 3, 5 bytes in 5\n"
+                 "table   new_x  3: NEW_X  5: NEW_Y  rule 5 X -> Y (meta/veltrane.ini:9), 5 bytes in 3, 5 bytes in 5, "
+                 "collision with 'old_x' in 3, collision with 'old_x' in 5\n"
+                 "table   GONE   3:        5:        rule 3 GONE ->  (meta/veltrane.ini:7), empty in 3, empty in 5\n"
+                 "table   ab     3: AB     5: AB\n"
+                 "column  ab     3: AB     5: BB     rule 5 A -> B (meta/veltrane.ini:11)\n");
+    Write("list", "column a\n");
+    ExpectOutput(Ask({"names", "--version", "3", "list"}), 0,
+                 "column  a  3: A\nnever fired: table rule 3 OLD_ -> NEW_ (meta/veltrane.ini:6)\n"
+                 "never fired: table rule 3 GONE ->  (meta/veltrane.ini:7)\n");
+}
+
+TEST_F(Names, ListsTheRulesThatAreHiddenLast) {
+    WriteBasic("[db\\TABLENAME RULES\\3]\nA=B\nC=D\n");
+    Write("team.ini", "[db\\TABLENAME RULES\\3]\nA=X\n");
+    ExpectOutput(Ask({"names", "--rules"}, {"-i", "team.ini"}), 0,
+                 "table  3  A  -> X  team.ini:2 [db\\TABLENAME RULES\\3]\n"
+                 "table  3  C  -> D  meta/veltrane.ini:7 [db\\TABLENAME RULES\\3]  hidden by the user file\n");
+}
+
+TEST_F(Names, RefusesWhatItCannotRead) {
+    Write("list", "table a\ntabel b\n");
+    const struct {
+        Words words;
+        std::string text;
+    } cases[] = {
+        {{"names", "list"}, "list, line 2: neither 'table NAME' nor 'column NAME'"},
+        {{"names", "none"}, "the name list <none> can not be read"},
+        {{"names", "meta"}, "the name list <meta> can not be read"},
+        {{"names", "--version", "3,x"}, "'x' is no number"},
+        {{"errors", "none"}, "the log <none> can not be read"},
+        {{"explain"}, "explain which option?"},
+    };
+    for (const auto& [words, text] : cases) ExpectOutput(Ask(words), 2, "", "veltrane-config: " + text + "\n");
+}
+
+}  // namespace
+
+#endif

@@ -49,6 +49,10 @@ const Row* RowOf(const std::string& name) {
     return row == std::end(ROWS) ? nullptr : row;
 }
 
+bool IsFolder(const std::string& option) {
+    return option == "metadata" || option == "config" || option == "changefile-root" || option == "logging";
+}
+
 bool IsSame(const std::string& left, const std::string& right) {
     return Lower(left) == Lower(right);
 }
@@ -348,7 +352,7 @@ std::string Model::ItemText(const std::string& key) const {
 
 bool Model::IsTooLateForFiles(const std::string& option) const {
     if (option == "metadata") return true;
-    return m_bDataKnownEarly && (option == "config" || option == "changefile-root" || option == "logging");
+    return m_bDataKnownEarly && IsFolder(option);
 }
 
 std::vector<Origin> Model::Candidates(const std::string& option, int index) const {
@@ -369,6 +373,9 @@ std::vector<Origin> Model::Candidates(const std::string& option, int index) cons
     try {
         const std::string section = Section(option);
         if (row.kind != Several) {
+            if (IsFolder(option)) {
+                for (const Origin& origin : Ask(section, option, /*withFiles*/ false)) add(origin);
+            }
             for (const Origin& origin : Ask(section, option, !IsTooLateForFiles(option))) add(origin);
             return all;
         }

@@ -82,12 +82,22 @@ TEST_F(Origins, CandidatesStandInTheOrderOfTheirStrength) {
     EXPECT_EQ(Candidates(L"load-dictionary", 1), L"command line(7) b | basic file:14 %exe-name%");
     EXPECT_EQ(Candidates(L"load-dictionary", 2), L"user file:4 bare") << "no item has it";
     EXPECT_EQ(m_Store->GetOptionCandidates(L"spool", -1).places.size(), 3U) << "registry and both files were asked";
+    m_Store->DeleteOption(L"logfile");
+    EXPECT_EQ(Candidates(L"logfile"), L"environment env.log | registry:3  | basic file:6 basic.log")
+        << "without an item";
     m_Store->GetOptionItem(L"quiet", -1)->SetOptionValue(L"false");
     EXPECT_EQ(Candidates(L"quiet").Find(L"host false | command line(3) TRUE | "), 0) << "put into the item by the host";
     m_Store->DeleteOption(L"load-dictionary");
     m_Store->RetrieveOption(L"load-dictionary");
     EXPECT_EQ(Candidates(L"load-dictionary", 1), L"basic file:14 %exe-name%");
     EXPECT_EQ(Text(L"load-dictionary", 1), L"Tool.exe");
+}
+
+TEST_F(Origins, TheEnvironmentNamesAFolderBeforeTheFilesDo) {
+    const EnvironmentGuard variable{"logging", "env"};
+    Basic(std::string{DATABASE} + "[ROOT]\nlogging=late\n");
+    Start({L"db", L"--logging", L"typed"});
+    EXPECT_EQ(Candidates(L"logging"), L"command line(2) typed | environment env | basic file:6 late");
 }
 
 TEST_F(Origins, AnOriginIsThatOfTheQuestionAsItWasAsked) {

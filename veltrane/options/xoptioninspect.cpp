@@ -18,6 +18,12 @@ OptionLocation LocationOf(OptionLocation::Kind kind, const CString& option, cons
     return {kind, option, path, FromUtf8(MapPath(path)), FileExists(path)};
 }
 
+// Whether start-up makes a folder of the option out.
+bool IsFolder(const XOptionDefinition& definition) {
+    constexpr std::wstring_view FOLDERS[] = {L"metadata", L"config", L"changefile-root", L"logging"};
+    return std::ranges::find(FOLDERS, std::wstring_view{definition.szLongName}) != std::end(FOLDERS);
+}
+
 OptionStep GivenStep(const CString& text, std::vector<OptionPlace> places = {}) {
     return {OptionStep::Kind::Given, 0, {}, std::move(places), text};
 }
@@ -82,7 +88,8 @@ OptionCandidates XOption::GetOptionCandidates(const CString& name, int index) {
         return found.Take();
     }
     found.AddSources(definition->IsSingle() ? m_pSources->AskEach(section, definition->szLongName, withFiles)
-                                            : m_pSources->AskFamily(section, definition->szLongName, index));
+                                            : m_pSources->AskFamily(section, definition->szLongName, index),
+                     IsFolder(*definition));
     return found.Take();
 }
 
@@ -141,9 +148,8 @@ CString XOption::GetSectionName(enumCfgSection section) {
 // The folders are made out before a file is open: "metadata" always, the others when the folder "data" is known by
 // then.
 bool XOption::IsTooLateForFiles(const XOptionDefinition& definition) {
-    const std::wstring_view name = definition.szLongName;
-    if (name == L"metadata") return true;
-    if (name != L"config" && name != L"changefile-root" && name != L"logging") return false;
+    if (std::wstring_view{definition.szLongName} == L"metadata") return true;
+    if (!IsFolder(definition)) return false;
     if (m_bDataKnown) return *m_bDataKnown;
     const XOptionDefinition& data = *FindOptionDefinition(L"data");
     const XOptionItem* const item = m_pItems->Find(data, -1);

@@ -11,6 +11,10 @@ bool IsSource(OptionLayer layer) {
     return layer >= OptionLayer::Registry;
 }
 
+bool IsFile(OptionLayer layer) {
+    return layer == OptionLayer::UserFile || layer == OptionLayer::BasicFile;
+}
+
 }  // namespace
 
 // A source that start-up has read a folder from is asked again like the others.
@@ -21,10 +25,12 @@ XOptionCandidates::XOptionCandidates(const std::vector<XKeptOrigin>& values) {
 }
 
 // An empty text of the registry hides the files, but not the environment.
-void XOptionCandidates::AddSources(std::vector<OptionPlace> places) {
+void XOptionCandidates::AddSources(std::vector<OptionPlace> places, bool isEarly) {
+    if (isEarly) std::ranges::stable_partition(places, [](const OptionPlace& place) { return !IsFile(place.layer); });
     const auto first = std::ranges::find(places, true, &OptionPlace::found);
+    const auto environment = std::ranges::find(places, OptionLayer::Environment, &OptionPlace::layer);
     const bool isHiding = first != places.end() && first->text.IsEmpty();
-    if (isHiding && places.back().layer == OptionLayer::Environment && places.back().found) AddSource(places.back());
+    if (isHiding && environment != places.end() && environment->found) AddSource(*environment);
     for (const OptionPlace& place : places) {
         if (place.found) AddSource(place);
     }

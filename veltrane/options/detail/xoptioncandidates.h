@@ -14,8 +14,9 @@ public:
     /// @param values  those of the item, the newest last
     explicit XOptionCandidates(const std::vector<XKeptOrigin>& values);
 
-    /// @param places  the strongest first
-    void AddSources(std::vector<OptionPlace> places);
+    /// @param places   the strongest first
+    /// @param isEarly  whether start-up asks before a file is open: the environment then counts before the files
+    void AddSources(std::vector<OptionPlace> places, bool isEarly);
 
     OptionCandidates Take() { return std::move(m_Result); }
 

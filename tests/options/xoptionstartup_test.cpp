@@ -134,4 +134,18 @@ TEST_F(OptionStartUp, ReadsNamingRulesOfAllSourcesByVersion) {
     EXPECT_EQ(renamed(&XOption::ReplaceColumnsName, L"cc", 9), L"registryregistry") << "of the strongest source";
 }
 
+TEST_F(OptionStartUp, ASecondReadingAddsWhatHasNoValueYetAndTheRulesOnceMore) {
+    const std::string text = std::string{DATABASE} + "[db\\TABLENAME RULES\\1]\na=aa\n[USER]\nload-dictionary-1=x\n";
+    Basic(text + "load-dictionary-2=%nosuch%\n");
+    Open({L"db"});
+    EXPECT_THROW(m_Store->ReadConfiguration(), XException);
+    Basic(text + "load-dictionary-2=y\nautodoc-document-root=new\n");
+    for (int i = 0; i < 2; ++i) m_Store->ReadConfiguration();
+    EXPECT_EQ(Texts(L"load-dictionary"), std::vector<CString>{L"1=x"}) << "what an error cut short stays so";
+    EXPECT_EQ(Text(L"autodoc-document-root"), L"new");
+    CString name = L"a";
+    m_Store->ReplaceTableName(name, 1, /*keepCase*/ true);
+    EXPECT_EQ(name, L"aaaa");
+}
+
 }  // namespace

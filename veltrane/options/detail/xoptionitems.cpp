@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <ranges>
 
 #include "veltrane/options/detail/xoptionlocation.h"
 #include "veltrane/platform/text/indexformat.h"
@@ -84,7 +85,8 @@ void XOptionItems::Clear() {
 
 XOptionItem* XOptionItems::GetFirst(const XOptionDefinition* definition) {
     const std::vector<XOptionItem*>& items = definition ? GroupOf(*definition).items : m_All;
-    for (XOptionItem* const item : items) item->SetFlag(false);
+    // From the back, so that the walk begins with items that are near.
+    for (XOptionItem* const item : items | std::views::reverse) item->SetFlag(false);
     return GetNext(definition);
 }
 

@@ -1,6 +1,7 @@
 #include "veltrane/options/xoptionorigin.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "options/store.h"
 #include "veltrane/foundation/xsubject.h"
@@ -55,6 +56,7 @@ protected:
 
 TEST_F(Origins, CandidatesStandInTheOrderOfTheirStrength) {
     const EnvironmentGuard logfile{"logfile", "env.log"};
+    const EnvironmentGuard empty{"dictionary-root", ""};
     const EnvironmentGuard data{"data", ToUtf8(m_Folder.Wide("data"))};
     std::filesystem::create_directories(m_Folder.Path() / "data/rel");
     Registry("ROOT", "\"logfile\"=\"\"");
@@ -165,6 +167,9 @@ TEST_F(Origins, AnExplanationEndsWithWhatTheGetterGivesOrAsTheValueEnds) {
     EXPECT_EQ(Explained(L"load-dictionary", 0), L"=%name%.dic 0%name%(1)=db.dic =db.dic ");
     EXPECT_EQ(Explained(L"role"), L"=r =r ");
     EXPECT_EQ(Explained(L"quiet"), L"= = ") << "asked, and nothing found";
+    const std::vector<OptionPlace> asked = m_Store->ExplainOption(L"quiet", -1).steps.front().places;
+    ASSERT_EQ(asked.size(), 2U) << "the basic file and the registry";
+    EXPECT_EQ(asked.back().section, L"SOFTWARE\\VORNAK\\Tool\\USER");
 }
 
 TEST_F(Origins, AnErrorEndsTheStepsAsItEndsTheValue) {
@@ -212,15 +217,19 @@ TEST_F(Origins, NamingRulesTellTheirPlacesAndTheHiddenOnes) {
 TEST_F(Origins, AStartUpThatOnlyLooksCreatesShowsAndEndsNothing) {
     const BoxRecorder boxes;
     m_Store->LookOnly(true);
-    EXPECT_EQ(ErrorOf([&] {
-                  Initialize({L"--help", L"-v", L"-s", L"x", L"--data", m_Folder.Wide("data"), L"--logging", L"no"});
-              })
-                  .GetSubject()
-                  ->option,
-              L"logging");
+    const auto look = [&] {
+        Initialize({L"--help", L"-v", L"-s", L"x", L"--data", m_Folder.Wide("data"), L"--logging", L"no"});
+    };
+    const auto lookAndEnd = [&] {
+        EXPECT_THROW(look(), XException);
+        std::_Exit(7);
+    };
+    EXPECT_EXIT(lookAndEnd(), testing::ExitedWithCode(7), "");
+    EXPECT_EQ(ErrorOf(look).GetSubject()->option, L"logging");
     m_Store->OpenConfiguration();
     EXPECT_THROW(m_Store->ReadConfiguration(), XException);
     EXPECT_TRUE(boxes.boxes.empty());
+    EXPECT_EQ(m_Store->GetOptionOrigin(m_Store->GetOptionItem(L"data", -1)).layer, OptionLayer::Host) << "not kept";
     EXPECT_TRUE(std::filesystem::is_empty(m_Folder.Path() / "data"));
     EXPECT_EQ(Text(L"config"), m_Folder.Wide("data/configuration")) << "where it would be";
     EXPECT_EQ(Text(L"changefile-root"), m_Folder.Wide("data/changefile")) << "what follows the first error";

@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 . cmake/packages.sh
-need_packages g++ cmake ninja-build
+need_packages g++ cmake ninja-build libcli11-dev nlohmann-json3-dev
 cmake -S . -B build/run -G Ninja -DCMAKE_BUILD_TYPE=Release -DVELTRANE_BUILD_TESTS=OFF >/dev/null
 cmake --build build/run -- -j"$(nproc)"
 
@@ -19,5 +19,12 @@ veltrane base --summary
 veltrane base -l examples/config/lists/base-v4.txt -l examples/config/lists/base-v5.txt -d -c change.txt
 veltrane --logfil other.log
 veltrane -q -cv maybe
+veltrane_config() {
+    printf '\n$ veltrane-config %s -- base -i team.ini\n' "$*"
+    build/run/veltrane-config "$@" -- --metadata "$PWD/examples/config/metadata" --config "$PWD/examples/config/user" base -i team.ini ||
+        printf '(exit code %s)\n' "$?"
+}
+veltrane_config show logfile quiet
+veltrane_config lint
 printf '\nThe log of the last run that got far enough to open it:\n\n'
 tr -d '\r' <build/run/Out/log/base-team.log

@@ -31,6 +31,11 @@ configure_file(cmake/veltrane_base.pc.in veltrane_base.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/veltrane_base.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
+if(TARGET veltrane_config_tool)
+    install(TARGETS veltrane_config_tool EXPORT veltrane_base-targets
+        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+    install(FILES host/config/configtool.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/veltrane_config COMPONENT development)
+endif()
 foreach(program veltrane veltrane-config)
     if(TARGET ${program})
         set_target_properties(${program} PROPERTIES INSTALL_RPATH "$ORIGIN/${VELTRANE_LIBDIR_FROM_BINDIR}")

@@ -34,16 +34,17 @@ inline constexpr CommandRow COMMANDS[] = {
 };
 
 inline constexpr SwitchRow SWITCHES[] = {
-    {"",      "--tool",    "PATH",       WordKind::File, "the tool; without it the one beside this program"},
-    {"",      "--format",  "text|json",  WordKind::Text, "form of the answer"},
-    {"",      "--color",   "auto|never", WordKind::Text, "colour of errors and warnings on a terminal"},
-    {"show",  "--all",     "",           WordKind::None, "options without a value, too"},
-    {"show",  "--only",    "LAYER",      WordKind::Text, "only what comes from one layer, such as 'user file'"},
-    {"lint",  "--strict",  "",           WordKind::None, "warnings count as errors"},
-    {"lint",  "--code",    "LIST",       WordKind::Text, "only these codes (C01,C02), or all but some (-C13)"},
-    {"names", "--version", "N[,M ...]",  WordKind::Text, "versions of the rules; all without it"},
-    {"names", "--rules",   "",           WordKind::None, "the rules themselves, in the order they apply"},
-    {"names", "--limit",   "BYTES",      WordKind::Text, "longest name; 30 without it"},
+    {"",      "--tool",      "PATH",               WordKind::File, "the tool; without it the one beside this program"},
+    {"",      "--format",    "text|json",          WordKind::Text, "form of the answer"},
+    {"",      "--color",     "auto|never",         WordKind::Text, "colour of errors and warnings on a terminal"},
+    {"",      "--generate",  "man|bash|zsh|fish",  WordKind::Text, "no answer, but man page or completion"},
+    {"show",  "--all",       "",                   WordKind::None, "options without a value, too"},
+    {"show",  "--only",      "LAYER",              WordKind::Text, "only what comes from one layer, such as 'user file'"},
+    {"lint",  "--strict",    "",                   WordKind::None, "warnings count as errors"},
+    {"lint",  "--code",      "LIST",               WordKind::Text, "only these codes (C01,C02), or all but some (-C13)"},
+    {"names", "--version",   "N[,M ...]",          WordKind::Text, "versions of the rules; all without it"},
+    {"names", "--rules",     "",                   WordKind::None, "the rules themselves, in the order they apply"},
+    {"names", "--limit",     "BYTES",              WordKind::Text, "longest name; 30 without it"},
 };
 // clang-format on
 

@@ -10,6 +10,7 @@
 
 #include "commands.h"
 #include "commandtable.h"
+#include "documents.h"
 #include "nearest.h"
 #include "veltrane/platform/process/messagebox.h"
 #include "veltrane/platform/sources/environment.h"
@@ -78,10 +79,11 @@ public:
         std::ranges::reverse(words);
         m_App.parse(words);
         RefuseUnknown();
-        if (m_App.get_subcommands().empty()) throw Refusal{L"no command is given; --help shows them"};
         for (const auto& [name, option] : m_Options) {
             if (option->count() > 0) m_Request.options[name] = option->as<std::string>();
         }
+        const bool isAsked = !m_App.get_subcommands().empty() || m_Request.Has("--generate");
+        if (!isAsked) throw Refusal{L"no command is given; --help shows them"};
         m_Request.isColoured = IsColoured(m_Request.Value("--color"), "1");
     }
 
@@ -148,7 +150,9 @@ public:
         CommandLine line{m_Tool, m_Name};
         try {
             line.Parse(m_Own);
-            return Do(line.Command(), line.Asked());
+            if (!line.Asked().Has("--generate")) return Do(line.Command(), line.Asked());
+            std::cout << MakeDocument(line.Asked().Value("--generate"), m_Name, m_Tool.version);
+            return EXIT_ANSWERED;
         } catch (const CLI::Success& wanted) {  // --help and --version
             return line.Exit(wanted);
         } catch (const CLI::Error& error) {

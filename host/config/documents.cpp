@@ -1,0 +1,260 @@
+#include "documents.h"
+
+#include <algorithm>
+#include <cctype>
+#include <string_view>
+#include <vector>
+
+#include "commandtable.h"
+#include "veltrane/options/xoptiondefinition.h"
+#include "veltrane/platform/text/encoding.h"
+
+namespace veltrane::config {
+
+namespace {
+
+constexpr char MAN_PAGE[] = R"(.TH "@TITLE@" 1 "" "@NAME@ @VERSION@" "@NAME@"
+.ad l
+.nh
+.SH NAME
+@NAME@ \- answer questions about the configuration of a tool
+.SH SYNOPSIS
+.B @NAME@
+.RI [ option " ...] " command " [" argument " ...] [\-\- " tool\-argument " ...]"
+.SH DESCRIPTION
+.B @NAME@
+starts the tool up as far as its configuration goes, looks, and answers one
+question. It changes and creates nothing, and what is wrong does not stop it:
+all errors are told, and the rest is shown all the same.
+.PP
+What stands behind
+.B \-\-
+is the command line of the tool, word by word.
+.SH COMMANDS
+@COMMANDS@.SH OPTIONS
+@OPTIONS@.SH EXIT STATUS
+.TP
+.B 0
+Answered.
+.TP
+.B 1
+Answered, and there is something to look at: a finding, an option without a
+value, a start-up that would fail.
+.TP
+.B 2
+Not answered: the command line is wrong, there is no such tool, or a file can
+not be read or written.
+.SH ENVIRONMENT
+.TP
+.B NO_COLOR
+With any value: no colour.
+.SH EXAMPLES
+.TP
+.B @NAME@ show logfile \-\- base \-i team.ini
+Where the value of one option comes from, and what it overrode.
+.TP
+.B @NAME@ freeze \-\- base >frozen.ini
+One file that alone brings the values of this start-up.
+.SH SEE ALSO
+The form of the answers as JSON: veltrane\-config.schema.json among the
+documents of the library.
+)";
+
+constexpr char BASH[] = R"(# bash completion for @NAME@, made by @NAME@ --generate bash
+
+@FUNCTION@() {
+    local word=${COMP_WORDS[COMP_CWORD]} command= words= i
+    COMPREPLY=()
+    for ((i = 1; i < COMP_CWORD; i++)); do
+        case ${COMP_WORDS[i]} in
+            --) compopt -o default; return ;;
+            @COMMANDS@) command=${command:-${COMP_WORDS[i]}} ;;
+        esac
+    done
+    case ${COMP_WORDS[COMP_CWORD - 1]} in
+@VALUES@        *)
+            case $word,$command in
+@OPTIONS@                *,) @ALL@ ;;
+@WORDS@            esac ;;
+    esac
+    mapfile -t COMPREPLY < <(compgen -W "$words" -- "$word")
+}
+
+complete -F @FUNCTION@ @NAME@
+)";
+
+constexpr char ZSH[] = R"(#compdef @NAME@
+# made by @NAME@ --generate zsh
+
+local command=${words[(r)(@COMMANDS@)]}
+(( ${words[(i)--]} < CURRENT )) && { _files; return }
+[[ $command == ${words[CURRENT]} ]] && command=
+case ${words[CURRENT-1]} in
+@VALUES@    *)
+        case ${words[CURRENT]},$command in
+@OPTIONS@            *,) @ALL@ ;;
+@WORDS@        esac ;;
+esac
+)";
+
+std::string Replaced(std::string text, std::string_view word, std::string_view replacement) {
+    for (std::size_t at = 0; (at = text.find(word, at)) != std::string::npos; at += replacement.size()) {
+        text.replace(at, word.size(), replacement);
+    }
+    return text;
+}
+
+std::string Joined(const std::vector<std::string>& words, std::string_view separator) {
+    std::string text;
+    for (const std::string& word : words) text.append(text.empty() ? "" : separator).append(word);
+    return text;
+}
+
+std::vector<std::string> CommandNames() {
+    std::vector<std::string> names;
+    for (const CommandRow& row : COMMANDS) names.emplace_back(row.name);
+    return names;
+}
+
+std::vector<std::string> OptionNames() {
+    std::vector<std::string> names;
+    for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
+        if (row->HasOptionNumber()) names.push_back(ToUtf8(row->szLongName));
+    }
+    return names;
+}
+
+// The options of a command; without one those of all.
+std::vector<std::string> SwitchNames(std::string_view command) {
+    std::vector<std::string> names{"--help"};
+    if (command.empty()) names.emplace_back("--version");
+    for (const SwitchRow& row : SWITCHES) {
+        if (row.command == command || *row.command == '\0') names.emplace_back(row.name);
+    }
+    return names;
+}
+
+std::vector<std::string> Choices(const SwitchRow& row) {
+    std::vector<std::string> words;
+    std::string_view rest = row.value;
+    if (rest.find('|') == std::string_view::npos) return words;
+    for (std::size_t bar; (bar = rest.find('|')) != std::string_view::npos; rest.remove_prefix(bar + 1)) {
+        words.emplace_back(rest.substr(0, bar));
+    }
+    words.emplace_back(rest);
+    return words;
+}
+
+std::string Troff(std::string_view text) {
+    return Replaced(Replaced(Replaced(std::string{text}, "\\", "\\e"), "-", "\\-"), "'", "\\(aq");
+}
+
+std::string Entry(std::string_view head, std::string_view value, std::string_view summary) {
+    const std::string argument = !value.empty() ? " \\fI" + Troff(value) + "\\fR" : "";
+    return ".TP\n\\fB" + Troff(head) + "\\fR" + argument + "\n" + Troff(summary) + ".\n";
+}
+
+std::string ManPage() {
+    std::string commands;
+    for (const CommandRow& row : COMMANDS) {
+        commands += Entry(row.name, row.words, row.summary);
+        for (const SwitchRow& own : SWITCHES) {
+            if (std::string_view{own.command} != row.name) continue;
+            commands += ".RS\n" + Entry(own.name, own.value, own.summary) + ".RE\n";
+        }
+    }
+    std::string options = Entry("--help", "", "what the program, or the command in front, takes");
+    options += Entry("--version", "", "the version of the tool and of this program");
+    for (const SwitchRow& row : SWITCHES) {
+        if (*row.command == '\0') options += Entry(row.name, row.value, row.summary);
+    }
+    return Replaced(Replaced(MAN_PAGE, "@COMMANDS@", commands), "@OPTIONS@", options);
+}
+
+/// How a shell offers words, and files.
+struct ShellWords {
+    std::string_view before;
+    std::string_view after;
+    std::string_view files;
+};
+
+std::string Offer(const ShellWords& shell, const std::vector<std::string>& words) {
+    return std::string{shell.before} + Joined(words, " ") + std::string{shell.after};
+}
+
+// The branches of a script in bash or zsh.
+std::string Script(std::string text, const ShellWords& shell, const std::string& indent) {
+    std::string values;
+    for (const SwitchRow& row : SWITCHES) {
+        if (*row.value == '\0') continue;
+        const std::string offered = row.kind == WordKind::File ? std::string{shell.files} : Offer(shell, Choices(row));
+        values += indent + row.name + ") " + offered + " ;;\n";
+    }
+    std::string options;
+    std::string words;
+    const std::string inner = indent + "        ";
+    for (const CommandRow& row : COMMANDS) {
+        options += inner + "-*," + row.name + ") " + Offer(shell, SwitchNames(row.name)) + " ;;\n";
+        if (row.kind == WordKind::None) continue;
+        const bool isOption = row.kind == WordKind::Option;
+        words += inner + "*," + row.name + ") " + (isOption ? Offer(shell, OptionNames()) : std::string{shell.files}) +
+                 " ;;\n";
+    }
+    options += inner + "-*,) " + Offer(shell, SwitchNames("")) + " ;;\n";
+    text = Replaced(std::move(text), "@VALUES@", values);
+    text = Replaced(std::move(text), "@OPTIONS@", options);
+    text = Replaced(std::move(text), "@WORDS@", words);
+    text = Replaced(std::move(text), "@ALL@", Offer(shell, CommandNames()));
+    return Replaced(std::move(text), "@COMMANDS@", Joined(CommandNames(), "|"));
+}
+
+std::string FishQuoted(std::string_view text) {
+    return "'" + Replaced(std::string{text}, "'", "\\'") + "'";
+}
+
+std::string FishLine(std::string_view condition, std::string_view rest) {
+    const std::string when = condition.empty() ? "" : " -n " + FishQuoted(condition);
+    return "complete -c @NAME@" + when + " " + std::string{rest} + "\n";
+}
+
+std::string FishCompletion() {
+    std::string text = "# fish completion for @NAME@, made by @NAME@ --generate fish\n\n";
+    text += FishLine("", "-f");
+    text += FishLine("contains -- -- (commandline -opc)", "-F");
+    for (const CommandRow& row : COMMANDS) {
+        text += FishLine("__fish_use_subcommand", "-a " + std::string{row.name} + " -d " + FishQuoted(row.summary));
+        const std::string seen = "__fish_seen_subcommand_from " + std::string{row.name};
+        if (row.kind == WordKind::File) text += FishLine(seen, "-F");
+        if (row.kind == WordKind::Option) text += FishLine(seen, "-a " + FishQuoted(Joined(OptionNames(), " ")));
+    }
+    for (const SwitchRow& row : SWITCHES) {
+        const std::string seen = *row.command ? "__fish_seen_subcommand_from " + std::string{row.command} : "";
+        std::string rest = "-l " + std::string{row.name}.substr(2) + " -d " + FishQuoted(row.summary);
+        if (row.kind == WordKind::File) rest += " -rF";
+        if (row.kind == WordKind::Text) rest += " -xa " + FishQuoted(Joined(Choices(row), " "));
+        text += FishLine(seen, rest);
+    }
+    return text + FishLine("", "-l help -s h -d 'what the program takes'") +
+           FishLine("", "-l version -d 'the version'");
+}
+
+std::string Upper(std::string text) {
+    std::ranges::transform(text, text.begin(),
+                           [](unsigned char byte) { return static_cast<char>(std::toupper(byte)); });
+    return text;
+}
+
+}  // namespace
+
+std::string MakeDocument(const std::string& kind, const std::string& name, const std::string& version) {
+    std::string text = kind == "man"    ? ManPage()
+                       : kind == "bash" ? Script(BASH, {"words='", "'", "compopt -o default"}, "        ")
+                       : kind == "zsh"  ? Script(ZSH, {"compadd -- ", "", "_files"}, "    ")
+                                        : FishCompletion();
+    text = Replaced(std::move(text), "@TITLE@", Upper(name));
+    text = Replaced(std::move(text), "@FUNCTION@", "_" + Replaced(name, "-", "_"));
+    text = Replaced(std::move(text), "@VERSION@", version);
+    return Replaced(std::move(text), "@NAME@", kind == "man" ? Troff(name) : name);
+}
+
+}  // namespace veltrane::config

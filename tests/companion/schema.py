@@ -1,0 +1,72 @@
+#!/usr/bin/env python3
+"""Every answer as JSON fits the schema that is told to users, and every field of the schema occurs in an answer.
+Usage: schema.py SOURCE_FOLDER PROGRAM"""
+import json
+import os
+import subprocess
+import sys
+import tempfile
+
+source, program = sys.argv[1:]
+schema = json.load(open(f"{source}/docs/veltrane-config.schema.json"))
+types = {"object": dict, "array": list, "string": str, "integer": int, "boolean": bool, "null": type(None)}
+seen = set()
+
+
+def walk(value, rule, path):
+    name = rule.get("$ref", "")
+    rule = schema["$defs"][name.rsplit("/")[-1]] if name else rule
+    wanted = rule.get("type", [])
+    wanted = [wanted] if isinstance(wanted, str) else wanted
+    assert not wanted or any(type(value) is types[kind] for kind in wanted), f"{path}: {value!r} is no {wanted}"
+    assert "const" not in rule or value == rule["const"], f"{path}: {value!r}"
+    assert "enum" not in rule or value in rule["enum"], f"{path}: {value!r}"
+    if isinstance(value, dict):
+        known = rule["properties"]
+        assert set(rule.get("required", [])) <= set(value) <= set(known), f"{path}: {sorted(value)}"
+        for key, inner in value.items():
+            seen.add((id(known), key))
+            walk(inner, known[key], f"{path}.{key}")
+    if isinstance(value, list):
+        for item in value:
+            walk(item, rule["items"], path + "[]")
+
+
+def unseen(rule, path):
+    known = rule.get("properties", {})
+    yield from (f"{path}.{key}" for key in known if (id(known), key) not in seen)
+    for key, inner in known.items():
+        yield from unseen(inner, f"{path}.{key}")
+    yield from unseen(rule["items"], path + "[]") if "items" in rule else ()
+
+
+with tempfile.TemporaryDirectory() as work:
+    def write(name, text):
+        with open(f"{work}/{name}", "w") as file:
+            file.write(text)
+
+    os.mkdir(f"{work}/data")
+    write("veltrane.ini", "[ROOT]\nlogfile=%data%/%name%.log\nname=x\ndictionary-root=%loop%\nloop=%loop%\n[USER]\nquiet=yes\n"
+          "lodd-oracle=true\n[db]\nrole=r\ndictionary-name=d\nregistry=g\nobsolete-classes-1=3\n[db\\FILES\\1]\nmap-file=m\n"
+          "[db\\TABLENAME RULES\\3]\nA=\nB=C\n")
+    write("team.ini", "[ROOT]\nlogfile=b.log\n")
+    write("list", "table a\ncolumn b\n")
+    write("run.log", "## Error info start ##\nLocation:\t<A> in [a], line [1]\n\tnowhere\nMessage:\tx reason:\nreason: \ty\n\tz\n")
+    write("broken.ini", "")
+    words = ["--format", "json"]
+    tool = ["--", "-m", work, "db", "-i", "team.ini", "--data", f"{work}/data", "-l", "a b"]
+    questions = [["show", "--all"], ["explain", "logfile", "logging", "map-file", "dictionary-root"], ["lint"], ["names", "list"],
+                 ["names", "--version", "4", "list"], ["names", "--rules"], ["freeze"], ["files"], ["errors", "run.log", "run.log"],
+                 ["nothing"]]
+    listed = subprocess.run([program, "--help"], capture_output=True, text=True).stdout
+    for question in questions:
+        if question == ["lint"] and "\n  lint" not in listed:
+            continue
+        done = subprocess.run([program, *question, *words, *tool], cwd=work, capture_output=True, text=True,
+                              env={"VORNAK_REGISTRY": f"{work}/none", "VORNAK_DRIVES": ""})
+        assert done.stderr == "", f"{question}: {done.stderr}"
+        walk(json.loads(done.stdout), schema, " ".join(question))
+    missing = [*unseen(schema, "")]
+    for name, rule in schema["$defs"].items():
+        missing += unseen(rule, name)
+    assert not missing, f"never answered: {missing}"

@@ -171,15 +171,20 @@ TEST_F(StdioFile, GoesOnAtTheEndOfAFileThatSomebodyTruncates) {
 }
 
 TEST_F(StdioFile, EmptiesNoStreamOfTheProcess) {
-    m_Folder.Write("errors", "written before, ");
-    const ChildResult child = RunChild([&] {
-        dup2(open((m_Folder.Path() / "errors").c_str(), O_WRONLY | O_APPEND), STDERR_FILENO);
-        if (!m_File.Open(L"/proc/self/fd/2", WRITE)) return 1;
-        m_File.WriteString(L"log");
-        return 0;
-    });
-    EXPECT_EQ(child.exitCode, 0);
-    EXPECT_EQ(m_Folder.Read("errors"), "written before, log");
+    for (const CString& path : {CString{L"/proc/self/fd/2"}, m_Folder.Wide("errors")}) {
+        m_Folder.Write("errors", "before, ");
+        const ChildResult child = RunChild([&] {
+            dup2(open((m_Folder.Path() / "errors").c_str(), O_WRONLY), STDERR_FILENO);
+            lseek(STDERR_FILENO, 0, SEEK_END);
+            if (!m_File.Open(path, WRITE)) return 1;
+            m_File.WriteString(L"log, ");
+            AfxMessageBox(L"box");
+            m_File.WriteString(L"end");
+            return 0;
+        });
+        EXPECT_EQ(child.exitCode, 0);
+        EXPECT_EQ(m_Folder.Read("errors"), "before, log, box\nend") << ToUtf8(path) << ": nor covers what it prints";
+    }
 }
 
 TEST_F(StdioFile, GoesOnAfterAShortWriteUntilTheSystemRefuses) {

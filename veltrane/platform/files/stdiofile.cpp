@@ -24,25 +24,40 @@ CFileException FileError(long osError, const CString& fileName) {
     return {CFileException::OsErrorToException(osError), osError, fileName};
 }
 
-// A log may be given as the stream that the process writes to already: what that file holds is not the log's to empty.
-bool IsStandardStream(const struct stat& file) noexcept {
+// The standard stream that a file is already, -1 when it is none: what it holds is not a log's to empty.
+int StreamOf(const struct stat& file) noexcept {
     struct stat stream;
-    for (const int handle : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        if (fstat(handle, &stream) == 0 && stream.st_dev == file.st_dev && stream.st_ino == file.st_ino) return true;
+    for (const int handle : {STDERR_FILENO, STDOUT_FILENO, STDIN_FILENO}) {
+        if (fstat(handle, &stream) == 0 && stream.st_dev == file.st_dev && stream.st_ino == file.st_ino) return handle;
     }
-    return false;
+    return -1;
+}
+
+bool IsWritable(int handle) noexcept {
+    return (fcntl(handle, F_GETFL) & O_ACCMODE) != O_RDONLY;
+}
+
+// A copy of a descriptor that stands for no standard stream.
+NativeFile CopyOf(int handle) noexcept {
+    return NativeFile{fcntl(handle, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)};
 }
 
 /// Locks a file and only then empties it, so that the file of another writer stays as it is. Devices belong to
-/// everybody and hold nothing that could be lost: they are not locked. @return 0 or the system's error number
-int TakeOver(const NativeFile& file) {
+/// everybody and hold nothing that could be lost: they are not locked. A standard stream is written through its own
+/// descriptor: from two places in one file, each would cover the other's text. @return 0 or the system's error number
+int TakeOver(NativeFile& file) {
     struct stat status;
     if (fstat(file.Handle(), &status) != 0) return errno;
     if (fcntl(file.Handle(), F_SETFL, O_APPEND) != 0) return errno;  // from now on a write waits for its reader
     if (S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode)) return 0;
+    const int stream = S_ISREG(status.st_mode) ? StreamOf(status) : -1;
+    if (stream >= 0 && IsWritable(stream)) {
+        file = CopyOf(stream);
+        return file ? 0 : errno;
+    }
     // flock, as record locks never conflict within a process. A file system without locks goes on without.
     if (Retried([&] { return flock(file.Handle(), LOCK_EX | LOCK_NB); }) != 0 && errno == EWOULDBLOCK) return errno;
-    if (!S_ISREG(status.st_mode) || IsStandardStream(status)) return 0;
+    if (!S_ISREG(status.st_mode) || stream >= 0) return 0;
     return Retried([&] { return ftruncate(file.Handle(), 0); }) != 0 ? errno : 0;
 }
 
@@ -51,11 +66,8 @@ int OpenForWriting(const CString& path, NativeFile& file) {
     const std::string name = MapPath(path);
     if (name.empty()) return ENOTDIR;
     file = OpenWithoutWaiting(name, O_WRONLY | O_CREAT | O_APPEND, 0666);
-    if (file && file.Handle() <= STDERR_FILENO) {
-        // A process that was started without its standard streams would write its messages into the file.
-        NativeFile moved{fcntl(file.Handle(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1)};
-        std::swap(file, moved);
-    }
+    // A process that was started without its standard streams would write its messages into the file.
+    if (file && file.Handle() <= STDERR_FILENO) file = CopyOf(file.Handle());
     if (!file) return errno == ENOENT ? ENOTDIR : errno;  // a file that is missing would have been made
     return TakeOver(file);
 }

@@ -18,8 +18,9 @@ public:
 
     /// Opens a path for writing with modeCreate | modeWrite | shareDenyWrite; other flags fail with cause 1. The file
     /// is locked before it is emptied, so the file of another writer (in this process too) stays as it is; a file that
-    /// is a standard stream of the process is not emptied. What is written goes to the end of the file, wherever that
-    /// is then. An open file is closed first.
+    /// is a standard stream of the process, by "/dev/stderr" or by its own name, is not emptied, and where that stream
+    /// is written the text goes on where it stands, without a lock. Else what is written goes to the end of the file,
+    /// wherever that is then. An open file is closed first.
     /// From the first opening on, the system's signal for a file at its size limit (SIGXFSZ) no longer ends the
     /// process; a handler of the host stays.
     /// @param error  receives cause, system error number and path of a failure; may be null

@@ -5,7 +5,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . cmake/packages.sh
-need_packages g++ cmake ninja-build libgtest-dev libbenchmark-dev libinih-dev pkg-config python3-minimal valgrind time
+need_packages g++ cmake ninja-build libgtest-dev libbenchmark-dev libinih-dev libcli11-dev nlohmann-json3-dev \
+    pkg-config python3-minimal valgrind time
 
 cmake --preset release >/dev/null
 cmake --build --preset release >/dev/null
@@ -18,4 +19,5 @@ printf 'processor: %s\n\n' "$(sed -n 's/^model name[^:]*: //p' /proc/cpuinfo | h
 python3 bench/table.py build/release || status=1
 python3 bench/startup/run.py build/release "${1:-200}" build/bench-static || status=1
 python3 bench/startup/scale.py build/release "$((${1:-200} / 2))" || status=1
+python3 bench/startup/lint.py build/release "$((${1:-200} / 2))" || status=1
 exit $status

@@ -1,0 +1,73 @@
+#!/usr/bin/env python3
+"""Times lint of veltrane-config beside the start of the host on the same files, and on files that grow.
+
+Usage: lint.py BUILD_FOLDER [PAIRS]
+Prints a table of work, floor, ratio and bar; exit code 1 when a bar is not held."""
+import os
+import statistics
+import sys
+import tempfile
+
+build = os.path.abspath(sys.argv[1])
+pairs = int(sys.argv[2]) if len(sys.argv) > 2 else 100
+host, companion = (os.path.join(build, name) for name in ("veltrane", "veltrane-config"))
+if not os.path.exists(companion):
+    sys.exit("veltrane-config was not built: install libcli11-dev and nlohmann-json3-dev and configure again")
+environment = {"PATH": "/usr/bin", "LANG": "C.UTF-8", "VORNAK_REGISTRY": "/dev/null"}
+HEAD = "[base]\ndictionary-name=BASE\nrole=OWNER\nregistry=REG\n"
+# Each line of a kind; what is wrong with it takes the longest to find, or what is right the longest to believe.
+KINDS = {
+    "unknown keys": ("[USER]\n", "team-setting-{0:06}=a value of some length that nobody asks for, whatever it is\n"),
+    "repeated keys": ("[USER]\n", "quiet=true ; a comment behind the value, which counts, in line {0:06}\n"),
+    "a family": ("[USER]\n", "load-dictionary-{0}=%exe-path%/lists/of/all/names/in/the/schema/of/the/base/v{0}.txt\n"),
+    "databases": ("", "[base-{0:06}]\nrole=OWNER_OF_THE_TABLES_{0:06}\n[base-{0:06}\\FILES\\1]\nmap-file={0:06}.map\n"),
+    "naming rules": ("[base\\TABLENAME RULES\\1]\n",
+                     "NAME_{0:06}=A_RATHER_LONG_NAME_FOR_A_TABLE_OF_THE_SCHEMA_{0:06}\n"),
+}
+
+
+def seconds(command):
+    """Processor time of a run; unlike the time by the clock it bears a busy machine."""
+    silence = [(os.POSIX_SPAWN_OPEN, 1, "/dev/null", os.O_WRONLY, 0)]
+    process = os.posix_spawn(command[0], command, environment, file_actions=silence)
+    _, status, usage = os.wait4(process, 0)
+    assert status == 0, f"{command} failed"
+    return usage.ru_utime + usage.ru_stime
+
+
+held = True
+
+
+def row(what, floor, work, ratio, bar):
+    global held
+    held = held and ratio <= bar
+    verdict = "held" if ratio <= bar else "NOT HELD"
+    print(f"{what:46} {work * 1e3:8.2f} ms {floor * 1e3:8.2f} ms {ratio:6.2f} {bar:6.2f}  {verdict}")
+
+
+with tempfile.TemporaryDirectory() as folder:
+    basic, user = (os.path.join(folder, name) for name in ("veltrane.ini", "user.ini"))
+    tool = ["-m", folder, "base", "-i", user]
+    lint = [companion, "lint", "--", *tool]
+
+    def write(head, lines, size):
+        text = HEAD + head
+        number = 0
+        while len(text) < size:
+            text += "".join(lines.format(number + i) for i in range(100 if size > 100_000 else 1))
+            number += 100 if size > 100_000 else 1
+        open(basic, "w").write(text)
+
+    print(f"{'lint':46} {'lint':>11} {'floor':>11} {'ratio':>6} {'bar':>6}")
+    open(user, "w").write("[AUTODOC]\nautodoc-title=Title\n" + "; a remark of the team about its configuration\n" * 62)
+    write(*KINDS["naming rules"], 10 << 10)
+    times = [(seconds([host, *tool]), seconds(lint)) for _ in range(pairs)]
+    floor, work = (statistics.median(column) for column in zip(*times))
+    row("10 KiB and 3 KiB; floor: start of the host", floor, work, statistics.median(b / a for a, b in times), 3)
+    for kind, (head, lines) in KINDS.items():
+        best = []
+        for size in (1 << 18, 1 << 20):
+            write(head, lines, size)
+            best.append(min(seconds(lint) for _ in range(5)))
+        row(f"1 MiB of {kind}; floor: 4 times 256 KiB", 4 * best[0], best[1], best[1] / (4 * best[0]), 1.3)
+sys.exit(0 if held else 1)

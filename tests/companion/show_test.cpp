@@ -65,6 +65,31 @@ veltrane-config: error: Error retrieving option <registry>!
     EXPECT_EQ(Ask({"show", "spool"}).exitCode, 1) << "no value";
 }
 
+TEST_F(Show, ToldTheValueThatFollowsWhenTheWinnerIsGone) {
+    // One bit for each layer that has the option, the strongest in front.
+    for (int layers = 31; layers >= 0; --layers) {
+        const auto has = [&](int bit) { return (layers & bit) != 0; };
+        Write("registry.reg", "REGEDIT4\n");
+        if (has(8)) WriteRegistry("ROOT", "\"logfile\"=\"r\"\n");
+        Write("team.ini", has(4) ? "[ROOT]\nlogfile=u\n" : "");
+        WriteBasic(has(2) ? "[ROOT]\nlogfile=b\n" : "");
+        const Words typed = has(16) ? Words{"-i", "team.ini", "-log", "c"} : Words{"-i", "team.ini"};
+        const std::string output = Ask({"show", "logfile"}, typed, has(1) ? Words{"logfile=e"} : Words{}).output;
+        std::string found;
+        for (const auto& [bit, letter] : {std::pair{16, "c"}, {8, "r"}, {4, "u"}, {2, "b"}, {1, "e"}}) {
+            if (has(bit)) found += letter;
+        }
+        std::string told;
+        for (std::size_t at = output.find('\n'); at + 1 < output.size(); at = output.find('\n', at + 1)) {
+            const char last = output[output.find('\n', at + 1) - 1];
+            EXPECT_EQ(output.substr(at + 1, 4) == "  > ", last != '-' && told.empty()) << output;
+            if (last != '-') told += last;
+        }
+        EXPECT_EQ(told, found) << output;
+        EXPECT_TRUE(output.starts_with(found.empty() ? "logfile: no value" : "logfile = " + found.substr(0, 1) + "\n"));
+    }
+}
+
 TEST_F(Show, AnswersItsOwnFaultsInOneLine) {
     const struct {
         Words words;

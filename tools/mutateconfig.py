@@ -3,9 +3,9 @@
 
 Usage: mutateconfig.py SOURCE_FOLDER BUILD_FOLDER [COUNT [SEED]]
 
-Letters of keys, sections, references and words of flags are dropped, doubled and swapped, keys are moved to a section of
-another kind, lines are repeated. Old texts of naming rules are left out: any text is one. A slip that lint does not name
-has to leave all values and renamings as they are. COUNT picks that many slips at random.
+Letters of keys, sections, references and words of flags are dropped, doubled and swapped, keys are moved to a section
+of another kind, lines are repeated. Old texts of naming rules are left out: any text is one. A slip that lint does not
+name has to leave all values and renamings as they are. COUNT picks that many slips at random.
 """
 import collections, json, os, random, re, shutil, subprocess, sys, tempfile
 

@@ -63,8 +63,8 @@ std::vector<LintRun::Placed> Sorted(const LintRun& run, const Request& request) 
         if (filter.Has(finding.code) && IsAsked(run, finding, request) && !isTwice) findings.push_back(finding);
     }
     std::ranges::sort(findings, {}, keyOf);
-    const auto [end, last] = std::ranges::unique(findings, {}, keyOf);
-    findings.erase(end, last);
+    const auto isSame = [&](const auto& left, const auto& right) { return keyOf(left) == keyOf(right); };
+    findings.erase(std::unique(findings.begin(), findings.end(), isSame), findings.end());
     return findings;
 }
 

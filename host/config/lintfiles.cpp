@@ -30,7 +30,7 @@ CString OtherSpelling(const std::filesystem::path& file) {
     const CString name = FromUtf8(path.filename().native());
     std::error_code failure;
     for (const auto& entry : std::filesystem::directory_iterator{path.parent_path(), failure}) {
-        const CString other = FromUtf8(entry.path().filename().native());
+        CString other = FromUtf8(entry.path().filename().native());
         if (other != name && other.CompareNoCase(name) == 0) return other;
     }
     return {};

@@ -22,7 +22,7 @@ CString ListFault(const CString& value, XOptionDefinition row) {
     for (int begin = 0; begin <= value.GetLength();) {
         const int comma = value.Find(L',', begin);
         const int end = comma < 0 ? value.GetLength() : comma;
-        const CString fault = FaultOf(value.Mid(begin, end - begin).Trim(), row);
+        CString fault = FaultOf(value.Mid(begin, end - begin).Trim(), row);
         if (!fault.IsEmpty()) return fault;
         begin = end + 1;
     }

@@ -157,7 +157,7 @@ void AddTable(Answer& answer, const std::vector<Shown>& all) {
 }
 
 CString LayerOf(const Request& request) {
-    const CString layer = FromUtf8(request.Value("--only"));
+    CString layer = FromUtf8(request.Value("--only"));
     constexpr auto last = static_cast<int>(OptionLayer::Environment);
     for (int i = 0; i <= last; ++i) {
         if (layer.IsEmpty() || layer == LayerName(static_cast<OptionLayer>(i))) return layer;

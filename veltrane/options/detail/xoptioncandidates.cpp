@@ -26,7 +26,9 @@ XOptionCandidates::XOptionCandidates(const std::vector<XKeptOrigin>& values) {
 
 // An empty text of the registry hides the files, but not the environment.
 void XOptionCandidates::AddSources(std::vector<OptionPlace> places, bool isEarly) {
-    if (isEarly) std::ranges::stable_partition(places, [](const OptionPlace& place) { return !IsFile(place.layer); });
+    if (isEarly)
+        std::stable_partition(places.begin(), places.end(),
+                              [](const OptionPlace& place) { return !IsFile(place.layer); });
     const auto first = std::ranges::find(places, true, &OptionPlace::found);
     const auto environment = std::ranges::find(places, OptionLayer::Environment, &OptionPlace::layer);
     const bool isHiding = first != places.end() && first->text.IsEmpty();

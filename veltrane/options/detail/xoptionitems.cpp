@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <ranges>
 
 #include "veltrane/options/detail/xoptionlocation.h"
 #include "veltrane/platform/text/indexformat.h"
@@ -86,7 +85,7 @@ void XOptionItems::Clear() {
 XOptionItem* XOptionItems::GetFirst(const XOptionDefinition* definition) {
     const std::vector<XOptionItem*>& items = definition ? GroupOf(*definition).items : m_All;
     // From the back, so that the walk begins with items that are near.
-    for (XOptionItem* const item : items | std::views::reverse) item->SetFlag(false);
+    for (auto item = items.rbegin(); item != items.rend(); ++item) (*item)->SetFlag(false);
     return GetNext(definition);
 }
 

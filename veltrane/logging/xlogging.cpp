@@ -84,7 +84,7 @@ void XLogging::CloseLogFile() {
     m_bOpen = false;
     try {
         WriteString(end);
-    } catch (const CFileException&) {  // the file is closed all the same, so that another can be opened
+    } catch (...) {  // the file is closed all the same, so that another can be opened
         CloseQuietly();
         throw;
     }
@@ -155,6 +155,7 @@ void XLogging::StartTimedLine() {
         m_TimedLine.Truncate(m_nLineStart);
         return;
     }
+    m_nLineStart = 0;  // should the line not come about, the next entry tries again
     m_TimedLine = LINE_END + m_Stamp.Text() + m_LinePrefix;
     m_nLineStart = m_TimedLine.GetLength();
 }

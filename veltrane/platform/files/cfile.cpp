@@ -69,7 +69,7 @@ CString FullName(const CString& path) {
     relative.Replace(L'\\', L'/');
     const CString folder = CurrentFolder();
     const bool isTop = folder.IsEmpty() || folder[folder.GetLength() - 1] == L'/';
-    return WithoutDots((folder + (isTop ? L"" : L"/") + relative).View(), 1, L"/");
+    return WithoutDots((folder + (isTop ? L"" : L"/") + relative).View(), folder.IsEmpty() ? 0 : 1, L"/");
 }
 
 }  // namespace

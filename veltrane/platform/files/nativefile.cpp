@@ -78,13 +78,23 @@ sigset_t SetOf(std::initializer_list<int> members) noexcept {
     return signals;
 }
 
+void DoNothing(int) noexcept {}
+
+// The library may go before the process ends, and the handler with it.
+[[gnu::destructor]] void IgnoreInsteadOfHandling() noexcept {
+    struct sigaction action;
+    if (sigaction(SIGXFSZ, nullptr, &action) != 0 || action.sa_handler != DoNothing) return;
+    action.sa_handler = SIG_IGN;
+    sigaction(SIGXFSZ, &action, nullptr);
+}
+
 }  // namespace
 
 // A handler, as programs that are started inherit a signal that is ignored.
 void OutliveFileSizeLimit() noexcept {
     struct sigaction action;
     if (sigaction(SIGXFSZ, nullptr, &action) != 0 || action.sa_handler != SIG_DFL) return;
-    action.sa_handler = [](int) {};
+    action.sa_handler = DoNothing;
     action.sa_flags = SA_RESTART;
     sigaction(SIGXFSZ, &action, nullptr);
 }

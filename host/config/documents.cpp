@@ -188,7 +188,7 @@ std::string Script(std::string text, const ShellWords& shell, const std::string&
     for (const SwitchRow& row : SWITCHES) {
         if (*row.value == '\0') continue;
         const std::string offered = row.kind == WordKind::File ? std::string{shell.files} : Offer(shell, Choices(row));
-        values += indent + row.name + ") " + offered + " ;;\n";
+        values.append(indent).append(row.name).append(") ").append(offered).append(" ;;\n");
     }
     std::string options;
     std::string words;

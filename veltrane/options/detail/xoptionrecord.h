@@ -14,7 +14,7 @@ namespace veltrane::detail {
 class XOptionRecord {
 public:
     const std::vector<OptionStep>& Steps() const noexcept { return m_Steps; }
-    std::vector<OptionStep> Take() { return std::move(m_Steps); }
+    std::vector<OptionStep> Take() { return std::exchange(m_Steps, {}); }
 
     /// @return number of the step, for End
     std::size_t Begin(OptionStep::Kind kind, const CString& reference, int depth) {

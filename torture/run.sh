@@ -11,5 +11,5 @@ for preset in release sanitize; do
     cmake --build --preset "$preset" --target torture_memory veltrane >/dev/null
     printf '\n== %s\n' "$preset"
     "build/$preset/torture/torture_memory"
-    torture/calls.py "build/$preset/veltrane"
 done
+torture/calls.py build/release/veltrane # a sanitizer makes calls of its own, which must not fail

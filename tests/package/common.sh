@@ -20,3 +20,22 @@ run_consumer() {
     "$1" >"$temporary/consumer.out" || fail "$1 ended with $?"
     diff "$tests/consumer/expected.txt" "$temporary/consumer.out" || fail "$1 prints something else"
 }
+
+# run_tool PROGRAM: the tool of examples/owntool sees its own options in file and command line.
+run_tool() {
+    local words=(-m "$tests/../../examples/owntool/metadata" --dry-run -src typed.txt)
+    "$1" "${words[@]}" >"$temporary/out" || fail "$1 ended with $?: $(cat "$temporary/out")"
+    cat >"$temporary/expected" <<'END'
+database: base (basic file:3)
+team:     base-team (basic file:6)
+unit:     cm (basic file:7)
+rounded:  as the unit wants
+source 0: typed.txt
+steps:    1 5 10
+nothing is done
+END
+    diff "$temporary/expected" "$temporary/out" || fail "$1 prints something else"
+    "$1" --help </dev/null | tr -d '\r' >"$temporary/help"
+    expect "Synopsis: owntool [options] <database-name>" "$temporary/help"
+    grep -q 'Measure in this unit' "$temporary/help" || fail "the help does not show the tool's options"
+}

@@ -104,6 +104,11 @@ TEST_F(Profile, ReadsAFileThatClaimsToBeEmpty) {
 }
 
 TEST_F(Profile, KeepsNoAnswerOfAFileThatCannotBeOpenedForTheMoment) {
+    Write("[A]\nk=0");
+    {
+        const SourceSnapshot snapshot;  // a sanitizer needs a descriptor for each type that it meets for the first time
+        EXPECT_EQ(Ask(L"A", L"k", L"missing"), L"0");
+    }
     Write("[A]\nk=1");
     const SourceSnapshot snapshot;
     rlimit limit;

@@ -12,8 +12,6 @@ namespace veltrane::config {
 
 namespace {
 
-constexpr int MAX_VALUE = 2047;  // elements of a value that a file can hold
-
 /// The sections that are written, each with its lines, in the order in which they came.
 class File {
 public:
@@ -94,7 +92,7 @@ private:
     static const wchar_t* ReasonAgainst(const CString& value) {
         if (value.IsEmpty()) return L"an empty value in a file counts as none";
         if (value.FindOneOf(L"\r\n") >= 0 || value.Find(L'\0') >= 0) return L"it does not fit on one line";
-        return value.GetLength() > MAX_VALUE ? L"it is longer than a value of a file" : nullptr;
+        return value.GetLength() > XConfiguration::MAX_VALUE ? L"it is longer than a value of a file" : nullptr;
     }
 
     // What names the places of the sources themselves, and the folders that are asked for in no file now.

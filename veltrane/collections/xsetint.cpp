@@ -5,9 +5,6 @@
 
 #include "veltrane/platform/text/numbers.h"
 
-using namespace veltrane;
-using namespace veltrane::detail;
-
 template class XSetData<int>;
 template class XSet<int>;
 

@@ -1,8 +1,5 @@
 #include "veltrane/collections/xstringpair.h"
 
-using namespace veltrane;
-using namespace veltrane::detail;
-
 template class XSetP<XStringPair>;
 
 XStringPair::~XStringPair() = default;

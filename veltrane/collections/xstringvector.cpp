@@ -2,7 +2,6 @@
 
 #include "veltrane/collections/sharedempty.h"
 
-using namespace veltrane;
 using namespace veltrane::detail;
 
 XStringVector::~XStringVector() = default;

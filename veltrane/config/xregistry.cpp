@@ -7,7 +7,6 @@
 #include "veltrane/platform/sources/answerline.h"
 
 using namespace veltrane;
-using namespace veltrane::detail;
 
 namespace {
 

@@ -4,8 +4,6 @@
 
 #include "veltrane/platform/process/messagebox.h"
 
-using namespace veltrane;
-
 namespace {
 
 std::atomic<bool> g_Debug = false;

@@ -5,7 +5,6 @@
 #include "veltrane/platform/files/cfile.h"
 #include "veltrane/platform/text/characters.h"
 
-using namespace veltrane;
 using namespace veltrane::detail;
 
 namespace {

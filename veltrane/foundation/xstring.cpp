@@ -4,8 +4,6 @@
 
 #include "veltrane/platform/text/numbers.h"
 
-using namespace veltrane;
-
 namespace {
 
 constexpr int TABULATOR_WIDTH = 8;

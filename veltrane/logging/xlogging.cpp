@@ -7,7 +7,6 @@
 #include "veltrane/platform/text/numbers.h"
 
 using namespace veltrane;
-using namespace veltrane::detail;
 
 namespace {
 

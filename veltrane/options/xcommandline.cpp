@@ -4,7 +4,6 @@
 #include "veltrane/platform/process/process.h"
 
 using namespace veltrane;
-using namespace veltrane::detail;
 
 namespace {
 

@@ -7,7 +7,6 @@
 #include <cstring>
 
 using namespace veltrane;
-using namespace veltrane::detail;
 
 template class XSetP<XNamingRule>;
 

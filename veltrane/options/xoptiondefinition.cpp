@@ -6,7 +6,6 @@
 #include "veltrane/options/detail/optionlookup.h"
 #include "veltrane/options/detail/optionregistry.h"
 
-using namespace veltrane;
 using namespace veltrane::detail;
 
 // Made before and destroyed after every object of a host that is linked together with the library.

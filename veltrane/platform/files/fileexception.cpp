@@ -4,9 +4,6 @@
 #include <cerrno>
 #include <iterator>
 
-using namespace veltrane;
-using namespace veltrane::detail;
-
 namespace {
 
 struct ErrorRow {

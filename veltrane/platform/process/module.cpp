@@ -8,7 +8,6 @@
 #include <utility>
 
 using namespace veltrane;
-using namespace veltrane::detail;
 
 namespace {
 

@@ -2,7 +2,6 @@
 #include <thread>
 
 #include "support/arguments.h"
-#include "support/environment.h"
 #include "support/support.h"
 #include "veltrane/collections/xsetint.h"
 #include "veltrane/config/xconfiguration.h"
@@ -13,8 +12,6 @@
 #include "veltrane/options/xoption.h"
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/process/localtime.h"
-
-using namespace veltrane;
 
 namespace {
 

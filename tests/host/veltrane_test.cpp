@@ -1,12 +1,8 @@
 // The sample host as a real process.
 
 #include "support/childprocess.h"
-#include "support/environment.h"
 #include "support/support.h"
 #include "veltrane/options/xoptiondefinition.h"
-
-using namespace veltrane;
-using namespace veltrane::detail;
 
 namespace {
 

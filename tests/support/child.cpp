@@ -11,7 +11,7 @@ using namespace veltrane;
 int main(int count, char** words) {
     const bool areDrives = count > 1 && words[1] == std::string{"drives"};
     for (int i = 2; areDrives && i < count; ++i) std::cout << SpelledPath(FromUtf8(words[i])) << '|';
-    if (areDrives) return 0;
-    for (const CString& argument : GetArguments()) std::cout << ToUtf8(argument) << '\0';
-    return 0;
+    for (const CString& argument : GetArguments()) {
+        if (!areDrives) std::cout << ToUtf8(argument) << '\0';
+    }
 }

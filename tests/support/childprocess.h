@@ -17,17 +17,18 @@ struct ChildResult {
     std::string errors;
 };
 
-inline std::string ReadDescriptor(int handle) {
+/// What a child writes into a pipe; closes both of its ends.
+inline std::string ReadPipe(const int (&ends)[2]) {
+    close(ends[1]);
     std::string bytes;
     char buffer[4096];
-    for (ssize_t count; (count = read(handle, buffer, sizeof buffer)) > 0;) {
-        bytes.append(buffer, static_cast<std::size_t>(count));
-    }
+    for (ssize_t count; (count = read(ends[0], buffer, sizeof buffer)) > 0;) bytes.append(buffer, std::size_t(count));
+    close(ends[0]);
     return bytes;
 }
 
-/// Runs an action in a child process of its own, without a terminal; what it returns is the exit code. Made for output
-/// that fits into a pipe.
+/// Runs an action in a child process of its own, without a terminal; what it returns is the exit code. Made for errors
+/// that fit into a pipe.
 template <class Action>
 ChildResult RunChild(Action&& action) {
     int output[2];
@@ -41,25 +42,23 @@ ChildResult RunChild(Action&& action) {
         dup2(errors[1], STDERR_FILENO);
         _exit(std::forward<Action>(action)());
     }
-    close(output[1]);
-    close(errors[1]);
-    ChildResult result{-1, ReadDescriptor(output[0]), ReadDescriptor(errors[0])};
-    close(output[0]);
-    close(errors[0]);
+    ChildResult result{-1, ReadPipe(output), ReadPipe(errors)};
     int status = 0;
     waitpid(child, &status, 0);
     if (WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);
     return result;
 }
 
+/// Becomes another program; the first word is its name. @return the exit code of a child that cannot
+inline int Execute(const char* program, std::vector<std::string>& words) {
+    std::vector<char*> pointers;
+    for (std::string& word : words) pointers.push_back(word.data());
+    pointers.push_back(nullptr);
+    return execv(program, pointers.data());
+}
+
 /// Runs the tests' own child program (support/child.cpp) with arguments.
 inline ChildResult RunTestChild(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "child");
-    return RunChild([&] {
-        std::vector<char*> pointers;
-        for (std::string& argument : arguments) pointers.push_back(argument.data());
-        pointers.push_back(nullptr);
-        execv(VELTRANE_TEST_CHILD, pointers.data());
-        return 127;
-    });
+    return RunChild([&] { return Execute(VELTRANE_TEST_CHILD, arguments); });
 }

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <sys/resource.h>
+#include <unistd.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <optional>
-#include <sstream>
 #include <string>
 
 #include "veltrane/platform/text/encoding.h"
@@ -12,16 +15,20 @@
 using namespace veltrane;
 using namespace veltrane::detail;
 
+/// Base of what undoes something at the end of its life; it cannot be copied.
+struct Guard {
+    Guard() = default;
+    Guard(Guard&&) = delete;
+};
+
 /// A new folder, removed with all that is in it.
-class TempFolder {
+class TempFolder : Guard {
 public:
     TempFolder() {
         std::string name = (std::filesystem::temp_directory_path() / "veltrane-XXXXXX").string();
         if (!mkdtemp(name.data())) std::abort();
         m_Path = name;
     }
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
     ~TempFolder() {
         std::error_code ignored;
         std::filesystem::remove_all(m_Path, ignored);
@@ -39,9 +46,8 @@ public:
         return Wide(name);
     }
     std::string Read(const std::string& name) const {
-        std::ostringstream bytes;
-        bytes << std::ifstream{m_Path / name, std::ios::binary}.rdbuf();
-        return bytes.str();
+        std::ifstream file{m_Path / name, std::ios::binary};
+        return {std::istreambuf_iterator<char>{file}, {}};
     }
 
 private:
@@ -49,25 +55,55 @@ private:
 };
 
 /// Sets (or, without a value, unsets) an environment variable while it lives.
-class EnvironmentGuard {
+class EnvironmentGuard : Guard {
 public:
-    EnvironmentGuard(std::string name, std::optional<std::string> value) : m_Name(std::move(name)) {
+    EnvironmentGuard(std::string name, const std::optional<std::string>& value) : m_Name(std::move(name)) {
         if (const char* before = std::getenv(m_Name.c_str())) m_Before = before;
         Set(value);
     }
-    EnvironmentGuard(const EnvironmentGuard&) = delete;
-    EnvironmentGuard& operator=(const EnvironmentGuard&) = delete;
     ~EnvironmentGuard() { Set(m_Before); }
 
 private:
-    void Set(const std::optional<std::string>& value) {
-        if (value) {
-            setenv(m_Name.c_str(), value->c_str(), 1);
-        } else {
-            unsetenv(m_Name.c_str());
-        }
+    void Set(const std::optional<std::string>& value) const {
+        value ? setenv(m_Name.c_str(), value->c_str(), 1) : unsetenv(m_Name.c_str());
     }
 
     std::string m_Name;
     std::optional<std::string> m_Before;
 };
+
+/// Makes a folder the current one while it lives.
+class CurrentFolderGuard : Guard {
+public:
+    explicit CurrentFolderGuard(const std::filesystem::path& folder) { std::filesystem::current_path(folder); }
+    ~CurrentFolderGuard() { std::filesystem::current_path(m_Before); }
+
+private:
+    std::filesystem::path m_Before = std::filesystem::current_path();
+};
+
+/// Gives up the rights of the superuser while it lives, for tests that need something to be forbidden.
+class OrdinaryUser : Guard {
+public:
+    OrdinaryUser() {
+        constexpr uid_t nobody = 65534;
+        if (m_Before == 0 && seteuid(nobody) != 0) std::abort();
+    }
+    ~OrdinaryUser() {
+        if (seteuid(m_Before) != 0) std::abort();
+    }
+
+private:
+    uid_t m_Before = geteuid();
+};
+
+/// Does something while no more files can be opened.
+template <class Action>
+void WithoutMoreFiles(Action&& action) {
+    rlimit before;
+    getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit none{0, before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    std::forward<Action>(action)();
+    setrlimit(RLIMIT_NOFILE, &before);
+}

@@ -3,17 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <ostream>
-#include <string>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
+#include "support/environment.h"
 #include "veltrane/foundation/xexception.h"
 #include "veltrane/platform/process/messagebox.h"
-#include "veltrane/platform/text/cstring.h"
-#include "veltrane/platform/text/encoding.h"
 
-using namespace veltrane;
-using namespace veltrane::detail;
+using namespace std::string_literals;
 
 inline void PrintTo(const CString& text, std::ostream* out) {
     *out << '"' << ToUtf8(text) << '"';
@@ -27,16 +25,11 @@ Error ErrorOf(Action&& action) {
     } catch (const Error& error) {
         return error;
     }
-    ADD_FAILURE() << "no error was thrown";
-    if constexpr (std::is_default_constructible_v<Error>) {
-        return {};
-    } else {
-        return Error{L""};
-    }
+    throw std::logic_error("no error was thrown");
 }
 
 /// Catches the message boxes shown while it lives.
-class BoxRecorder {
+class BoxRecorder : Guard {
 public:
     struct Box {
         CString text;
@@ -44,17 +37,13 @@ public:
         unsigned helpId;
     };
 
-    BoxRecorder()
-        : m_Before(SetMessageBoxHandler([this](const CString& text, unsigned style, unsigned helpId) {
-              boxes.push_back({text, style, helpId});
-              return 1;
-          })) {}
-    BoxRecorder(const BoxRecorder&) = delete;
-    BoxRecorder& operator=(const BoxRecorder&) = delete;
     ~BoxRecorder() { SetMessageBoxHandler(std::move(m_Before)); }
 
     std::vector<Box> boxes;
 
 private:
-    MessageBoxHandler m_Before;
+    MessageBoxHandler m_Before = SetMessageBoxHandler([this](const CString& text, unsigned style, unsigned helpId) {
+        boxes.push_back({text, style, helpId});
+        return 1;
+    });
 };

@@ -2,14 +2,9 @@
 
 #include <filesystem>
 
-#include "support/environment.h"
-#include "support/folder.h"
 #include "support/support.h"
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/sources/profile.h"
-
-using namespace veltrane;
-using namespace veltrane::detail;
 
 namespace {
 

@@ -5,9 +5,6 @@
 
 #include "veltrane/platform/files/cfile.h"
 
-using namespace veltrane;
-using namespace veltrane::detail;
-
 namespace {
 
 TEST(CFileException, MapsTheSystemsNumbersToCauses) {

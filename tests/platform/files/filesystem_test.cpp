@@ -8,12 +8,7 @@
 #include <filesystem>
 
 #include "support/childprocess.h"
-#include "support/environment.h"
-#include "support/folder.h"
 #include "support/support.h"
-
-using namespace veltrane;
-using namespace veltrane::detail;
 
 namespace {
 

@@ -10,16 +10,9 @@
 #include <thread>
 
 #include "support/childprocess.h"
-#include "support/environment.h"
-#include "support/folder.h"
 #include "support/support.h"
 #include "veltrane/platform/files/cfile.h"
 #include "veltrane/platform/files/filesystem.h"
-
-using namespace veltrane;
-using namespace veltrane::detail;
-
-using namespace std::string_literals;
 
 namespace {
 

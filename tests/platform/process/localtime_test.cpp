@@ -3,11 +3,7 @@
 #include <clocale>
 #include <ctime>
 
-#include "support/environment.h"
 #include "support/support.h"
-
-using namespace veltrane;
-using namespace veltrane::detail;
 
 namespace {
 

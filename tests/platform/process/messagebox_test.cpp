@@ -11,9 +11,6 @@
 #include "support/childprocess.h"
 #include "support/support.h"
 
-using namespace veltrane;
-using namespace veltrane::detail;
-
 namespace {
 
 class MessageBox : public testing::Test {

@@ -5,9 +5,6 @@
 
 #include "support/support.h"
 
-using namespace veltrane;
-using namespace veltrane::detail;
-
 namespace {
 
 TEST(Module, IsRegisteredAsLongAsItsObjectLives) {

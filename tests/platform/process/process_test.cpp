@@ -4,13 +4,7 @@
 #include <optional>
 
 #include "support/childprocess.h"
-#include "support/environment.h"
 #include "support/support.h"
-
-using namespace veltrane;
-using namespace veltrane::detail;
-
-using namespace std::string_literals;
 
 namespace {
 

@@ -10,14 +10,8 @@
 #include <string_view>
 #include <vector>
 
-#include "support/environment.h"
 #include "support/support.h"
 #include "veltrane/platform/sources/snapshot.h"
-
-using namespace veltrane;
-using namespace veltrane::detail;
-
-using namespace std::string_literals;
 
 namespace {
 

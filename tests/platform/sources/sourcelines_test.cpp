@@ -2,13 +2,7 @@
 
 #include <string>
 
-#include "support/environment.h"
 #include "support/support.h"
-
-using namespace veltrane;
-using namespace veltrane::detail;
-
-using namespace std::string_literals;
 
 namespace {
 

@@ -2,16 +2,10 @@
 
 #include <stdexcept>
 
-#include "support/environment.h"
 #include "support/support.h"
 #include "veltrane/platform/sources/environment.h"
 #include "veltrane/platform/sources/profile.h"
 #include "veltrane/platform/sources/winreg.h"
-
-using namespace veltrane;
-using namespace veltrane::detail;
-
-using namespace std::string_literals;
 
 namespace {
 

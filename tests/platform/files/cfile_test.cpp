@@ -1,16 +1,14 @@
 #include "veltrane/platform/files/cfile.h"
 
-#include <filesystem>
+#include <climits>
 
 #include "support/support.h"
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/sources/profile.h"
 
-namespace {
-
 constexpr const wchar_t* NOTHING = L"untouched";
 
-CString FullName(const CString& path) {
+static CString FullName(const CString& path) {
     CFileStatus status{NOTHING};
     CFile::GetStatus(path, status);
     return status.m_szFullName;
@@ -70,4 +68,23 @@ TEST(CFile, PutsTheCurrentFolderInFrontOfARelativePath) {
     EXPECT_EQ(FullName(L"tmp"), L"/tmp");
 }
 
-}  // namespace
+TEST(CFileException, MapsTheSystemsNumbersToCauses) {
+    const std::pair<int, std::vector<long>> cases[] = {
+        {0, {0}},
+        {1, {EINVAL, ENXIO, EFBIG, EEXIST, -1, -ENOENT, LONG_MAX, LONG_MIN, 0x100000000L + ENOENT}},
+        {2, {ENOENT}},
+        {3, {ENOTDIR, ENAMETOOLONG, ELOOP}},
+        {4, {EMFILE, ENFILE}},
+        {5, {EACCES, EPERM, EROFS, EISDIR}},
+        {6, {EBADF}},
+        {8, {EMLINK}},
+        {9, {ESPIPE}},
+        {10, {EIO}},
+        {11, {EAGAIN, EWOULDBLOCK, EBUSY, ETXTBSY}},
+        {12, {ENOLCK, EDEADLK}},
+        {13, {ENOSPC, EDQUOT}},
+    };
+    for (const auto& [cause, numbers] : cases) {
+        for (const long number : numbers) EXPECT_EQ(CFileException::OsErrorToException(number), cause) << number;
+    }
+}

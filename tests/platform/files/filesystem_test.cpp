@@ -10,8 +10,6 @@
 #include "support/childprocess.h"
 #include "support/support.h"
 
-namespace {
-
 using std::filesystem::perms;
 
 class FileSystem : public testing::Test {
@@ -87,27 +85,6 @@ TEST_F(FileSystem, TakesTheDrivesFromTheEnvironment) {
     EXPECT_EQ(child.output, "/srv/c/x|/data/x||/two/x|7:/x|");
 }
 
-TEST_F(FileSystem, APathThatIsStillMissingIsAnsweredAlikeAgain) {
-    const CString path = L"/usr/No-Such-Folder/registry.reg";
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(MapPath(path), "/usr/No-Such-Folder/registry.reg");
-        EXPECT_FALSE(Answers(path));
-    }
-    EXPECT_TRUE(Answers(m_Folder.Write("present.ini", "[s]\nk=v\n"))) << "another path";
-}
-
-TEST_F(FileSystem, AFolderThatCouldNotBeListedOnceIsListedAgain) {
-    const CString path = FromUtf8(VELTRANE_SOURCE_FOLDER "/examples/CONFIG/registry.reg");
-    rlimit before;
-    getrlimit(RLIMIT_NOFILE, &before);
-    const rlimit noMoreFiles{0, before.rlim_max};
-    setrlimit(RLIMIT_NOFILE, &noMoreFiles);
-    EXPECT_EQ(MapPath(path), ToUtf8(path));
-    setrlimit(RLIMIT_NOFILE, &before);
-    wchar_t answer[256];
-    EXPECT_GT(GetPrivateProfileStringW(nullptr, nullptr, nullptr, answer, 256, path.GetString()), 0U);
-}
-
 TEST_F(FileSystem, FindsANameThatIsTooLongAsItIsSpelled) {
     const std::string name(100, 'k');
     m_Folder.Write(name, "[s]\nk=v\n");
@@ -142,5 +119,3 @@ TEST_F(FileSystem, CreatesOneFolderAndNothingElse) {
     EXPECT_EQ(std::filesystem::status(m_Folder.Path() / "Old/Sub").permissions(), perms{0750});
     EXPECT_FALSE(std::filesystem::exists(m_Folder.Path() / "none"));
 }
-
-}  // namespace

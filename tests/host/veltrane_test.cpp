@@ -59,7 +59,7 @@ TEST_F(Host, ShowsEveryValueOnItsLine) {
 TEST_F(Host, ShowsEveryValueAsJson) {
     WriteBasic("obsolete-classes-2=7,3\n[db\\FILES\\4]\nmap-file=\"a\\b\"\n");
     const ChildResult result =
-        Run({"--data", Path("data"), "db", "--summary", "--exe-name", "veltrane.exe", "-l", "x.txt", "-dr", "\xFF"},
+        Run({"--data", Path("data"), "db", "--summary", "--exe-name", "veltrane.exe", "-l", "x.txt", "-dr", "\xFF\n"},
             {"VELTRANE_SUMMARY=json"});
     EXPECT_EQ(result.exitCode, 1);
     const std::string file = R"("source":"basic file","file":")" + BasicFile() + R"(","line":)";
@@ -70,7 +70,7 @@ TEST_F(Host, ShowsEveryValueAsJson) {
              R"([{"source":"command line","word":7,"text":"veltrane.exe"},{"source":"host","text":"veltrane"}]})"s,
              R"("logging","index":-1,"value":")" + Path("data/log") + R"(","source":"start-up",)",
              R"("load-dictionary","index":0,"value":"x.txt","source":"command line",)"s,
-             R"("dictionary-root","index":-1,"value":"\udcff","source":"command line",)"s,
+             R"("dictionary-root","index":-1,"value":"\udcff\u000a","source":"command line",)"s,
              R"("obsolete-classes","index":2,"value":"7,3","list":[3,7],)" + file + R"(5,"section":"db",)",
              R"("map-file","index":4,"value":"a\\b",)" + map + R"(,"candidates":[{)" + map +
                  R"(,"key":"map-file","text":"a\\b"}]})",

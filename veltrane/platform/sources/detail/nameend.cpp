@@ -1,17 +1,21 @@
 #include "veltrane/platform/sources/detail/nameend.h"
 
+#if __has_include(<sys/platform/x86.h>) && !defined(__clang__)  // its _Bool is none of clang's C++
+#include <sys/platform/x86.h>
+#endif
+
 #include "veltrane/platform/text/characters.h"
 
 namespace veltrane::detail {
 
 namespace {
 
-constexpr std::size_t STEP = 64;  // bytes looked at together
+constexpr std::size_t STEP = 128;  // bytes looked at together
 
-/// 1 or 0.
-int Fits(NamePattern pattern, std::int8_t byte) noexcept {
-    return static_cast<int>(static_cast<std::int8_t>(byte | pattern.bits) == pattern.value) |
-           static_cast<int>(byte < 0);
+/// Negative when the byte fits; a byte from 0x80 on is negative by itself.
+std::int8_t Fits(NamePattern pattern, std::int8_t byte) noexcept {
+    const bool isEqual = static_cast<std::int8_t>(byte | pattern.bits) == pattern.value;
+    return static_cast<std::int8_t>(byte | -static_cast<int>(isEqual));
 }
 
 bool IsBorder(char byte) noexcept {
@@ -27,14 +31,37 @@ bool IsInStep(const char* front, NamePattern before, NamePattern last) noexcept 
         const auto second = static_cast<std::int8_t>(front[i + 1]);
         any = static_cast<std::int8_t>(any | (Fits(before, first) & Fits(last, second)));
     }
-    return any != 0;
+    return any < 0;
 }
 
-bool IsEnd(const char* at, NamePattern before, NamePattern last) noexcept {
-    const auto first = static_cast<std::int8_t>(at[-1]);
-    const auto second = static_cast<std::int8_t>(at[0]);
-    return IsBorder(at[1]) && (Fits(before, first) & Fits(last, second)) != 0;
+bool AreInOrder(const char* at, NamePattern before, NamePattern last) noexcept {
+    return (Fits(before, static_cast<std::int8_t>(at[-1])) & Fits(last, static_cast<std::int8_t>(at[0]))) < 0;
 }
+
+[[gnu::always_inline]] inline std::size_t FindIn(std::string_view text, std::size_t start, NamePattern before,
+                                                 NamePattern last) noexcept {
+    std::size_t at = start;
+    while (at + 1 < text.size()) {
+        const bool isWhole = at + STEP < text.size();
+        if (isWhole && !IsInStep(text.data() + at - 1, before, last)) {
+            at += STEP;
+            continue;
+        }
+        const std::size_t end = isWhole ? at + STEP : text.size() - 1;
+        for (; at < end; ++at) {
+            if (IsBorder(text[at + 1]) && AreInOrder(text.data() + at, before, last)) return at;
+        }
+    }
+    return text.size();
+}
+
+#ifdef CPU_FEATURE_ACTIVE
+// The same once more, with registers twice as wide: a question to a small file takes a tenth less.
+[[gnu::target("avx2")]] std::size_t FindWide(std::string_view text, std::size_t start, NamePattern before,
+                                             NamePattern last) noexcept {
+    return FindIn(text, start, before, last);
+}
+#endif
 
 }  // namespace
 
@@ -46,19 +73,10 @@ NamePattern NamePattern::Of(wchar_t element) noexcept {
 }
 
 std::size_t NameEndSearch::Find(std::string_view text, std::size_t start) const noexcept {
-    std::size_t at = start;
-    while (at + 1 < text.size()) {
-        const bool isWhole = at + STEP < text.size();
-        if (isWhole && !IsInStep(text.data() + at - 1, m_Before, m_Last)) {
-            at += STEP;
-            continue;
-        }
-        const std::size_t end = isWhole ? at + STEP : text.size() - 1;
-        for (; at < end; ++at) {
-            if (IsEnd(text.data() + at, m_Before, m_Last)) return at;
-        }
-    }
-    return text.size();
+#ifdef CPU_FEATURE_ACTIVE
+    if (CPU_FEATURE_ACTIVE(AVX2)) return FindWide(text, start, m_Before, m_Last);
+#endif
+    return FindIn(text, start, m_Before, m_Last);
 }
 
 }  // namespace veltrane::detail

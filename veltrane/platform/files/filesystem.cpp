@@ -30,14 +30,15 @@ std::optional<std::size_t> DriveIndex(wchar_t drive) noexcept {
 // Appends a wide path, every run of separators as one '/'.
 void AppendPath(std::string& name, std::wstring_view path) {
     name.reserve(name.size() + path.size());
-    for (const wchar_t& element : path) {
-        if (IsPathSeparator(element)) {
+    while (!path.empty()) {
+        if (IsPathSeparator(path[0])) {
             if (!name.ends_with('/')) name += '/';
-        } else if (IsAscii(element)) {
-            name += static_cast<char>(element);
-        } else {
-            AppendUtf8(name, {&element, 1});
+            path.remove_prefix(1);
+            continue;
         }
+        const std::wstring_view component = path.substr(0, path.find_first_of(PATH_SEPARATORS));
+        AppendUtf8(name, component);
+        path.remove_prefix(component.size());
     }
 }
 

@@ -1,10 +1,10 @@
 #include "veltrane/platform/files/detail/missingpath.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <memory>
 #include <string_view>
 
 #include "veltrane/platform/files/nativefile.h"
@@ -34,21 +34,34 @@ std::string FolderName(const std::string& name) {
     return name.empty() ? "." : name;
 }
 
+/// Calls take(name) for each entry of a folder. On the stack, where the memory of a DIR would have to come from the
+/// system first. @return false when the folder cannot be read to its end
+template <class Take>
+bool WalkFolder(const std::string& folder, Take&& take) {
+    const NativeFile directory{
+        Retried([&] { return open(FolderName(folder).c_str(), O_RDONLY | O_NONBLOCK | O_DIRECTORY | O_CLOEXEC); })};
+    if (!directory) return false;
+    alignas(dirent64) char entries[8192];
+    for (;;) {
+        const ssize_t size = getdents64(directory.Handle(), entries, sizeof entries);
+        if (size <= 0) return size == 0;
+        for (ssize_t at = 0; at < size;) {
+            const auto* const entry = reinterpret_cast<const dirent64*>(entries + at);
+            take(std::string_view{entry->d_name});
+            at += entry->d_reclen;
+        }
+    }
+}
+
 /// The entry of a folder that differs in case only, the first in byte order; empty when there is none, or
 /// the folder cannot be read to its end.
 std::string EntryOf(const std::string& folder, std::string_view component) {
-    struct Close {
-        void operator()(DIR* directory) const noexcept { closedir(directory); }
-    };
-    const std::unique_ptr<DIR, Close> directory{opendir(FolderName(folder).c_str())};
-    if (!directory) return {};
     const std::wstring folded = Folded(component);
     std::string best;
-    for (errno = 0; const dirent* const entry = readdir(directory.get()); errno = 0) {
-        const std::string_view name = entry->d_name;
+    const bool isRead = WalkFolder(folder, [&](std::string_view name) {
         if (FoldsTo(name, folded) && (best.empty() || name < best)) best = name;
-    }
-    return errno == 0 ? best : std::string{};
+    });
+    return isRead ? best : std::string{};
 }
 
 }  // namespace

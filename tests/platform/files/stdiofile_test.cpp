@@ -5,6 +5,7 @@
 #include "support/childprocess.h"
 #include "support/support.h"
 #include "veltrane/platform/files/cfile.h"
+#include "veltrane/platform/sources/sourcelines.h"
 
 constexpr unsigned WRITE = CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite;
 
@@ -83,11 +84,13 @@ TEST_F(StdioFile, LeavesTheFileOfAnotherWriterUntouched) {
 static int g_Leased = -1;
 
 TEST_F(StdioFile, WaitsForAFileThatIsLeased) {
-    m_Folder.Write("run.log", "before");
+    m_Folder.Write("run.log", "[before]");
     g_Leased = open((m_Folder.Path() / "run.log").c_str(), O_RDWR | O_CLOEXEC);
     const auto before = signal(SIGIO, [](int) { fcntl(g_Leased, F_SETLEASE, F_UNLCK); });
-    ASSERT_EQ(fcntl(g_Leased, F_SETLEASE, F_WRLCK), 0);
-    EXPECT_EQ(OpenError(m_Path), 0);
+    for (const bool isRead : {true, false}) {
+        ASSERT_EQ(fcntl(g_Leased, F_SETLEASE, F_WRLCK), 0);
+        EXPECT_TRUE(isRead ? ReadProfileLines(m_Path).lines.size() == 1 : OpenError(m_Path) == 0);
+    }
     signal(SIGIO, before);
     close(g_Leased);
 }

@@ -1,35 +1,26 @@
 #include "veltrane/config/xregistry.h"
 
-#include <string>
-
 #include "support/environment.h"
 #include "support/support.h"
 
-using namespace veltrane;
-using namespace veltrane::detail;
-
-namespace {
-
-class Registry : public testing::Test {
+class XRegistryTest : public testing::Test {
 protected:
-    Registry() {
+    XRegistryTest() {
         std::string bytes =
             "REGEDIT4\n[HKLM\\SOFTWARE\\VORNAK\\ROOT]\n\"logfile\"=\"machine.log\"\n"
             "[HKLM\\SOFTWARE\\VORNAK\\tool]\n\"data\"=\"D:\\\\data\"\n[HKLM\\SOFTWARE\\VORNAK\\tool\\ROOT]\n"
             "\"text\"=\"t\xFCr\"\n\"number\"=dword:2a\n\"expand\"=hex(2):25,61,25,00\n\"none\"=hex:\n"
             "\"zeros\"=hex:00,00\n\"odd\"=hex:61,00,62\n\"several\"=hex(7):61,00,62,00,00\n";
-        for (const int length : {63, 64, 5000}) {
-            const std::string value(static_cast<std::size_t>(length), 'x');
-            bytes.append("\"").append(std::to_string(length)).append("\"=\"").append(value).append("\"\n");
-        }
+        for (const int size : {63, 64, 5000})
+            bytes += ToUtf8(FormatText(L"\"%d\"=\"%s\"\n", size, CString{L'x', size}));
         SetRegistryFile(m_Folder.Write("machine.reg", bytes));
     }
-    ~Registry() override { SetRegistryFile({}); }
+    ~XRegistryTest() override { SetRegistryFile({}); }
 
     TempFolder m_Folder;
 };
 
-TEST_F(Registry, ReadsValuesOfEveryTypeAsText) {
+TEST_F(XRegistryTest, ReadsValuesOfEveryTypeAsText) {
     const CString none = L"before";
     const auto expect = [&](const wchar_t* subKey, const wchar_t* section, const wchar_t* name, const CString& value) {
         CString found = none;
@@ -48,29 +39,25 @@ TEST_F(Registry, ReadsValuesOfEveryTypeAsText) {
     expect(L"tool", L"ROOT", L"absent", none);
     expect(L"tool", L"ROOT", L"none", none);
     expect(L"tool", L"absent", L"text", none);
-    expect(L"other", L"ROOT", L"text", none);
     expect(L"", L"ROOT", L"logfile", L"machine.log");
     expect(L"TOOL", L"", L"Data", L"D:\\data");
 }
 
-TEST_F(Registry, ReadsFromTheKeyThatIsOpen) {
+TEST_F(XRegistryTest, ReadsFromTheKeyThatIsOpen) {
     XRegistry registry{L"tool"};
     CString value;
-    const auto read = [&] { registry.GetValue(value, L"text"); };
-    EXPECT_EQ(ErrorOf(read).GetMessage(), L"No opened registry key to get a value from!");
-    EXPECT_EQ(ErrorOf(read).GetNumber(), -1);
-    EXPECT_EQ(ErrorOf(read).GetLocation().Find(L"<XRegistry::GetValue> in [xregistry], line ["), 0);
-
+    const auto expectClosed = [&] {
+        const XException error = ErrorOf([&] { registry.GetValue(value, L"text"); });
+        EXPECT_EQ(error.GetMessage(), L"No opened registry key to get a value from!");
+        EXPECT_EQ(error.GetLocation().Find(L"<XRegistry::GetValue> in [xregistry], line ["), 0);
+    };
+    expectClosed();
     ASSERT_TRUE(registry.Open(L"ROOT"));
-    read();
+    EXPECT_TRUE(registry.GetValue(value, L"text"));
     EXPECT_EQ(value, L"t\xFCr");
     EXPECT_FALSE(registry.GetValue(value, L"absent"));
-    registry.Close();
-    registry.Close();
-    ErrorOf(read);
-
+    for (int i = 0; i < 2; ++i) registry.Close();
+    expectClosed();
     EXPECT_TRUE(registry.GetValue(value, L"ROOT", L"text"));
-    ErrorOf(read);
+    expectClosed();
 }
-
-}  // namespace

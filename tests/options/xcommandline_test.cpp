@@ -2,42 +2,30 @@
 
 #include "support/arguments.h"
 #include "support/support.h"
-#include "veltrane/platform/process/process.h"
-
-using namespace veltrane;
-using namespace veltrane::detail;
-
-namespace {
-
-using List = std::vector<CString>;
-
-// The pairs as "name=value", an error as the word that it leaves in the value and its message.
-List PairsOf(List arguments) {
-    const ArgumentsGuard guard{std::move(arguments)};
-    XCommandLine line;
-    List pairs;
-    CString value = L"old";
-    const auto take = [&](auto next) {
-        try {
-            const XOptionDefinition* const option = (line.*next)(value);
-            if (option) pairs.push_back(CString{option->szLongName} + L"=" + value);
-            return option != nullptr;
-        } catch (const XException& error) {
-            pairs.push_back(value + L": " + error.GetMessage());
-            EXPECT_EQ(error.GetLocation().Left(40), L"<XCommandLine::GetNext> in [xcommandline");
-            return true;
-        }
-    };
-    bool isThere = take(&XCommandLine::GetFirst);
-    while (isThere && pairs.size() < 9) isThere = take(&XCommandLine::GetNext);
-    EXPECT_TRUE(value.IsEmpty());
-    EXPECT_FALSE(take(&XCommandLine::GetNext)) << "the end stays the end";
-    return pairs;
-}
 
 TEST(XCommandLine, GivesPairsAndNamesTheArgumentThatIsWrong) {
+    using List = std::vector<CString>;
     const CString seeH = L"\r\n    <---- Try <-h> to view the help window! ---->";
-    const auto expect = [&](const List& arguments, const List& pairs) { EXPECT_EQ(PairsOf(arguments), pairs); };
+    // The pairs as "name=value", an error as the word that it leaves in the value and its message.
+    const auto expect = [&](const List& arguments, const List& expected) {
+        const ArgumentsGuard guard{arguments};
+        XCommandLine line;
+        List pairs;
+        CString value = L"old";
+        for (auto next = &XCommandLine::GetFirst; pairs.size() < 9; next = &XCommandLine::GetNext) {
+            try {
+                const XOptionDefinition* const option = (line.*next)(value);
+                if (!option) break;
+                pairs.push_back(CString{option->szLongName} + L"=" + value);
+            } catch (const XException& error) {
+                pairs.push_back(value + L": " + error.GetMessage());
+                EXPECT_EQ(error.GetLocation().Left(40), L"<XCommandLine::GetNext> in [xcommandline");
+            }
+        }
+        EXPECT_EQ(pairs, expected);
+        EXPECT_TRUE(value.IsEmpty());
+        EXPECT_EQ(line.GetNext(value), nullptr) << "the end stays the end";
+    };
     expect({L"a", L"-n", L"b", L"--name", L"c"}, {L"name=a", L"name=b", L"name=c"});
     expect({L"-q", L"FALSE", L"-cv", L"AUTO"}, {L"quiet=FALSE", L"create-views=AUTO"});
     expect({L"-cv", L"-q", L""}, {L"create-views=auto", L"quiet=true", L"name="});
@@ -66,5 +54,3 @@ TEST(XCommandLine, KeepsItsArgumentsAndItsPlaceInACopy) {
     EXPECT_EQ(line.GetNext(value)->eOption, eOptionCreateViews) << "the cursors are apart";
     EXPECT_EQ(copy.GetFirst(value)->eOption, eOptionQuiet);
 }
-
-}  // namespace

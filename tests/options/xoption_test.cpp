@@ -3,28 +3,14 @@
 #include "options/store.h"
 #include "veltrane/platform/sources/trace.h"
 
-using namespace veltrane;
-using namespace veltrane::detail;
-
-namespace {
-
-class OptionStore : public OptionStoreTest {
-protected:
-    void Open(const std::string& basic, std::vector<CString> arguments = {L"db"}) {
-        Basic(basic);
-        Renew();
-        Initialize(std::move(arguments));
-        m_Store->OpenConfiguration();
-    }
-};
+using OptionStore = OptionStoreTest;
 
 TEST_F(OptionStore, SingleOptionsKeepOneItemAndMultipleOnesCollect) {
     XOptionItem* const first = m_Store->InsertOptionItem(L"quiet", L"true", -1);
     EXPECT_EQ(m_Store->InsertOptionItem(L"-q", L"false", 7), first);
     EXPECT_EQ(first->GetOptionValue(), L"false");
-    m_Store->InsertOptionItem(L"map-file", L"%a%", 1);
-    m_Store->InsertOptionItem(L"map-file", L"b", 1);
-    EXPECT_EQ(Texts(L"map-file"), (std::vector<CString>{L"1=%a%", L"1=b"}));
+    for (const wchar_t* value : {L"%a%", L"b"}) m_Store->InsertOptionItem(L"map-file", value, 1);
+    EXPECT_EQ(Texts(L"map-file"), L"1=%a% 1=b ");
     EXPECT_EQ(Text(L"map-file", 1), L"%a%") << "stored as it is; the first with that index answers";
     EXPECT_EQ(m_Store->InsertOptionItem(L"", L"x", 0), nullptr);
     EXPECT_EQ(m_Store->GetOptionItem(L"quiet", 0), nullptr) << "a single option has the index -1";
@@ -75,74 +61,59 @@ TEST_F(OptionStore, GettersPutTheirReasonInFrontOfEveryError) {
         L"index!\r\nreason: \tUse either 'GetFirstOption()' and/or 'GetNextOption()' or specify an index value!";
     const CString notFound = L"The mandatory option <name> could not be found in the program option registry!";
     const CString noFlag = L"The option <name> is not a boolean option (in other words: it's not a flag)!";
-    const auto indexed = [&](auto get, int index) { return [=, this](auto* name) { (*m_Store.*get)(name, index); }; };
-    const auto walk = [&](auto get) { return [=, this](auto* name) { (*m_Store.*get)(name); }; };
-    const auto string = indexed(&XOption::GetOptionString, -1);
-    const auto expect = [&](const wchar_t* method, const wchar_t* type, const wchar_t* name, const CString& reason,
-                            auto&& ask) {
-        const XException error = ErrorOf([&] { ask(name); });
+    const auto expect = [&](auto get, const wchar_t* method, const wchar_t* type, const wchar_t* name,
+                            const CString& reason, auto... index) {
+        const XException error = ErrorOf([&] { ((*m_Store).*get)(name, index...); });
         EXPECT_EQ(error.GetMessage(),
                   CString{FormatText(L"Error retrieving the %s option <%s>!\r\nreason: \t%s", type, name, reason)});
         EXPECT_EQ(error.GetLocation().Find(FormatText(L"<XOption::%s> in [xoption], line [", method)), 0);
-        EXPECT_EQ(error.GetNumber(), -1);
     };
-    expect(L"GetOptionString", L"string", L"nosuch", unknown, string);
-    expect(L"GetOptionString", L"string", L"-q", L"The option <-q> is not a string option!", string);
-    expect(L"GetOptionString", L"string", L"", L"The option <> is not known by the system!", string);
-    expect(L"GetOptionString", L"string", L"load-dictionary", useWalk, string);
-    expect(L"GetOptionString", L"string", L"name", notFound, indexed(&XOption::GetOptionString, 0));
-    expect(L"GetFirstOptionString", L"string", L"nosuch", unknown, walk(&XOption::GetFirstOptionString));
-    expect(L"GetNextOptionString", L"string", L"nosuch", unknown, walk(&XOption::GetNextOptionString));
-    expect(L"GetOptionBoolean", L"boolean", L"name", noFlag, indexed(&XOption::GetOptionBoolean, -1));
-    expect(L"GetFirstOptionBoolean", L"boolean", L"nosuch", unknown, walk(&XOption::GetFirstOptionBoolean));
-    expect(L"GetNextOptionBoolean", L"boolean", L"nosuch", unknown, walk(&XOption::GetNextOptionBoolean));
-    expect(L"GetOptionTrillian", L"tri-state", L"-q", L"The option <-q> is not a tri-state option!",
-           indexed(&XOption::GetOptionTrillian, -1));
-    expect(L"GetOptionIList", L"integer list", L"-q", L"The option <-q> is not an integer list option!",
-           indexed(&XOption::GetOptionIList, -1));
-    expect(L"GetFirstOptionIList", L"integer list", L"nosuch", unknown, walk(&XOption::GetFirstOptionIList));
-    expect(L"GetNextOptionIList", L"integer list", L"nosuch", unknown, walk(&XOption::GetNextOptionIList));
+    const auto getString = &XOption::GetOptionString;
+    expect(getString, L"GetOptionString", L"string", L"nosuch", unknown, -1);
+    expect(getString, L"GetOptionString", L"string", L"-q", L"The option <-q> is not a string option!", -1);
+    expect(getString, L"GetOptionString", L"string", L"", L"The option <> is not known by the system!", -1);
+    expect(getString, L"GetOptionString", L"string", L"load-dictionary", useWalk, -1);
+    expect(getString, L"GetOptionString", L"string", L"name", notFound, 0);
+    expect(&XOption::GetFirstOptionString, L"GetFirstOptionString", L"string", L"nosuch", unknown);
+    expect(&XOption::GetNextOptionString, L"GetNextOptionString", L"string", L"nosuch", unknown);
+    expect(&XOption::GetOptionBoolean, L"GetOptionBoolean", L"boolean", L"name", noFlag, -1);
+    expect(&XOption::GetFirstOptionBoolean, L"GetFirstOptionBoolean", L"boolean", L"nosuch", unknown);
+    expect(&XOption::GetNextOptionBoolean, L"GetNextOptionBoolean", L"boolean", L"nosuch", unknown);
+    expect(&XOption::GetOptionTrillian, L"GetOptionTrillian", L"tri-state", L"-q",
+           L"The option <-q> is not a tri-state option!", -1);
+    expect(&XOption::GetOptionIList, L"GetOptionIList", L"integer list", L"-q",
+           L"The option <-q> is not an integer list option!", -1);
+    expect(&XOption::GetFirstOptionIList, L"GetFirstOptionIList", L"integer list", L"nosuch", unknown);
+    expect(&XOption::GetNextOptionIList, L"GetNextOptionIList", L"integer list", L"nosuch", unknown);
     EXPECT_EQ(ErrorOf([&] { m_Store->GetOptionItem(L"nosuch", 0); }).GetMessage(), unknown);
 }
 
 TEST_F(OptionStore, LaterSourcesWinAndTheEnvironmentIsWeakest) {
-    struct {
-        std::string section, option;
-        const wchar_t* weakest;
-    } const cases[] = {{"ROOT", "dictionary-root", L"environment"}, {"AUTODOC", "autodoc-title", L""}};
-    for (const auto& [section, option, weakest] : cases) {
-        SCOPED_TRACE(option);
-        const CString name = FromUtf8(option);
-        const std::string entry = "[" + section + "]\n" + option + "=";
-        const EnvironmentGuard variable{option, "environment"};
-        const auto expect = [&](const CString& value) {
-            Renew();
-            Initialize({L"-n", L"db", L"--ini", UserFile()});
-            m_Store->OpenConfiguration();
-            m_Store->RetrieveOption(name);
-            EXPECT_EQ(Text(name.GetString()), value);
-        };
-        User("");
-        expect(weakest);
-        Basic(entry + "basic\n");
-        expect(L"basic");
-        User(entry + "user\n");
-        expect(L"user");
-        Registry(section, "\"" + option + "\"=\"registry\"");
-        expect(L"registry");
-    }
+    const EnvironmentGuard root{"dictionary-root", "environment"}, title{"autodoc-title", "environment"};
+    const auto expect = [&](const wchar_t* ofRoot, const wchar_t* ofAutodoc) {
+        Open({L"-n", L"db", L"--ini", UserFile()});
+        EXPECT_EQ(Retrieved(L"dictionary-root"), ofRoot);
+        EXPECT_EQ(Retrieved(L"autodoc-title"), ofAutodoc);
+    };
+    User("");
+    expect(L"environment", L"");
+    Basic("[ROOT]\ndictionary-root=basic\n[AUTODOC]\nautodoc-title=basic\n");
+    expect(L"basic", L"basic");
+    User("[ROOT]\ndictionary-root=user\n[AUTODOC]\nautodoc-title=user\n");
+    expect(L"user", L"user");
+    Registry("ROOT", "\"dictionary-root\"=\"registry\"");
+    expect(L"registry", L"user");
 }
 
 TEST_F(OptionStore, AnItemThatIsThereIsNeverOverridden) {
-    Open("[ROOT]\ndictionary-root=basic\n[USER]\nload-dictionary-3=c\nload-dictionary=d\n",
-         {L"db", L"-dr", L"typed", L"-l", L"a"});
-    m_Store->RetrieveOption(L"dictionary-root");
+    Basic("[ROOT]\ndictionary-root=basic\n[USER]\nload-dictionary-3=c\nload-dictionary=d\n");
+    Open({L"db", L"-dr", L"typed", L"-l", L"a"});
+    EXPECT_EQ(Retrieved(L"dictionary-root"), L"typed");
     m_Store->RetrieveOption(L"load-dictionary");
-    EXPECT_EQ(Text(L"dictionary-root"), L"typed");
-    EXPECT_EQ(Texts(L"load-dictionary"), std::vector<CString>{L"0=a"});
+    EXPECT_EQ(Texts(L"load-dictionary"), L"0=a ");
     m_Store->DeleteOption(L"load-dictionary");
     m_Store->RetrieveOption(L"load-dictionary");
-    EXPECT_EQ(Texts(L"load-dictionary"), (std::vector<CString>{L"3=c", L"4=d"}));
+    EXPECT_EQ(Texts(L"load-dictionary"), L"3=c 4=d ");
     m_Store->DeleteOption(L"dictionary-root");
     XOptionDefinition copy = *FindOptionDefinition(L"dictionary-root");
     m_Store->RetrieveOption(&copy);  // stands for its option
@@ -150,35 +121,35 @@ TEST_F(OptionStore, AnItemThatIsThereIsNeverOverridden) {
     XOptionDefinition own = copy;  // a row of the host's own, in no table
     own.eOption = static_cast<enumOption>(copy.eOption | 0x0F000000);
     m_Store->RetrieveOption(&own);
-    std::vector<CString> values;
+    CString values;
     for (auto* item = m_Store->GetFirstOptionItem(L""); item; item = m_Store->GetNextOptionItem(L"")) {
-        if (item->GetID() == own.eOption) values.push_back(item->GetOptionValue());
+        if (item->GetID() == own.eOption) values += item->GetOptionValue();
     }
-    EXPECT_EQ(values, std::vector<CString>{L"basic"});
+    EXPECT_EQ(values, L"basic");
 }
 
 TEST_F(OptionStore, IndexedSectionsFollowTheDatabaseNameAndShareTheirIndexes) {
-    Open("[50%n_x\\FILES\\7]\nmap-file=m7\n[50%n_x\\files\\2]\nMAP-FILE=m2\n[db\\FILES\\1]\nmap-file=other\n",
-         {L"--name", L"50%n_x"});
+    Basic("[50%n_x\\FILES\\7]\nmap-file=m7\n[50%n_x\\files\\2]\nMAP-FILE=m2\n[db\\FILES\\1]\nmap-file=other\n");
+    Open({L"--name", L"50%n_x"});
     m_Store->RetrieveOption(L"map-file");
-    EXPECT_EQ(Texts(L"map-file"), (std::vector<CString>{L"2=m2", L"7=m7"}));
+    EXPECT_EQ(Texts(L"map-file"), L"2=m2 7=m7 ");
     EXPECT_EQ(Text(L"map-file", 7), L"m7");
     for (const int missing : {0, 3, 6, 8}) EXPECT_EQ(Text(L"map-file", missing), L"") << missing;
 
     User("[db\\FILES\\1]\nmap-file=b\n");
-    Open("[db\\FILES\\1]\nmap-file=a\n", {L"db", L"--ini", UserFile()});
+    Open({L"db", L"--ini", UserFile()});
     EXPECT_EQ(ErrorOf([&] { m_Store->RetrieveOption(L"map-file"); }).GetMessage(),
               L"Error retrieving option <map-file>!\r\nreason: \tMultiple options <map-file> for index <1>!");
 }
 
 TEST_F(OptionStore, AnObserverSeesEveryQuestionAnsweredAnew) {
-    Open(std::string{DATABASE} + "[USER]\nquiet=true\n");
+    const auto write = [&](const char* quiet) { Complete(std::string{"[USER]\nquiet="} + quiet); };
+    write("true");
+    Open({L"db"});
     const SourceTrace before = SetSourceTrace([&](const SourceEvent& event) {
-        if (event.key == L"create-schema") Basic(std::string{DATABASE} + "[USER]\nquiet=false\n");
+        if (event.key == L"create-schema") write("false");
     });
     m_Store->ReadConfiguration();
     SetSourceTrace(before);
-    EXPECT_EQ(m_Store->GetOptionItem(L"quiet", -1)->GetOptionValue(), L"false") << "the file was changed on the way";
+    EXPECT_FALSE(m_Store->GetOptionBoolean(L"quiet", -1)) << "the file was changed on the way";
 }
-
-}  // namespace

@@ -2,28 +2,20 @@
 
 #include "support/support.h"
 
-using namespace veltrane;
-using namespace veltrane::detail;
-
-namespace {
-
 TEST(XOptionDefinition, RowsStandAtTheirPlaceWithTheirBits) {
-    const auto expect = [&](int row, int id, int section, const wchar_t* shortName, const wchar_t* longName,
-                            int tabulators) {
-        const XOptionDefinition* const definition = GetOptionDefinitionAt(row);
-        ASSERT_NE(definition, nullptr);
-        EXPECT_EQ(definition->eOption, id) << row;
-        EXPECT_EQ(definition->eSection, section) << row;
-        EXPECT_EQ(CString{definition->szShortName}, shortName);
-        EXPECT_EQ(CString{definition->szLongName}, longName);
-        EXPECT_EQ(definition->nTabulators, tabulators) << row;
+    const auto expect = [](int index, const wchar_t* expected) {
+        const XOptionDefinition* const row = GetOptionDefinitionAt(index);
+        ASSERT_NE(row, nullptr);
+        EXPECT_EQ(CString{FormatText(L"%X %d <%s> <%s> %d", row->eOption, row->eSection, row->szShortName,
+                                     row->szLongName, row->nTabulators)},
+                  expected);
     };
-    expect(1, 0x1148, 3, L"cv", L"create-views", 2);
-    expect(7, 0x7341, 3, L"sp", L"spool", 3);
-    expect(33, 0x3000103, 3, L"c", L"create-changefile", 1);
-    expect(39, 0x2500C1, 5, L"", L"dictionary-name", 2);
-    expect(61, 0x290010, 5, L"", L"obsolete-classes", -1);
-    expect(65, 0x20000001, 48, L"", L"columnname-rules", -1);
+    expect(1, L"1148 3 <cv> <create-views> 2");
+    expect(7, L"7341 3 <sp> <spool> 3");
+    expect(33, L"3000103 3 <c> <create-changefile> 1");
+    expect(39, L"2500C1 5 <> <dictionary-name> 2");
+    expect(61, L"290010 5 <> <obsolete-classes> -1");
+    expect(65, L"20000001 48 <> <columnname-rules> -1");
     EXPECT_EQ(GetOptionDefinitionCount(), 67);
     EXPECT_EQ(GetOptionDefinitionAt(-1), nullptr);
     EXPECT_EQ(GetOptionDefinitionAt(67), nullptr);
@@ -77,13 +69,14 @@ TEST(XOptionDefinition, HelpIsTheTableLineByLine) {
     ShowHelp();
     ASSERT_EQ(recorder.boxes.size(), 1U);
     EXPECT_EQ(recorder.boxes[0].style, 0x40U);
-
     const CString separator = CString{L'-', 207} + L"\r\n";
-    const CString& help = recorder.boxes[0].text;
-    const CString head = L"Synopsis: Veltrane [options] <database-name>\r\n\r\nwhere [options] is one or more of:\r\n" +
-                         separator + L"flags and switches:\t\r\n-cv,\t--create-views [true|false|auto]\t\tForce the ";
-    EXPECT_EQ(help.Left(head.GetLength()), head);
+    CString help = recorder.boxes[0].text;
     EXPECT_EQ(help.Right(separator.GetLength()), separator);
+    EXPECT_EQ(help.Replace(separator, L"<>"), 4);
+    EXPECT_EQ(
+        help.Find(L"Synopsis: Veltrane [options] <database-name>\r\n\r\nwhere [options] is one or more of:\r\n<>flags "
+                  L"and switches:\t\r\n-cv,\t--create-views [true|false|auto]\t\tForce the "),
+        0);
     for (const wchar_t* line : {
              L"-s, \t--setup <setup-ini-filename>\t\r\n",
              L"-e, \t--exit\t\t\t\t\tGenerate an 'exit' statement in the changefile.\r\n"
@@ -94,8 +87,4 @@ TEST(XOptionDefinition, HelpIsTheTableLineByLine) {
         EXPECT_GE(help.Find(line), 0) << ToUtf8(line);
     }
     EXPECT_EQ(help.Find(L"--metadata"), -1);
-    CString rest = help;
-    EXPECT_EQ(rest.Replace(separator, L""), 4);
 }
-
-}  // namespace

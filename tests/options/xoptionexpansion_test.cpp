@@ -1,22 +1,13 @@
 // References between percent signs, as the store replaces them.
 #include "options/store.h"
-#include "veltrane/options/xoption.h"
-
-using namespace veltrane;
-using namespace veltrane::detail;
-
-namespace {
 
 class Expansion : public OptionStoreTest {
 protected:
     /// The value of autodoc-title behind a start-up up to the opened files.
     CString TitleOf(const std::string& value, const std::string& more) {
         Basic("[AUTODOC]\nautodoc-title=" + value + "\n" + more);
-        Renew();
-        Initialize({L"db"});
-        m_Store->OpenConfiguration();
-        m_Store->RetrieveOption(L"autodoc-title");
-        return Text(L"autodoc-title");
+        Open({L"db"});
+        return Retrieved(L"autodoc-title");
     }
 };
 
@@ -56,40 +47,40 @@ TEST_F(Expansion, ErrorsOfReferencesCarryTheWholeStory) {
            L"Error retrieving the string option <unknown>!\r\nreason: \tThe option <unknown> is not known by the "
            L"system!");
     Renew();
-    const XException error = ErrorOf([&] { Initialize({L"--dictionary-root", L"%%"}); });
-    EXPECT_EQ(error.GetMessage(),
+    EXPECT_EQ(ErrorOf([&] {
+                  Initialize({L"--dictionary-root", L"%%"});
+              }).GetMessage(),
               L"Error retrieving the string option <>!\r\nreason: \tThe option <> is not known by the system!");
 }
 
 TEST_F(Expansion, NestingAndLengthEndAtTheirLimits) {
     // The last key, and each other key as a text in which '#' is the reference to the key before.
-    const auto chain = [](const std::string& last, int length, const std::string& text) {
+    const auto chain = [](const std::string& last, int length, const CString& text) {
         std::string keys = "k0=" + last + "\n";
         for (int i = 1; i < length; ++i) {
-            keys += "k" + std::to_string(i) + "=";
-            for (const char element : text)
-                keys += element == '#' ? "%k" + std::to_string(i - 1) + "%" : std::string{element};
-            keys += "\n";
+            CString line = FormatText(L"k%d=%s\n", i, text);
+            line.Replace(L"#", CString{FormatText(L"%%k%d%%", i - 1)});
+            keys += ToUtf8(line);
         }
         return keys;
     };
-    EXPECT_EQ(TitleOf("%k199%", chain("end", 200, "#")), L"end");
-    EXPECT_EQ(TitleOf("%k20%", chain("x", 21, "##")).GetLength(), 1'048'576);
+    EXPECT_EQ(TitleOf("%k199%", chain("end", 200, L"#")), L"end");
+    EXPECT_EQ(TitleOf("%k20%", chain("x", 21, L"##")).GetLength(), 1'048'576);
 
     Registry("AUTODOC", "\"logging\"=\"\"");
-    std::string hundred;
-    for (int i = 0; i < 100; ++i) hundred += "%a%";
+    CString hundred;
+    for (int i = 0; i < 100; ++i) hundred += L"%a%";
     const wchar_t tooLong[] = L"longer than 1048576 characters when its references are replaced!";
     const auto expect = [&](const char* what, const std::string& value, const std::string& keys, const wchar_t* part) {
         EXPECT_GE(ErrorOf([&] { TitleOf(value, keys); }).GetMessage().Find(part), 0) << what;
     };
-    expect("one level more", "%k200%", chain("end", 201, "#"),
+    expect("one level more", "%k200%", chain("end", 201, L"#"),
            L"The reference <k0> is nested deeper than 200 levels: ");
-    expect("one element more in a name still open", "%k20%%half%y", chain("x", 21, "##") + "half=%5\n", tooLong);
-    expect("one element more", "%k20%y", chain("x", 21, "##"), tooLong);
-    expect("2^40 questions if each reference were asked", "%k40%", chain("%logging%", 41, "##"), tooLong);
+    expect("one element more in a name still open", "%k20%%half%y", chain("x", 21, L"##") + "half=%5\n", tooLong);
+    expect("one element more", "%k20%y", chain("x", 21, L"##"), tooLong);
+    expect("2^40 questions if each reference were asked", "%k40%", chain("%logging%", 41, L"##"), tooLong);
     expect("values that are held while the next one is looked up, before the unknown one is met", "%k20%",
-           "a=" + std::string(2000, 'x') + "\n" + chain("%unknown%", 21, hundred + "#"), tooLong);
+           "a=" + std::string(2000, 'x') + "\n" + chain("%unknown%", 21, hundred + L"#"), tooLong);
 }
 
 TEST_F(Expansion, ManyReferencesSideBySideAreNoNesting) {
@@ -97,8 +88,5 @@ TEST_F(Expansion, ManyReferencesSideBySideAreNoNesting) {
     for (int i = 0; i < 50'000; ++i) value += "%autodoc-title%";
     Registry("AUTODOC", "\"autodoc-index\"=\"" + value + "\"\n\"autodoc-title\"=\"x\"");
     Initialize({L"db"});
-    m_Store->RetrieveOption(L"autodoc-index");
-    EXPECT_EQ(Text(L"autodoc-index"), (CString{L'x', 50'000}));
+    EXPECT_EQ(Retrieved(L"autodoc-index"), (CString{L'x', 50'000}));
 }
-
-}  // namespace

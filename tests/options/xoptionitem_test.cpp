@@ -1,21 +1,9 @@
 #include "veltrane/options/xoptionitem.h"
 
-#include "support/support.h"
+#include "collections/sets.h"
 
-using namespace veltrane;
-using namespace veltrane::detail;
-
-namespace {
-
-XOptionItem Item(const wchar_t* name, const wchar_t* value) {
+static XOptionItem Item(const wchar_t* name, const wchar_t* value) {
     return {FindOptionDefinition(name), value, -1};
-}
-
-// The numbers behind each other.
-std::string NumbersOf(const XSetInt* list) {
-    std::string numbers;
-    for (int i = 0; i < list->Size(); ++i) numbers += std::to_string(list->GetConstRefAt(i));
-    return numbers;
 }
 
 TEST(XOptionItem, ReadsItsTextAsTheTypeOfItsOption) {
@@ -39,10 +27,9 @@ TEST(XOptionItem, ReadsItsTextAsTheTypeOfItsOption) {
 }
 
 TEST(XOptionItem, RefusesTheOtherTypesInItsWords) {
-    XOptionItem quiet = Item(L"quiet", L"true");
-    XOptionItem name = Item(L"name", L"db");
+    XOptionItem quiet = Item(L"quiet", L"true"), name = Item(L"name", L"db");
     XSetInt list;
-    const auto expect = [&](auto&& ask, const wchar_t* method, const wchar_t* message) {
+    const auto expect = [](auto&& ask, const wchar_t* method, const wchar_t* message) {
         const XException error = ErrorOf(ask);
         EXPECT_EQ(error.GetMessage(), message);
         EXPECT_EQ(error.GetLocation().Find(FormatText(L"<XOptionItem::%s> in [xoption], line", method)), 0);
@@ -69,13 +56,11 @@ TEST(XOptionItem, AnIntegerListGrowsWithItsTexts) {
     const XOptionItem copy = item;
     item.SetOptionValue(L"7");
     EXPECT_EQ(item.GetOptionValue(), L"7");
-    EXPECT_EQ(NumbersOf(item.GetOptionIList()), "427");
+    EXPECT_EQ(ValuesOf(*item.GetOptionIList()), (Ints{4, 2, 7}));
     XSetInt nine;
     nine.Insert(9);
     item.SetOptionIList(nine);
-    EXPECT_EQ(NumbersOf(item.GetOptionIList()), "9");
+    EXPECT_EQ(ValuesOf(*item.GetOptionIList()), Ints{9});
     EXPECT_EQ(item.GetOptionValue(), L"7") << "the text stays";
-    EXPECT_EQ(NumbersOf(copy.GetOptionIList()), "42") << "a copy has a list of its own";
+    EXPECT_EQ(ValuesOf(*copy.GetOptionIList()), (Ints{4, 2})) << "a copy has a list of its own";
 }
-
-}  // namespace

@@ -1,21 +1,7 @@
+#include "collections/sets.h"
 #include "options/store.h"
-#include "veltrane/options/xoption.h"
-#include "veltrane/platform/files/filesystem.h"
 
-using namespace veltrane;
-using namespace veltrane::detail;
-
-namespace {
-
-class OptionStartUp : public OptionStoreTest {
-protected:
-    CString DataFolder() const { return m_Folder.Wide("data"); }
-    void Open(std::vector<CString> arguments) {
-        Renew();
-        Initialize(std::move(arguments));
-        m_Store->OpenConfiguration();
-    }
-};
+using OptionStartUp = OptionStoreTest;
 
 TEST_F(OptionStartUp, TakesOverFactsAndCommandLine) {
     m_Store->InsertOptionItem(L"load-dictionary", L"early", 5);
@@ -26,8 +12,8 @@ TEST_F(OptionStartUp, TakesOverFactsAndCommandLine) {
     EXPECT_EQ(Text(L"datetime"), L"today");
     EXPECT_EQ(Text(L"exe-name"), m_Folder.Wide() + L"x") << "references of the command line are replaced";
     EXPECT_FALSE(m_Store->GetOptionBoolean(L"quiet", -1)) << "the last one counts";
-    EXPECT_EQ(Texts(L"load-dictionary"), (std::vector<CString>{L"5=early", L"2=earlier", L"6=a", L"7=b"}));
-    EXPECT_EQ(Texts(L"diff-dictionary"), std::vector<CString>{L"0="});
+    EXPECT_EQ(Texts(L"load-dictionary"), L"5=early 2=earlier 6=a 7=b ");
+    EXPECT_EQ(Texts(L"diff-dictionary"), L"0= ");
 }
 
 TEST_F(OptionStartUp, FindsTheMetadataFolderAndCreatesDefaultFoldersBelowData) {
@@ -62,21 +48,17 @@ TEST_F(OptionStartUp, ChecksTheFoldersThatAreNamed) {
 }
 
 TEST_F(OptionStartUp, FindsTheBasicFileByTheProgramAndTheUserFileBelowConfig) {
-    struct {
-        const wchar_t* program;
-        const char* file;
-    } const cases[] = {{L"Tool.exe", "tool.ini"}, {L"Tool.EXE", "tool.exe.ini"}, {L"a.exe.exe", "a.ini"}};
+    const std::pair<const wchar_t*, const char*> cases[] = {
+        {L"Tool.exe", "tool.ini"}, {L"Tool.EXE", "tool.exe.ini"}, {L"a.exe.exe", "a.ini"}};
     for (const auto& [program, file] : cases) {
         m_Folder.Write(std::string{"Meta/"} + file, DATABASE);
         Open({L"db", L"-m", L"Meta", L"--exe-name", program});
         m_Store->OpenConfiguration();  // readers that are open stay
-        m_Store->RetrieveOption(L"role");
-        EXPECT_EQ(Text(L"role"), L"r");
+        EXPECT_EQ(Retrieved(L"role"), L"r");
     }
-    m_Folder.Write("data/configuration/my.ini", "[USER]\nquiet=true\n");
+    m_Folder.Write("data/configuration/my.ini", "[ROOT]\nlogfile=user\n");
     Open({L"--data", DataFolder(), L"--ini", L"my.ini"});
-    m_Store->RetrieveOption(L"quiet");
-    EXPECT_TRUE(m_Store->GetOptionBoolean(L"quiet", -1));
+    EXPECT_EQ(Retrieved(L"logfile"), L"user");
 }
 
 TEST_F(OptionStartUp, TellsWhichConfigurationIsMissing) {
@@ -95,15 +77,11 @@ TEST_F(OptionStartUp, TellsWhichConfigurationIsMissing) {
 }
 
 TEST_F(OptionStartUp, ReadsEveryOrdinaryOptionAndMergesTheObsoleteClasses) {
-    Basic(std::string{DATABASE} + "obsolete-classes-2=5\nobsolete-classes-1=1,2\n[USER]\nexit=true\n");
-    StartUp({L"db"});
+    Complete("obsolete-classes-2=5\nobsolete-classes-1=1,2\n[USER]\nexit=true\n");
+    Start({L"db"});
     EXPECT_TRUE(m_Store->GetOptionBoolean(L"exit", -1));
-    const XSetInt* const first = m_Store->GetOptionIList(L"obsolete-classes", 1);
-    const XSetInt* const last = m_Store->GetOptionIList(L"obsolete-classes", 2);
-    ASSERT_TRUE(first && last);
-    EXPECT_EQ(first->Size(), 2);
-    EXPECT_EQ(last->Size(), 3);
-    EXPECT_EQ(last->GetConstRefAt(2), 5);
+    EXPECT_EQ(ValuesOf(*m_Store->GetOptionIList(L"obsolete-classes", 1)), (Ints{1, 2}));
+    EXPECT_EQ(ValuesOf(*m_Store->GetOptionIList(L"obsolete-classes", 2)), (Ints{1, 2, 5}));
 }
 
 TEST_F(OptionStartUp, StopsAtAMandatoryOptionWithTheOnesBeforeInPlace) {
@@ -117,13 +95,13 @@ TEST_F(OptionStartUp, StopsAtAMandatoryOptionWithTheOnesBeforeInPlace) {
 }
 
 TEST_F(OptionStartUp, ReadsNamingRulesOfAllSourcesByVersion) {
-    Basic(std::string{DATABASE} +
-          "[db\\TABLENAME RULES\\3]\nAB=x\nOld=\n[db\\tablename rules\\1]\nx=AB\n"
-          "[db\\COLUMNNAME RULES]\nc=of no version\n[db\\COLUMNNAME RULES\\2]\nc=k\n[db\\COLUMNNAME "
-          "RULES\\9]\nk=unreached\n");
+    Complete(
+        "[db\\TABLENAME RULES\\3]\nAB=x\nOld=\n[db\\tablename rules\\1]\nx=AB\n"
+        "[db\\COLUMNNAME RULES]\nc=of no version\n[db\\COLUMNNAME RULES\\2]\nc=k\n[db\\COLUMNNAME "
+        "RULES\\9]\nk=unreached\n");
     User("[db\\TABLENAME RULES\\3]\nAB=user\n[db\\COLUMNNAME RULES\\9]\n");
     Registry("db\\COLUMNNAME RULES\\2", "\"c\"=\"registry\"");
-    StartUp({L"db", L"--ini", UserFile()});
+    Start({L"db", L"--ini", UserFile()});
     const auto renamed = [&](auto replace, CString name, int version) {
         ((*m_Store).*replace)(name, version, /*keepCase*/ true);
         return name;
@@ -135,17 +113,15 @@ TEST_F(OptionStartUp, ReadsNamingRulesOfAllSourcesByVersion) {
 }
 
 TEST_F(OptionStartUp, ASecondReadingAddsWhatHasNoValueYetAndTheRulesOnceMore) {
-    const std::string text = std::string{DATABASE} + "[db\\TABLENAME RULES\\1]\na=aa\n[USER]\nload-dictionary-1=x\n";
-    Basic(text + "load-dictionary-2=%nosuch%\n");
+    const std::string text = "[db\\TABLENAME RULES\\1]\na=aa\n[USER]\nload-dictionary-1=x\n";
+    Complete(text + "load-dictionary-2=%nosuch%\n");
     Open({L"db"});
     EXPECT_THROW(m_Store->ReadConfiguration(), XException);
-    Basic(text + "load-dictionary-2=y\nautodoc-document-root=new\n");
+    Complete(text + "load-dictionary-2=y\nautodoc-document-root=new\n");
     for (int i = 0; i < 2; ++i) m_Store->ReadConfiguration();
-    EXPECT_EQ(Texts(L"load-dictionary"), std::vector<CString>{L"1=x"}) << "what an error cut short stays so";
+    EXPECT_EQ(Texts(L"load-dictionary"), L"1=x ") << "what an error cut short stays so";
     EXPECT_EQ(Text(L"autodoc-document-root"), L"new");
     CString name = L"a";
     m_Store->ReplaceTableName(name, 1, /*keepCase*/ true);
     EXPECT_EQ(name, L"aaaa");
 }
-
-}  // namespace

@@ -5,8 +5,6 @@
 
 #include "options/store.h"
 
-namespace {
-
 constexpr enumOption eOptionScale = OwnOption(1, eString | eSingle | eHelp);
 constexpr enumOption eOptionDry = OwnOption(2, eBoolean | eSingle | eHelp);
 constexpr enumOption eOptionMode = OwnOption(3, eTrillian | eSingle);
@@ -34,32 +32,22 @@ static_assert(FitsLibrary({OPTIONS, SECTIONS}));
 TEST_F(OptionStoreTest, AToolsOwnOptionsAreOptionsLikeTheOthers) {
     m_Store.reset();
     const OwnOptions registered{{OPTIONS, SECTIONS}};
-    Renew();
     EXPECT_EQ(FindOptionDefinition(L"-sc"), FindOptionDefinition(L"scale"));
     EXPECT_STREQ(GetOptionDefinitionAt(67)->szSyntax, L"scale:");
-    std::string text = DATABASE;
-    text +=
+    Complete("");
+    EXPECT_EQ(ErrorOf([&] { Start({L"db"}); }).GetSubject()->option, L"team") << "mandatory";
+    Complete(
         "[ROOT]\nscale=%unit%-2\nunit=cm\n[db\\SCALES\\4]\nscale-source=x\n"
-        "[SCALE]\nscale-mode=true\nskip-3=4,1\nskip-1=7\nteam=%scale%!\n";
-    Basic(text);
-    m_Store->KeepOrigins(true);
-    StartUp({L"tool", L"db", L"-dry"});
+        "[SCALE]\nscale-mode=true\nskip-3=4,1\nskip-1=7\nteam=%scale%!\n");
+    m_bKeepsOrigins = true;
+    Start({L"tool", L"db", L"-dry"});
     EXPECT_EQ(Text(L"scale"), L"cm-2");
     EXPECT_EQ(Text(L"team"), L"cm-2!");
     EXPECT_TRUE(m_Store->GetOptionBoolean(L"dry-run", -1));
     EXPECT_EQ(m_Store->GetOptionTrillian(L"scale-mode", -1), eFlagTrue);
-    EXPECT_EQ(Texts(L"scale-source"), std::vector<CString>{L"4=x"});
+    EXPECT_EQ(Texts(L"scale-source"), L"4=x ");
     EXPECT_EQ(m_Store->GetOptionIList(L"skip", 3)->Size(), 2);
     EXPECT_EQ(m_Store->GetOptionCandidates(L"scale", -1).candidates.at(0).line, 6);
-    m_Store.reset();
-}
-
-TEST_F(OptionStoreTest, AMissingMandatoryOptionOfAToolEndsTheReading) {
-    m_Store.reset();
-    const OwnOptions registered{{OPTIONS, SECTIONS}};
-    Renew();
-    Basic(DATABASE);
-    EXPECT_EQ(ErrorOf([&] { StartUp({L"tool", L"db"}); }).GetSubject()->option, L"team");
     m_Store.reset();
 }
 
@@ -80,75 +68,42 @@ TEST(OwnOptions, ShowTheirHelpAfterThatOfTheLibrary) {
 }
 
 TEST(OwnOptions, RefuseWhatIsInUse) {
-    const auto row = [](enumOption id, const char* shortName, const char* longName, enumCfgSection section) {
-        XOptionDefinition made{id, section, {}, {}, {}, -1, {}};
-        std::copy_n(shortName, std::strlen(shortName), made.szShortName);
-        std::copy_n(longName, std::strlen(longName), made.szLongName);
-        return made;
-    };
     const OwnOptions registered{{OPTIONS, SECTIONS}};
+    const auto expect = [](enumOption id, std::wstring_view shortName, std::wstring_view longName,
+                           const wchar_t* message, std::span<const XConfigSection> sections = {},
+                           enumCfgSection section = eSectionRoot) {
+        XOptionDefinition row{id, section, {}, {}, {}, -1, {}};
+        std::ranges::copy(shortName, row.szShortName);
+        std::ranges::copy(longName, row.szLongName);
+        EXPECT_EQ(ErrorOf([&] { OwnOptions{{{&row, 1}, sections}}; }).GetMessage(), message);
+    };
+    constexpr enumOption id = OwnOption(9, eString | eSingle);
+    expect(id, L"", L"quiet", L"The option <quiet> cannot be registered: its name is in use!");
+    expect(id, L"", L"dry-run", L"The option <dry-run> cannot be registered: its name is in use!");
+    expect(id, L"q", L"other", L"The option <other> cannot be registered: its short name <q> is in use!");
+    expect(eOptionQuiet, L"", L"other", L"The option <other> cannot be registered: its id is in use!");
+    expect(eOptionScale, L"", L"other", L"The option <other> cannot be registered: its id is in use!");
+    expect(enumOption{0x41}, L"", L"other", L"The option <other> cannot be registered: its id has no number!");
+    expect(id, L"", L"o=r", L"The option <o=r> cannot be registered: a name is made of letters, digits and hyphens!");
+    constexpr XConfigSection root[] = {SectionRow(OwnSection(3), eSectionUnnamed, L"ROOT")};
     constexpr XConfigSection below[] = {SectionRow(OwnSection(3), OwnSection(3), L"SELF")};
     constexpr XConfigSection named[] = {SectionRow(OwnSection(3), eSectionNone, L"--other")};
-    constexpr XConfigSection root[] = {SectionRow(OwnSection(3), eSectionUnnamed, L"ROOT")};
-    const enumOption id = OwnOption(9, eString | eSingle);
-    const struct {
-        XOptionDefinition option;
-        std::span<const XConfigSection> sections;
-        const wchar_t* message;
-    } cases[] = {
-        {row(id, "", "quiet", eSectionRoot), {}, L"The option <quiet> cannot be registered: its name is in use!"},
-        {row(id, "", "dry-run", eSectionRoot), {}, L"The option <dry-run> cannot be registered: its name is in use!"},
-        {row(id, "q", "other", eSectionRoot),
-         {},
-         L"The option <other> cannot be registered: its short name <q> is in use!"},
-        {row(eOptionQuiet, "", "other", eSectionRoot),
-         {},
-         L"The option <other> cannot be registered: its id is in use!"},
-        {row(eOptionScale, "", "other", eSectionRoot),
-         {},
-         L"The option <other> cannot be registered: its id is in use!"},
-        {row(enumOption{0x41}, "", "other", eSectionRoot),
-         {},
-         L"The option <other> cannot be registered: its id has no number!"},
-        {row(id, "", "o=r", eSectionRoot),
-         {},
-         L"The option <o=r> cannot be registered: a name is made of letters, digits and hyphens!"},
-        {row(id, "", "other", OwnSection(7)), {}, L"The section <4103> does not exist!"},
-        {row(id, "", "other", eSectionRoot), SECTIONS,
-         L"The section <SCALE> cannot be registered: its value or its name is in use!"},
-        {row(id, "", "other", eSectionRoot), root,
-         L"The section <ROOT> cannot be registered: its value or its name is in use!"},
-        {row(id, "", "other", eSectionRoot), below, L"The section <SELF> stands below itself!"},
-        {row(id, "", "other", OwnSection(3)), named, L"The section <--other> stands below itself!"},
-    };
-    for (const auto& [option, sections, message] : cases) {
-        const std::span<const XOptionDefinition> options{&option, 1};
-        EXPECT_EQ(ErrorOf([options = options, sections = sections] {
-                      OwnOptions{{options, sections}};
-                  }).GetMessage(),
-                  message);
-    }
+    expect(id, L"", L"other", L"The section <SCALE> cannot be registered: its value or its name is in use!", SECTIONS);
+    expect(id, L"", L"other", L"The section <ROOT> cannot be registered: its value or its name is in use!", root);
+    expect(id, L"", L"other", L"The section <SELF> stands below itself!", below);
+    expect(id, L"", L"other", L"The section <--other> stands below itself!", named, OwnSection(3));
+    expect(id, L"", L"other", L"The section <4103> does not exist!", {}, OwnSection(7));
     const XOption store;
     EXPECT_EQ(ErrorOf([] { OwnOptions{{}}; }).GetMessage(), L"Options can be registered only before a store is made!");
 }
 
 /// With VELTRANE_OWN_ROWS set, all tests of the program run beside that many options of a tool's own.
-const class ManyRows {
-public:
-    ManyRows() {
-        const char* const count = std::getenv("VELTRANE_OWN_ROWS");
-        for (int i = 0; count && i < std::atoi(count); ++i) {
-            XOptionDefinition row{enumOption{0x40000000 | (1000 + i) << 12 | 0x41}, eSectionRoot, {}, {}, {}, -1, {}};
-            const CString name = FormatText(L"own-row-%d", i);
-            std::ranges::copy(name.View(), row.szLongName);
-            m_Rows.push_back(row);
-        }
-        if (!m_Rows.empty()) m_Registered = std::make_unique<OwnOptions>(OwnTable{m_Rows});
+static const auto g_ManyRows = [] {
+    const char* const count = std::getenv("VELTRANE_OWN_ROWS");
+    static std::vector<XOptionDefinition> rows;
+    for (int i = 0; count && i < std::atoi(count); ++i) {
+        rows.push_back({enumOption{0x40000000 | (1000 + i) << 12 | 0x41}, eSectionRoot, {}, {}, {}, -1, {}});
+        std::ranges::copy(FormatText(L"own-row-%d", i), rows.back().szLongName);
     }
-
-private:
-    std::vector<XOptionDefinition> m_Rows;
-    std::unique_ptr<OwnOptions> m_Registered;
-} g_ManyRows;
-
-}  // namespace
+    return rows.empty() ? nullptr : std::make_unique<OwnOptions>(OwnTable{rows});
+}();

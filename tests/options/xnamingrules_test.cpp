@@ -70,13 +70,10 @@ TEST(XNamingRule, OrdersByVersionThenTexts) {
 }
 
 TEST(XNamingRule, CopiesAreNotMarked) {
-    XNamingRules rules, marked;
-    rules.InsertRule(1, L"a", L"b");
-    rules.InsertRule(2, L"c", L"d");
-    rules.SetFlag(1, true);
-    rules.GetSubset(marked, true);
-    ASSERT_EQ(marked.Size(), 1);
-    EXPECT_EQ(marked.GetAt(0)->GetVersion(), 2);
-    EXPECT_FALSE(marked.GetFlag(0));
-    EXPECT_EQ(ErrorOf([&] { marked.GetFlag(1); }).GetLocation().Find(L"<XSetP<struct XNamingRule>::GetFlag> in ["), 0);
+    XNamingRule rule(2, L"c", L"d");
+    rule.SetFlag(true);
+    EXPECT_EQ(XNamingRule{rule}.Compare(rule), 0);
+    EXPECT_FALSE(XNamingRule{rule}.GetFlag());
+    EXPECT_EQ(ErrorOf([] { XNamingRules{}.GetFlag(0); }).GetLocation().Find(L"<XSetP<struct XNamingRule>::GetFlag> "),
+              0);
 }

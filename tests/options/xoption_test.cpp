@@ -135,11 +135,6 @@ TEST_F(OptionStore, IndexedSectionsFollowTheDatabaseNameAndShareTheirIndexes) {
     EXPECT_EQ(Texts(L"map-file"), L"2=m2 7=m7 ");
     EXPECT_EQ(Text(L"map-file", 7), L"m7");
     for (const int missing : {0, 3, 6, 8}) EXPECT_EQ(Text(L"map-file", missing), L"") << missing;
-
-    User("[db\\FILES\\1]\nmap-file=b\n");
-    Open({L"db", L"--ini", UserFile()});
-    EXPECT_EQ(ErrorOf([&] { m_Store->RetrieveOption(L"map-file"); }).GetMessage(),
-              L"Error retrieving option <map-file>!\r\nreason: \tMultiple options <map-file> for index <1>!");
 }
 
 TEST_F(OptionStore, AnObserverSeesEveryQuestionAnsweredAnew) {

@@ -161,25 +161,35 @@ TEST_F(Origins, AnErrorEndsTheStepsAsItEndsTheValue) {
 }
 
 TEST_F(Origins, NamingRulesTellTheirPlacesAndTheHiddenOnes) {
-    Complete("[db\\TABLENAME RULES\\1]\nA=B\nHID=x\n[db\\TABLENAME RULES\\2]\nB=C\n");
-    User("[db\\TABLENAME RULES\\1]\nA=user\nNEW=\n");
+    Complete(
+        "[db\\TABLENAME RULES\\2]\nB=C\n[db\\tablename rules\\1]\nA=B\nHID=x\n[db\\COLUMNNAME RULES]\nc=of no version\n"
+        "[db\\COLUMNNAME RULES\\2]\nc=k\n[db\\COLUMNNAME RULES\\9]\nk=unreached\n");
+    User("[db\\TABLENAME RULES\\1]\nA=user\nNEW=\n[db\\COLUMNNAME RULES\\9]\n");
     Registry("db\\TABLENAME RULES\\2", "\"B\"=\"registry\"");
     Start({L"db", L"--ini", UserFile()});
-    CString told;
-    for (const OptionRule& rule : m_Store->GetNamingRules(eOptionTableNameRules)) {
-        told += FormatText(L"%d %s=%s (%s:%d)%s ", rule.version, rule.oldText, rule.newText,
-                           LayerName(rule.origin.layer), rule.origin.line, rule.isInForce ? L"" : L" hidden");
-    }
-    EXPECT_EQ(told,
-              L"1 A=user (user file:2) 1 NEW= (user file:3) 2 B=registry (registry:3) "
-              L"1 HID=x (basic file:7) hidden ");
-    EXPECT_TRUE(m_Store->GetNamingRules(eOptionColumnNameRules).empty());
+    const auto expect = [&](enumOption option, const wchar_t* expected) {
+        CString told;
+        for (const OptionRule& rule : m_Store->GetNamingRules(option)) {
+            told += FormatText(L"%d %s=%s (%s:%d)%s ", rule.version, rule.oldText, rule.newText,
+                               LayerName(rule.origin.layer), rule.origin.line, rule.isInForce ? L"" : L" hidden");
+        }
+        EXPECT_EQ(told, expected);
+    };
+    expect(eOptionTableNameRules,
+           L"1 A=user (user file:2) 1 NEW= (user file:3) 2 B=registry (registry:3) 1 HID=x (basic file:9) hidden ");
+    expect(eOptionColumnNameRules, L"2 c=k (basic file:13) 9 k=unreached (basic file:15) hidden ");
     const auto preview = m_Store->PreviewTableName(L"ab", 2, /*keepCase*/ false);
     ASSERT_EQ(preview.size(), 2U);
     EXPECT_EQ(preview[0].name, L"USERB");
     EXPECT_EQ(preview[1].rule, 2);
     EXPECT_EQ(preview[1].name, L"USERREGISTRY");
     EXPECT_TRUE(m_Store->PreviewColumnsName(L"ab", 2, /*keepCase*/ true).empty());
+    CString name = L"AB";
+    m_Store->ReplaceTableName(name, 1, /*keepCase*/ true);
+    EXPECT_EQ(name, L"userB");
+    name = L"cc";
+    m_Store->ReplaceColumnsName(name, 9, /*keepCase*/ true);
+    EXPECT_EQ(name, L"kk");
     EXPECT_EQ(m_Store->GetSectionName(eSectionTableRules), L"db\\TABLENAME RULES\\%d");
 }
 
@@ -189,11 +199,7 @@ TEST_F(Origins, AStartUpThatOnlyLooksCreatesShowsAndEndsNothing) {
     const auto look = [&] {
         Initialize({L"--help", L"-v", L"-s", L"x", L"--data", DataFolder(), L"--logging", L"no"});
     };
-    const auto lookAndEnd = [&] {
-        EXPECT_THROW(look(), XException);
-        std::_Exit(7);
-    };
-    EXPECT_EXIT(lookAndEnd(), testing::ExitedWithCode(7), "");
+    EXPECT_EXIT((ErrorOf(look), std::_Exit(7)), testing::ExitedWithCode(7), "");
     EXPECT_EQ(ErrorOf(look).GetSubject()->option, L"logging");
     m_Store->OpenConfiguration();
     EXPECT_THROW(m_Store->ReadConfiguration(), XException);
@@ -202,41 +208,6 @@ TEST_F(Origins, AStartUpThatOnlyLooksCreatesShowsAndEndsNothing) {
     EXPECT_TRUE(std::filesystem::is_empty(m_Folder.Path() / "data"));
     EXPECT_EQ(Text(L"config"), DataFolder() + L"/configuration") << "where it would be";
     EXPECT_EQ(Text(L"changefile-root"), DataFolder() + L"/changefile") << "what follows the first error";
-}
-
-TEST_F(Origins, ErrorsSayWhatTheyAreAbout) {
-    User("[USER]\nload-dictionary-1=b\n");
-    struct {
-        std::string basic;
-        std::vector<CString> arguments;
-        ErrorSubject subject;
-    } const cases[] = {
-        {"", {L"--nosuch"}, {.argument = L"--nosuch"}},
-        {"", {L"-q", L"maybe"}, {.option = L"quiet", .argument = L"maybe"}},
-        {"", {L"-n"}, {.option = L"name"}},
-        {"", {L"-m", L"no"}, {.option = L"metadata"}},
-        {"", {L"--data", L"/no"}, {.option = L"data"}},
-        {"", {L"--config", L"/no"}, {.option = L"config"}},
-        {"", {L"--ini", L"/no"}, {.option = L"ini"}},
-        {"", {L"-dr", L"%nosuch%"}, {.argument = L"nosuch", .reference = L"nosuch"}},
-        {"[ROOT]\nname=%a%\na=%a%\n", {}, {.option = L"name", .reference = L"a"}},
-        {"[db]\nrole=r\n", {L"db"}, {.option = L"dictionary-name"}},
-        {"[USER]\nload-dictionary-1=a\n", {L"db", L"--ini", UserFile()}, {.option = L"load-dictionary", .index = 1}},
-    };
-    for (const auto& [basic, arguments, subject] : cases) {
-        SCOPED_TRACE(ToUtf8(subject.option + subject.argument));
-        Basic(basic);
-        const XException error = ErrorOf([&] { Start(arguments); });
-        ASSERT_TRUE(error.GetSubject());
-        EXPECT_EQ(error.GetSubject()->option, subject.option);
-        EXPECT_EQ(error.GetSubject()->argument, subject.argument);
-        EXPECT_EQ(error.GetSubject()->reference, subject.reference);
-        EXPECT_EQ(error.GetSubject()->index, subject.index);
-    }
-    CString told;  // of the last one
-    const XException twice = ErrorOf([&] { m_Store->RetrieveOption(L"load-dictionary"); });
-    for (const ErrorPlace& place : twice.GetSubject()->places) told += FormatText(L"%s:%d ", place.layer, place.line);
-    EXPECT_EQ(told, L"basic file:2 user file:2 ");
 }
 
 TEST_F(Origins, LocationsAreTheFilesAndFoldersOfStartUp) {

@@ -1,5 +1,6 @@
 #include "collections/sets.h"
 #include "options/store.h"
+#include "veltrane/foundation/xsubject.h"
 
 using OptionStartUp = OptionStoreTest;
 
@@ -30,23 +31,6 @@ TEST_F(OptionStartUp, FindsTheMetadataFolderAndCreatesDefaultFoldersBelowData) {
     EXPECT_EQ(Text(L"config"), L"anything") << "without data a relative folder stays unchecked";
 }
 
-TEST_F(OptionStartUp, ChecksTheFoldersThatAreNamed) {
-    const CString missing = DataFolder() + L"/mine";
-    m_Folder.Write("file", "where a folder should be");
-    const auto expect = [&](const std::vector<CString>& arguments, const CString& folder, const wchar_t* reason) {
-        Renew();
-        EXPECT_EQ(ErrorOf([&] { Initialize(arguments); }).GetMessage(),
-                  L"Folder <" + folder + L"> does not exist!\r\n\t" + reason);
-    };
-    expect({L"--data", DataFolder(), L"--logging", L"mine"}, missing, L"The folder for <logging> does not exist!");
-    expect({L"--config", missing}, missing, L"The folder for <config> does not exist!");
-    expect({L"--data", missing}, missing, L"The global output data folder does not exist!");
-    expect({L"--data", m_Folder.Wide("file")}, m_Folder.Wide("file/configuration"),
-           L"The folder for <config> does not exist and can not be created!");
-    expect({L"-m", L"missing"}, m_Folder.Wide("missing"), L"The folder with the metadata information does not exist!");
-    EXPECT_EQ(Text(L"metadata"), m_Folder.Wide("missing")) << "what was resolved stays";
-}
-
 TEST_F(OptionStartUp, FindsTheBasicFileByTheProgramAndTheUserFileBelowConfig) {
     const std::pair<const wchar_t*, const char*> cases[] = {
         {L"Tool.exe", "tool.ini"}, {L"Tool.EXE", "tool.exe.ini"}, {L"a.exe.exe", "a.ini"}};
@@ -61,21 +45,6 @@ TEST_F(OptionStartUp, FindsTheBasicFileByTheProgramAndTheUserFileBelowConfig) {
     EXPECT_EQ(Retrieved(L"logfile"), L"user");
 }
 
-TEST_F(OptionStartUp, TellsWhichConfigurationIsMissing) {
-    std::filesystem::create_directories(m_Folder.Path() / "Empty");
-    const auto expect = [&](const std::vector<CString>& arguments, const CString& reason) {
-        EXPECT_EQ(ErrorOf<XFileException>([&] { Open(arguments); }).GetMessage(),
-                  L"Error locating and opening the configuration!\r\nreason: \t" + reason);
-    };
-    expect({L"-m", L"Empty"}, L"File <" + m_Folder.Wide("empty/tool.ini").MakeLower() +
-                                  L"> not found!\r\n\tThe basic configuration could not be found!");
-    expect({L"--data", DataFolder(), L"--ini", L"other.ini"},
-           L"File <" + DataFolder() +
-               L"/configuration/other.ini> not found!\r\n\tThe specified user configuration file does not exist!");
-    expect({L"--ini", L"other.ini"},
-           L"Folder <> does not exist!\r\n\tThe userspace configuration location does not exist!");
-}
-
 TEST_F(OptionStartUp, ReadsEveryOrdinaryOptionAndMergesTheObsoleteClasses) {
     Complete("obsolete-classes-2=5\nobsolete-classes-1=1,2\n[USER]\nexit=true\n");
     Start({L"db"});
@@ -84,32 +53,66 @@ TEST_F(OptionStartUp, ReadsEveryOrdinaryOptionAndMergesTheObsoleteClasses) {
     EXPECT_EQ(ValuesOf(*m_Store->GetOptionIList(L"obsolete-classes", 2)), (Ints{1, 2, 5}));
 }
 
-TEST_F(OptionStartUp, StopsAtAMandatoryOptionWithTheOnesBeforeInPlace) {
-    Basic("[USER]\nquiet=true\n[db]\ndictionary-name=d\n[AUTODOC]\nautodoc-title=t\n");
-    Open({L"db"});
-    EXPECT_EQ(ErrorOf([&] { m_Store->ReadConfiguration(); }).GetMessage(),
-              L"Error reading the configuration!\r\nreason: \tError retrieving option <role>!\r\nreason: \t"
-              L"The option <role> must exist but could not be found!");
-    EXPECT_TRUE(m_Store->GetOptionBoolean(L"quiet", -1));
-    EXPECT_EQ(Text(L"autodoc-title"), L"");
-}
-
-TEST_F(OptionStartUp, ReadsNamingRulesOfAllSourcesByVersion) {
-    Complete(
-        "[db\\TABLENAME RULES\\3]\nAB=x\nOld=\n[db\\tablename rules\\1]\nx=AB\n"
-        "[db\\COLUMNNAME RULES]\nc=of no version\n[db\\COLUMNNAME RULES\\2]\nc=k\n[db\\COLUMNNAME "
-        "RULES\\9]\nk=unreached\n");
-    User("[db\\TABLENAME RULES\\3]\nAB=user\n[db\\COLUMNNAME RULES\\9]\n");
-    Registry("db\\COLUMNNAME RULES\\2", "\"c\"=\"registry\"");
-    Start({L"db", L"--ini", UserFile()});
-    const auto renamed = [&](auto replace, CString name, int version) {
-        ((*m_Store).*replace)(name, version, /*keepCase*/ true);
-        return name;
+TEST_F(OptionStartUp, ErrorsTellWhatIsWrongAndWhatItIsAbout) {
+    const auto expect = [&](const std::vector<CString>& arguments, const ErrorSubject& subject,
+                            const CString& message) {
+        SCOPED_TRACE(ToUtf8(message));
+        const XException error = ErrorOf([&] { Start(arguments); });
+        EXPECT_EQ(error.GetMessage(), message);
+        const ErrorSubject found = error.GetSubject() ? *error.GetSubject() : ErrorSubject{};
+        EXPECT_EQ(found.option, subject.option);
+        EXPECT_EQ(found.argument, subject.argument);
+        EXPECT_EQ(found.reference, subject.reference);
+        EXPECT_EQ(found.index, subject.index);
     };
-    EXPECT_EQ(renamed(&XOption::ReplaceTableName, L"xOld", 2), L"ABOld");
-    EXPECT_EQ(renamed(&XOption::ReplaceTableName, L"xOld", 3), L"userOld") << "the user file lists that version's keys";
-    EXPECT_EQ(renamed(&XOption::ReplaceTableName, L"role", 99), L"role") << "the keys of [db] are no rules";
-    EXPECT_EQ(renamed(&XOption::ReplaceColumnsName, L"cc", 9), L"registryregistry") << "of the strongest source";
+    const auto noFolder = [](const CString& folder, const wchar_t* reason) {
+        return L"Folder <" + folder + L"> does not exist!\r\n\t" + reason;
+    };
+    const CString mine = DataFolder() + L"/mine";
+    m_Folder.Write("file", "where a folder should be");
+    expect({L"--data", DataFolder(), L"--logging", L"mine"}, {.option = L"logging"},
+           noFolder(mine, L"The folder for <logging> does not exist!"));
+    expect({L"--config", mine}, {.option = L"config"}, noFolder(mine, L"The folder for <config> does not exist!"));
+    expect({L"--data", mine}, {.option = L"data"}, noFolder(mine, L"The global output data folder does not exist!"));
+    expect({L"--data", m_Folder.Wide("file")}, {.option = L"config"},
+           noFolder(m_Folder.Wide("file/configuration"),
+                    L"The folder for <config> does not exist and can not be created!"));
+    expect({L"-m", L"missing"}, {.option = L"metadata"},
+           noFolder(m_Folder.Wide("missing"), L"The folder with the metadata information does not exist!"));
+    EXPECT_EQ(Text(L"metadata"), m_Folder.Wide("missing")) << "what was resolved stays";
+    expect(
+        {L"-dr", L"%nosuch%"}, {.argument = L"nosuch", .reference = L"nosuch"},
+        L"Error retrieving the string option <nosuch>!\r\nreason: \tThe option <nosuch> is not known by the system!");
+
+    const CString opening = L"Error locating and opening the configuration!\r\nreason: \t";
+    expect({L"-m", L"data"}, {},
+           opening + L"File <" + (DataFolder() + L"/tool.ini").MakeLower() +
+               L"> not found!\r\n\tThe basic configuration could not be found!");
+    expect({L"--data", DataFolder(), L"--ini", L"other.ini"}, {.option = L"ini"},
+           opening + L"File <" + DataFolder() +
+               L"/configuration/other.ini> not found!\r\n\tThe specified user configuration file does not exist!");
+    expect({L"--ini", L"other.ini"}, {.option = L"config"},
+           opening + noFolder({}, L"The userspace configuration location does not exist!"));
+    EXPECT_THROW(Open({L"-m", L"data"}), XFileException);
+    EXPECT_THROW(Open({L"--ini", L"other.ini"}), XFileException);
+
+    const CString reading = L"Error reading the configuration!\r\nreason: \tError retrieving option ";
+    Basic("[ROOT]\nname=%a%\na=%a%\n");
+    expect({}, {.option = L"name", .reference = L"a"},
+           reading + L"<name>!\r\nreason: \tThe reference <a> leads back to itself: <a> -> <a>!");
+    Basic("[USER]\nquiet=true\n[db]\ndictionary-name=d\n[AUTODOC]\nautodoc-title=t\n");
+    expect({L"db"}, {.option = L"role"},
+           reading + L"<role>!\r\nreason: \tThe option <role> must exist but could not be found!");
+    EXPECT_TRUE(m_Store->GetOptionBoolean(L"quiet", -1)) << "the ones before are in place";
+    EXPECT_EQ(Text(L"autodoc-title"), L"");
+    Basic("[USER]\nload-dictionary-1=a\n");
+    User("[USER]\nload-dictionary-1=b\n");
+    expect({L"db", L"--ini", UserFile()}, {.option = L"load-dictionary", .index = 1},
+           reading + L"<load-dictionary>!\r\nreason: \tMultiple options <load-dictionary> for index <1>!");
+    CString told;
+    const XException twice = ErrorOf([&] { m_Store->RetrieveOption(L"load-dictionary"); });
+    for (const ErrorPlace& place : twice.GetSubject()->places) told += FormatText(L"%s:%d ", place.layer, place.line);
+    EXPECT_EQ(told, L"basic file:2 user file:2 ");
 }
 
 TEST_F(OptionStartUp, ASecondReadingAddsWhatHasNoValueYetAndTheRulesOnceMore) {

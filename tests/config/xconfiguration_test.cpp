@@ -59,10 +59,7 @@ TEST_F(XConfigurationTest, GetsTheIndexesAndTheValuesOfAFamily) {
     expect("sections", "[F\\1]\nNAME=a\n[f\\7]\nname=b\n[F\\8]\nx=c\n[F]", L"F\\%d", L"1 7 8 ", L"1=a 7=b ");
     expect("all sections are no family", "[name-1]\nname=a\n[name]", L"", L"", L"");
     expect("behind the largest", "[A]\nname-99999999999=a\nname=", L"A", L"2147483647 -2147483648 ", L"2147483647=a ");
-    expect("signs in a section", "[50%_a%n\\3]\nname=a", L"50%_A%n\\%d", L"3 ", L"3=a ");
-    XMapInt2CString map;
-    Reader("[A]\nname-1=\nname-01=a\nname=b").GetKeyValueSet(map, L"A", L"name");
-    EXPECT_EQ(Entries(map), L"1=a 2=b ") << "an empty value leaves its index free";
+    expect("an empty value leaves its index free", "[A]\nname-1=\nname=b", L"A", L"1 2 ", L"0=b ");
 }
 
 TEST_F(XConfigurationTest, RefusesAnIndexThatIsTakenAndAnEmptyPattern) {
@@ -88,16 +85,6 @@ TEST_F(XConfigurationTest, RefusesAnIndexThatIsTakenAndAnEmptyPattern) {
     expect([&] { reader.GetKeyValueSet(values, L"ROOT", L""); }, L"GetKeyValueSet",
            L"No pattern given which the keys should match!\r\nreason: \tError getting a set of key from config section "
            L"<ROOT>!");
-}
-
-TEST_F(XConfigurationTest, GetsTheKeyNamesOfEachSectionOfAForm) {
-    XMapInt2CString names;
-    EXPECT_TRUE(XConfiguration{m_Folder.Wide("absent.ini")}.GetOptionNameSet(names, L"TABLENAME RULES\\%d"));
-    EXPECT_EQ(names.Size(), 0);
-    EXPECT_TRUE(
-        Reader("[TABLENAME RULES\\1]\nA=1\nb=2\n[tablename  rules\\2]\n[Tablename rules\\3]\nc=\n[RULES\\4]\nd=1")
-            .GetOptionNameSet(names, L"TABLENAME RULES\\%d"));
-    EXPECT_EQ(Entries(names), L"1=A,b 3=c ");
 }
 
 TEST_F(XConfigurationTest, TellsTheLineOfAnAnswerInAFileThatIsKept) {

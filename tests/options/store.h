@@ -33,7 +33,7 @@ protected:
         m_Store = std::make_unique<XOption>();
         m_Store->KeepOrigins(m_bKeepsOrigins);
     }
-    void Initialize(std::vector<CString> arguments = {}) {
+    void Initialize(std::vector<CString> arguments) {
         const ArgumentsGuard guard{std::move(arguments)};
         m_Store->Initialize(m_Folder.Wide(), L"Tool.exe", L"COMPILED", L"1.2", L"today");
     }

@@ -22,7 +22,6 @@ TEST(XNamingRules, ReplaceNameAppliesTheRulesInOrderUpToTheVersion) {
         EXPECT_EQ(Renamed(rules, name, version, keepCase), renamed) << ToUtf8(CString{name});
     };
     expect(L"tmp_tmp_orders", 2, false, L"WRK_WRK_ORDERS");
-    expect(L"Tmp_orders", 2, true, L"Wrk_orders");
     expect(L"tmp_orders", 2, true, L"tmp_orders");
     expect(L"H\u00C4U\u00DFer", 1, false, L"HMASSER");
     expect(L"H\u00C4U\u00DFer", 2, false, L"HXER");  // through a text that the name did not hold

@@ -1,4 +1,3 @@
-// References between percent signs, as the store replaces them.
 #include "options/store.h"
 
 class Expansion : public OptionStoreTest {
@@ -46,11 +45,6 @@ TEST_F(Expansion, ErrorsOfReferencesCarryTheWholeStory) {
     expect("%unknown%x", "",
            L"Error retrieving the string option <unknown>!\r\nreason: \tThe option <unknown> is not known by the "
            L"system!");
-    Renew();
-    EXPECT_EQ(ErrorOf([&] {
-                  Initialize({L"--dictionary-root", L"%%"});
-              }).GetMessage(),
-              L"Error retrieving the string option <>!\r\nreason: \tThe option <> is not known by the system!");
 }
 
 TEST_F(Expansion, NestingAndLengthEndAtTheirLimits) {
@@ -81,12 +75,4 @@ TEST_F(Expansion, NestingAndLengthEndAtTheirLimits) {
     expect("2^40 questions if each reference were asked", "%k40%", chain("%logging%", 41, L"##"), tooLong);
     expect("values that are held while the next one is looked up, before the unknown one is met", "%k20%",
            "a=" + std::string(2000, 'x') + "\n" + chain("%unknown%", 21, hundred + L"#"), tooLong);
-}
-
-TEST_F(Expansion, ManyReferencesSideBySideAreNoNesting) {
-    std::string value;
-    for (int i = 0; i < 50'000; ++i) value += "%autodoc-title%";
-    Registry("AUTODOC", "\"autodoc-index\"=\"" + value + "\"\n\"autodoc-title\"=\"x\"");
-    Initialize({L"db"});
-    EXPECT_EQ(Retrieved(L"autodoc-index"), (CString{L'x', 50'000}));
 }

@@ -1,6 +1,61 @@
 #include "collections/sets.h"
 #include "options/store.h"
 #include "veltrane/foundation/xsubject.h"
+#include "veltrane/options/xcommandline.h"
+
+TEST(XCommandLine, GivesPairsAndNamesTheArgumentThatIsWrong) {
+    using List = std::vector<CString>;
+    const CString seeH = L"\r\n    <---- Try <-h> to view the help window! ---->";
+    // The pairs as "name=value", an error as what it is about, the word in the value and its message.
+    const auto expect = [&](const List& arguments, const List& expected) {
+        const ArgumentsGuard guard{arguments};
+        XCommandLine line;
+        List pairs;
+        CString value = L"old";
+        for (auto next = &XCommandLine::GetFirst; pairs.size() < 9; next = &XCommandLine::GetNext) {
+            try {
+                const XOptionDefinition* const option = (line.*next)(value);
+                if (!option) break;
+                pairs.push_back(CString{option->szLongName} + L"=" + value);
+            } catch (const XException& error) {
+                const ErrorSubject& subject = *error.GetSubject();
+                pairs.push_back(
+                    FormatText(L"%s|%s|%s: %s", subject.option, subject.argument, value, error.GetMessage()));
+                EXPECT_EQ(error.GetLocation().Left(40), L"<XCommandLine::GetNext> in [xcommandline");
+            }
+        }
+        EXPECT_EQ(pairs, expected);
+        EXPECT_TRUE(value.IsEmpty());
+        EXPECT_EQ(line.GetNext(value), nullptr) << "the end stays the end";
+    };
+    expect({L"a", L"-n", L"b", L"--name", L"c"}, {L"name=a", L"name=b", L"name=c"});
+    expect({L"-q", L"FALSE", L"-cv", L"AUTO"}, {L"quiet=FALSE", L"create-views=AUTO"});
+    expect({L"-cv", L"-q", L""}, {L"create-views=auto", L"quiet=true", L"name="});
+    expect({L"-sp", L"-sp", L"out.sql", L"-sp"}, {L"spool=", L"spool=out.sql", L"spool="});
+    expect({L"-d", L"mydb"}, {L"diff-dictionary=mydb"});      // a command takes what follows
+    expect({L"-", L"--", L"x"}, {L"summary=true", L"--=x"});  // the first without short name, the first title
+    expect(
+        {L"-q", L"mydb", L"-cv", L"maybe"},
+        {L"quiet|mydb|mydb: The option string <mydb> for the boolean parameter <-q> is invalid!" + seeH,
+         L"create-views|maybe|maybe: The option string <maybe> for the tri-state parameter <-cv> is invalid!" + seeH});
+    expect({L"-n", L"-q", L"-v", L"--name"},  // the argument that was no value counts as used
+           {L"name||: The option value for parameter <-n> is empty!" + seeH, L"version=true",
+            L"name||: The option value for parameter <--name> is empty!" + seeH});
+    expect({L"--name=%s%n"}, {L"|--name=%s%n|: command line option <--name=%s%n> not recognized!\r\n"
+                              L"    <---- Try <--help> to view the help window! ---->"});
+}
+
+TEST(XCommandLine, KeepsItsArgumentsAndItsPlaceInACopy) {
+    XCommandLine copy;
+    CString value;
+    const ArgumentsGuard guard{{L"-q", L"-cv"}};
+    XCommandLine line;
+    line.GetFirst(value);
+    copy = line;
+    SetArguments({});
+    for (XCommandLine* each : {&copy, &line}) EXPECT_EQ(each->GetNext(value)->eOption, eOptionCreateViews);
+    EXPECT_EQ(copy.GetFirst(value)->eOption, eOptionQuiet);
+}
 
 using OptionStartUp = OptionStoreTest;
 
@@ -20,10 +75,7 @@ TEST_F(OptionStartUp, TakesOverFactsAndCommandLine) {
 TEST_F(OptionStartUp, FindsTheMetadataFolderAndCreatesDefaultFoldersBelowData) {
     Initialize({L"--data", DataFolder()});
     EXPECT_EQ(Text(L"metadata"), m_Folder.Wide(".metadata")) << "beside the program";
-    EXPECT_EQ(Text(L"logging"), DataFolder() + L"/log");
-    for (const char* folder : {"configuration", "changefile", "log"}) {
-        EXPECT_TRUE(std::filesystem::is_directory(m_Folder.Path() / "data" / folder)) << folder;
-    }
+    EXPECT_TRUE(std::filesystem::is_directory(m_Folder.Path() / "data/configuration"));
     Renew();
     std::filesystem::create_directories(m_Folder.Path() / "Meta");
     Initialize({L"-m", L"meta", L"--config", L"anything"});
@@ -60,10 +112,8 @@ TEST_F(OptionStartUp, ErrorsTellWhatIsWrongAndWhatItIsAbout) {
         const XException error = ErrorOf([&] { Start(arguments); });
         EXPECT_EQ(error.GetMessage(), message);
         const ErrorSubject found = error.GetSubject() ? *error.GetSubject() : ErrorSubject{};
-        EXPECT_EQ(found.option, subject.option);
-        EXPECT_EQ(found.argument, subject.argument);
-        EXPECT_EQ(found.reference, subject.reference);
-        EXPECT_EQ(found.index, subject.index);
+        EXPECT_EQ(std::tie(found.option, found.argument, found.reference, found.index),
+                  std::tie(subject.option, subject.argument, subject.reference, subject.index));
     };
     const auto noFolder = [](const CString& folder, const wchar_t* reason) {
         return L"Folder <" + folder + L"> does not exist!\r\n\t" + reason;
@@ -83,7 +133,6 @@ TEST_F(OptionStartUp, ErrorsTellWhatIsWrongAndWhatItIsAbout) {
     expect(
         {L"-dr", L"%nosuch%"}, {.argument = L"nosuch", .reference = L"nosuch"},
         L"Error retrieving the string option <nosuch>!\r\nreason: \tThe option <nosuch> is not known by the system!");
-
     const CString opening = L"Error locating and opening the configuration!\r\nreason: \t";
     expect({L"-m", L"data"}, {},
            opening + L"File <" + (DataFolder() + L"/tool.ini").MakeLower() +
@@ -95,7 +144,6 @@ TEST_F(OptionStartUp, ErrorsTellWhatIsWrongAndWhatItIsAbout) {
            opening + noFolder({}, L"The userspace configuration location does not exist!"));
     EXPECT_THROW(Open({L"-m", L"data"}), XFileException);
     EXPECT_THROW(Open({L"--ini", L"other.ini"}), XFileException);
-
     const CString reading = L"Error reading the configuration!\r\nreason: \tError retrieving option ";
     Basic("[ROOT]\nname=%a%\na=%a%\n");
     expect({}, {.option = L"name", .reference = L"a"},

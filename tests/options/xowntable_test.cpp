@@ -7,25 +7,20 @@
 
 constexpr enumOption eOptionScale = OwnOption(1, eString | eSingle | eHelp);
 constexpr enumOption eOptionDry = OwnOption(2, eBoolean | eSingle | eHelp);
-constexpr enumOption eOptionMode = OwnOption(3, eTrillian | eSingle);
-constexpr enumOption eOptionSource = OwnOption(4, eString);
-constexpr enumOption eOptionSkip = OwnOption(5, eIList);
-constexpr enumOption eOptionTeam = OwnOption(6, eString | eSingle | eMandatory);
 constexpr enumCfgSection eSectionScale = OwnSection(1);
-constexpr enumCfgSection eSectionBelow = OwnSection(2);
 
 constexpr XConfigSection SECTIONS[] = {
     SectionRow(eSectionScale, eSectionUnnamed, L"SCALE"),
-    SectionRow(eSectionBelow, eSectionDatabase, L"SCALES\\%d"),
+    SectionRow(OwnSection(2), eSectionDatabase, L"SCALES\\%d"),
 };
 constexpr XOptionDefinition OPTIONS[] = {
     TitleRow(L"scale:"),
     OptionRow(eOptionScale, eSectionRoot, L"sc", L"scale", 2, L"-sc,\t--scale <number>", L"\t\t\tScale by this."),
     OptionRow(eOptionDry, eSectionScale, L"dry", L"dry-run", 2, L"-dry,\t--dry-run", L"\t\t\tOnly look."),
-    OptionRow(eOptionMode, eSectionScale, L"", L"scale-mode", 2),
-    OptionRow(eOptionSource, eSectionBelow, L"", L"scale-source", 2),
-    OptionRow(eOptionSkip, eSectionScale, L"", L"skip", 2),
-    OptionRow(eOptionTeam, eSectionScale, L"", L"team", 2),
+    OptionRow(OwnOption(3, eTrillian | eSingle), eSectionScale, L"", L"scale-mode", 2),
+    OptionRow(OwnOption(4, eString), OwnSection(2), L"", L"scale-source", 2),
+    OptionRow(OwnOption(5, eIList), eSectionScale, L"", L"skip", 2),
+    OptionRow(OwnOption(6, eString | eSingle | eMandatory), eSectionScale, L"", L"team", 2),
 };
 static_assert(FitsLibrary({OPTIONS, SECTIONS}));
 

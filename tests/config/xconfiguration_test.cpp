@@ -1,6 +1,5 @@
 #include "veltrane/config/xconfiguration.h"
 
-#include "support/environment.h"
 #include "support/support.h"
 #include "veltrane/platform/sources/snapshot.h"
 

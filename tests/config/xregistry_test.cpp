@@ -1,6 +1,5 @@
 #include "veltrane/config/xregistry.h"
 
-#include "support/environment.h"
 #include "support/support.h"
 
 class XRegistryTest : public testing::Test {

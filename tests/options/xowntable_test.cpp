@@ -49,12 +49,10 @@ TEST_F(OptionStoreTest, AToolsOwnOptionsAreOptionsLikeTheOthers) {
 TEST(OwnOptions, ShowTheirHelpAfterThatOfTheLibrary) {
     BoxRecorder recorder;
     ShowHelp();
-    {
-        const OwnOptions registered{{OPTIONS, SECTIONS}};
+    for (const wchar_t* head : std::initializer_list<const wchar_t*>{nullptr, L"Synopsis: scale\r\n"}) {
+        const OwnOptions registered{{OPTIONS, SECTIONS, head}};
         ShowHelp();
     }
-    const OwnOptions registered{{OPTIONS, SECTIONS, L"Synopsis: scale\r\n"}};
-    ShowHelp();
     const CString own =
         L"scale:\t\r\n-sc,\t--scale <number>\t\t\t\tScale by this.\r\n-dry,\t--dry-run\t\t\t\tOnly look.\r\n";
     const CString& library = recorder.boxes.at(0).text;

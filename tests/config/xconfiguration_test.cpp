@@ -88,8 +88,7 @@ TEST_F(XConfigurationTest, RefusesAnIndexThatIsTakenAndAnEmptyPattern) {
 
 TEST_F(XConfigurationTest, TellsTheLineOfAnAnswerInAFileThatIsKept) {
     std::string bytes = "[A]\n";
-    for (int line = 2; line <= 300; ++line)
-        bytes += ToUtf8(FormatText(L"k%d=value%s", line, line % 3 == 0 ? L"\n" : L"\r\n"));
+    for (int line = 2; line <= 300; ++line) bytes += ToUtf8(FormatText(L"k%d=v%s", line, line % 3 ? L"\r\n" : L"\n"));
     const XConfiguration reader = Reader(bytes);
     const SourceSnapshot snapshot;
     for (const int line : {2, 64, 65, 66, 128, 129, 300}) {

@@ -18,14 +18,12 @@ TEST(XNamingRules, ReplaceNameAppliesTheRulesInOrderUpToTheVersion) {
     rules.InsertRule(2, L"mass", L"x");
     rules.InsertRule(4, L"X", L"late");
     rules.InsertRule(2, L"Wrk_", L"behind a later one");
-    const auto expect = [&](const wchar_t* name, int version, bool keepCase, const wchar_t* renamed) {
-        EXPECT_EQ(Renamed(rules, name, version, keepCase), renamed) << ToUtf8(CString{name});
-    };
-    expect(L"tmp_tmp_orders", 2, false, L"WRK_WRK_ORDERS");
-    expect(L"tmp_orders", 2, true, L"tmp_orders");
-    expect(L"H\u00C4U\u00DFer", 1, false, L"HMASSER");
-    expect(L"H\u00C4U\u00DFer", 2, false, L"HXER");  // through a text that the name did not hold
-    expect(L"", 9, false, L"");
+    EXPECT_EQ(Renamed(rules, L"tmp_tmp_orders", 2, false), L"WRK_WRK_ORDERS");
+    EXPECT_EQ(Renamed(rules, L"Tmp_orders", 2, true), L"Wrk_orders");
+    EXPECT_EQ(Renamed(rules, L"tmp_orders", 2, true), L"tmp_orders");
+    EXPECT_EQ(Renamed(rules, L"H\u00C4U\u00DFer", 1, false), L"HMASSER");
+    EXPECT_EQ(Renamed(rules, L"H\u00C4U\u00DFer", 2, false), L"HXER") << "through a text that the name did not hold";
+    EXPECT_EQ(Renamed(rules, L"", 9, false), L"");
 }
 
 // Few letters, so that the rules hit, chain and nearly hit; some have another upper case outside ASCII.

@@ -191,9 +191,7 @@ TEST_F(Origins, NamingRulesTellTheirPlacesAndTheHiddenOnes) {
 TEST_F(Origins, AStartUpThatOnlyLooksCreatesShowsAndEndsNothing) {
     const BoxRecorder boxes;
     m_Store->LookOnly(true);
-    const auto look = [&] {
-        Initialize({L"-h", L"-v", L"-s", L"x", L"--data", DataFolder(), L"--logging", L"no"});
-    };
+    const auto look = [&] { Initialize({L"-h", L"-v", L"-s", L"x", L"--data", DataFolder(), L"--logging", L"no"}); };
     EXPECT_EXIT((ErrorOf(look), std::_Exit(7)), testing::ExitedWithCode(7), "");
     EXPECT_EQ(ErrorOf(look).GetSubject()->option, L"logging");
     m_Store->OpenConfiguration();

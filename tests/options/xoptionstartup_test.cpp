@@ -129,9 +129,8 @@ TEST_F(OptionStartUp, ErrorsTellWhatIsWrongAndWhatItIsAbout) {
     expect({L"-m", L"missing"}, {.option = L"metadata"},
            noFolder(m_Folder.Wide("missing"), L"The folder with the metadata information does not exist!"));
     EXPECT_EQ(Text(L"metadata"), m_Folder.Wide("missing")) << "what was resolved stays";
-    expect(
-        {L"-dr", L"%no%"}, {.argument = L"no", .reference = L"no"},
-        L"Error retrieving the string option <no>!\r\nreason: \tThe option <no> is not known by the system!");
+    expect({L"-dr", L"%no%"}, {.argument = L"no", .reference = L"no"},
+           L"Error retrieving the string option <no>!\r\nreason: \tThe option <no> is not known by the system!");
     const CString opening = L"Error locating and opening the configuration!\r\nreason: \t";
     expect({L"-m", L"data"}, {},
            opening + L"File <" + (DataFolder() + L"/tool.ini").MakeLower() +
@@ -152,6 +151,7 @@ TEST_F(OptionStartUp, ErrorsTellWhatIsWrongAndWhatItIsAbout) {
            reading + L"<role>!\r\nreason: \tThe option <role> must exist but could not be found!");
     EXPECT_TRUE(m_Store->GetOptionBoolean(L"quiet", -1)) << "the ones before are in place";
     EXPECT_EQ(Text(L"autodoc-title"), L"");
+    m_bKeepsOrigins = true;
     Basic("[USER]\nload-dictionary-1=a\n");
     User("[USER]\nload-dictionary-1=b\n");
     expect({L"db", L"--ini", UserFile()}, {.option = L"load-dictionary", .index = 1},

@@ -5,9 +5,6 @@
 #include "support/support.h"
 #include "veltrane/collections/XSet.h"
 
-using namespace veltrane;
-using namespace veltrane::detail;
-
 using Ints = std::vector<int>;
 using Texts = std::vector<CString>;
 
@@ -28,14 +25,13 @@ std::vector<T> ValuesOf(const XSet<T>& set) {
 
 /// A number that counts its copies, and that fails once at one kind of action when it is put in that mood.
 struct Moody {
-    enum Mood { GOOD, COPY, ASSIGN, LESS, DEFAULT, FLAG, DESTROY };
-    static inline Mood mood = GOOD;
-    static inline int countdown = 0;  // the how-manieth action from now on throws
+    enum Action { NONE, COPY, ASSIGN, LESS, DEFAULT, FLAG, DESTROY };
+    static inline std::pair<Action, int> mood;  // what throws, and at the how-manieth time from now on
     static inline int copies = 0;
 
-    static int Try(Mood action, int result) {
-        if (action == COPY) ++copies;
-        if (action == mood && --countdown == 0) throw std::runtime_error("moody");
+    static int Try(Action action, int result) {
+        copies += action == COPY;
+        if (action == mood.first && --mood.second == 0) throw std::runtime_error("moody");
         return result;
     }
 
@@ -53,13 +49,4 @@ struct Moody {
     bool operator==(const Moody& other) const { return value == other.value; }
 
     int value;
-};
-
-/// The mood of all, while it lives.
-struct InMood {
-    explicit InMood(Moody::Mood mood, int countdown = 1) {
-        Moody::mood = mood;
-        Moody::countdown = countdown;
-    }
-    ~InMood() { Moody::mood = Moody::GOOD; }
 };

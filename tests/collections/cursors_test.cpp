@@ -1,0 +1,134 @@
+#include "support/support.h"
+#include "veltrane/collections/xmap.h"
+#include "veltrane/collections/xstringvector.h"
+
+using Pairs = std::vector<std::pair<int, CString>>;
+
+static XMapInt2CString MapOf(const Pairs& pairs) {
+    XMapInt2CString map;
+    for (const auto& [key, text] : pairs) map.Insert(key, text);
+    return map;
+}
+
+TEST(XMapInt2CString, WalksInOrderWhatGetDidNotGiveBefore) {
+    XMapInt2CString map = MapOf({{5, L"e"}, {1, L"a"}, {3, L"c"}, {3, L"d"}, {1, L""}, {7, L""}});
+    CString text = L"?";
+    Pairs met{{map.GetNext(text), text}};
+    for (int key = map.GetFirst(text); met.size() < 6; key = map.GetNext(text)) met.emplace_back(key, text);
+    EXPECT_EQ(met, (Pairs{{-1, L""}, {1, L""}, {3, L"d"}, {5, L"e"}, {-1, L""}, {-1, L""}}));
+    EXPECT_EQ(map.Size(), 3);
+}
+
+TEST(XMapInt2CString, TheCursorIsMovedByWalksAlone) {
+    XMapInt2CString map = MapOf({{1, L"1"}, {3, L"3"}});
+    CString text;
+    map.GetFirst(text);
+    map.Insert(2, L"2");
+    EXPECT_EQ(map.GetNext(text), 2);
+    EXPECT_EQ(map.Find(L"3"), 3);
+    XMapInt2CString copy = map;
+    EXPECT_EQ(copy.GetNext(text), -1) << "a copy starts without cursor";
+    copy = map;
+    EXPECT_EQ(copy.GetNext(text), -1);
+    EXPECT_EQ(map.GetNext(text), 3);
+    map.Clear();
+    EXPECT_EQ(map.GetNext(text), -1);
+}
+
+TEST(XMapInt2CString, FindGivesTheSmallestKeyAndGetMaxKeyTheLargest) {
+    XMapInt2CString map = MapOf({{9, L"a"}, {4, L"a"}, {0, L"A"}});
+    EXPECT_EQ(map.Find(L"a"), 4);
+    EXPECT_EQ(map.Find(L"b"), -1);
+    EXPECT_EQ(map.GetMaxKey(), 9);
+    CString text;
+    EXPECT_EQ(map.GetNext(text), -1) << "the cursor is at the end";
+    map.Insert(-2, L"x");
+    EXPECT_EQ(map.GetMaxKey(), -1);
+}
+
+TEST(XMapInt2SetOfInt, MakesASetOfAListOncePerKeyAndTakesSetsOver) {
+    XMapInt2SetOfInt map;
+    map.Insert(2, L"5,7");
+    const XException error = ErrorOf([&] { map.Insert(2, L"8"); });
+    EXPECT_EQ(error.GetMessage(), L"There are already classes defined as 'obsolete' in database '2'");
+    EXPECT_EQ(error.GetLocation().Find(L"<XMapInt2SetOfInt::Insert> in [xsetint], line ["), 0);
+    const std::unique_ptr<XSetInt> first{map.Find(2)};
+    EXPECT_EQ(first->Size(), 2);
+    map.Insert(3, L"0, x");
+    EXPECT_EQ(map.Find(3), nullptr);
+    auto* const second = new XSetInt;  // the leak check of the sanitizer build watches over both
+    map.Insert(2, second);
+    map.Insert(2, nullptr);
+    EXPECT_EQ(map.Find(2), second);
+}
+
+TEST(XMapInt2IntTupel, KeepsNumbersButReplacesZeros) {
+    XMapInt2IntTupel map;
+    using Entry = std::tuple<int, int, int>;
+    for (const auto& [key, first, second] : {Entry{1, 2, 3}, {1, 9, 9}, {5, 0, 0}, {5, 0, 4}, {5, 9, 9}, {7, 0, 0}}) {
+        map.Insert(key, first, second);
+    }
+    XMapInt2IntTupel::IntTupel tupel;
+    std::vector<Entry> met;
+    for (int key = map.GetFirst(tupel); met.size() < 4; key = map.GetNext(tupel)) {
+        met.emplace_back(key, tupel.nFirst, tupel.nSecond);
+    }
+    EXPECT_EQ(met, (std::vector<Entry>{{1, 2, 3}, {5, 0, 4}, {7, 0, 0}, {-1, 0, 0}}));
+    map.Clear();
+    EXPECT_EQ(map.GetFirst(tupel), -1);
+}
+
+static XStringVector VectorOf(const std::vector<CString>& texts) {
+    XStringVector vector;
+    for (const CString& text : texts) vector.Append(text);
+    return vector;
+}
+
+TEST(XStringVector, TheCursorMeetsEachStringAndStaysAtTheEnd) {
+    XStringVector vector = VectorOf({L"a", L"b"});
+    CString text = L"kept";
+    EXPECT_FALSE(vector.Next(text)) << "before First";
+    EXPECT_EQ(text, L"kept");
+    EXPECT_TRUE(vector.First(text) && vector.Next(text));
+    for (int i = 0; i < 2; ++i) EXPECT_FALSE(vector.Next(text));
+    EXPECT_EQ(text, L"b");
+    vector.First(text);
+    vector.Append(text);
+    EXPECT_FALSE(vector.Next(text)) << "after Append";
+    vector.First(text);
+    vector.Clear();
+    EXPECT_FALSE(vector.Next(text) || vector.First(text)) << "after Clear";
+    EXPECT_EQ(vector.GetSize(), 0);
+}
+
+TEST(XStringVector, CompareGivesOneForALongerVector) {
+    const std::pair<std::vector<CString>, std::vector<CString>> cases[] = {
+        {{L"z"}, {L"a", L"b", L"c"}}, {{L"a", L"B"}, {L"a", L"b"}}, {{L"a", L"b"}, {L"b", L"a"}}};
+    for (const auto& [less, more] : cases) {
+        const XStringVector a = VectorOf(less), b = VectorOf(more);
+        EXPECT_EQ(a.Compare(&b), -1);
+        EXPECT_EQ(b.FullCompare(&a), 1);
+        EXPECT_EQ(a.Compare(&a), 0);
+    }
+    EXPECT_EQ(XStringVector{}.Compare(nullptr), 1) << "more than nothing";
+}
+
+TEST(XStringMap, WalksUpperCaseFirstAndKeepsTheFirstVectorOfAKey) {
+    XStringMap map;
+    EXPECT_FALSE(map.Next() || map.First());
+    for (const wchar_t* key : {L"a", L"B"}) map.Insert(key, new XStringVector);
+    EXPECT_TRUE(map.First());
+    EXPECT_EQ(map.GetActKey(), L"B");
+    EXPECT_TRUE(map.Next());
+    EXPECT_EQ(map.GetActKey(), L"a");
+    const XStringVector* first = map.GetActValue();
+    XStringVector second;
+    map.Insert(L"a", &second);
+    EXPECT_EQ(map.GetActValue(), first);
+    EXPECT_EQ(map.GetSize(), 2);
+    for (int i = 0; i < 2; ++i) EXPECT_FALSE(map.Next());
+    EXPECT_TRUE(map.Find(L"a"));
+    EXPECT_FALSE(map.Find(L"A"));
+    EXPECT_EQ(map.GetActKey(), L"");
+    EXPECT_EQ(map.GetActValue(), nullptr);
+}

@@ -3,18 +3,17 @@
 #include <cerrno>
 
 #include "support/support.h"
+#include "veltrane/foundation/xdebug.h"
 #include "veltrane/foundation/xoci.h"
 #include "veltrane/foundation/xraise.h"
 
-namespace {
-
-CString TextOf(const XException& error) {
+static CString TextOf(const XException& error) {
     CString text = L"to be overwritten";
     error.GetErrorText(text);
     return text;
 }
 
-XException Raised() {
+static XException Raised() {
     XException error;
     error.SetError(-1, ".\\xoption", "XOption::A", 91, L"first");  // narrow, as __FILE__ and __FUNCTION__ are
     return error;
@@ -39,8 +38,7 @@ TEST(XException, ShowsChainsThatGrowInFrontAndMessagesAtTheEnd) {
     error.AddMessage(L"detail");
     BoxRecorder recorder;
     error.Show();
-    ASSERT_EQ(recorder.boxes.size(), 1U);
-    EXPECT_EQ(std::pair(recorder.boxes[0].style, recorder.boxes[0].helpId), std::pair(0x10U, 0U));
+    EXPECT_EQ(std::pair(recorder.boxes.at(0).style, recorder.boxes[0].helpId), std::pair(0x10U, 0U));
     EXPECT_EQ(recorder.boxes[0].text,
               L"An error occured:\r\n"
               L"location:\t<XOption::B> in [xoption], line [92]\r\n"
@@ -101,14 +99,11 @@ TEST(XFileException, EveryCauseHasItsText) {
               L"Lock violation! Disk full! End of file! Unknown error! ");
 }
 
-constexpr XSource Here{L".\\sample"};
-constexpr XFailure<CString> FAILURE{L"Error of <%s>!", L"An unknown exception in <%s>!"};
-
 TEST(WithReason, EnrichesTheSameObjectAndReplacesForeignExceptions) {
-    const CString name = L"%s";
-    const auto run = [&](auto body) { WithReason(Here(L"Outer", 5), FAILURE, body, name); };
-    const auto file =
-        ErrorOf<XFileException>([&] { run([] { throw MakeMissingFile(Here(L"In"), L"f", L"%s", L"m"); }); });
+    constexpr XSource here{L".\\sample"};
+    constexpr XFailure<CString> failure{L"Error of <%s>!", L"An unknown exception in <%s>!"};
+    const auto run = [&](auto body) { WithReason(here(L"Outer", 5), failure, body, CString{L"%s"}); };
+    const auto file = ErrorOf<XFileException>([&] { run([&] { throw MakeMissingFile(here(L"In"), L"f", L"m"); }); });
     EXPECT_EQ(file.GetMessage(), L"Error of <%s>!\r\nreason: \tFile <f> not found!\r\n\tm");
     EXPECT_EQ(file.GetNumber(), -1);
     const auto foreign = ErrorOf([&] { run([] { throw 7; }); });
@@ -117,4 +112,14 @@ TEST(WithReason, EnrichesTheSameObjectAndReplacesForeignExceptions) {
               L"message:\tAn unknown exception in <%s>!");
 }
 
-}  // namespace
+TEST(XDebug, PrintsInAnInformationBoxWhileOn) {
+    BoxRecorder recorder;
+    for (const bool on : {false, true, false}) {
+        SetDebug(on);
+        EXPECT_EQ(IsDebug(), on);
+        PrintDebug(L"%s seen");
+    }
+    ASSERT_EQ(recorder.boxes.size(), 1U);
+    EXPECT_EQ(recorder.boxes[0].text, L"%s seen");
+    EXPECT_EQ(recorder.boxes[0].style, 0x40U);
+}

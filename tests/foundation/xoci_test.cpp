@@ -5,9 +5,8 @@
 #include "support/oci.h"
 #include "support/support.h"
 
-namespace {
-
-void Add(XOCI::XError& record, std::int32_t status, void* handle = nullptr, const wchar_t* message = L"Cannot fetch") {
+static void Add(XOCI::XError& record, std::int32_t status, void* handle = nullptr,
+                const wchar_t* message = L"Cannot fetch") {
     record.Add(status, ".\\xcursor", "XCursor::Fetch", 88, message, handle);
 }
 
@@ -83,5 +82,3 @@ TEST(XError, ListsTheLastEntryFirst) {
         L"\n\tReason: Oracle OCI-Error: 'OCI_NO_DATA'\t[method: 'XCursor::Fetch', file: '.\\xcursor', line: '88']");
     EXPECT_EQ(XOCI::XError{}.GetErrorText(L"head"), L"head");
 }
-
-}  // namespace

@@ -5,8 +5,6 @@
 
 #include "support/support.h"
 
-namespace {
-
 TEST(CString, HoldsItsElements) {
     EXPECT_EQ(CString{nullptr} + CString{0} + CString{static_cast<char*>(nullptr)} + CString(L'x', -3), L"");
     EXPECT_EQ(CString{"\xC3\xA4\xFFz"}, L"ä\xDCFFz");
@@ -114,5 +112,3 @@ TEST(CString, ChangesBlanksAndCase) {
     EXPECT_EQ(CString{L"ABC ÄÖ 1\x0130\x212A\x1E9E"}.MakeLower(), L"abc äö 1ik\xDF");
     EXPECT_EQ(CString{L"abc äö\xDF \x10428"}.MakeUpper(), L"ABC ÄÖ\xDF \x10400");
 }
-
-}  // namespace

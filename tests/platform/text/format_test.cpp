@@ -7,16 +7,14 @@
 
 #include "support/support.h"
 
-namespace {
-
 template <class... Args>
-CString Formatted(XFormatFor<Args...> format, const Args&... args) {
+static CString Formatted(XFormatFor<Args...> format, const Args&... args) {
     CString text;
     text.Format(format, args...);
     return text;
 }
 
-void Check(const std::vector<std::pair<CString, std::wstring>>& cases) {
+static void Check(const std::vector<std::pair<CString, std::wstring>>& cases) {
     for (const auto& [printed, expected] : cases) EXPECT_EQ(printed, CString{expected});
 }
 
@@ -117,5 +115,3 @@ TEST(Format, AcceptsOnlyWhatFits) {
         EXPECT_THROW(FormatArguments(unchecked, one), std::invalid_argument) << ToUtf8(unchecked);
     }
 }
-
-}  // namespace

@@ -71,14 +71,9 @@ TEST(XMapInt2IntTupel, KeepsNumbersButReplacesZeros) {
     EXPECT_EQ(map.GetFirst(tupel), -1);
 }
 
-static XStringVector VectorOf(const std::vector<CString>& texts) {
-    XStringVector vector;
-    for (const CString& text : texts) vector.Append(text);
-    return vector;
-}
-
 TEST(XStringVector, TheCursorMeetsEachStringAndStaysAtTheEnd) {
-    XStringVector vector = VectorOf({L"a", L"b"});
+    XStringVector vector;
+    for (const wchar_t* item : {L"a", L"b"}) vector.Append(item);
     CString text = L"kept";
     EXPECT_FALSE(vector.Next(text)) << "before First";
     EXPECT_EQ(text, L"kept");
@@ -94,12 +89,14 @@ TEST(XStringVector, TheCursorMeetsEachStringAndStaysAtTheEnd) {
 }
 
 TEST(XStringVector, CompareGivesOneForALongerVector) {
-    using Texts = std::vector<CString>;
-    for (const auto& [less, more] : {std::pair<Texts, Texts>{{L"z"}, {L"a", L"b"}}, {{L"b", L"B"}, {L"b", L"a"}}}) {
-        const XStringVector a = VectorOf(less), b = VectorOf(more);
-        EXPECT_EQ(std::tuple(a.Compare(&b), b.FullCompare(&a), a.Compare(&a)), std::tuple(-1, 1, 0));
+    XStringVector a, b;
+    EXPECT_EQ(a.Compare(nullptr), 1) << "more than nothing";
+    for (const wchar_t* item : {L"B", L"B", L"a"}) {
+        b.Append(item);
+        EXPECT_EQ(std::tuple(a.Compare(&b), b.FullCompare(&a), b.Compare(&b)), std::tuple(-1, 1, 0));
+        a.Append(L"B");
     }
-    EXPECT_EQ(XStringVector{}.Compare(nullptr), 1) << "more than nothing";
+    EXPECT_EQ(std::pair(a.Compare(&b), b.Compare(&a)), std::pair(-1, 1)) << "equally long";
 }
 
 TEST(XStringMap, WalksUpperCaseFirstAndKeepsTheFirstVectorOfAKey) {

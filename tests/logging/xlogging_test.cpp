@@ -120,23 +120,17 @@ TEST_F(XLoggingTest, AFullDiskReachesTheCallerAndNotTheDestructor) {
         void WriteString(const CString&) override { throw CFileException{CFileException::diskFull, ENOSPC, L"log"}; }
     } derived;
     ErrorOf([] { XLogging{}.StartLogging(L"/dev/full", L"", L"", L""); });
-    for (const auto& [log, file] : {std::pair<XLogging*, CString>{&derived, File()}, {&m_Log, L"/dev/full"}}) {
-        const XException banner = ErrorOf([log = log, file = file] { log->StartLogging(file, L"", L"", L""); });
+    for (XLogging* const log : {&m_Log, static_cast<XLogging*>(&derived)}) {
+        const CString file = log == &m_Log ? L"/dev/full" : File();
+        const XException banner = ErrorOf([&] { log->StartLogging(file, L"", L"", L""); });
         EXPECT_EQ(banner.GetMessage(), L"An unknown exception occured while opening the log file <" + file + L">!");
         EXPECT_EQ(banner.GetNumber(), -1);
         // The log counts as open from then on, so every writing operation meets the full disk.
-        void (*const operations[])(XLogging&) = {
-            [](auto& open) { open.LogWrite(L"x"); },
-            [](auto& open) { open.WriteUnformatted(L"x"); },
-            [](auto& open) { open.NewLine(); },
-            [](auto& open) { open.WriteLog(L"x", true, true); },
-            [](auto& open) { open.WriteLog(L"x", false, false); },
-            [](auto& open) { open.ShowError(1, L"L", L"M"); },
-            [](auto& open) { open.CloseLogFile(); },
-        };
-        for (const auto& operation : operations) {
-            EXPECT_EQ(ErrorOf<CFileException>([&, log = log] { operation(*log); }).m_cause, CFileException::diskFull);
-        }
+        const auto causeOf = [](auto operation) { return ErrorOf<CFileException>(operation).m_cause; };
+        EXPECT_EQ(causeOf([&] { log->NewLine(); }), CFileException::diskFull);
+        EXPECT_EQ(causeOf([&] { log->WriteLog(L"x", true, true); }), CFileException::diskFull);
+        EXPECT_EQ(causeOf([&] { log->ShowError(1, L"L", L"M"); }), CFileException::diskFull);
+        EXPECT_EQ(causeOf([&] { log->CloseLogFile(); }), CFileException::diskFull);
     }
     Start();
     m_Log.CloseLogFile();

@@ -58,9 +58,7 @@ TEST(XMapInt2SetOfInt, MakesASetOfAListOncePerKeyAndTakesSetsOver) {
 TEST(XMapInt2IntTupel, KeepsNumbersButReplacesZeros) {
     XMapInt2IntTupel map;
     using Entry = std::tuple<int, int, int>;
-    for (const auto& [key, first, second] : {Entry{1, 2, 3}, {1, 9, 9}, {5, 0, 0}, {5, 0, 4}, {5, 9, 9}, {7, 0, 0}}) {
-        map.Insert(key, first, second);
-    }
+    for (const auto& [key, a, b] : {Entry{1, 2, 3}, {5, 0, 0}, {5, 0, 4}, {5, 9, 9}, {7, 0, 0}}) map.Insert(key, a, b);
     XMapInt2IntTupel::IntTupel tupel;
     std::vector<Entry> met;
     for (int key = map.GetFirst(tupel); met.size() < 4; key = map.GetNext(tupel)) {
@@ -89,14 +87,13 @@ TEST(XStringVector, TheCursorMeetsEachStringAndStaysAtTheEnd) {
 }
 
 TEST(XStringVector, CompareGivesOneForALongerVector) {
-    XStringVector a, b;
-    EXPECT_EQ(a.Compare(nullptr), 1) << "more than nothing";
-    for (const wchar_t* item : {L"B", L"B", L"a"}) {
-        b.Append(item);
-        EXPECT_EQ(std::tuple(a.Compare(&b), b.FullCompare(&a), b.Compare(&b)), std::tuple(-1, 1, 0));
-        a.Append(L"B");
-    }
-    EXPECT_EQ(std::pair(a.Compare(&b), b.Compare(&a)), std::pair(-1, 1)) << "equally long";
+    XStringVector one, two, other;
+    one.Append(L"a");
+    for (const wchar_t* item : {L"A", L"B"}) two.Append(item);
+    for (const wchar_t* item : {L"A", L"a"}) other.Append(item);
+    EXPECT_EQ(one.Compare(nullptr), 1) << "more than nothing";
+    EXPECT_EQ(std::pair(one.Compare(&two), two.FullCompare(&one)), std::pair(-1, 1));
+    EXPECT_EQ(std::tuple(two.Compare(&other), other.Compare(&two), two.Compare(&two)), std::tuple(-1, 1, 0));
 }
 
 TEST(XStringMap, WalksUpperCaseFirstAndKeepsTheFirstVectorOfAKey) {

@@ -24,7 +24,6 @@ public:
 };
 
 using Set = XSetP<Subject>;
-
 constexpr int NOTHING = -99;  // stands for a null pointer
 
 static void Fill(Set& set, std::initializer_list<int> values) {

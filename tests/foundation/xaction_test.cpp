@@ -18,8 +18,7 @@ TEST(XAction, ShowsDurationsInTheirUnits) {
         {90061000, 1, false, L"1 day and 01:01:01.0 hours"},
         {172800000, 1, true, L"2 days and 00:00:00.0 h"},
         {-65000, 1, false, L"-5.0 seconds"},
-        {LONG_MAX, 0, true, L"106751991167 days and 07:12:56 h"},
-    };
+        {LONG_MAX, 0, true, L"106751991167 days and 07:12:56 h"}};
     for (const auto& [value, precision, shortUnits, text] : cases) {
         EXPECT_EQ(XAction::TimeStr(value, precision, shortUnits), text) << value;
     }

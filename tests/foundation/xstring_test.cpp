@@ -17,8 +17,7 @@ TEST(XString, SplitsAtTheFirstOrLastSeparator) {
         {SplitString, L"a=b=c", L"a", L"b=c"},
         {SplitString, L"novalue", L"", L"novalue"},
         {SplitStringReverse, L"a=b=c", L"a=b", L"c"},
-        {SplitStringReverse, L"=", L"", L""},
-    };
+        {SplitStringReverse, L"=", L"", L""}};
     for (const auto& [split, text, left, right] : cases) {
         CString whole = text, after = L"old";  // a part may take the place of the whole
         split(whole, after, whole, L'=');
@@ -83,7 +82,6 @@ TEST(XPath, JoinsWithTheSeparatorThatThePathUses) {
 TEST(XPath, FilesAndFoldersExist) {
     const TempFolder folder;
     folder.Write("Data/Run.log", "x");
-    EXPECT_TRUE(FileExists(folder.Wide("Data")));
-    EXPECT_TRUE(FileExists(folder.Wide(), L"data\\run.LOG"));
+    EXPECT_TRUE(FileExists(folder.Wide("Data")) && FileExists(folder.Wide(), L"data\\run.LOG"));
     EXPECT_FALSE(FileExists(folder.Wide("Data"), L"other") || FileExists(L""));
 }

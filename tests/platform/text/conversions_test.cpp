@@ -34,7 +34,7 @@ TEST(Encoding, ReadsStrictlyAndKeepsEveryOtherByte) {
         {"overlong in three bytes", "\xE0\x80\xAF", {0xDCE0, 0xDC80, 0xDCAF}},
         {"a surrogate", "\xED\xA0\x80", {0xDCED, 0xDCA0, 0xDC80}},
         {"cut off in the middle", "\xE2\x82", {0xDCE2, 0xDC82}},
-        {"goes on after one byte", "\xE2\xC3\xA4z", {0xDCE2, L'ä', L'z'}},
+        {"goes on after one byte", "\xE2\xC3\xA4\xFF", {0xDCE2, L'ä', 0xDCFF}},
     };
     for (const auto& [what, bytes, text] : cases) {
         EXPECT_EQ(FromUtf8(bytes), CString{text}) << what;
@@ -71,8 +71,7 @@ TEST(IndexFormat, ReadsTheNumberOfAnItemThatFits) {
     }
     for (const wchar_t* item : {L"x-", L"x-+", L"x", L"", L"X-1", L"x%"}) {
         index = -77;
-        EXPECT_FALSE(MatchIndex(item, L"x-%d", index) || MatchIndex(item, item, index)) << ToUtf8(item);
-        EXPECT_EQ(index, -77);
+        EXPECT_FALSE(MatchIndex(item, L"x-%d", index) || MatchIndex(item, item, index) || index != -77) << ToUtf8(item);
     }
 }
 

@@ -18,8 +18,7 @@ TEST(Format, PrintsTexts) {
     const wchar_t unterminated[] = {L'a', L'b', L'c'};
     const char narrowUnterminated[] = {'a', '\xC3', '\xA4', 'c'};
     Check({
-        {FormatText(L"<%s>", text), L"<w\x1F600z>"},
-        {FormatText(L"%ls|%ws", L"a", std::wstring{L"b"}), L"a|b"},
+        {FormatText(L"<%s|%ls|%ws>", text, L"a", std::wstring{L"b"}), L"<w\x1F600z|a|b>"},
         {FormatText(L"%s|%S %s %S", null, narrowNull, nullptr, nullptr), L"(null)|(null) (null) (null)"},
         {FormatText(L"%S|%hs|%S", "\xC3\xA4", std::string{"b"}, "\xFF"), L"ä|b|\xDCFF"},
         {FormatText(L"%5s|%-5s|%05s", L"ab", L"ab", L"ab"), L"   ab|ab   |   ab"},
@@ -41,14 +40,13 @@ TEST(Format, PrintsTexts) {
 }
 
 TEST(Format, PrintsIntegersByTheirOwnType) {
-    constexpr long long least = std::numeric_limits<long long>::min();
     Check({
         {FormatText(L"%d %i %u", -5, 7, 9u), L"-5 7 9"},
-        {FormatText(L"%d %d", INT_MIN, least), L"-2147483648 -9223372036854775808"},
+        {FormatText(L"%d %d", INT_MIN, LLONG_MIN), L"-2147483648 -9223372036854775808"},
         {FormatText(L"%hd %hhd %ld %lld %I64d", 100000, 300, 1L, 2LL, 3LL), L"100000 300 1 2 3"},
         {FormatText(L"%u %x %u", -1, -1, static_cast<short>(-1)), L"4294967295 ffffffff 65535"},
         {FormatText(L"%d %d %d", 4000000000u, true, static_cast<unsigned char>(200)), L"4000000000 1 200"},
-        {FormatText(L"%d", std::numeric_limits<unsigned long long>::max()), L"18446744073709551615"},
+        {FormatText(L"%d", ULLONG_MAX), L"18446744073709551615"},
         {FormatText(L"%#x %#X %#o %#x %#o", 255, 255, 8, 0, 0), L"0xff 0XFF 010 0 0"},
         {FormatText(L"%+d % d %+d % d %+ d", 1, 1, -1, -1, 1), L"+1  1 -1 -1 +1"},
         {FormatText(L"%5d|%-5d|%05d|%-05d|", 42, 42, 42, 42), L"   42|42   |00042|42   |"},

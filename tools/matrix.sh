@@ -75,10 +75,12 @@ run_row() {
 wanted=("$@")
 [ "${1:-}" = --fast ] && wanted=("${FAST[@]}")
 [ $# -gt 0 ] || mapfile -t wanted < <(rows | cut -d' ' -f1)
+[ "${1:-}" = --fast ] || need_packages g++ cmake ninja-build libgtest-dev libcli11-dev nlohmann-json3-dev clang clang-19 \
+    libc++-19-dev libc++abi-19-dev lld python3
 printf '%-22s %-42s %8s  %-14s %6s\n' row "built with" warnings tests time
 for name in "${wanted[@]}"; do
-    row=$(rows | grep "^$(sed 's/[+]/\\+/g' <<<"$name") ")
-    read -ra words <<<"$row"
+    read -ra words < <(rows | awk -v name="$name" '$1 == name')
+    [ ${#words[@]} -gt 0 ] || { echo "no row $name"; exit 2; }
     run_row "${words[@]}"
 done
 exit $failed

@@ -16,3 +16,14 @@ printf '\xEF\xBB\xBF[elsewhere]\n' >"$world/real/other/veltrane.ini"
 touch "$world/home/run.log"
 cd "$world/home"
 PATH=$world/bin:$PATH
+
+failed=0
+# expect LINE EXPECTED GOT
+expect() {
+    [ "$3" = "$2" ] || { printf '%s\n  expected %s\n  got      %s\n' "$@"; failed=1; }
+}
+# end: nothing of what was completed was run, and all was as expected.
+end() {
+    [ ! -e evil ] || { echo "a name was run as a command"; failed=1; }
+    exit "$failed"
+}

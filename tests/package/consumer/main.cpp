@@ -1,3 +1,5 @@
+#include <dlfcn.h>
+
 #include <iostream>
 #include <stdexcept>
 
@@ -8,6 +10,7 @@
 #include "veltrane/platform/process/messagebox.h"
 #include "veltrane/platform/process/module.h"
 #include "veltrane/platform/process/oci.h"
+#include "veltrane/platform/process/process.h"
 #include "veltrane/platform/text/encoding.h"
 
 #include "client/oci.h"  // after the library's own header, unlike in own_names.cpp
@@ -55,6 +58,19 @@ void ThrowThroughTheLibrary() {
     SetMessageBoxHandler({});
 }
 
+// A copy of its own, as a plug-in may bring it along. It ends with the process, as the first one does.
+bool RunsTwice() {
+    Dl_info library{};
+    dladdr(reinterpret_cast<const void*>(&IsModuleRegistered), &library);
+    void* const copy = dlmopen(LM_ID_NEWLM, library.dli_fname, RTLD_NOW);
+    const auto ticks = copy ? reinterpret_cast<std::int32_t (*)()>(dlsym(copy, "_ZN8veltrane9TickCountEv")) : nullptr;
+    return ticks && ticks != &TickCount && ticks() != 0;
+}
+
+const struct Late {
+    ~Late() { Print("at the end", g_BooleanStrings[0]); }
+} g_Late;
+
 }  // namespace
 
 int main() {
@@ -65,5 +81,6 @@ int main() {
     CatchErrorOfTheLibrary();
     ThrowThroughTheLibrary();
     std::cout << "client: " << TextOfTheClient() << '\n';
+    std::cout << "second copy: " << RunsTwice() << '\n';
     std::cout << "registered: " << IsModuleRegistered(L"veltrane_base") << Narrow('\n');
 }

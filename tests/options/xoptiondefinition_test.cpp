@@ -45,7 +45,7 @@ TEST(XOptionDefinition, NamesFindWhatAPlainSearchFinds) {
 TEST(XOptionDefinition, SectionsAreFoundByValueAndByOwnName) {
     EXPECT_EQ(GetConfigSectionCount(), 8);
     EXPECT_EQ(FindConfigSection(eSectionFiles)->eParent, eSectionDatabase);
-    EXPECT_EQ(FindConfigSection(eSectionNone), nullptr);
+    for (const auto none : {eSectionNone, static_cast<enumCfgSection>(6)}) EXPECT_EQ(FindConfigSection(none), nullptr);
     EXPECT_EQ(FindConfigSection(L"")->eSection, eSectionUnnamed);
     EXPECT_EQ(FindConfigSection(L"FILES\\%d")->eSection, eSectionFiles);
     EXPECT_EQ(FindConfigSection(L"root"), nullptr);

@@ -132,12 +132,13 @@ TEST_F(OptionStartUp, ErrorsTellWhatIsWrongAndWhatItIsAbout) {
     expect({L"-dr", L"%no%"}, {.argument = L"no", .reference = L"no"},
            L"Error retrieving the string option <no>!\r\nreason: \tThe option <no> is not known by the system!");
     const CString opening = L"Error locating and opening the configuration!\r\nreason: \t";
+    const wchar_t noUserFile[] = L"> not found!\r\n\tThe specified user configuration file does not exist!";
     expect({L"-m", L"data"}, {},
            opening + L"File <" + (DataFolder() + L"/tool.ini").MakeLower() +
                L"> not found!\r\n\tThe basic configuration could not be found!");
     expect({L"--data", DataFolder(), L"--ini", L"other.ini"}, {.option = L"ini"},
-           opening + L"File <" + DataFolder() +
-               L"/configuration/other.ini> not found!\r\n\tThe specified user configuration file does not exist!");
+           opening + L"File <" + DataFolder() + L"/configuration/other.ini" + noUserFile);
+    expect({L"--ini", L"/no"}, {.option = L"ini"}, opening + L"File </no" + noUserFile);
     expect({L"--ini", L"other.ini"}, {.option = L"config"},
            opening + noFolder({}, L"The userspace configuration location does not exist!"));
     EXPECT_THROW(Open({L"-m", L"data"}), XFileException);

@@ -58,6 +58,7 @@ TEST(MessageBox, WaitsForEnterWhereInputAndOutputAreATerminal) {
             if (openpty(&keyboard, &terminal, nullptr, nullptr, nullptr) != 0) return 9;
             if (write(keyboard, "x\ny\n", 4) != 4 || dup2(terminal, STDIN_FILENO) != STDIN_FILENO) return 9;
             if (isOutput) dup2(terminal, STDERR_FILENO);
+            alarm(/*seconds*/ 5);
             AfxMessageBox(L"text", MB_ICONERROR);
             return std::getchar();
         });

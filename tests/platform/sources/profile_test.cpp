@@ -100,9 +100,10 @@ TEST_F(Profile, LeavesAPipeWhatItHolds) {
     ASSERT_EQ(write(ends[1], "[A]\nk=1", 7), 7);
     m_File = FormatText(L"/proc/self/fd/%d", ends[0]);
     EXPECT_EQ(Ask(L"A", L"k", L"default"), L"default");
+    close(ends[1]);
     char left[16];
     EXPECT_EQ(read(ends[0], left, sizeof left), 7);
-    for (const int end : ends) close(end);
+    close(ends[0]);
 }
 
 TEST_F(Profile, FindsAKeyWhereverItStands) {

@@ -6,7 +6,6 @@
 class XConfigurationTest : public testing::Test {
 protected:
     XConfiguration Reader(const std::string& bytes) const { return XConfiguration{m_Folder.Write("tool.ini", bytes)}; }
-    /// "1=a 2=b "
     static CString Entries(XMapInt2CString& map) {
         CString entries, text;
         for (int key = map.GetFirst(text); !text.IsEmpty(); key = map.GetNext(text)) {

@@ -8,7 +8,8 @@ protected:
         std::string bytes =
             "REGEDIT4\n[HKLM\\SOFTWARE\\VORNAK\\ROOT]\n\"logfile\"=\"machine.log\"\n"
             "[HKLM\\SOFTWARE\\VORNAK\\tool]\n\"data\"=\"D:\\\\data\"\n[HKLM\\SOFTWARE\\VORNAK\\tool\\ROOT]\n"
-            "\"text\"=\"t\xFCr\"\n\"number\"=dword:2a\n\"expand\"=hex(2):25,61,25,00\n\"none\"=hex:\n";
+            "\"text\"=\"t\xFCr\"\n\"number\"=dword:2a\n\"expand\"=hex(2):25,61,25,00\n\"none\"=hex:\n"
+            "\"zeros\"=hex:00,00\n\"odd\"=hex:61,00,62\n\"several\"=hex(7):61,00,62,00,00\n";
         for (const int size : {63, 64, 5000})
             bytes += ToUtf8(FormatText(L"\"%d\"=\"%s\"\n", size, CString{L'x', size}));
         SetRegistryFile(m_Folder.Write("machine.reg", bytes));
@@ -28,6 +29,9 @@ TEST_F(XRegistryTest, ReadsValuesOfEveryTypeAsText) {
     expect(L"tool", L"ROOT", L"text", L"t\xFCr");
     expect(L"tool", L"ROOT", L"number", L"*");
     expect(L"tool", L"ROOT", L"expand", L"%a%");
+    expect(L"tool", L"ROOT", L"zeros", L"");
+    expect(L"tool", L"ROOT", L"odd", L"ab");
+    expect(L"tool", L"ROOT", L"several", L"a");
     expect(L"tool", L"ROOT", L"63", {L'x', 63});
     expect(L"tool", L"ROOT", L"64", {L'x', 64});
     expect(L"tool", L"ROOT", L"5000", {L'x', 5000});

@@ -26,7 +26,6 @@ protected:
         m_Folder.Write("registry.reg", "REGEDIT4\n[HKLM\\SOFTWARE\\VORNAK\\Tool\\" + section + "]\n" + values + "\n");
     }
 
-    /// The store as if no start-up had run yet.
     void Renew() {
         m_Store = std::make_unique<XOption>();
         m_Store->KeepOrigins(m_bKeepsOrigins);
@@ -44,7 +43,6 @@ protected:
         Open(std::move(arguments));
         m_Store->ReadConfiguration();
     }
-    /// The text of an option that is retrieved now.
     CString Retrieved(const wchar_t* name) {
         m_Store->RetrieveOption(name);
         return Text(name);

@@ -45,11 +45,10 @@ TEST(Threads, WorkSideBySideWithObjectsOfTheirOwn) {
     folder.Write(".metadata/tool.ini", "[ROOT]\nlogfile=x.log\nname=db\n[db]\ndictionary-name=d\nrole=r\nregistry=g\n");
     const ArgumentsGuard arguments{{}};
     std::vector<std::string> results(4);
-    {
-        std::vector<std::jthread> threads;
-        for (std::size_t i = 0; i < results.size(); ++i) {
-            threads.emplace_back([&, i] { results[i] = Work(folder, "thread" + std::to_string(i)); });
-        }
+    std::vector<std::thread> threads;
+    for (std::size_t i = 0; i < results.size(); ++i) {
+        threads.emplace_back([&, i] { results[i] = Work(folder, "thread" + std::to_string(i)); });
     }
+    for (std::thread& thread : threads) thread.join();
     EXPECT_EQ(results, std::vector<std::string>(4, "X.LOG***"));
 }

@@ -14,7 +14,7 @@ TEST(MessageBox, WritesTheTextToItsStreamWhenNoHandlerIsSet) {
         {std::wstring_view{L"a\0b", 3}, MB_OK, "", "a\0b\n"s},
     };
     for (const auto& [text, style, output, errors] : cases) {
-        const ChildResult child = RunChild([text = text, style = style] { return AfxMessageBox(text, style); });
+        const ChildResult child = RunChild([shown = text, kind = style] { return AfxMessageBox(shown, kind); });
         EXPECT_EQ(std::tuple(child.exitCode, child.output, child.errors), std::tuple(/*OK*/ 1, output, errors));
     }
 }

@@ -57,7 +57,7 @@ TEST(XAction, RunningActionsCannotBeAdded) {
     XAction stopped, running;
     running.Start();
     for (auto [target, other] : {std::pair{&stopped, &running}, std::pair{&running, &stopped}}) {
-        const XException error = ErrorOf([target = target, other = other] { *target += *other; });
+        const XException error = ErrorOf([sum = target, part = other] { *sum += *part; });
         EXPECT_EQ(error.GetMessage(), L"Error adding two times: Cannot add times of still running actions!");
         EXPECT_EQ(error.GetLocation().Left(39), L"<XAction::operator +=> in [xaction], li");
     }

@@ -2,12 +2,6 @@
 
 #include <regex>
 
-#ifdef VELTRANE_CONFIG
-
-using namespace veltrane::detail;
-
-namespace {
-
 using Explain = Companion;
 using Files = Companion;
 
@@ -67,7 +61,3 @@ logging  D:\log = ./data/log  missing: the tool creates it  (start-up)
 )");
     EXPECT_FALSE(std::filesystem::exists(m_Folder.Path() / "data/log")) << "nothing is created";
 }
-
-}  // namespace
-
-#endif

@@ -2,17 +2,11 @@
 
 #include <regex>
 
-#ifdef VELTRANE_CONFIG
-
-using namespace veltrane::detail;
-
-namespace {
-
 using Freeze = Companion;
 using Errors = Companion;
 
 // Values alone, without the places that they come from.
-std::string ValuesOf(const std::string& document) {
+static std::string ValuesOf(const std::string& document) {
     std::string values;
     const std::regex line("\"(name|index|value|old|new|version)\": .*");
     for (std::sregex_iterator found(document.begin(), document.end(), line), end; found != end; ++found) {
@@ -62,7 +56,3 @@ TEST_F(Errors, AreReadFromTheBlocksOfALog) {
     EXPECT_NE(json.find("\"log_line\": 2,\n      \"ambiguous\": true\n"), std::string::npos) << json;
     ExpectOutput(Run({"errors", "/dev/null"}), 0, "");
 }
-
-}  // namespace
-
-#endif

@@ -1,11 +1,5 @@
 #include "companion.h"
 
-#ifdef VELTRANE_CONFIG
-
-using namespace veltrane::detail;
-
-namespace {
-
 class Lint : public Companion {
 protected:
     /// The findings of a run, without the line that counts them.
@@ -192,7 +186,3 @@ TEST_F(Lint, TellsWhatIsAskedForAlone) {
     const std::string json = Ask({"lint", "--format", "json", "--code", "C04"}, {"-i", "team.ini"}).output;
     EXPECT_NE(json.find("\"code\": \"C04\",\n      \"severity\": \"warning\""), std::string::npos) << json;
 }
-
-}  // namespace
-
-#endif

@@ -1,11 +1,5 @@
 #include "companion.h"
 
-#ifdef VELTRANE_CONFIG
-
-using namespace veltrane::detail;
-
-namespace {
-
 using Names = Companion;
 
 TEST_F(Names, ShowsEachVersionWithRulesAndCollisions) {
@@ -49,7 +43,3 @@ TEST_F(Names, RefusesWhatItCannotRead) {
     };
     for (const auto& [words, text] : cases) ExpectOutput(Ask(words), 2, "", "veltrane-config: " + text + "\n");
 }
-
-}  // namespace
-
-#endif

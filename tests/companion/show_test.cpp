@@ -1,11 +1,5 @@
 #include "companion.h"
 
-#ifdef VELTRANE_CONFIG
-
-using namespace veltrane::detail;
-
-namespace {
-
 using Show = Companion;
 
 TEST_F(Show, TellsWinnerAndLosersOfEachLayer) {
@@ -117,7 +111,3 @@ TEST_F(Show, CreatesNothingAndShowsNoBox) {
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_TRUE(std::filesystem::is_empty(m_Folder.Path() / "data"));
 }
-
-}  // namespace
-
-#endif

@@ -1,45 +1,20 @@
 // The sample host as a real process.
 
-#include "support/childprocess.h"
-#include "support/support.h"
+#include "support/tool.h"
 #include "veltrane/options/xoptiondefinition.h"
 
-using Words = std::vector<std::string>;
-
-class Host : public testing::Test {
+class Host : public ToolTest {
 protected:
-    Host() {
-        WriteBasic("");
-        std::filesystem::create_directories(m_Folder.Path() / "data/log");
-    }
+    Host() { std::filesystem::create_directories(m_Folder.Path() / "data/log"); }
 
-    void WriteBasic(const std::string& more) const {
-        Write("meta/veltrane.ini", "[db]\ndictionary-name=d\nrole=r\nregistry=g\n" + more);
-    }
-    std::string Path(const std::string& name) const { return (m_Folder.Path() / name).string(); }
     /// The basic file as the store asks for it: in lower case.
     std::string BasicFile() const { return ToUtf8(FromUtf8(Path("meta/veltrane.ini")).MakeLower()); }
-    void Write(const std::string& name, const std::string& bytes) const { m_Folder.Write(name, bytes); }
-
-    /// Runs the host with its metadata folder, in the test's folder.
-    ChildResult Run(Words arguments, Words environment = {}, const std::string& output = {}) const {
+    /// Runs the host with its metadata folder.
+    ChildResult Run(Words arguments, const Words& environment = {}, const std::string& output = {}) const {
         arguments.insert(arguments.begin(), {"veltrane", "-m", Path("meta")});
-        environment.push_back("VORNAK_REGISTRY=" + Path("registry.reg"));
-        return RunChild([&] {
-            clearenv();
-            for (std::string& word : environment) putenv(word.data());
-            if (!output.empty()) dup2(open(output.c_str(), O_WRONLY), STDOUT_FILENO);
-            std::filesystem::current_path(m_Folder.Path());
-            return Execute(VELTRANE_HOST, arguments);
-        });
+        return RunTool(VELTRANE_HOST, arguments, environment, output);
     }
-
-    TempFolder m_Folder;
 };
-
-static void ExpectIn(const std::string& text, const std::string& part) {
-    EXPECT_NE(text.find(part), std::string::npos) << part << "\nin " << text;
-}
 
 TEST_F(Host, ShowsEveryValueOnItsLine) {
     WriteBasic(

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The installed tree works for a program that finds it as a CMake package or through pkg-config, and holds no path of
-# the machine: everything is tried after the tree was moved.
+# The installed tree works for a program, and for a tool with options of its own, that find it as a CMake package or
+# through pkg-config, and holds no path of the machine: everything is tried after the tree was moved.
 # Usage: install.sh BUILD_FOLDER
 . "$(dirname "$0")/common.sh"
 
@@ -24,9 +24,19 @@ loaded=$(env -u LD_LIBRARY_PATH ldd "$host" | sed -n 's/.*libveltrane_base.so.1 
 "$host" --help </dev/null | tr -d '\r' >"$temporary/help"
 expect "Synopsis: Veltrane [options] <database-name>" "$temporary/help"
 
-cmake -S "$tests/consumer" -B "$temporary/package" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
-cmake --build "$temporary/package" >/dev/null
-run_consumer "$temporary/package/consumer"
+example=$tests/../../examples/owntool
+for project in "$tests/consumer" "$example"; do
+    package=$temporary/package-$(basename "$project")
+    cmake -S "$project" -B "$package" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
+    cmake --build "$package" >"$temporary/log" || fail "$(tail -n 30 "$temporary/log")"
+done
+run_consumer "$temporary/package-consumer/consumer"
+run_tool "$package/owntool"
+for page in man/man1/owntool.1 man/man5/owntool.ini.5 bash-completion/completions/owntool zsh/vendor-completions/_owntool \
+    fish/vendor_completions.d/owntool.fish; do
+    grep -q 'dry.*run' "$package/share/$page" || fail "$page does not name the tool's options"
+    ! grep -qi '@[a-z]*@' "$package/share/$page" || fail "$page holds a mark"
+done
 if cmake -S "$tests/consumer" -B "$temporary/later" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" -DCONSUMER_VERSION=0.9 \
     >/dev/null 2>&1; then
     fail "the package passes for another major version"
@@ -34,5 +44,8 @@ fi
 
 export PKG_CONFIG_PATH=$libraries/pkgconfig
 eval "flags=($(pkg-config --cflags --libs 'veltrane_base >= 1.0'))"
+export LD_LIBRARY_PATH=$libraries
 g++ -std=c++20 -I"$tests/consumer" "$tests/consumer"/*.cpp "${flags[@]}" -o "$temporary/pkgconfig"
-LD_LIBRARY_PATH=$libraries run_consumer "$temporary/pkgconfig"
+run_consumer "$temporary/pkgconfig"
+g++ -std=c++20 "$example/owntool.cpp" "${flags[@]}" -o "$temporary/pkgconfig"
+run_tool "$temporary/pkgconfig"

@@ -108,14 +108,15 @@ TEST_F(Profile, LeavesAPipeWhatItHolds) {
 
 TEST_F(Profile, FindsAKeyWhereverItStands) {
     // Texts around the length of a small file, and places in front of, on and behind the bounds of a search's steps.
-    for (const std::size_t front : {std::size_t{1}, std::size_t{16384 - 128}}) {
+    for (const std::string& front :
+         {"\n"s, std::string(16384 - 128, 'x') + "\nxlast = last\n", std::string(150, 'x') + '\n'}) {
         for (std::size_t blanks = 0; blanks < 134; ++blanks) {
-            const std::string text =
-                "[A]\n" + std::string(front, 'x') + '\n' + std::string(blanks, ' ') + "xlast = last\n last=";
-            EXPECT_EQ(AskIn(text + "1", L"A", L"LAST"), L"1") << front << " + " << blanks;
-            EXPECT_EQ(AskIn(text + "2\n" + std::string(128, 'x'), L"A", L"LAST"), L"2") << front << " + " << blanks;
-            EXPECT_EQ(AskIn(text, L"A", L"LAST"), L"") << front << " + " << blanks;
-            EXPECT_EQ(Ask(L"A", L"t", L"missing"), L"missing") << front << " + " << blanks;
+            SCOPED_TRACE(blanks);
+            const std::string text = "[A]\n" + front + std::string(blanks, ' ') + " last=";
+            EXPECT_EQ(AskIn(text + "1", L"A", L"LAST"), L"1");
+            EXPECT_EQ(AskIn(text + "2\n" + std::string(128, 'x'), L"A", L"LAST"), L"2");
+            EXPECT_EQ(AskIn(text, L"A", L"LAST"), L"");
+            EXPECT_EQ(Ask(L"A", L"t", L"missing"), L"missing");
         }
     }
 }

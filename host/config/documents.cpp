@@ -209,7 +209,8 @@ std::string Script(std::string text, const ShellWords& shell, const std::string&
 }
 
 std::string FishQuoted(std::string_view text) {
-    return "'" + Replaced(std::string{text}, "'", "\\'") + "'";
+    std::string quoted = "'";
+    return quoted.append(Replaced(std::string{text}, "'", "\\'")) += '\'';
 }
 
 std::string FishLine(std::string_view condition, std::string_view rest) {
@@ -252,7 +253,7 @@ std::string MakeDocument(const std::string& kind, const std::string& name, const
                        : kind == "zsh"  ? Script(ZSH, {"compadd -- ", "", "_files"}, "    ")
                                         : FishCompletion();
     text = Replaced(std::move(text), "@TITLE@", Upper(name));
-    text = Replaced(std::move(text), "@FUNCTION@", "_" + Replaced(name, "-", "_"));
+    text = Replaced(std::move(text), "@FUNCTION@", Replaced('-' + name, "-", "_"));
     text = Replaced(std::move(text), "@VERSION@", version);
     return Replaced(std::move(text), "@NAME@", kind == "man" ? Troff(name) : name);
 }

@@ -58,7 +58,8 @@ inline int Execute(const char* program, std::vector<std::string>& words) {
 }
 
 /// Runs the tests' own child program (support/child.cpp) with arguments.
-inline ChildResult RunTestChild(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), "child");
-    return RunChild([&] { return Execute(VELTRANE_TEST_CHILD, arguments); });
+inline ChildResult RunTestChild(const std::vector<std::string>& arguments) {
+    std::vector<std::string> words{"child"};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    return RunChild([&] { return Execute(VELTRANE_TEST_CHILD, words); });
 }

@@ -2,17 +2,12 @@
 # Asks bash, zsh and fish what they would complete.
 # Usage: completion.sh SHARE_FOLDER
 set -euo pipefail
-share=$1
-failed=0
-check() {
-    [ "$2" = "$3" ] || { printf '%s\n  expected %s\n  got      %s\n' "$1" "$2" "$3"; failed=1; }
-}
-
+share=$(realpath "$1")
+. "$(dirname "$0")/../docs/completion_world.sh"
 . "$share/bash-completion/completions/veltrane-config"
 in_bash() {
-    local line=$1
-    read -ra COMP_WORDS <<<"$line"
-    [[ $line == *' ' ]] && COMP_WORDS+=('')
+    read -ra COMP_WORDS <<<"$1"
+    [[ $1 == *' ' ]] && COMP_WORDS+=('')
     COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
     compopt() { COMPREPLY=(files); }
     _veltrane_config
@@ -23,8 +18,8 @@ in_fish() {
         "$share/fish/vendor_completions.d/veltrane-config.fish" "$1" | cut -f 1 | sort | paste -sd ' '
 }
 while IFS='|' read -r line expected; do
-    check "bash: $line" "$expected" "$(in_bash "$line")"
-    command -v fish >/dev/null && check "fish: $line" "$expected" "$(in_fish "$line")"
+    expect "bash: $line" "$expected" "$(in_bash "$line")"
+    command -v fish >/dev/null && expect "fish: $line" "$expected" "$(in_fish "$line")"
 done <<'CASES'
 veltrane-config ex|explain
 veltrane-config show logf|logfile
@@ -32,7 +27,7 @@ veltrane-config show --on|--only
 veltrane-config --format j|json
 veltrane-config names --ver|--version
 CASES
-check "bash: behind the line of the tool" files "$(in_bash 'veltrane-config show -- ba')"
-check "bash: nothing to name" '' "$(in_bash 'veltrane-config files x')"
+expect "bash: behind the line of the tool" files "$(in_bash 'veltrane-config show -- ba')"
+expect "bash: nothing to name" '' "$(in_bash 'veltrane-config files x')"
 command -v zsh >/dev/null && zsh -n "$share/zsh/vendor-completions/_veltrane-config"
-exit "$failed"
+end

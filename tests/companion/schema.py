@@ -3,6 +3,7 @@
 Usage: schema.py SOURCE_FOLDER PROGRAM"""
 import json
 import os
+import pathlib
 import subprocess
 import sys
 import tempfile
@@ -41,32 +42,23 @@ def unseen(rule, path):
 
 
 with tempfile.TemporaryDirectory() as work:
-    def write(name, text):
-        with open(f"{work}/{name}", "w") as file:
-            file.write(text)
-
     os.mkdir(f"{work}/data")
-    write("veltrane.ini", "[ROOT]\nlogfile=%data%/%name%.log\nname=x\ndictionary-root=%loop%\nloop=%loop%\n[USER]\nquiet=yes\n"
-          "lodd-oracle=true\n[db]\nrole=r\ndictionary-name=d\nregistry=g\nobsolete-classes-1=3\n[db\\FILES\\1]\nmap-file=m\n"
-          "[db\\TABLENAME RULES\\3]\nA=\nB=C\n")
-    write("team.ini", "[ROOT]\nlogfile=b.log\n")
-    write("list", "table a\ncolumn b\n")
-    write("run.log", "## Error info start ##\nLocation:\t<A> in [a], line [1]\n\tnowhere\nMessage:\tx reason:\nreason: \ty\n\tz\n")
-    write("broken.ini", "")
-    words = ["--format", "json"]
-    tool = ["--", "-m", work, "db", "-i", "team.ini", "--data", f"{work}/data", "-l", "a b"]
-    questions = [["show", "--all"], ["explain", "logfile", "logging", "map-file", "dictionary-root"], ["lint"], ["names", "list"],
-                 ["names", "--version", "4", "list"], ["names", "--rules"], ["freeze"], ["files"], ["errors", "run.log", "run.log"],
-                 ["nothing"]]
-    listed = subprocess.run([program, "--help"], capture_output=True, text=True).stdout
-    for question in questions:
-        if question == ["lint"] and "\n  lint" not in listed:
-            continue
-        done = subprocess.run([program, *question, *words, *tool], cwd=work, capture_output=True, text=True,
+    for name, text in {
+        "veltrane.ini": "[ROOT]\nlogfile=%data%/%name%.log\nname=x\ndictionary-root=%loop%\nloop=%loop%\n[USER]\nquiet=yes\n"
+                        "lodd-oracle=true\n[db]\nrole=r\ndictionary-name=d\nregistry=g\nobsolete-classes-1=3\n"
+                        "[db\\FILES\\1]\nmap-file=m\n[db\\TABLENAME RULES\\3]\nA=\nB=C\n",
+        "team.ini": "[ROOT]\nlogfile=b.log\n",
+        "list": "table a\ncolumn b\n",
+        "run.log": "## Error info start ##\nLocation:\t<A> in [a], line [1]\n\tnowhere\nMessage:\tx reason:\nreason: \ty\n\tz\n",
+    }.items():
+        pathlib.Path(work, name).write_text(text)
+    tool = ["--format", "json", "--", "-m", work, "db", "-i", "team.ini", "--data", f"{work}/data", "-l", "a b"]
+    for question in (["show", "--all"], ["explain", "logfile", "logging", "map-file", "dictionary-root"], ["lint"],
+                     ["names", "list"], ["names", "--version", "4", "list"], ["names", "--rules"], ["freeze"], ["files"],
+                     ["errors", "run.log", "run.log"], ["nothing"]):
+        done = subprocess.run([program, *question, *tool], cwd=work, capture_output=True, text=True,
                               env={"VORNAK_REGISTRY": f"{work}/none", "VORNAK_DRIVES": ""})
         assert done.stderr == "", f"{question}: {done.stderr}"
         walk(json.loads(done.stdout), schema, " ".join(question))
-    missing = [*unseen(schema, "")]
-    for name, rule in schema["$defs"].items():
-        missing += unseen(rule, name)
-    assert not missing, f"never answered: {missing}"
+missing = [path for name, rule in {"": schema, **schema["$defs"]}.items() for path in unseen(rule, name)]
+assert not missing, f"never answered: {missing}"

@@ -8,10 +8,8 @@ cd "$1"
 # A line for each include: file, what is included with its brackets.
 find veltrane host -name '*.h' -o -name '*.cpp' | sort >"$temporary/files"
 [ "$(wc -l <"$temporary/files")" -ge 50 ] || fail "where are the sources?"
-xargs awk 'match($0, /^[ \t]*#[ \t]*include[ \t]*["<][^">]*[">]/) {
-    sub(/^[ \t]*#[ \t]*include[ \t]*/, "")
-    print FILENAME, substr($0, 1, 1 + match(substr($0, 2), /[">]/))
-}' <"$temporary/files" >"$temporary/includes"
+xargs grep -HE '^[[:space:]]*#[[:space:]]*include' <"$temporary/files" |
+    sed -E 's/:[^"<]*(["<][^">]*[">]).*/ \1/' >"$temporary/includes"
 
 awk '
 BEGIN {

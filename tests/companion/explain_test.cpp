@@ -33,11 +33,9 @@ TEST_F(Explain, EndsWhereAReferenceLeadsBackToItself) {
     WriteBasic("[ROOT]\nlogfile=%a%\na=%b%\nb=%a%\n");
     const ChildResult result = Ask({"explain", "logfile"});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_NE(
-        result.output.find("    4      %a%  meta/veltrane.ini:7 [ROOT]\n    error: The reference <a> leads back to "
-                           "itself: <a> -> <b> -> <a>!\n"),
-        std::string::npos)
-        << result.output;
+    ExpectIn(result.output,
+             "    4      %a%  meta/veltrane.ini:7 [ROOT]\n"
+             "    error: The reference <a> leads back to itself: <a> -> <b> -> <a>!\n");
 }
 
 TEST_F(Files, TellsWhatIsAtEveryPlace) {

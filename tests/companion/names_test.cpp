@@ -30,10 +30,7 @@ TEST_F(Names, ListsTheRulesThatAreHiddenLast) {
 
 TEST_F(Names, RefusesWhatItCannotRead) {
     Write("list", "table a\ntabel b\n");
-    const struct {
-        Words words;
-        std::string text;
-    } cases[] = {
+    const std::pair<Words, std::string> cases[] = {
         {{"names", "list"}, "list, line 2: neither 'table NAME' nor 'column NAME'"},
         {{"names", "none"}, "the name list <none> can not be read"},
         {{"names", "meta"}, "the name list <meta> can not be read"},

@@ -85,10 +85,7 @@ TEST_F(Show, ToldTheValueThatFollowsWhenTheWinnerIsGone) {
 }
 
 TEST_F(Show, AnswersItsOwnFaultsInOneLine) {
-    const struct {
-        Words words;
-        std::string text;
-    } cases[] = {
+    const std::pair<Words, std::string> cases[] = {
         {{"shwo"}, "no command is called 'shwo'; did you mean 'show'?"},
         {{"show", "--al"}, "no option is called '--al'; did you mean '--all'?"},
         {{"show", "logfil"}, "no option is called 'logfil'; did you mean 'logfile'?"},
@@ -98,11 +95,8 @@ TEST_F(Show, AnswersItsOwnFaultsInOneLine) {
         {{"show", "--tool", "/none"}, "no tool </none>; name it with --tool PATH"},
         {{"show", "--", "-q", "-h"}, "--help ends the tool at once; there is nothing to show"},
     };
-    for (const auto& [words, text] : cases) {
-        ExpectOutput(Run(words), 2, "", "veltrane-config: " + text + "\n");
-    }
-    EXPECT_NE(Run({"shwo", "--format=json"}).output.find("\"message\": \"no command is called 'shwo'"),
-              std::string::npos);
+    for (const auto& [words, text] : cases) ExpectOutput(Run(words), 2, "", "veltrane-config: " + text + "\n");
+    ExpectIn(Run({"shwo", "--format=json"}).output, "\"message\": \"no command is called 'shwo'");
     EXPECT_EQ(Run({"--version"}).output, "veltrane-config 1.0.0\n");
 }
 

@@ -3,7 +3,6 @@
 #include <iostream>
 #include <stdexcept>
 
-#include "own_names.h"
 #include "veltrane/foundation/xaction.h"
 #include "veltrane/foundation/xexception.h"
 #include "veltrane/options/xoptiondefinition.h"
@@ -16,6 +15,8 @@
 #include "client/oci.h"  // after the library's own header, unlike in own_names.cpp
 
 using namespace veltrane;
+
+std::string TextOfTheClient();  // the error of the database client, asked for through the library
 
 namespace {
 

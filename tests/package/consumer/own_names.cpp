@@ -2,7 +2,6 @@
 #include <client/oci.h>
 #include <cstring>
 
-#include "own_names.h"
 #include "platform/text/cstring.h"
 #include "veltrane/collections/XSet.h"
 #include "veltrane/collections/xmap.h"

@@ -99,9 +99,3 @@ TEST_F(Show, AnswersItsOwnFaultsInOneLine) {
     ExpectIn(Run({"shwo", "--format=json"}).output, "\"message\": \"no command is called 'shwo'");
     EXPECT_EQ(Run({"--version"}).output, "veltrane-config 1.0.0\n");
 }
-
-TEST_F(Show, CreatesNothingAndShowsNoBox) {
-    const ChildResult result = Ask({"show", "logging"}, {"--data", Path("data")});
-    EXPECT_EQ(result.exitCode, 0) << result.errors;
-    EXPECT_TRUE(std::filesystem::is_empty(m_Folder.Path() / "data"));
-}

@@ -3,7 +3,6 @@
 #include "support/oci.h"
 #include "support/support.h"
 #include "veltrane/foundation/xdebug.h"
-#include "veltrane/foundation/xexception.h"
 #include "veltrane/foundation/xoci.h"
 #include "veltrane/foundation/xraise.h"
 
@@ -116,7 +115,7 @@ static void Add(XOCI::XError& record, int status, void* handle = nullptr, const 
 }
 
 TEST(XError, DescribesEachStatusWithoutTheClient) {
-    const ClientGuard guard{0, 942, "ORA-00942\n"};
+    const ClientGuard guard{{0, 942, "ORA-00942\n"}};
     XOCI::XError record;
     CString described;
     for (const int status : {0, 1, -1, -2, 99, 100, -3123, -24200, 7}) {
@@ -129,7 +128,7 @@ TEST(XError, DescribesEachStatusWithoutTheClient) {
               L"-2 0 Oracle OCI-Error: 'OCI_INVALID_HANDLE'\n99 0 Oracle OCI-Error: 'OCI_NEED_DATA'\n"
               L"100 0 Oracle OCI-Error: 'OCI_NO_DATA'\n-3123 0 Oracle OCI-Error: 'OCI_STILL_EXECUTING'\n"
               L"-24200 0 Oracle OCI-Error: 'OCI_CONTINUE'\n7 0 Unknown OCI-Error!\n");
-    EXPECT_EQ(guard.Asked().count, 0) << "only an error with a handle asks it";
+    EXPECT_TRUE(guard.Asked().empty()) << "only an error with a handle asks it";
 }
 
 TEST(XError, TakesTextAndNumbersFromTheClient) {
@@ -147,7 +146,7 @@ TEST(XError, TakesTextAndNumbersFromTheClient) {
         {"failed with nothing", {100, 0, ""}, L"M", L"M", -1, 0},
     };
     for (const auto& [what, answer, message, text, number, oraNumber] : cases) {
-        const ClientGuard guard{answer.status, answer.number, answer.text};
+        const ClientGuard guard{answer};
         XOCI::XError record;
         Add(record, -1, &record, message);
         EXPECT_EQ(std::pair(record.GetNumber(), record.GetCount()), std::pair(number, text ? 1 : 0)) << what;
@@ -158,7 +157,7 @@ TEST(XError, TakesTextAndNumbersFromTheClient) {
 }
 
 TEST(XError, PassesOverTheColumnThatIsNullAndKeepsTheNumberOfItsFirstEntry) {
-    const ClientGuard guard{0, 1405, "ORA-01405: fetched column value is NULL\n"};
+    const ClientGuard guard{{0, 1405, "ORA-01405: fetched column value is NULL\n"}};
     XOCI::XError record;
     Add(record, -1, &record);
     EXPECT_EQ(record.GetCount(), 0);

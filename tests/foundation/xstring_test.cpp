@@ -2,7 +2,6 @@
 
 #include <climits>
 
-#include "support/environment.h"
 #include "support/support.h"
 #include "veltrane/foundation/xpath.h"
 

@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <regex>
 
-#include "support/environment.h"
 #include "support/support.h"
 #include "veltrane/foundation/xdebug.h"
 

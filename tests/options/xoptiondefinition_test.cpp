@@ -61,29 +61,6 @@ TEST(XOptionDefinition, FlagsTakeTheirWordsInAnyCase) {
     EXPECT_EQ(FindOptionDefinition(L"name")->GetDefaultValue(), L"");
 }
 
-TEST(XOptionDefinition, HelpIsTheTableLineByLine) {
-    BoxRecorder recorder;
-    ShowHelp();
-    ASSERT_EQ(recorder.boxes.size(), 1U);
-    EXPECT_EQ(recorder.boxes[0].style, 0x40U);
-    const CString separator = CString{L'-', 207} + L"\r\n";
-    CString help = recorder.boxes[0].text;
-    EXPECT_EQ(help.Right(separator.GetLength()), separator);
-    EXPECT_EQ(help.Replace(separator, L"<>"), 4);
-    EXPECT_EQ(
-        help.Find(L"Synopsis: Veltrane [options] <database-name>\r\n\r\nwhere [options] is one or more of:\r\n<>flags "
-                  L"and switches:\t\r\n-cv,\t--create-views [true|false|auto]\t\tForce the "),
-        0);
-    EXPECT_GE(help.Find(L"-s, \t--setup <setup-ini-filename>\t\r\n"), 0);
-    EXPECT_GE(help.Find(L"-e, \t--exit\t\t\t\t\tGenerate an 'exit' statement in the changefile.\r\n"
-                        L"\t\t\t\t\t\tThis is NOT a good idea, when running from setup...\r\n"),
-              0);
-    EXPECT_GE(help.Find(L"commands:\t\r\n-l, \t--load-dictionary <dictionary>\t\tLoad the dictionary at location "
-                        L"<dictionary>.\r\n"),
-              0);
-    EXPECT_EQ(help.Find(L"--metadata"), -1);
-}
-
 static XOptionItem Item(const wchar_t* name, const wchar_t* value) {
     return {FindOptionDefinition(name), value, -1};
 }

@@ -46,7 +46,7 @@ TEST_F(OptionStoreTest, AToolsOwnOptionsAreOptionsLikeTheOthers) {
     m_Store.reset();
 }
 
-TEST(OwnOptions, ShowTheirHelpAfterThatOfTheLibrary) {
+TEST(OwnOptions, ShowTheirHelpAfterThatOfTheLibraryLineByLine) {
     BoxRecorder recorder;
     ShowHelp();
     for (const wchar_t* head : std::initializer_list<const wchar_t*>{nullptr, L"Synopsis: scale\r\n"}) {
@@ -55,9 +55,26 @@ TEST(OwnOptions, ShowTheirHelpAfterThatOfTheLibrary) {
     }
     const CString own =
         L"scale:\t\r\n-sc,\t--scale <number>\t\t\t\tScale by this.\r\n-dry,\t--dry-run\t\t\t\tOnly look.\r\n";
-    const CString& library = recorder.boxes.at(0).text;
+    EXPECT_EQ(recorder.boxes.at(0).style, 0x40U);
+    const CString& library = recorder.boxes[0].text;
     EXPECT_EQ(recorder.boxes.at(1).text, library + own);
     EXPECT_EQ(recorder.boxes.at(2).text, L"Synopsis: scale\r\n" + library.Mid(library.Find(L"where")) + own);
+    const CString separator = CString{L'-', 207} + L"\r\n";
+    CString help = library;
+    EXPECT_EQ(help.Right(separator.GetLength()), separator);
+    EXPECT_EQ(help.Replace(separator, L"<>"), 4);
+    EXPECT_EQ(
+        help.Find(L"Synopsis: Veltrane [options] <database-name>\r\n\r\nwhere [options] is one or more of:\r\n<>flags "
+                  L"and switches:\t\r\n-cv,\t--create-views [true|false|auto]\t\tForce the "),
+        0);
+    EXPECT_GE(help.Find(L"-s, \t--setup <setup-ini-filename>\t\r\n"), 0);
+    EXPECT_GE(help.Find(L"-e, \t--exit\t\t\t\t\tGenerate an 'exit' statement in the changefile.\r\n"
+                        L"\t\t\t\t\t\tThis is NOT a good idea, when running from setup...\r\n"),
+              0);
+    EXPECT_GE(help.Find(L"commands:\t\r\n-l, \t--load-dictionary <dictionary>\t\tLoad the dictionary at location "
+                        L"<dictionary>.\r\n"),
+              0);
+    EXPECT_EQ(help.Find(L"--metadata"), -1);
 }
 
 TEST(OwnOptions, RefuseWhatIsInUse) {

@@ -18,14 +18,12 @@ using namespace veltrane;
 
 std::string TextOfTheClient();  // the error of the database client, asked for through the library
 
-namespace {
-
-void Print(const char* what, const CString& text) {
+static void Print(const char* what, const CString& text) {
     std::cout << what << ": " << ToUtf8(text) << '\n';
 }
 
 // The warnings of the library are its own business: these lines do not compile with all of them as errors.
-char Narrow(long number) {
+static char Narrow(long number) {
     char narrow = number;
     {
         char narrow = 'a';
@@ -38,7 +36,24 @@ struct HostError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-void CatchErrorOfTheLibrary() {
+// A copy of its own, as a plug-in may bring it along. It ends with the process, as the first one does.
+static bool RunsTwice() {
+    Dl_info library{};
+    dladdr(reinterpret_cast<const void*>(&IsModuleRegistered), &library);
+    void* const copy = dlmopen(LM_ID_NEWLM, library.dli_fname, RTLD_NOW);
+    const auto ticks = copy ? reinterpret_cast<std::int32_t (*)()>(dlsym(copy, "_ZN8veltrane9TickCountEv")) : nullptr;
+    return ticks && ticks != &TickCount && ticks() != 0;
+}
+
+static const struct Late {
+    ~Late() { Print("at the end", g_BooleanStrings[0]); }
+} g_Late;
+
+int main() {
+    Print("option", FindOptionDefinition(L"--logfile")->szLongName);
+    Print("boolean", g_BooleanStrings[1]);
+    Print("trillian", g_TrillianStrings[eFlagAuto]);
+    Print("duration", XAction::TimeStr(5300, 1, true));
     try {
         XAction running;
         running.Start();
@@ -47,9 +62,6 @@ void CatchErrorOfTheLibrary() {
         const CString location = dynamic_cast<const XException&>(error).GetLocation();
         Print("from the library", location.Left(location.Find(L", line")));
     }
-}
-
-void ThrowThroughTheLibrary() {
     SetMessageBoxHandler([](const CString&, unsigned, unsigned) -> int { throw HostError("host error"); });
     try {
         ShowHelp();
@@ -57,30 +69,6 @@ void ThrowThroughTheLibrary() {
         std::cout << "through the library: " << error.what() << '\n';
     }
     SetMessageBoxHandler({});
-}
-
-// A copy of its own, as a plug-in may bring it along. It ends with the process, as the first one does.
-bool RunsTwice() {
-    Dl_info library{};
-    dladdr(reinterpret_cast<const void*>(&IsModuleRegistered), &library);
-    void* const copy = dlmopen(LM_ID_NEWLM, library.dli_fname, RTLD_NOW);
-    const auto ticks = copy ? reinterpret_cast<std::int32_t (*)()>(dlsym(copy, "_ZN8veltrane9TickCountEv")) : nullptr;
-    return ticks && ticks != &TickCount && ticks() != 0;
-}
-
-const struct Late {
-    ~Late() { Print("at the end", g_BooleanStrings[0]); }
-} g_Late;
-
-}  // namespace
-
-int main() {
-    Print("option", FindOptionDefinition(L"--logfile")->szLongName);
-    Print("boolean", g_BooleanStrings[1]);
-    Print("trillian", g_TrillianStrings[eFlagAuto]);
-    Print("duration", XAction::TimeStr(5300, 1, true));
-    CatchErrorOfTheLibrary();
-    ThrowThroughTheLibrary();
     std::cout << "client: " << TextOfTheClient() << '\n';
     std::cout << "second copy: " << RunsTwice() << '\n';
     std::cout << "registered: " << IsModuleRegistered(L"veltrane_base") << Narrow('\n');

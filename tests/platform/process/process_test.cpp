@@ -85,15 +85,7 @@ TEST(Module, IsRegisteredAsLongAsItsObjectLives) {
     EXPECT_NO_THROW(CDynLinkLibrary{L"first"}) << "the name is free again";
 }
 
-TEST(OCI, AsksForTheFirstRecordOfAnErrorHandle) {
-    const ClientGuard client{0, 942, "ORA-00942: table missing\n"};
-    int handle = 0;
-    ReadOCIError(&handle);
-    EXPECT_EQ(client.Asked().count, 1);
-    EXPECT_EQ(client.Asked().arguments, std::tuple(&handle, 1U, nullptr, 0, true, 1024U, 2U));
-}
-
-TEST(OCI, TakesWhatTheClientHasWritten) {
+TEST(OCI, AsksOnceForTheFirstRecordAndTakesWhatTheClientHasWritten) {
     const std::tuple<const char*, ClientAnswer, CString> cases[] = {
         {"failed, but with a text", {-1, 12541, "no listener"}, L"no listener"},
         {"UTF-8 and Windows-1252", {0, 1, "\xC3\xA4\xE2\x82\xAC\xE4\x80 \x9F\x81"}, L"ä\x20ACä\x20AC \x178\x81"},
@@ -101,8 +93,10 @@ TEST(OCI, TakesWhatTheClientHasWritten) {
         {"nothing behind the NUL", {0, 1, {"a\0b", 3}}, L"a"},
     };
     for (const auto& [what, answer, text] : cases) {
-        const ClientGuard client{answer.status, answer.number, answer.text};
-        const OCIErrorText error = ReadOCIError(nullptr);
+        const ClientGuard client{answer};
+        int handle = 0;
+        const OCIErrorText error = ReadOCIError(&handle);
+        EXPECT_EQ(client.Asked(), (std::vector<ClientQuestion>{{&handle, 1U, nullptr, 0, true, 1024U, 2U}}));
         EXPECT_EQ(std::tuple(error.available, error.number, error.text), std::tuple(true, answer.number, text)) << what;
     }
     const OCIErrorText none = ReadOCIError(nullptr);

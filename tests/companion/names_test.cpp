@@ -27,16 +27,3 @@ TEST_F(Names, ListsTheRulesThatAreHiddenLast) {
                  "table  3  A  -> X  team.ini:2 [db\\TABLENAME RULES\\3]\n"
                  "table  3  C  -> D  meta/veltrane.ini:7 [db\\TABLENAME RULES\\3]  hidden by the user file\n");
 }
-
-TEST_F(Names, RefusesWhatItCannotRead) {
-    Write("list", "table a\ntabel b\n");
-    const std::pair<Words, std::string> cases[] = {
-        {{"names", "list"}, "list, line 2: neither 'table NAME' nor 'column NAME'"},
-        {{"names", "none"}, "the name list <none> can not be read"},
-        {{"names", "meta"}, "the name list <meta> can not be read"},
-        {{"names", "--version", "3,x"}, "'x' is no number"},
-        {{"errors", "none"}, "the log <none> can not be read"},
-        {{"explain"}, "explain which option?"},
-    };
-    for (const auto& [words, text] : cases) ExpectOutput(Ask(words), 2, "", "veltrane-config: " + text + "\n");
-}

@@ -63,17 +63,14 @@ TEST_F(Show, ToldTheValueThatFollowsWhenTheWinnerIsGone) {
     // One bit for each layer that has the option, the strongest in front.
     for (int layers = 31; layers >= 0; --layers) {
         const auto has = [&](int bit) { return (layers & bit) != 0; };
-        Write("registry.reg", "REGEDIT4\n");
-        if (has(8)) WriteRegistry("ROOT", "\"logfile\"=\"r\"\n");
+        WriteRegistry("ROOT", has(8) ? "\"logfile\"=\"r\"\n" : "");
         Write("team.ini", has(4) ? "[ROOT]\nlogfile=u\n" : "");
         WriteBasic(has(2) ? "[ROOT]\nlogfile=b\n" : "");
         const Words typed = has(16) ? Words{"-i", "team.ini", "-log", "c"} : Words{"-i", "team.ini"};
         const std::string output = Ask({"show", "logfile"}, typed, has(1) ? Words{"logfile=e"} : Words{}).output;
-        std::string found;
-        for (const auto& [bit, letter] : {std::pair{16, "c"}, {8, "r"}, {4, "u"}, {2, "b"}, {1, "e"}}) {
+        std::string found, told;
+        for (const auto& [bit, letter] : {std::pair{16, "c"}, {8, "r"}, {4, "u"}, {2, "b"}, {1, "e"}})
             if (has(bit)) found += letter;
-        }
-        std::string told;
         for (std::size_t at = output.find('\n'); at + 1 < output.size(); at = output.find('\n', at + 1)) {
             const char last = output[output.find('\n', at + 1) - 1];
             EXPECT_EQ(output.substr(at + 1, 4) == "  > ", last != '-' && told.empty()) << output;
@@ -85,6 +82,7 @@ TEST_F(Show, ToldTheValueThatFollowsWhenTheWinnerIsGone) {
 }
 
 TEST_F(Show, AnswersItsOwnFaultsInOneLine) {
+    Write("list", "table a\ntabel b\n");
     const std::pair<Words, std::string> cases[] = {
         {{"shwo"}, "no command is called 'shwo'; did you mean 'show'?"},
         {{"show", "--al"}, "no option is called '--al'; did you mean '--all'?"},
@@ -94,8 +92,14 @@ TEST_F(Show, AnswersItsOwnFaultsInOneLine) {
         {{}, "no command is given; --help shows them"},
         {{"show", "--tool", "/none"}, "no tool </none>; name it with --tool PATH"},
         {{"show", "--", "-q", "-h"}, "--help ends the tool at once; there is nothing to show"},
+        {{"names", "list"}, "list, line 2: neither 'table NAME' nor 'column NAME'"},
+        {{"names", "none"}, "the name list <none> can not be read"},
+        {{"names", "meta"}, "the name list <meta> can not be read"},
+        {{"names", "--version", "3,x"}, "'x' is no number"},
+        {{"errors", "none"}, "the log <none> can not be read"},
+        {{"explain"}, "explain which option?"},
     };
-    for (const auto& [words, text] : cases) ExpectOutput(Run(words), 2, "", "veltrane-config: " + text + "\n");
+    for (const auto& [words, text] : cases) ExpectOutput(Ask(words), 2, "", "veltrane-config: " + text + "\n");
     ExpectIn(Run({"shwo", "--format=json"}).output, "\"message\": \"no command is called 'shwo'");
     EXPECT_EQ(Run({"--version"}).output, "veltrane-config 1.0.0\n");
 }

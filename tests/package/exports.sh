@@ -17,7 +17,5 @@ fi
 for class in XException XFileException CFileException XLogging; do
     grep -qxF "_ZTI${#class}$class" "$temporary/names" || fail "errors of type $class can not be caught outside"
 done
-if ! diff "$list" "$temporary/names" >"$temporary/difference"; then
-    c++filt <"$temporary/difference"
+diff "$list" "$temporary/names" | c++filt ||
     fail "the exports have changed; when that is meant: tests/package/exports.sh $1 --update"
-fi

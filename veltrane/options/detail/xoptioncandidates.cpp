@@ -26,11 +26,13 @@ XOptionCandidates::XOptionCandidates(const std::vector<XKeptOrigin>& values) {
 
 // An empty text of the registry hides the files, but not the environment.
 void XOptionCandidates::AddSources(std::vector<OptionPlace> places, bool isEarly) {
-    if (isEarly)
-        std::stable_partition(places.begin(), places.end(),
-                              [](const OptionPlace& place) { return !IsFile(place.layer); });
+    auto environment = std::ranges::find(places, OptionLayer::Environment, &OptionPlace::layer);
+    if (isEarly && environment != places.end()) {
+        const auto file = std::ranges::find_if(places.begin(), environment, IsFile, &OptionPlace::layer);
+        std::rotate(file, environment, environment + 1);
+        environment = file;
+    }
     const auto first = std::ranges::find(places, true, &OptionPlace::found);
-    const auto environment = std::ranges::find(places, OptionLayer::Environment, &OptionPlace::layer);
     const bool isHiding = first != places.end() && first->text.IsEmpty();
     if (isHiding && environment != places.end() && environment->found) AddSource(*environment);
     for (const OptionPlace& place : places) {

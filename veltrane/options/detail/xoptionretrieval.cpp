@@ -1,6 +1,6 @@
 #include "veltrane/options/detail/xoptionretrieval.h"
 
-#include <algorithm>
+#include <map>
 #include <optional>
 #include <utility>
 
@@ -101,14 +101,15 @@ void XOptionRetrieval::RetrieveMultiple(XOptionDefinition& definition, const CSt
     std::vector<XOptionSources::IndexedOrigin> origins;
     const bool areKept = m_Origins.AreKept();
     if (!m_Sources.GetKeyValueSet(values, section, definition.szLongName, areKept ? &origins : nullptr)) return;
-    std::ranges::stable_sort(origins, {}, &XOptionSources::IndexedOrigin::first);
+    std::map<int, OptionOrigin> winners;  // of each index the one found first
+    for (auto& [index, origin] : origins) winners.try_emplace(index, std::move(origin));
     CString value;
     for (int index = values.GetFirst(value); index != -1; index = values.GetNext(value)) {
         if (value.IsEmpty()) continue;
         XKeptOrigin origin;
         XOptionRecord record;
         if (areKept) {
-            origin.origin = std::ranges::lower_bound(origins, index, {}, &XOptionSources::IndexedOrigin::first)->second;
+            origin.origin = std::move(winners.at(index));
             record.Add(OptionStep::Kind::Given, value);
         }
         Expand(value, section, areKept ? &record : nullptr);

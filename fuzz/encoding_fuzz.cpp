@@ -11,7 +11,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const CString text = FromUtf8(bytes);
     REQUIRE(ToUtf8(text) == bytes);
     for (const wchar_t element : text.View()) {
-        REQUIRE(element >= 0 && element <= 0x10FFFF);
+        REQUIRE(static_cast<std::uint32_t>(element) <= 0x10FFFF);
         REQUIRE(element < 0xD800 || element > 0xDFFF || (element >= 0xDC80 && element <= 0xDCFF));
     }
 

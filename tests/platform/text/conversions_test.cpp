@@ -10,7 +10,7 @@ TEST(Characters, FoldOneElementToOne) {
     EXPECT_EQ(FoldCharacter(L'Z'), L'z');
     EXPECT_EQ(FoldCharacter(0x10400), 0x10428) << "above U+FFFF";
     // The neighbours of the letters, the final sigma, the micro sign, a lone surrogate and what is no code point.
-    for (const wchar_t itself : std::wstring{L'@', L'[', 0x03C2, 0x00B5, 0xD800, WCHAR_MAX, WCHAR_MIN, -1}) {
+    for (const wchar_t itself : std::wstring{L'@', L'[', 0x03C2, 0x00B5, 0xD800, WCHAR_MAX, WCHAR_MIN, wchar_t(-1)}) {
         EXPECT_EQ(FoldCharacter(itself), itself);
     }
 }
@@ -40,7 +40,7 @@ TEST(Encoding, ReadsStrictlyAndKeepsEveryOtherByte) {
         EXPECT_EQ(FromUtf8(bytes), CString{text}) << what;
         EXPECT_EQ(ToUtf8(CString{text}), bytes) << what << ", and back without loss";
     }
-    EXPECT_EQ(ToUtf8(std::wstring{0xD800, 0xDC7F, 0xDD00, 0xDFFF, 0xFFFF, 0x110000, -1}),  // the last two are none
+    EXPECT_EQ(ToUtf8(std::wstring{0xD800, 0xDC7F, 0xDD00, 0xDFFF, 0xFFFF, 0x110000, wchar_t(-1)}),  // the last two are none
               "\xED\xA0\x80\xED\xB1\xBF\xED\xB4\x80\xED\xBF\xBF\xEF\xBF\xBF\xEF\xBF\xBD\xEF\xBF\xBD");
 }
 

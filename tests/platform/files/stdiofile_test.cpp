@@ -151,11 +151,14 @@ TEST_F(StdioFile, LosesNothingToInterrupts) {
     for (int i = 0; i < 100'000; ++i) text += FormatText(L"%0100d;", i);
     const ChildResult child = RunChild([&] {
         if (!m_File.Open(L"/proc/self/fd/1", WRITE)) return 1;
-        struct sigaction ignored {};
-        ignored.sa_handler = [](int) {};  // without SA_RESTART: the call is interrupted
-        sigaction(SIGALRM, &ignored, nullptr);
-        const itimerval often{{0, 50}, {0, 50}};
-        setitimer(ITIMER_REAL, &often, nullptr);
+        // Without SA_RESTART: the call is interrupted, and soon again, however long that takes on this machine.
+        struct sigaction again {};
+        again.sa_handler = [](int) {
+            const itimerval soon{{0, 0}, {0, 50}};
+            setitimer(ITIMER_REAL, &soon, nullptr);
+        };
+        sigaction(SIGALRM, &again, nullptr);
+        raise(SIGALRM);
         m_File.WriteString(CString{std::wstring_view{text}});
         return 0;
     });

@@ -40,7 +40,7 @@ TEST(Encoding, ReadsStrictlyAndKeepsEveryOtherByte) {
         EXPECT_EQ(FromUtf8(bytes), CString{text}) << what;
         EXPECT_EQ(ToUtf8(CString{text}), bytes) << what << ", and back without loss";
     }
-    EXPECT_EQ(ToUtf8(std::wstring{0xD800, 0xDC7F, 0xDD00, 0xDFFF, 0xFFFF, 0x110000, wchar_t(-1)}),  // the last two are none
+    EXPECT_EQ(ToUtf8(std::wstring{0xD800, 0xDC7F, 0xDD00, 0xDFFF, 0xFFFF, 0x110000, wchar_t(-1)}),
               "\xED\xA0\x80\xED\xB1\xBF\xED\xB4\x80\xED\xBF\xBF\xEF\xBF\xBF\xEF\xBF\xBD\xEF\xBF\xBD");
 }
 

@@ -69,7 +69,7 @@ run_row() {
     [[ "$*" == *-static* ]] && warnings=$(grep -E "(warning|Warning):" "$log" | grep -cv "statically linked applications")
     [ "$warnings" = 0 ] && [[ "$tests" == passed || "$tests" == "not built" ]] || failed=1
     printf '%-22s %-42s %8s  %-14s %4s s\n' "$name" "$2 ${*:3}" "$warnings" "$tests" $((SECONDS - begin)) |
-        sed 's/-DCMAKE_//g; s/-DVELTRANE_//g; s/-D//g'
+        sed 's/ -DCMAKE_/ /g; s/ -DVELTRANE_/ /g; s/ -D/ /g; s/=-D/=/g'
 }
 
 wanted=("$@")

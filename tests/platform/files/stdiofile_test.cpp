@@ -154,7 +154,7 @@ TEST_F(StdioFile, LosesNothingToInterrupts) {
         // Without SA_RESTART: the call is interrupted, and soon again, however long that takes on this machine.
         struct sigaction again {};
         again.sa_handler = [](int) {
-            const itimerval soon{{0, 0}, {0, 50}};
+            const itimerval soon{{0, 0}, {0, 300}};
             setitimer(ITIMER_REAL, &soon, nullptr);
         };
         sigaction(SIGALRM, &again, nullptr);

@@ -1,4 +1,4 @@
-// Input: the arguments behind the program, one a line. The walk must end, give rows and values that fit them, and give
+// Input: the arguments after the program, one a line. The walk must end, give rows and values that fit them, and give
 // the same again from the start.
 #include <utility>
 #include <vector>

@@ -1,4 +1,4 @@
-// Input: the basic file, then the user file and the registry file, each behind a line "====". The title of the section
+// Input: the basic file, then the user file and the registry file, each after a line "====". The title of the section
 // AUTODOC is retrieved with all its references; what comes out is short enough, holds no reference any more, or is an
 // error of the system.
 #include <algorithm>

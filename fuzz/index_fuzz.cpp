@@ -9,7 +9,7 @@ using namespace veltrane::detail;
 
 namespace {
 
-/// Whether a format has a place for the number, and no digit behind it that would be read along.
+/// Whether a format has a place for the number, and no digit after it that would be read along.
 bool IsReadableBack(const CString& format) {
     const CString one = FormatIndex(format, 1);
     const CString two = FormatIndex(format, 2);

@@ -16,7 +16,7 @@ struct NameList {
 /// Reads a name list, renames it and tells each name as it comes, in file order.
 ///
 /// One name a line, "table NAME" or "column NAME"; "version N" may stand first. Empty lines and lines that begin with
-/// ';' are skipped. @throws XException  the file can not be read, or a line is none of these, or a
+/// ';' are skipped. @throws XException  the file cannot be read, or a line is none of these, or a
 /// name grows beyond the longest text
 void LoadNameList(NameList& names, XOption& options, const CString& file,
                   const std::function<void(const CString& oldName, const CString& newName)>& tell);

@@ -17,7 +17,7 @@ CString LabelOf(const XOptionItem& item) {
     return label;
 }
 
-// The table counts the tabulators behind the bare name; an index must not move the column.
+// The table counts the tabulators after the bare name; an index must not move the column.
 CString TabulatorsBehind(const CString& label, const XOptionItem& item) {
     CString name;
     item.GetOptionName(name);

@@ -145,7 +145,7 @@ int Report(Tool& tool, XException& error) {
     error.Show();
     try {
         tool.log.ShowError(error.GetNumber(), error.GetLocation(), error.GetMessage());
-    } catch (const CFileException&) {  // NOLINT(bugprone-empty-catch): the box has told it, the log can not be written
+    } catch (const CFileException&) {  // NOLINT(bugprone-empty-catch): the box has told it, the log cannot be written
     }
     return EXIT_FAILURE;
 }

@@ -23,7 +23,7 @@ struct OptionText {
     bool HasSyntax() const { return row->szSyntax[0] != 0; }
 };
 
-/// The options below one title of the help. The title is without its colon, and empty behind the last group.
+/// The options below one title of the help. The title is without its colon, and empty after the last group.
 struct OptionGroup {
     std::string title;
     std::vector<OptionText> options;

@@ -15,7 +15,7 @@ namespace veltrane::config {
 
 using Json = nlohmann::ordered_json;
 
-/// What was asked for behind the name of the command.
+/// What was asked for after the name of the command.
 struct Request {
     std::map<std::string, std::string> options;  ///< by name with its hyphens; "" for one without a value
     std::vector<std::string> words;
@@ -43,7 +43,7 @@ struct Answer {
 /// The word of a severity in its colour on a terminal.
 std::string Coloured(const std::string& severity);
 
-/// The question itself is at fault, or what it asks for can not be read. The text is one line.
+/// The question itself is at fault, or what it asks for cannot be read. The text is one line.
 struct Refusal {
     CString text;
 };
@@ -52,7 +52,7 @@ struct Refusal {
 class Columns {
 public:
     void Add(std::vector<CString> row) { m_Rows.push_back(std::move(row)); }
-    /// Appends the rows, each behind an indent.
+    /// Appends the rows, each after an indent.
     void Print(Answer& answer, const CString& indent = {}) const;
 
 private:

@@ -8,7 +8,7 @@ using namespace veltrane;
 
 namespace {
 
-// Takes a word and the blanks behind it off the front of a line.
+// Takes a word and the blanks after it off the front of a line.
 bool TakeWord(CString& line, const CString& word) {
     if (line.Left(word.GetLength()) != word || !IsWhiteSpace(line[word.GetLength()])) return false;
     line = line.Mid(word.GetLength()).TrimLeft();

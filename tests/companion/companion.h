@@ -6,7 +6,7 @@
 class Companion : public ToolTest {
 protected:
     /// Runs a command about the database "db".
-    /// @param arguments  of the tool, behind those that name metadata folder and database
+    /// @param arguments  of the tool, after those that name metadata folder and database
     ChildResult Ask(Words words, const Words& arguments = {}, const Words& environment = {}) const {
         words.insert(words.end(), {"--", "-m", Path("meta"), "db"});
         words.insert(words.end(), arguments.begin(), arguments.end());

@@ -129,7 +129,7 @@ void ForEachEntry(const std::string& text, const char* header, const char* entry
 }
 
 /// The options that an example file shows: keys without their index, naming rules as their family. A flag is read as
-/// false unless its value is one of its words. A key behind ';' without a blank is shown as what could stand there.
+/// false unless its value is one of its words. A key after ';' without a blank is shown as what could stand there.
 Names OptionsShownIn(const std::string& file, const char* header = R"(\[(.*)\])",
                      const char* entry = R"(;?([A-Za-z_][^ =]*) *= *(.*))") {
     Names entries;

@@ -2,7 +2,7 @@
 
 class Expansion : public OptionStoreTest {
 protected:
-    /// The value of autodoc-title behind a start-up up to the opened files.
+    /// The value of autodoc-title after a start-up up to the opened files.
     CString TitleOf(const std::string& value, const std::string& more) {
         Basic("[AUTODOC]\nautodoc-title=" + value + "\n" + more);
         Open({L"db"});

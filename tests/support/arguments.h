@@ -3,7 +3,7 @@
 #include "support/environment.h"
 #include "veltrane/platform/process/process.h"
 
-/// Gives the process other arguments behind its program name while it lives.
+/// Gives the process other arguments after its program name while it lives.
 class ArgumentsGuard : Guard {
 public:
     explicit ArgumentsGuard(std::vector<CString> arguments) {

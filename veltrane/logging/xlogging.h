@@ -9,7 +9,7 @@
 
 /// The log of a host: one text file in UTF-8, lines ended by "\r\n", with a banner, a header, entries and error blocks.
 /// Each operation is one write to the system, so what was logged is there even when the process ends badly. While the
-/// log is not open the writing operations do nothing; open, they throw a CFileException when the system can not write.
+/// log is not open the writing operations do nothing; open, they throw a CFileException when the system cannot write.
 /// @code
 /// XLogging log;
 /// log.StartLogging(L"D:\\Out\\run.log", L"veltrane.exe", L"3.1", L"Nov 17 2026");
@@ -30,7 +30,7 @@ public:
                       const CString& compileTime);
     /// Opens the log file, which is emptied, and writes the banner. Folders are not created.
     /// @return false, with nothing changed, when the log is open
-    /// @throws XException  the file can not be opened: the number is the cause; the banner can not be written
+    /// @throws XException  the file cannot be opened: the number is the cause; the banner cannot be written
     bool OpenLogFile(const CString& linePrefix);
     /// Writes the closing banner and closes. @throws CFileException  the banner cannot be written; the log is closed
     /// then, too, and can be opened again
@@ -40,7 +40,7 @@ public:
     void WriteUnformatted(CString text);
     void NewLine();
 
-    /// Writes an entry: line prefix and text, on a new line behind the time or, without timeStamp, ten blanks. Without
+    /// Writes an entry: line prefix and text, on a new line after the time or, without timeStamp, ten blanks. Without
     /// newLine it continues the line, and there is no time. The line is left open.
     void WriteLog(CString text, bool newLine, bool timeStamp);
 

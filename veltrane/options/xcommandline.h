@@ -15,7 +15,7 @@
 /// @endcode
 class VELTRANE_API XCommandLine {
 public:
-    /// Takes the arguments of the process as they are now; without any when they can not be read.
+    /// Takes the arguments of the process as they are now; without any when they cannot be read.
     XCommandLine();
     XCommandLine(const XCommandLine&) = default;
     XCommandLine& operator=(const XCommandLine&) = default;  ///< same arguments, same place

@@ -67,7 +67,7 @@ public:
     /// @throws XException  no source provides a mandatory option; bad references; an index given twice
     void RetrieveOption(const CString& name);
     void RetrieveOption(XOptionDefinition* definition);  ///< null does nothing
-    /// Stores a value unchanged: in place of the value of a single option, behind the values of another.
+    /// Stores a value unchanged: in place of the value of a single option, after the values of another.
     /// @return the item, which belongs to the store; null for an empty name
     XOptionItem* InsertOptionItem(const CString& name, const CString& value, int index);
     /// Starts a walk over the items of an option, or over all items for an empty name. Walks over the same option share

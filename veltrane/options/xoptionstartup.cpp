@@ -98,7 +98,7 @@ void XOption::OpenRegistry() {
     if (!registry) registry = std::make_unique<XRegistry>(GetFileNameBase(GetOptionString(L"exe-name", -1)));
 }
 
-// Options that end the process, what stands behind them unseen.
+// Options that end the process, what follows them unseen.
 void XOption::ActOnCommand(const XOptionDefinition& definition) {
     if (m_bLookOnly) return;
     switch (definition.eOption) {

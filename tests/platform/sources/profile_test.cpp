@@ -107,7 +107,7 @@ TEST_F(Profile, LeavesAPipeWhatItHolds) {
 }
 
 TEST_F(Profile, FindsAKeyWhereverItStands) {
-    // Texts around the length of a small file, and places in front of, on and behind the bounds of a search's steps.
+    // Texts around the length of a small file, and places before, on and after the bounds of a search's steps.
     for (const std::string& front :
          {"\n"s, std::string(16384 - 128, 'x') + "\nxlast = last\n", std::string(150, 'x') + '\n'}) {
         for (std::size_t blanks = 0; blanks < 134; ++blanks) {

@@ -37,7 +37,7 @@ void XOptionExpansion::Retrieve(CString& value, const CString& section, const CS
 // from there gives what starting again at the front of the new value would give, in linear time.
 void XOptionExpansion::Expand(CString& value, const CString& section) {
     CString done;  // holds no mark
-    CString name;  // what stands behind an open mark
+    CString name;  // what stands after an open mark
     bool isOpen = false;
     bool isReplaced = false;
     int begin = 0;

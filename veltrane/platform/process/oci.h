@@ -24,7 +24,7 @@ VELTRANE_API std::int32_t OCIErrorGet(void* handle, std::uint32_t record, unsign
                                       std::int32_t* errorCode, unsigned char* buffer, std::uint32_t bufferSize,
                                       std::uint32_t handleType);
 
-/// Text and number of the first error record behind an error handle.
+/// Text and number of the first error record of an error handle.
 struct OCIErrorText {
     bool available = false;    ///< false without a client library, and when the call fails and fills neither of the two
     std::int32_t number = -1;  ///< -1 as well when the call fails and gives no code

@@ -7,7 +7,7 @@
 
 namespace veltrane {
 
-/// The arguments of the process as the system split them, element 0 the program; empty when they can not be read. Read
+/// The arguments of the process as the system split them, element 0 the program; empty when they cannot be read. Read
 /// from the system once.
 VELTRANE_API std::vector<CString> GetArguments();
 

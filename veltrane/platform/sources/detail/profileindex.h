@@ -19,7 +19,7 @@ public:
     /// Whether there is an index: not for a text with a name in nearly every byte, which would grow many times.
     bool IsUsable() const noexcept { return m_IsUsable; }
 
-    /// Name of the section of a number, in file order; it may be empty. @return false behind the last one
+    /// Name of the section of a number, in file order; it may be empty. @return false after the last one
     bool NextSection(std::size_t& number, std::string_view& name) const noexcept;
     /// Lines of the first section of a name.
     bool FindSection(const ProfileName& name, std::string_view& lines) const noexcept;

@@ -73,6 +73,7 @@ with tempfile.TemporaryDirectory() as folder:
     open(user, "w").write("[USER]\nspool=%name%.lst\n[AUTODOC]\nautodoc-title=Title\n")
     store = [by_store, "-m", folder + "/meta", "-cfg", folder + "/config", "-dat", folder + "/data", "-i", user, "-n",
              "base", "-q", "true"]
+    origins = [os.path.join(build, "bench", "startup_origins"), "--exe-name", "startup_store", *store[1:]]
     hand = [by_hand, basic, user, "base", *names]
 
     def with_basic(size, values, sections=60):
@@ -81,6 +82,7 @@ with tempfile.TemporaryDirectory() as folder:
     print(f"{'start':46} {'store':>11} {'floor':>11} {'ratio':>6} {'bar':>6}")
     with_basic(1 << 20, 6400)
     row("1 MiB, 6,400 values; floor: inih and maps", *compare(hand, store), 1.5)
+    row("1 MiB, all origins kept; floor: the store", *compare(store, origins), 1.3)
     with_basic(100_000, 640)
     row("100 KB, 640 values; floor: inih and maps", *compare(hand, store), 1.3)
 

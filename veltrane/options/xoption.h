@@ -159,5 +159,4 @@ private:
     std::unique_ptr<veltrane::detail::XOptionRetrieval> m_pRetrieval;
     XNamingRules m_TableNameRules;
     XNamingRules m_ColumnNameRules;
-    std::vector<veltrane::OptionRule> m_KeptRules;  // of both kinds, in the order of reading
 };

@@ -1,6 +1,7 @@
 // Reading the naming rules of the configuration, and telling where they come from.
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "veltrane/options/detail/xoptionretrieval.h"
 #include "veltrane/options/xoption.h"
@@ -60,7 +61,7 @@ void XOption::ReadNamingRules(enumOption option) {
         rules.InsertRule(version, key, value);
         if (!areKept) return;
         if (origin.line == 0) FindEmptyKey(origin, m_pSources->userFile.get(), section, key);
-        m_KeptRules.push_back({option, version, key, value, origin});
+        m_pOrigins->NoteRule(option, std::move(origin));
     });
 }
 
@@ -71,10 +72,7 @@ std::vector<OptionRule> XOption::GetNamingRules(enumOption option) {
         const XNamingRule& rule = inForce.GetConstRefAt(i);
         rules.push_back({option, rule.GetVersion(), rule.GetFirst(), rule.GetSecond(), {}});
     }
-    auto rule = rules.begin();
-    for (const OptionRule& kept : m_KeptRules) {
-        if (kept.option == option && rule != rules.end()) (rule++)->origin = kept.origin;
-    }
+    m_pOrigins->TellRules(option, rules);
     AddHiddenRules(rules, option);
     return rules;
 }

@@ -40,4 +40,23 @@ std::vector<XKeptOrigin> XOptionOrigins::Of(const XOptionItem& item) const {
     return values;
 }
 
+void XOptionOrigins::NoteRule(enumOption option, OptionOrigin origin) {
+    const bool isThere = !m_RulePlaces.empty() && m_RulePlaces.back().layer == origin.layer &&
+                         m_RulePlaces.back().section == origin.section && m_RulePlaces.back().file == origin.file;
+    if (!isThere) m_RulePlaces.push_back({{std::move(origin.file), 0, std::move(origin.section)}, origin.layer});
+    m_Rules.push_back({option, origin.line, m_RulePlaces.size() - 1, std::move(origin.key)});
+}
+
+void XOptionOrigins::TellRules(enumOption option, std::vector<OptionRule>& rules) const {
+    auto rule = rules.begin();
+    for (const RuleOrigin& noted : m_Rules) {
+        if (noted.option != option || rule == rules.end()) continue;
+        rule->origin = m_RulePlaces[noted.place];
+        rule->origin.line = noted.line;
+        rule->origin.key = noted.key;
+        rule->origin.text = rule->newText;
+        ++rule;
+    }
+}
+
 }  // namespace veltrane::detail

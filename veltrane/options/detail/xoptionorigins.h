@@ -28,8 +28,23 @@ public:
     /// All values that an item has had, the newest last. One that a host has put into the item itself comes from it.
     std::vector<XKeptOrigin> Of(const XOptionItem& item) const;
 
+    /// Notes where the text of the next naming rule stands.
+    void NoteRule(enumOption option, OptionOrigin origin);
+    /// Fills in the origins of rules of one kind, which stand in the order of reading.
+    void TellRules(enumOption option, std::vector<OptionRule>& rules) const;
+
 private:
+    /// A configuration may hold very many rules: file and section stand once for all of them, the text with the rule.
+    struct RuleOrigin {
+        enumOption option;
+        int line;
+        std::size_t place;
+        CString key;
+    };
+
     bool m_bKept = false;
+    std::vector<RuleOrigin> m_Rules;
+    std::vector<OptionOrigin> m_RulePlaces;
     std::unordered_map<const XOptionItem*, std::vector<XKeptOrigin>> m_Origins;
 };
 

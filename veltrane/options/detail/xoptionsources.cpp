@@ -54,7 +54,7 @@ bool XOptionSources::AskLayer(OptionLayer layer, CString& value, const CString& 
         isFound = GetEnvironmentText(value, key);
         if (wanted) place = {{}, 0, {}, key, value};
     }
-    if (isFound && origin) *origin = {place, layer};
+    if (isFound && origin) *origin = {std::move(place), layer};
     return isFound;
 }
 

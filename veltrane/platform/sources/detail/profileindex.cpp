@@ -6,7 +6,7 @@ namespace veltrane::detail {
 
 namespace {
 
-constexpr int MARK_DISTANCE = 64;  // lines: one mark takes little memory, and counting from one little time
+constexpr int MARK_DISTANCE = 16;  // lines: one mark takes little memory, and counting from one little time
 
 }  // namespace
 

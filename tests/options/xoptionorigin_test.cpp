@@ -165,14 +165,18 @@ TEST_F(Origins, NamingRulesTellTheirPlacesAndTheHiddenOnes) {
     const auto expect = [&](enumOption option, const wchar_t* expected) {
         CString told;
         for (const OptionRule& rule : m_Store->GetNamingRules(option)) {
-            told += FormatText(L"%d %s=%s (%s:%d)%s ", rule.version, rule.oldText, rule.newText,
-                               LayerName(rule.origin.layer), rule.origin.line, rule.isInForce ? L"" : L" hidden");
+            const OptionOrigin& origin = rule.origin;
+            told += FormatText(L"%d %s=%s (%s:%d %s=%s)%s ", rule.version, rule.oldText, rule.newText,
+                               LayerName(origin.layer), origin.line, origin.key, origin.text,
+                               rule.isInForce ? L"" : L" hidden");
+            EXPECT_EQ(origin.section.Right(1), CString{FormatText(L"%d", rule.version)});
         }
         EXPECT_EQ(told, expected);
     };
     expect(eOptionTableNameRules,
-           L"1 A=user (user file:2) 1 NEW= (user file:3) 2 B=registry (registry:3) 1 HID=x (basic file:9) hidden ");
-    expect(eOptionColumnNameRules, L"2 c=k (basic file:13) 9 k=unreached (basic file:15) hidden ");
+           L"1 A=user (user file:2 A=user) 1 NEW= (user file:3 NEW=) 2 B=registry (registry:3 B=registry) "
+           L"1 HID=x (basic file:9 HID=x) hidden ");
+    expect(eOptionColumnNameRules, L"2 c=k (basic file:13 c=k) 9 k=unreached (basic file:15 k=unreached) hidden ");
     const auto preview = m_Store->PreviewTableName(L"ab", 2, /*keepCase*/ false);
     ASSERT_EQ(preview.size(), 2U);
     EXPECT_EQ(preview[0].name, L"USERB");

@@ -2,6 +2,8 @@
 
 #include <memory>
 #include <new>
+#include <string>
+#include <utility>
 
 #include "veltrane/foundation/xraise.h"
 #include "veltrane/platform/sources/answerline.h"
@@ -18,8 +20,12 @@ constexpr std::uint32_t FIRST_SIZE = 128;     // bytes; nearly every value fits,
 constexpr std::uint32_t TERMINATOR_SIZE = 2;  // of the text that a value without its own end becomes
 
 /// Path of a key, or of the one above it for an empty name.
-CString Below(const CString& path, const CString& name) {
-    return name.IsEmpty() ? path : path + L"\\" + name;
+CString Below(CStringView path, const CString& name) {
+    if (name.IsEmpty()) return path.View();
+    std::wstring below;
+    below.reserve(path.View().size() + 1 + name.View().size());
+    below.append(path.View()).append(1, L'\\').append(name.View());
+    return CString{std::move(below)};
 }
 
 /// A query for a value with room for size bytes; receives the bytes and their number.

@@ -19,7 +19,7 @@ using namespace veltrane::detail;
 
 namespace {
 
-constexpr wchar_t DEFAULT_FILE[] = L"/etc/vornak/registry.reg";
+constexpr std::wstring_view DEFAULT_FILE = L"/etc/vornak/registry.reg";
 
 struct OpenKey {
     CString file;
@@ -71,11 +71,11 @@ private:
 };
 
 /// @return null when there is no such key
-std::shared_ptr<const RegistryValues> ReadKey(const CString& file, const CString& path) {
+std::shared_ptr<const RegistryValues> ReadKey(const CString& file, CStringView path) {
     const AskedFile asked{file};
     const TextFile& text = asked.File();
-    if (text.Text().empty() || path[0] == L'\\') return nullptr;  // most machines have no registry
-    CString folded = CString{path}.MakeLower();
+    if (text.Text().empty() || path.View().starts_with(L'\\')) return nullptr;  // most machines have no registry
+    CString folded = CString{path.View()}.MakeLower();
     if (folded[folded.GetLength() - 1] == L'\\') folded = folded.Left(folded.GetLength() - 1);
     if (asked.Kept()) return asked.Kept()->Registry().Find(folded);
     return RegistryIndex{text.Text(), text.WithSurrogates()}.Find(folded);
@@ -104,13 +104,13 @@ void veltrane::SetRegistryFile(const CString& file) {
 
 long RegOpenKeyExW(HKEY root, const wchar_t* path, std::uint32_t, std::uint32_t, HKEY* key) {
     if (!key) return ERROR_INVALID_PARAMETER;
-    OpenKey opened{GetRegistryFile(), path, {}};
-    if (root == HKEY_LOCAL_MACHINE) opened.values = ReadKey(opened.file, opened.path);
-    if (!opened.values) {
-        Report(opened, nullptr, nullptr);
+    CString file = GetRegistryFile();
+    auto values = root == HKEY_LOCAL_MACHINE ? ReadKey(file, path) : nullptr;
+    if (!values) {
+        if (IsTracing()) Report({std::move(file), path, {}}, nullptr, nullptr);
         return ERROR_FILE_NOT_FOUND;
     }
-    *key = Registry::Shared().Add(std::move(opened));
+    *key = Registry::Shared().Add({std::move(file), path, std::move(values)});
     return ERROR_SUCCESS;
 }
 

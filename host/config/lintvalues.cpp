@@ -3,6 +3,7 @@
 
 #include "lint.h"
 #include "printable.h"
+#include "veltrane/platform/text/indexformat.h"
 
 namespace veltrane::config {
 
@@ -38,7 +39,7 @@ private:
         const KeyUse use = m_Run.UseOf(m_Use, line.key);
         if (!use.row || use.row->IsSingle() || (m_Use.index && !line.answers)) return;
         auto& places = m_Places[use.row];
-        const int next = places.empty() ? 0 : places.rbegin()->first + 1;
+        const int next = places.empty() ? 0 : Successor(places.rbegin()->first);
         const auto [known, isFirst] =
             places.try_emplace(use.index.value_or(next), SourcePlace{source.path, line.number, {}, {}, {}});
         if (!isFirst) Report(source, line, *use.row, *known);

@@ -68,12 +68,14 @@ TEST_F(Lint, NamesExactlyTheLinesThatSlipped) {
          "[db\\TABLENAME RULES\\1]\n[db\\COLUMNNAME RULES\\-1]\na=b\n"},
         {"v:7: error C08: 'map-file' 1 stands here and in v:6: the tool stops\n"
          "v:10: error C08: 'load-dictionary' 7 stands here and in v:9: the tool stops\n"
-         "v:13: error C09: The option <spol> is not known by the system: the tool stops; did you mean 'spool'?\n"
-         "v:15: error C09: The reference <autodoc-index> leads back to itself: <autodoc-index> -> <y> -> "
+         "v:12: note C17: 'load-dictionary' takes the next free index of 'load-dictionary'\n"
+         "v:15: error C09: The option <spol> is not known by the system: the tool stops; did you mean 'spool'?\n"
+         "v:17: error C09: The reference <autodoc-index> leads back to itself: <autodoc-index> -> <y> -> "
          "<autodoc-index>: the tool stops\n"
-         "v:17: error C09: %map-file% has several values: the tool stops\n"
+         "v:19: error C09: %map-file% has several values: the tool stops\n"
          "t:2: error C08: 'map-file' 1 stands here and in v:6: the tool stops\n",
-         "[db\\FILES\\1]\nmap-file=x\n[db\\files\\1]\n[USER]\nload-dictionary-7=x\nload-dictionary-7=x\n[AUTODOC]\n"
+         "[db\\FILES\\1]\nmap-file=x\n[db\\files\\1]\n[USER]\nload-dictionary-7=x\nload-dictionary-7=x\n"
+         "load-dictionary-2147483647=x\nload-dictionary=x\n[AUTODOC]\n"
          "autodoc-title=%x%\nx=%spol%\nautodoc-index=%y%\ny=%autodoc-index%\n[ROOT]\nlogfile=%map-file%\n",
          "[db\\FILES\\01]\nmap-file=y\n"},
         {"v:5: warning C11: the names of the keys in [db\\TABLENAME RULES\\1] take more than 2046 characters: from "

@@ -10,24 +10,25 @@ using namespace detail;
 
 namespace {
 
-// Two plain passes, which the compiler does with whole registers.
-bool IsAllAscii(std::wstring_view text) noexcept {
-    std::uint32_t all = 0;
-    for (const wchar_t element : text) all |= static_cast<std::uint32_t>(element);
-    return all < 0x80;
-}
-
-void AppendAscii(std::string& out, std::wstring_view text) {
+/// One plain pass, which the compiler does with whole registers. @return false, with nothing appended, for a text that
+/// is not all ASCII
+bool AppendAscii(std::string& out, std::wstring_view text) {
     const std::size_t begin = out.size();
     out.resize(begin + text.size());
     char* const bytes = out.data() + begin;
-    for (std::size_t i = 0; i < text.size(); ++i) bytes[i] = static_cast<char>(text[i]);
+    std::uint32_t all = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        bytes[i] = static_cast<char>(text[i]);
+        all |= static_cast<std::uint32_t>(text[i]);
+    }
+    if (all >= 0x80) out.resize(begin);
+    return all < 0x80;
 }
 
 }  // namespace
 
 void detail::AppendUtf8(std::string& out, std::wstring_view text) {
-    if (IsAllAscii(text)) return AppendAscii(out, text);
+    if (AppendAscii(out, text)) return;
     for (const wchar_t element : text) {
         const auto codePoint = static_cast<std::uint32_t>(element);
         if (codePoint >= 0xDC80 && codePoint <= 0xDCFF) {

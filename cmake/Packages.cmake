@@ -56,6 +56,7 @@ set(CPACK_COMPONENT_TOOL_DESCRIPTION "This package holds the sample tool and a s
 if(CMAKE_BUILD_TYPE STREQUAL RelWithDebInfo)
     set(CPACK_DEBIAN_RUNTIME_DEBUGINFO_PACKAGE ON)
     set(CPACK_DEBIAN_TOOL_DEBUGINFO_PACKAGE ON)
+    set(CPACK_POST_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/debian/debugsymbols.cmake)
 else()
     set(CPACK_STRIP_FILES ON)
 endif()

@@ -16,7 +16,7 @@ for package in libveltrane-base1 libveltrane-base-dev veltrane; do
     [ "$(field "$package" Package)" = "$package" ] || fail "no package $package"
 done
 [ "$(ls "$temporary/packages"/*-dbgsym_*.ddeb | wc -l)" = 2 ] || fail "no debug symbols: $(ls "$temporary/packages")"
-lintian --allow-root --fail-on error,warning "$temporary/packages"/*.deb >"$temporary/lintian" 2>&1 || fail "$(cat "$temporary/lintian")"
+lintian --allow-root --fail-on error,warning "$temporary/packages"/*.d*eb >"$temporary/lintian" 2>&1 || fail "$(cat "$temporary/lintian")"
 version=$(field libveltrane-base1 Version)
 
 depends libveltrane-base1

@@ -86,6 +86,18 @@ TEST_F(XLoggingTest, EntriesCarryTheLinePrefix) {
     EXPECT_TRUE(Written().ends_with("start: DATE\r\n" + DASHES + "\r\nTIME: [db] a[db] b\r\nraw\r\n%d")) << Written();
 }
 
+TEST_F(XLoggingTest, AHostMayLogTheLineThatItIsAboutToWrite) {
+    struct TwiceLog : XLogging {
+        void WriteString(const CString& text) override {
+            if (text.Find(L": once") > 0 && text.Find(L"\r\n", 1) < 0) WriteLog(text, true, true);
+            XLogging::WriteString(text);
+        }
+    } log;
+    log.StartLogging(File(), L"", L"", L"");
+    log.WriteLog(L"once", true, true);
+    EXPECT_NE(Written().find("\r\nTIME: \r\nTIME: once"), std::string::npos) << Written();
+}
+
 TEST_F(XLoggingTest, StartingAnOpenLogKeepsTheFile) {
     BoxRecorder recorder;
     SetDebug(true);

@@ -111,8 +111,10 @@ void XLogging::NewLine() {
     LogWrite(LINE_END);
 }
 
-void XLogging::WriteLog(CString text, bool newLine, bool timeStamp) {
+void XLogging::WriteLog(const CString& text, bool newLine, bool timeStamp) {
     if (!m_bOpen) return;
+    // From a host's own WriteString, which got that line.
+    if (&text == &m_TimedLine) return WriteLog(CString{text}, newLine, timeStamp);
     if (newLine && timeStamp) {
         StartTimedLine();
         if (text.GetLength() > LONGEST_KEPT) {

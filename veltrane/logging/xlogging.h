@@ -42,7 +42,7 @@ public:
 
     /// Writes an entry: line prefix and text, on a new line after the time or, without timeStamp, ten blanks. Without
     /// newLine it continues the line, and there is no time. The line is left open.
-    void WriteLog(CString text, bool newLine, bool timeStamp);
+    void WriteLog(const CString& text, bool newLine, bool timeStamp);
 
     // Error blocks, written to the log only. A repeat of the last message and code is left out.
 

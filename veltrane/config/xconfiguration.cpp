@@ -24,16 +24,17 @@ public:
     explicit FieldWalk(const CString& text) : m_Text(text) {}
 
     bool Next(CString& field) {
-        const int comma = m_Text.Find(L',', m_At);
-        const int end = comma < 0 ? m_Text.GetLength() : comma;
-        field = m_Text.Mid(m_At, end - m_At);
-        m_At = end + 1;
-        return !field.IsEmpty();
+        field.Empty();  // keeps its memory
+        const std::wstring_view rest = m_Text.View().substr(std::min(m_At, m_Text.View().size()));
+        const std::wstring_view next = rest.substr(0, rest.find(L','));
+        field += next;
+        m_At += next.size() + 1;
+        return !next.empty();
     }
 
 private:
     const CString& m_Text;
-    int m_At = 0;
+    std::size_t m_At = 0;
 };
 
 void RequirePattern(const wchar_t* method, XFormat<CString> message, const CString& section, const CString& pattern) {

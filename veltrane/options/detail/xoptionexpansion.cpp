@@ -26,7 +26,7 @@ XOptionExpansion::XOptionExpansion(Source source, XOptionRecord* record)
     : m_Source(std::move(source)), m_Record(record) {}
 
 void XOptionExpansion::Retrieve(CString& value, const CString& section, const CString& key) {
-    value = m_Source(section, key);
+    value = m_Source(section, key, m_Record);
     if (value.Find(MARK) < 0) return;
     Enter({section, key});
     Expand(value, section);

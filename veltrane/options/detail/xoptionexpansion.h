@@ -21,8 +21,8 @@ public:
     /// Elements of a value with its references replaced; keeps values that multiply each other from filling the memory.
     static constexpr int MAX_LENGTH = 1'048'576;
 
-    /// Gives the text of a key as the sources have it; empty when none has it.
-    using Source = std::function<CString(const CString& section, const CString& key)>;
+    /// Gives the text of a key as the sources have it; empty when none has it. @param record  the expansion's own
+    using Source = std::function<CString(const CString& section, const CString& key, XOptionRecord* record)>;
 
     /// @param record  gets the steps; may be null
     XOptionExpansion(Source source, XOptionRecord* record);

@@ -129,8 +129,9 @@ void XOptionRetrieval::Expand(CString& value, const CString& section, XOptionRec
 }
 
 XOptionExpansion XOptionRetrieval::NewExpansion(Notes* notes, XOptionRecord* record) {
-    return {[this, notes, record](const CString& section, const CString& key) {
-                return SourceValue(section, key, notes, record);
+    // What it holds is small enough to need no memory of its own.
+    return {[this, notes](const CString& section, const CString& key, XOptionRecord* own) {
+                return SourceValue(section, key, notes, own);
             },
             record};
 }

@@ -1,6 +1,7 @@
 #include "veltrane/platform/sources/detail/profilescan.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "veltrane/platform/sources/detail/nameend.h"
 #include "veltrane/platform/sources/detail/nametable.h"
@@ -46,7 +47,12 @@ ProfileName::ProfileName(std::wstring_view asked) noexcept
 
 bool ProfileName::Is(std::string_view name, bool withSurrogates) const noexcept {
     for (const wchar_t element : m_Name) {
-        if (name.empty() || TakeFolded(name, withSurrogates) != FoldCharacter(element)) return false;
+        if (name.empty()) return false;
+        if (static_cast<std::uint32_t>(element) < 0x80 && name[0] == static_cast<char>(element)) {
+            name.remove_prefix(1);  // spelled alike, as most are
+        } else if (TakeFolded(name, withSurrogates) != FoldCharacter(element)) {
+            return false;
+        }
     }
     return name.empty();
 }

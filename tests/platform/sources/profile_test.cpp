@@ -183,6 +183,9 @@ TEST_F(Profile, KeysThatNoLineCanHoldAreNotFound) {
     for (const wchar_t* key : {L"k\t", L"\tk", L"k=", L"k=1", L"k\n", L";c", L"[B", L"\x1A", L"="}) {
         EXPECT_EQ(Ask(L"A", key, L"missing"), L"missing") << ToUtf8(key);
     }
+    Write("[A]\n\xE4=1\n");
+    const wchar_t noCharacter[] = {static_cast<wchar_t>(0xFFFFFFE4), L'\0'};  // ends in the byte of the key
+    EXPECT_EQ(Ask(L"A", noCharacter, L"missing"), L"missing");
 }
 
 TEST_F(Profile, TakesOnePairOfQuotesOff) {

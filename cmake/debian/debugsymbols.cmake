@@ -1,4 +1,4 @@
-# Run by cpack behind the packaging: lets the documents of its packages of debug symbols be those of the packages that the
+# Run by cpack after the packaging: lets the documents of its packages of debug symbols be those of the packages that the
 # symbols belong to, and takes the paths of the build out of the list of checksums.
 find_program(dpkg_deb dpkg-deb)
 if(NOT dpkg_deb)

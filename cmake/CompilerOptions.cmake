@@ -15,7 +15,7 @@ if(VELTRANE_SANITIZE)
     target_link_options(veltrane_options INTERFACE -fsanitize=address,undefined)
 elseif(NOT VELTRANE_BUILD_FUZZ AND NOT CMAKE_CXX_FLAGS MATCHES "_FORTIFY_SOURCE|-fsanitize")
     target_compile_options(veltrane_options INTERFACE
-        $<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
+        $<$<AND:$<CONFIG:Release,RelWithDebInfo>,$<NOT:$<BOOL:$<TARGET_PROPERTY:VELTRANE_UNOPTIMIZED>>>>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
 endif()
 
 if(VELTRANE_COVERAGE)

@@ -38,7 +38,10 @@ if(TARGET veltrane_config_tool)
 endif()
 foreach(program veltrane veltrane-config)
     if(TARGET ${program})
-        set_target_properties(${program} PROPERTIES INSTALL_RPATH "$ORIGIN/${VELTRANE_LIBDIR_FROM_BINDIR}")
+        # The library lies below the prefix, in the build folder beside the program. The same path for both: where CMake is
+        # to change it, it appends an empty element, and the loader then looks into the current folder.
+        set_target_properties(${program} PROPERTIES BUILD_WITH_INSTALL_RPATH ON
+            INSTALL_RPATH "$ORIGIN/${VELTRANE_LIBDIR_FROM_BINDIR};$ORIGIN")
         install(TARGETS ${program} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
     endif()
 endforeach()

@@ -12,6 +12,7 @@ for file in "$@"; do
     grep -qE 'GNU_STACK.* RW  *0x' "$temporary/segments" || fail "$file: the stack is executable"
     ! grep -qE 'LOAD.* RWE ' "$temporary/segments" || fail "$file: a segment is writable and executable"
     ! grep -q '(TEXTREL)' "$temporary/dynamic" || fail "$file: the code is relocated"
+    ! grep -qE 'R(UN)?PATH.*(\[:|::|:\])' "$temporary/dynamic" || fail "$file: the loader looks into the current folder"
     readelf -hW "$file" | grep -q 'Type: *DYN' || fail "$file: not position independent"
 done
 readelf -dW "$2" | grep -q 'FLAGS_1.*PIE' || fail "$2: no PIE"

@@ -9,6 +9,7 @@
 #include "veltrane/options/xoptiondefinition.h"
 
 using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

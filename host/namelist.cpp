@@ -13,6 +13,7 @@
 #include "veltrane/platform/files/filesystem.h"
 
 using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

@@ -5,6 +5,7 @@
 #include "veltrane/foundation/xstring.h"
 
 using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 

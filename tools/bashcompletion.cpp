@@ -1,7 +1,7 @@
 #include "documents.h"
 #include "shelltext.h"
 
-using namespace veltrane;
+namespace veltrane::detail {
 
 namespace {
 
@@ -79,3 +79,5 @@ std::string BashCompletion() {
     script = Replaced(script, "@FILES@", NamesOf({File}, " | "));
     return Replaced(script, "@TEXTS@", NamesOf({Text, None}, " | "));
 }
+
+}  // namespace veltrane::detail

@@ -4,7 +4,7 @@
 #include "optiontext.h"
 #include "troff.h"
 
-using namespace veltrane;
+namespace veltrane::detail {
 
 namespace {
 
@@ -148,3 +148,5 @@ std::string CommandPage() {
     page = Replaced(page, "@FACTS@", Facts());
     return Replaced(page, "@VARIABLES@", Variables());
 }
+
+}  // namespace veltrane::detail

@@ -11,6 +11,8 @@
 
 namespace veltrane {
 
+using namespace detail;
+
 namespace {
 
 struct {

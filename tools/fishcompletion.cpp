@@ -1,7 +1,7 @@
 #include "documents.h"
 #include "shelltext.h"
 
-using namespace veltrane;
+namespace veltrane::detail {
 
 namespace {
 
@@ -66,3 +66,5 @@ std::string FishCompletion() {
     script = Replaced(script, "@FILTER@", FishQuoted(DatabaseFilter()));
     return Replaced(script, "@OPTIONS@", Options());
 }
+
+}  // namespace veltrane::detail

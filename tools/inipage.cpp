@@ -2,7 +2,7 @@
 #include "optiontext.h"
 #include "troff.h"
 
-using namespace veltrane;
+namespace veltrane::detail {
 
 namespace {
 
@@ -132,3 +132,5 @@ std::string Sections() {
 std::string IniPage() {
     return Replaced(PAGE, "@SECTIONS@", Sections());
 }
+
+}  // namespace veltrane::detail

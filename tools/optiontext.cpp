@@ -4,7 +4,7 @@
 
 #include "veltrane/platform/text/encoding.h"
 
-using namespace veltrane;
+namespace veltrane::detail {
 
 namespace {
 
@@ -147,3 +147,5 @@ std::string Replaced(std::string text, std::string_view word, std::string_view r
     }
     return text;
 }
+
+}  // namespace veltrane::detail

@@ -6,6 +6,8 @@
 
 #include "veltrane/options/xoptiondefinition.h"
 
+namespace veltrane::detail {
+
 /// What may follow an option on the command line.
 enum class ValueKind { None, Flag, TriState, Text, File, Folder, Database };
 
@@ -46,3 +48,5 @@ std::vector<enumCfgSection> GetOptionSections();
 
 /// The text with every occurrence of a word replaced.
 std::string Replaced(std::string text, std::string_view word, std::string_view replacement);
+
+}  // namespace veltrane::detail

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-using namespace veltrane;
+namespace veltrane::detail {
 
 std::string ShellQuoted(std::string_view text) {
     return '\'' + Replaced(std::string{text}, "'", "'\\''") + '\'';
@@ -29,3 +29,5 @@ std::string DatabaseFilter() {
            "/^\\(" +
            fixed + "\\)$/Id; p";
 }
+
+}  // namespace veltrane::detail

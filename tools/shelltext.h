@@ -6,6 +6,8 @@
 
 #include "optiontext.h"
 
+namespace veltrane::detail {
+
 /// One word of bash or zsh that stands for exactly this text.
 std::string ShellQuoted(std::string_view text);
 
@@ -18,3 +20,5 @@ std::string DatabaseFilter();
 
 /// The line that says where a file comes from.
 inline constexpr char MADE_FROM[] = "made from the option table";
+
+}  // namespace veltrane::detail

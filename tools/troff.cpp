@@ -3,7 +3,7 @@
 #include "veltrane/platform/text/encoding.h"
 #include "veltrane/platform/text/format.h"
 
-using namespace veltrane;
+namespace veltrane::detail {
 
 namespace {
 
@@ -58,3 +58,5 @@ std::string Italic(std::string_view text) {
 std::string Entry(std::string_view head, std::string_view body) {
     return std::string{".TP\n"}.append(head).append("\n").append(body).append("\n");
 }
+
+}  // namespace veltrane::detail

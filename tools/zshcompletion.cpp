@@ -1,7 +1,7 @@
 #include "documents.h"
 #include "shelltext.h"
 
-using namespace veltrane;
+namespace veltrane::detail {
 
 namespace {
 
@@ -77,3 +77,5 @@ std::string ZshCompletion() {
     script = Replaced(script, "@TEXTS@", NamesOf({Text, None}, " | "));
     return Replaced(script, "@OPTIONS@", Options());
 }
+
+}  // namespace veltrane::detail

@@ -10,6 +10,8 @@
 
 namespace veltrane::config {
 
+using namespace detail;  // what is shared with the sample host
+
 /// The tool as it would start now: its store after a start-up that only looks, and every error on the way.
 class Startup {
 public:

@@ -4,7 +4,7 @@
 #include "veltrane/platform/text/encoding.h"
 #include "veltrane/platform/text/numbers.h"
 
-using namespace veltrane;
+namespace veltrane::detail {
 
 namespace {
 
@@ -38,3 +38,5 @@ std::optional<NameLine> ReadNameLine(const CString& text) {
     if (TakeWord(rest, L"version") && IsNumber(rest)) return NameLine{NameLine::Kind::Version, {}, _wtoi(rest)};
     return {};
 }
+
+}  // namespace veltrane::detail

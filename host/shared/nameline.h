@@ -5,6 +5,8 @@
 
 #include "veltrane/platform/text/cstring.h"
 
+namespace veltrane::detail {
+
 /// What a line of a name list says: "table NAME", "column NAME" or "version N".
 struct NameLine {
     enum class Kind { Table, Column, Version };
@@ -22,3 +24,5 @@ bool IsBlankNameLine(const CString& text);
 
 /// @return nothing for a line that is none of the three
 std::optional<NameLine> ReadNameLine(const CString& text);
+
+}  // namespace veltrane::detail

@@ -5,6 +5,8 @@
 #include <numeric>
 #include <utility>
 
+namespace veltrane::detail {
+
 namespace {
 
 constexpr int LONGEST_NAME = 64;  // nothing longer is near to any name
@@ -48,3 +50,5 @@ CString Nearest(const CString& name, const std::vector<CString>& texts) {
     }
     return nearest;
 }
+
+}  // namespace veltrane::detail

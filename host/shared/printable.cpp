@@ -1,6 +1,6 @@
 #include "printable.h"
 
-using namespace veltrane;
+namespace veltrane::detail {
 
 CString Printable(const CString& text) {
     CString line;
@@ -10,3 +10,5 @@ CString Printable(const CString& text) {
     }
     return line;
 }
+
+}  // namespace veltrane::detail

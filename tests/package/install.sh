@@ -31,6 +31,12 @@ for project in "$tests/consumer" "$example"; do
 done
 run_consumer "$temporary/package-consumer/consumer"
 run_tool "$package/owntool"
+find "$libraries" -name '*.a' -exec nm -C --defined-only {} + >"$temporary/names"
+! grep -E '^[0-9a-f]+ [ABCDRT] ' "$temporary/names" | grep -v ' veltrane::' || fail "names that a tool's own would replace"
+! "$temporary/package-consumer/companion" shwo 2>"$temporary/errors" || fail "there is no command 'shwo'"
+expect "consumer-config: no command is called 'shwo'; did you mean 'show'?" "$temporary/errors"
+"$temporary/package-consumer/companion" man "$temporary/consumer.1"
+expect '\\fB\\-o\\fR, \\fB\\-\\-load\\-oracle\\fR \\fI[true|false]\\fR' "$temporary/consumer.1"
 for page in man/man1/owntool.1 man/man5/owntool.ini.5 bash-completion/completions/owntool zsh/vendor-completions/_owntool \
     fish/vendor_completions.d/owntool.fish; do
     grep -q 'dry.*run' "$package/share/$page" || fail "$page does not name the tool's options"

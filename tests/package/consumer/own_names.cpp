@@ -21,6 +21,15 @@ struct TypeName {};
 namespace detail {
 struct Guarded {};
 }  // namespace detail
+CString Nearest(const CString&, const std::vector<CString>&) {
+    return L"own";
+}
+std::string Replaced(std::string, std::string_view, std::string_view) {
+    return "own";
+}
+std::string Troff(std::string_view) {
+    return "own";
+}
 bool IsAscii(const HostText& text) {
     return text.text[0] > 0;
 }

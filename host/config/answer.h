@@ -1,33 +1,17 @@
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
 
 #include <nlohmann/json.hpp>
 
-#include "veltrane/platform/text/cstring.h"
-#include "veltrane/platform/text/encoding.h"
+#include "request.h"
 
-// What a command is asked, and what it answers.
+// What a command answers.
 
 namespace veltrane::config {
 
 using Json = nlohmann::ordered_json;
-
-/// What was asked for after the name of the command.
-struct Request {
-    std::map<std::string, std::string> options;  ///< by name with its hyphens; "" for one without a value
-    std::vector<std::string> words;
-    bool isColoured = false;  ///< whether standard output is a terminal that shows colours
-
-    bool Has(const std::string& option) const { return options.contains(option); }
-    /// @return the value of an option, "" when it is not given
-    std::string Value(const std::string& option) const {
-        const auto found = options.find(option);
-        return found == options.end() ? std::string{} : found->second;
-    }
-};
 
 /// The same answer in both forms, for standard output, and whether there is something to look at.
 struct Answer {
@@ -42,11 +26,6 @@ struct Answer {
 
 /// The word of a severity in its colour on a terminal.
 std::string Coloured(const std::string& severity);
-
-/// The question itself is at fault, or what it asks for cannot be read. The text is one line.
-struct Refusal {
-    CString text;
-};
 
 /// Texts of one line each in columns that are as wide as their widest text, two blanks between.
 class Columns {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "answer.h"
 #include "startup.h"
 
 // The commands, one a file. Each answers in both forms.

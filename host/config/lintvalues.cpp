@@ -1,6 +1,7 @@
 // Checks of the values that the store has, or has not: what stops the tool, and where values come from unforeseen.
 #include <algorithm>
 
+#include "answer.h"
 #include "lint.h"
 #include "printable.h"
 #include "veltrane/platform/text/indexformat.h"

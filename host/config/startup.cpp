@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "answer.h"
 #include "nearest.h"
 #include "veltrane/options/xcommandline.h"
 #include "veltrane/platform/files/filesystem.h"

@@ -4,13 +4,16 @@
 #include <string>
 #include <vector>
 
-#include "answer.h"
+#include <nlohmann/json_fwd.hpp>
+
+#include "request.h"
 #include "veltrane/foundation/xexception.h"
 #include "veltrane/options/xoption.h"
 
 namespace veltrane::config {
 
-using namespace detail;  // what is shared with the sample host
+using Json = nlohmann::ordered_json;  // only declared: what makes some includes answer.h
+using namespace detail;               // what is shared with the sample host
 
 /// The tool as it would start now: its store after a start-up that only looks, and every error on the way.
 class Startup {

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "configtool.h"
+#include "request.h"
+
+// The command line of the program itself, without that of the tool.
+
+namespace veltrane::config {
+
+/// @param name  of the program, as its help and its version show it
+/// @return  nothing where the help or the version was asked for; it is printed then
+/// @throws Refusal  the words are no command line of the program
+std::optional<Request> ParseCommandLine(const ConfigTool& tool, const std::string& name,
+                                        std::vector<std::string> words);
+
+/// Whether colours are wished for and shown.
+/// @param descriptor  "1" is standard output, "2" standard error
+bool IsColoured(const std::string& wish, const char* descriptor);
+
+}  // namespace veltrane::config

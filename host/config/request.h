@@ -1,0 +1,34 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "veltrane/platform/text/cstring.h"
+#include "veltrane/platform/text/encoding.h"
+
+// What a command is asked.
+
+namespace veltrane::config {
+
+/// What was asked for after the name of the command.
+struct Request {
+    std::string command;                         ///< may be empty where a document is asked for
+    std::map<std::string, std::string> options;  ///< by name with its hyphens; "" for one without a value
+    std::vector<std::string> words;
+    bool isColoured = false;  ///< whether standard output is a terminal that shows colours
+
+    bool Has(const std::string& option) const { return options.contains(option); }
+    /// @return the value of an option, "" when it is not given
+    std::string Value(const std::string& option) const {
+        const auto found = options.find(option);
+        return found == options.end() ? std::string{} : found->second;
+    }
+};
+
+/// The question itself is at fault, or what it asks for cannot be read. The text is one line.
+struct Refusal {
+    CString text;
+};
+
+}  // namespace veltrane::config

@@ -12,12 +12,6 @@ constexpr wchar_t LOCATION_JOINT[] = L"\r\n               \t";
 constexpr wchar_t REASON_JOINT[] = L"\r\nreason: \t";
 constexpr wchar_t MESSAGE_JOINT[] = L"\r\n\t";
 
-constexpr const wchar_t* OPEN_CAUSES[] = {
-    L"None!",          L"Generic exception!", L"File not found!",           L"Bad path!",       L"Too many open files!",
-    L"Access denied!", L"Invalid file!",      L"Remove current directory!", L"Directory full!", L"Bad seek!",
-    L"Hard IO!",       L"Sharing violation!", L"Lock violation!",           L"Disk full!",      L"End of file!",
-};
-
 void PutInFront(CString& chain, const CString& text, const wchar_t* joint) {
     chain = chain.IsEmpty() ? text : text + joint + chain;
 }
@@ -114,8 +108,7 @@ XFileException::XFileException(const CString& fileName) : m_FileName(fileName) {
 XFileException::~XFileException() = default;
 
 CString XFileException::GetMessage(int cause) {
-    const bool isKnown = cause >= 0 && static_cast<std::size_t>(cause) < std::size(OPEN_CAUSES);
-    return isKnown ? OPEN_CAUSES[cause] : L"Unknown error!";
+    return detail::CauseText(cause);
 }
 
 void XFileException::SetFileNotFoundError(CString file, CString method, int line, CString message) {

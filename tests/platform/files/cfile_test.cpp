@@ -84,3 +84,9 @@ TEST(CFileException, MapsTheSystemsNumbersToCauses) {
         for (const long number : numbers) EXPECT_EQ(CFileException::OsErrorToException(number), cause) << number;
     }
 }
+
+TEST(CFileException, SaysWhatHappened) {
+    using E = CFileException;
+    EXPECT_STREQ(E(E::diskFull, ENOSPC, L"ä.log").what(), "File <ä.log>: Disk full! (No space left on device)");
+    EXPECT_STREQ(E{}.what(), "None!");
+}

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <exception>
+#include <string>
 
 #include "veltrane/platform/text/cstring.h"
 
@@ -33,10 +34,24 @@ public:
     CFileException() = default;
     CFileException(int cause, long osError, CString fileName);
 
+    /// "File <run.log>: Disk full! (No space left on device)" in UTF-8, from the fields as they are; the cause alone
+    /// when there is no memory for more. Valid until the next call for the same object and as long as that lives.
+    const char* what() const noexcept override;
+
     /// The cause of a system error number (errno); genericException for a number without a cause of its own.
-    static int OsErrorToException(long osError) noexcept;
+    [[nodiscard]] static int OsErrorToException(long osError) noexcept;
 
     int m_cause = none;
     long m_lOsError = 0;  ///< errno of the failed call
     CString m_strFileName;
+
+private:
+    mutable std::string m_What;
 };
+
+namespace veltrane::detail {
+
+/// The fixed text of a cause; "Unknown error!" for any other number.
+const char* CauseText(int cause) noexcept;
+
+}  // namespace veltrane::detail

@@ -1,4 +1,5 @@
 #include <cerrno>
+#include <ctime>
 
 #include "support/oci.h"
 #include "support/support.h"
@@ -67,6 +68,38 @@ TEST(XException, TakesOverADatabaseRecordLastEntryInFront) {
     EXPECT_EQ(error.GetLocation(), L"<B> in [b], line [2]\r\n               \t<A> in [a], line [1]");
     EXPECT_EQ(error.GetMessage(), L"fetch failed\r\nreason: \tOracle OCI-Error: 'OCI_NO_DATA'");
     EXPECT_EQ(error.GetNumber(), 100);
+}
+
+TEST(XException, ANewErrorBringsItsOwnSubject) {
+    XOCI::XError record;
+    record.Add(100, L".\\a", L"A", 1, L"", nullptr);
+    const XException other = About({.option = L"new"}, Raised());
+    CString subjects;
+    for (int form = 0; form < 4; ++form) {
+        XException error = About({.option = L"old"}, Raised());
+        if (form == 0) error.SetError(-1, L".\\a", L"A", 1, L"");
+        if (form == 1) error.SetError(other);
+        if (form == 2) error.SetError(record);
+        if (form == 3) error.SetWarning(L".\\a", L"A", 1, L"");
+        subjects += error.GetSubject() ? error.GetSubject()->option : L"-";
+    }
+    EXPECT_EQ(subjects, L"-new--");
+}
+
+static_assert(std::is_nothrow_move_constructible_v<XFileException> &&
+              std::is_nothrow_move_assignable_v<XFileException>);
+
+TEST(XException, LongChainsGrowAtTheCostOfWhatIsAdded) {
+    constexpr int count = 50'000;  // minutes of work if each one copied those before
+    XOCI::XError record;
+    for (int i = 0; i < count; ++i) record.Add(i + 101, L".\\a", L"A", i, L"", nullptr);
+    const std::clock_t start = std::clock();
+    XException error;
+    error.SetError(record);
+    for (int i = 0; i < count; ++i) error.AddMessage(L"m");
+    EXPECT_LT(std::clock() - start, 10 * CLOCKS_PER_SEC);
+    EXPECT_EQ(error.GetMessage().GetLength(), count * (18 + 11 + 4) - 11);
+    EXPECT_EQ(error.GetLocation().Left(28), L"<A> in [a], line [49999]\r\n  ");
 }
 
 TEST(XFileException, NamesFileOrFolderInFrontOfTheCallersMessageOrCause) {

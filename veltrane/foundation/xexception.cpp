@@ -1,5 +1,7 @@
 #include "veltrane/foundation/xexception.h"
 
+#include <utility>
+
 #include "veltrane/foundation/xoci.h"
 #include "veltrane/platform/process/messagebox.h"
 
@@ -11,10 +13,6 @@ namespace {
 constexpr wchar_t LOCATION_JOINT[] = L"\r\n               \t";
 constexpr wchar_t REASON_JOINT[] = L"\r\nreason: \t";
 constexpr wchar_t MESSAGE_JOINT[] = L"\r\n\t";
-
-void PutInFront(CString& chain, const CString& text, const wchar_t* joint) {
-    chain = chain.IsEmpty() ? text : text + joint + chain;
-}
 
 }  // namespace
 
@@ -29,16 +27,29 @@ CString XException::GetFileName(CString path) {
     return path.Mid(path.ReverseFind(L'\\') + 1);
 }
 
-void XException::SetError(int number, CString file, CString method, int line, CString message) {
-    m_nNumber = number;
+CString XException::GetLocation() const {
+    return m_Location.Text();
+}
+
+CString XException::GetMessage() const {
+    return m_Message.Text();
+}
+
+void XException::SetTexts(CString file, CString method, int line, CString message) {
     m_Location = GetLocationString(file, method, line);
-    m_Message = message;
+    m_Message = std::move(message);
+    m_pSubject.reset();
+}
+
+void XException::SetError(int number, CString file, CString method, int line, CString message) {
+    SetTexts(file, method, line, std::move(message));
+    m_nNumber = number;
 }
 
 void XException::SetError(const XException& other) {
-    m_nNumber = other.m_nNumber;
-    m_Location = other.m_Location;
-    m_Message = other.m_Message;
+    const bool isWarning = m_bWarning;
+    *this = XException{other};  // all or nothing
+    m_bWarning = isWarning;
 }
 
 void XException::SetError(const XException* other) {
@@ -55,9 +66,8 @@ void XException::SetError(const XOCI::XError& record) {
 }
 
 void XException::SetWarning(CString file, CString method, int line, CString message) {
+    SetTexts(file, method, line, std::move(message));
     m_bWarning = true;
-    m_Location = GetLocationString(file, method, line);
-    m_Message = message;
 }
 
 void XException::AddError(CString file, CString method, int line, CString message) {
@@ -67,15 +77,15 @@ void XException::AddError(CString file, CString method, int line, CString messag
 }
 
 void XException::AddReason(CString reason) {
-    PutInFront(m_Message, reason, REASON_JOINT);
+    m_Message.PutInFront(reason, REASON_JOINT);
 }
 
 void XException::AddMessage(CString message) {
-    m_Message += m_Message.IsEmpty() ? message : MESSAGE_JOINT + message;
+    m_Message.Append(message, MESSAGE_JOINT);
 }
 
 void XException::SetLocation(CString location) {
-    PutInFront(m_Location, location, LOCATION_JOINT);
+    m_Location.PutInFront(location, LOCATION_JOINT);
 }
 
 void XException::SetLocation(CString file, CString method, int line) {
@@ -93,7 +103,7 @@ void XException::AddSubject(const ErrorSubject& subject) {
 }
 
 void XException::GetErrorText(CString& text) const {
-    text.Format(L"An error occured:\r\nlocation:\t%s\r\nmessage:\t%s", m_Location, m_Message);
+    text.Format(L"An error occured:\r\nlocation:\t%s\r\nmessage:\t%s", m_Location.Text(), m_Message.Text());
     if (m_nNumber != -1) text += FormatText(L"\r\nnumber:\t%d", m_nNumber);
 }
 

@@ -3,6 +3,7 @@
 #include <exception>
 #include <memory>
 
+#include "veltrane/foundation/xchain.h"
 #include "veltrane/foundation/xsubject.h"
 #include "veltrane/platform/files/cfile.h"
 #include "veltrane/platform/text/cstring.h"
@@ -13,7 +14,7 @@ class XError;
 
 /// The one error object: a number, a chain of locations and a chain of reasons, both growing on the way up, newest
 /// first. Thrown by value, caught by reference, enriched with AddError and thrown on. what() says nothing of use; the
-/// text is that of GetErrorText.
+/// text is that of GetErrorText. Adding to a chain costs what is added, however long the chain is.
 /// @code
 /// try {
 ///     store.OpenConfiguration();
@@ -25,29 +26,31 @@ class VELTRANE_API XException : public std::exception {
 public:
     XException() = default;
     XException(const XException&) = default;
+    XException(XException&&) noexcept = default;  ///< what is moved from keeps number and mark, and has no texts
     XException& operator=(const XException&) = default;
+    XException& operator=(XException&&) noexcept = default;
     ~XException() override;
 
-    int GetNumber() const { return m_nNumber; }  ///< 0 no error recorded, -1 an error without a number
-    CString GetLocation() const { return m_Location; }
-    CString GetMessage() const { return m_Message; }
+    [[nodiscard]] int GetNumber() const { return m_nNumber; }  ///< 0 no error recorded, -1 an error without a number
+    [[nodiscard]] CString GetLocation() const;
+    [[nodiscard]] CString GetMessage() const;
     void SetNumber(int number) { m_nNumber = number; }
     void IsWarning(bool warning) { m_bWarning = warning; }
-    bool IsWarning() const { return m_bWarning; }
+    [[nodiscard]] bool IsWarning() const { return m_bWarning; }
 
     /// "<method> in [file], line [n]" with the file's path cut; empty without a method.
-    static CString GetLocationString(CString file, CString method, int line);
+    [[nodiscard]] static CString GetLocationString(CString file, CString method, int line);
     /// The part of a path after its last backslash, '/' being no separator here.
-    static CString GetFileName(CString path);
+    [[nodiscard]] static CString GetFileName(CString path);
 
-    /// Replaces number, location and message; the warning mark stays.
+    /// Replaces number, location, message and subject; the warning mark stays.
     void SetError(int number, CString file, CString method, int line, CString message);
     void SetError(const XException& other);
     void SetError(const XException* other);  ///< must not be null
     /// The entries of a database error record, the last one in front; nothing for an empty record.
     void SetError(const XOCI::XError& record);
 
-    /// Marks as warning and replaces location and message; the number stays.
+    /// Marks as warning and replaces location, message and subject; the number stays.
     void SetWarning(CString file, CString method, int line, CString message);
     /// Puts a location and a reason in front; ignored while the number is 0.
     void AddError(CString file, CString method, int line, CString message);
@@ -57,7 +60,7 @@ public:
     void SetLocation(CString file, CString method, int line);
 
     /// What the error is about; null when nobody has told. Belongs to the error.
-    const veltrane::ErrorSubject* GetSubject() const noexcept { return m_pSubject.get(); }
+    [[nodiscard]] const veltrane::ErrorSubject* GetSubject() const noexcept { return m_pSubject.get(); }
     /// Tells what the error is about; what is known already stays.
     void AddSubject(const veltrane::ErrorSubject& subject);
 
@@ -67,9 +70,12 @@ public:
     void Show() const;
 
 private:
+    /// Replaces location and message, of which the subject was another one's.
+    void SetTexts(CString file, CString method, int line, CString message);
+
     int m_nNumber = 0;
-    CString m_Message;
-    CString m_Location;
+    veltrane::detail::XChain m_Message;
+    veltrane::detail::XChain m_Location;
     bool m_bWarning = false;
     std::shared_ptr<const veltrane::ErrorSubject> m_pSubject;  // never changed: copies of the error share it
 };
@@ -84,12 +90,14 @@ class VELTRANE_API XFileException : public XException {
 public:
     explicit XFileException(const CString& fileName);
     XFileException(const XFileException&) = default;
+    XFileException(XFileException&&) noexcept = default;
     XFileException& operator=(const XFileException&) = default;
+    XFileException& operator=(XFileException&&) noexcept = default;
     ~XFileException() override;
 
     using XException::GetMessage;
     /// The fixed text of a file-open cause; "Unknown error!" for any other number.
-    static CString GetMessage(int cause);
+    [[nodiscard]] static CString GetMessage(int cause);
 
     void SetFileNotFoundError(CString file, CString method, int line, CString message);
     void SetPathNotFoundError(CString file, CString method, int line, CString message);

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "veltrane/platform/text/cstring.h"
+
+namespace veltrane::detail {
+
+/// A text that grows at both ends: adding costs what is added, not what is there. A text that would get longer than a
+/// CString can be is not made, as there.
+class XChain {
+public:
+    XChain() = default;
+    XChain(CString text) noexcept : m_Behind(std::move(text)) {}
+
+    CString Text() const;
+    bool IsEmpty() const noexcept { return m_Front.empty() && m_Behind.IsEmpty(); }
+
+    /// Puts a text in front, the joint between the two; an empty chain becomes the text alone.
+    void PutInFront(const CString& text, std::wstring_view joint);
+    /// As PutInFront, at the end.
+    void Append(const CString& text, std::wstring_view joint);
+
+private:
+    /// Text and joint in a row. @throws std::length_error  too long for the chain
+    CString Fitting(CString first, std::wstring_view second) const;
+
+    std::wstring m_Front;  // what was put in front, from its last element to its first
+    CString m_Behind;
+};
+
+}  // namespace veltrane::detail

@@ -1,5 +1,8 @@
 #include "scenarios.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -180,6 +183,22 @@ private:
     std::string m_Told;
 };
 
+/// A file that ends while it cannot be closed: its descriptor is gone.
+class LostFile : public Scenario {
+public:
+    explicit LostFile(const CString& folder) : m_File(folder + L"/lost.log") {}
+    void Act() override {
+        const int next = open("/dev/null", O_RDONLY);  // the descriptor that the file gets
+        close(next);
+        CStdioFile file;
+        if (file.Open(m_File, CFile::modeCreate | CFile::modeWrite | CFile::shareDenyWrite)) close(next);
+    }
+    std::string Fault() override { return {}; }
+
+private:
+    CString m_File;
+};
+
 /// Errors, lists and durations.
 class Texts : public Scenario {
 public:
@@ -242,6 +261,7 @@ const std::vector<NamedScenario>& Scenarios() {
         {"value sets", [](const CString&) { return std::make_unique<ValueSets>(); }},
         {"object sets", [](const CString&) { return std::make_unique<ObjectSets>(); }},
         {"log", [](const CString& folder) { return std::make_unique<Log>(folder); }},
+        {"lost file", [](const CString& folder) { return std::make_unique<LostFile>(folder); }},
         {"texts", [](const CString&) { return std::make_unique<Texts>(); }},
         {"readers", [](const CString& folder) { return std::make_unique<Readers>(folder); }},
     };

@@ -1,3 +1,4 @@
+#include <malloc.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <sys/time.h>
@@ -42,7 +43,10 @@ TEST_F(StdioFile, WritesTheTextInUtf8AsItIs) {
     m_File.WriteString(L"");
     EXPECT_EQ(Content(), "\xC3\xA4\xF0\x9F\x98\x80\r\n") << "nothing is kept back";
     std::filesystem::resize_file(m_Folder.Path() / "run.log", 2);  // by somebody else: the log goes on at the end
+    const auto used = [] { return mallinfo2().uordblks + mallinfo2().hblkhd; };
+    const std::size_t before = used();
     m_File.WriteString(CString(L'ä', 1'000'000));
+    EXPECT_LT(used(), before + 100'000) << "nor is the memory of the longest text";
     m_File.WriteString(CString{std::wstring_view{L"a\0\xDCFF\n", 4}});
     m_File.Flush();
     m_File.Close();

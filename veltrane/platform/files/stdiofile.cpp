@@ -85,10 +85,7 @@ int WriteGuarded(int handle, std::string_view bytes) noexcept {
 }  // namespace
 
 CStdioFile::~CStdioFile() {
-    try {
-        CStdioFile::Close();
-    } catch (const CFileException&) {  // nobody is left to be told
-    }
+    CloseHandle();  // nobody is left to be told, and the telling needs memory
 }
 
 bool CStdioFile::Open(const CString& path, unsigned flags, CFileException* error) {
@@ -97,11 +94,7 @@ bool CStdioFile::Open(const CString& path, unsigned flags, CFileException* error
         return false;
     };
     if (flags != WRITE_FLAGS) return fails(FileError(EINVAL, path));
-    try {
-        CStdioFile::Close();
-    } catch (const CFileException& failure) {
-        return fails(failure);
-    }
+    if (const int osError = CloseHandle()) return fails(FileError(osError, m_FileName));
     NativeFile file;
     if (const int osError = OpenForWriting(path, file)) return fails(FileError(osError, path));
     m_FileName = path;
@@ -117,7 +110,7 @@ void CStdioFile::WriteString(const CString& text) {
     m_Bytes.clear();
     AppendUtf8(m_Bytes, text.View());
     const int osError = m_IsPipe ? WriteGuarded(m_Handle, m_Bytes) : WriteAll(m_Handle, m_Bytes);
-    if (m_Bytes.capacity() > keptCapacity) m_Bytes = {};
+    if (m_Bytes.capacity() > keptCapacity) std::string{}.swap(m_Bytes);
     if (osError != 0) throw FileError(osError, m_FileName);
 }
 
@@ -130,8 +123,12 @@ void CStdioFile::RequireOpen() const {
 }
 
 void CStdioFile::Close() {
-    if (m_Handle < 0) return;
+    if (const int osError = CloseHandle()) throw FileError(osError, m_FileName);
+}
+
+int CStdioFile::CloseHandle() noexcept {
+    if (m_Handle < 0) return 0;
     const int handle = std::exchange(m_Handle, -1);
     // Never tried again: the descriptor is free even after a failure, and may be another's by then.
-    if (close(handle) != 0 && errno != EINTR) throw FileError(errno, m_FileName);
+    return close(handle) != 0 && errno != EINTR ? errno : 0;
 }

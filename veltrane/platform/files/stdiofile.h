@@ -41,6 +41,8 @@ public:
 
 private:
     void RequireOpen() const;
+    /// @return 0 or the system's error number; closed in any case
+    int CloseHandle() noexcept;
 
     int m_Handle = -1;
     bool m_IsPipe = false;  // a write without a reader would end the process, not return

@@ -89,13 +89,17 @@ TEST_F(XLoggingTest, EntriesCarryTheLinePrefix) {
 TEST_F(XLoggingTest, AHostMayLogTheLineThatItIsAboutToWrite) {
     struct TwiceLog : XLogging {
         void WriteString(const CString& text) override {
-            if (text.Find(L": once") > 0 && text.Find(L"\r\n", 1) < 0) WriteLog(text, true, true);
+            if (text.Find(L": once") > 0 && text.Find(L"\r\n", 1) < 0) {
+                WriteLog(text, true, true);
+                WriteLog(L"between", true, true);
+            }
             XLogging::WriteString(text);
         }
     } log;
     log.StartLogging(File(), L"", L"", L"");
     log.WriteLog(L"once", true, true);
-    EXPECT_NE(Written().find("\r\nTIME: \r\nTIME: once"), std::string::npos) << Written();
+    EXPECT_NE(Written().find("\r\nTIME: \r\nTIME: once\r\nTIME: between\r\nTIME: once"), std::string::npos)
+        << Written();
 }
 
 TEST_F(XLoggingTest, StartingAnOpenLogKeepsTheFile) {

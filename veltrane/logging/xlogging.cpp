@@ -1,5 +1,7 @@
 #include "veltrane/logging/xlogging.h"
 
+#include <utility>
+
 #include "veltrane/foundation/xdebug.h"
 #include "veltrane/foundation/xpath.h"
 #include "veltrane/foundation/xraise.h"
@@ -18,7 +20,7 @@ constexpr wchar_t ENTRY_INDENT[] = L"\r\n          ";  // as wide as the time
 constexpr wchar_t ERROR_START[] = L"########################## Error info start ##########################\r\n";
 constexpr wchar_t ERROR_END[] = L"##########################  Error info end  ##########################\r\n";
 constexpr int RULE_WIDTH = 105;
-constexpr int LONGEST_KEPT = 4096;  // elements of an entry that the next one may use the memory of
+constexpr int LONGEST_KEPT = 4096;  // elements of an entry whose memory the next one uses
 
 CString Rule(wchar_t element) {
     return CString{element, RULE_WIDTH} + LINE_END;
@@ -63,7 +65,7 @@ bool XLogging::OpenLogFile(const CString& linePrefix) {
         }
         m_bOpen = true;
         m_LinePrefix = linePrefix;
-        m_nLineStart = 0;
+        m_LineStart.Empty();
         LogWrite(Rule(L'*') + Rule(L'*') + FormatText(L"Log output of %s\r\nstart: %s\r\n", m_LogFile, Now()) +
                  Rule(L'-'));
         return true;
@@ -93,7 +95,7 @@ void XLogging::CloseLogFile() {
 void XLogging::CloseQuietly() {
     try {
         Close();
-    } catch (const CFileException&) {  // NOLINT(bugprone-empty-catch): what failed first is on its way
+    } catch (...) {  // NOLINT(bugprone-empty-catch): what failed first is on its way
     }
 }
 
@@ -113,19 +115,29 @@ void XLogging::NewLine() {
 
 void XLogging::WriteLog(const CString& text, bool newLine, bool timeStamp) {
     if (!m_bOpen) return;
-    // From a host's own WriteString, which got that line.
-    if (&text == &m_TimedLine) return WriteLog(CString{text}, newLine, timeStamp);
     if (newLine && timeStamp) {
-        StartTimedLine();
-        if (text.GetLength() > LONGEST_KEPT) {
-            LogWrite(m_TimedLine + text);
-            return;
-        }
-        m_TimedLine += text;
-        LogWrite(m_TimedLine);
+        WriteTimedLine(text);
     } else {
         LogWrite((newLine ? ENTRY_INDENT : L"") + m_LinePrefix + text);
     }
+}
+
+// The line belongs to this call: a host's own WriteString may write entries to the log while it has that line.
+void XLogging::WriteTimedLine(const CString& text) {
+    UpdateLineStart();
+    CString line = std::exchange(m_Spare, {});
+    line += m_LineStart;
+    line += text;
+    LogWrite(line);
+    if (line.GetLength() > LONGEST_KEPT) return;
+    line.Empty();
+    m_Spare = std::move(line);
+}
+
+void XLogging::UpdateLineStart() {
+    if (!m_Stamp.Update() && !m_LineStart.IsEmpty()) return;
+    m_LineStart.Empty();  // should it not come about, the next entry tries again
+    m_LineStart = LINE_END + m_Stamp.Text() + m_LinePrefix;
 }
 
 void XLogging::ShowError(CString code, CString location, CString message) {
@@ -148,15 +160,4 @@ void XLogging::ShowError(int code, CString file, CString method, int line, CStri
 
 void XLogging::ShowError(CString code, CString file, CString method, int line, CString message) {
     ShowError(code, XException::GetLocationString(file, method, line), message);
-}
-
-// Leaves the line with its start alone: line end, time of now and prefix, put together once a second.
-void XLogging::StartTimedLine() {
-    if (!m_Stamp.Update() && m_nLineStart > 0) {
-        m_TimedLine.Truncate(m_nLineStart);
-        return;
-    }
-    m_nLineStart = 0;  // should the line not come about, the next entry tries again
-    m_TimedLine = LINE_END + m_Stamp.Text() + m_LinePrefix;
-    m_nLineStart = m_TimedLine.GetLength();
 }

@@ -21,8 +21,8 @@ public:
     XLogging() = default;
     ~XLogging() override;  ///< closes with the finish banner; failures are swallowed
 
-    CString GetLogPath() const { return m_LogPath; }  ///< folder, no separator at its end
-    CString GetLogFile() const { return m_LogFile; }
+    [[nodiscard]] CString GetLogPath() const { return m_LogPath; }  ///< folder, no separator at its end
+    [[nodiscard]] CString GetLogFile() const { return m_LogFile; }
 
     /// Opens a log with an empty line prefix and writes the header. An open log stays the one that it is.
     /// @throws XException  as OpenLogFile
@@ -52,7 +52,8 @@ public:
     void ShowError(CString code, CString file, CString method, int line, CString message);
 
 private:
-    void StartTimedLine();
+    void UpdateLineStart();
+    void WriteTimedLine(const CString& text);
     void CloseQuietly();
 
     CString m_LinePrefix;
@@ -62,6 +63,6 @@ private:
     CString m_LastErrorMessage;
     std::int32_t m_nLastErrorCode = 0;
     veltrane::TimeStamp m_Stamp{L"%H:%M:%S: "};
-    int m_nLineStart = 0;  // length of the start of the line below, what stands in front of the text
-    CString m_TimedLine;   // the last entry with a time; kept to spare the next one most of the work
+    CString m_LineStart;  // of an entry with a time: line end, time and prefix; made once a second
+    CString m_Spare;      // memory of the last entry with a time, which the next one uses
 };

@@ -71,10 +71,6 @@ public:
     int GetLength() const noexcept { return static_cast<int>(m_Text.size()); }
     bool IsEmpty() const noexcept { return m_Text.empty(); }
     void Empty() noexcept { m_Text.clear(); }
-    /// Cuts the text to a length and keeps its memory; a length beyond the text changes nothing.
-    void Truncate(int length) noexcept {
-        if (length < GetLength()) m_Text.resize(static_cast<std::size_t>(length > 0 ? length : 0));
-    }
 
     /// The element at a position; NUL outside the text.
     wchar_t operator[](int position) const noexcept {

@@ -8,12 +8,6 @@
 
 using namespace veltrane::detail;
 
-// Made before and destroyed after every object of a host that is linked together with the library.
-#define FIRST_AND_LAST __attribute__((init_priority(101)))
-
-FIRST_AND_LAST const CString g_BooleanStrings[2] = {L"false", L"true"};
-FIRST_AND_LAST const CString g_TrillianStrings[3] = {L"false", L"true", L"auto"};
-
 namespace {
 
 constexpr OptionNameIndex<&XOptionDefinition::szShortName> SHORT_NAMES;

@@ -1,7 +1,10 @@
 #include <dlfcn.h>
+#include <unistd.h>
 
+#include <filesystem>
 #include <iostream>
 #include <stdexcept>
+#include <string>
 
 #include "veltrane/foundation/xaction.h"
 #include "veltrane/foundation/xexception.h"
@@ -36,11 +39,15 @@ struct HostError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// A copy of its own, as a plug-in may bring it along. It ends with the process, as the first one does.
-static bool RunsTwice() {
+// A copy of its own, as a plug-in may bring it along: apart from the process, or beside the first one as another file.
+// It ends with the process, as the first one does.
+static bool RunsTwice(bool isApart) {
     Dl_info library{};
     dladdr(reinterpret_cast<const void*>(&IsModuleRegistered), &library);
-    void* const copy = dlmopen(LM_ID_NEWLM, library.dli_fname, RTLD_NOW);
+    const std::string file = std::filesystem::temp_directory_path() / ("copy" + std::to_string(getpid()) + ".so");
+    if (!isApart) std::filesystem::copy_file(library.dli_fname, file);
+    void* const copy = isApart ? dlmopen(LM_ID_NEWLM, library.dli_fname, RTLD_NOW) : dlopen(file.c_str(), RTLD_NOW);
+    std::filesystem::remove(file);
     const auto ticks = copy ? reinterpret_cast<std::int32_t (*)()>(dlsym(copy, "_ZN8veltrane9TickCountEv")) : nullptr;
     return ticks && ticks != &TickCount && ticks() != 0;
 }
@@ -70,6 +77,6 @@ int main() {
     }
     SetMessageBoxHandler({});
     std::cout << "client: " << TextOfTheClient() << '\n';
-    std::cout << "second copy: " << RunsTwice() << '\n';
+    std::cout << "second copy: " << RunsTwice(true) << RunsTwice(false) << '\n';
     std::cout << "registered: " << IsModuleRegistered(L"veltrane_base") << Narrow('\n');
 }

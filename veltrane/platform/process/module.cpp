@@ -1,13 +1,12 @@
 #include "veltrane/platform/process/module.h"
 
-#include <unistd.h>
-
-#include <cstdio>
-#include <exception>
 #include <stdexcept>
 #include <utility>
 
+#include "veltrane/platform/process/loading.h"
+
 using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 
@@ -35,22 +34,7 @@ bool veltrane::IsModuleRegistered(const CString& name) {
 
 namespace {
 
-// No exception can pass the loader, so a registration that fails ends the process as a missing library would.
-[[noreturn]] void EndLoading(const char* reason) noexcept {
-    constexpr int loadFailed = 127;
-    std::fprintf(stderr, "veltrane_base: cannot be registered as an extension module: %s\n", reason);
-    _exit(loadFailed);
-}
-
-CDynLinkLibrary RegisterThisLibrary() noexcept {
-    try {
-        return CDynLinkLibrary{L"veltrane_base"};
-    } catch (const std::exception& error) {
-        EndLoading(error.what());
-    }
-}
-
 // Built when the library is loaded, destroyed when it is unloaded.
-CDynLinkLibrary g_ThisLibrary = RegisterThisLibrary();
+CDynLinkLibrary g_ThisLibrary = WhileLoading([] { return CDynLinkLibrary{L"veltrane_base"}; });
 
 }  // namespace

@@ -1,0 +1,11 @@
+#include "veltrane/platform/process/loading.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+
+void veltrane::detail::EndLoading(const char* reason) noexcept {
+    constexpr int loadFailed = 127;
+    std::fprintf(stderr, "veltrane_base: cannot be loaded: %s\n", reason);
+    _exit(loadFailed);
+}

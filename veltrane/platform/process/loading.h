@@ -1,0 +1,21 @@
+#pragma once
+
+#include <exception>
+#include <utility>
+
+namespace veltrane::detail {
+
+/// Ends the process as a missing library would: exit code 127, and a line on standard error.
+[[noreturn]] void EndLoading(const char* reason) noexcept;
+
+/// Runs what is done while the library is loaded. No exception can pass the loader, so one ends the loading.
+template <class Body>
+decltype(auto) WhileLoading(Body&& body) noexcept {
+    try {
+        return std::forward<Body>(body)();
+    } catch (const std::exception& error) {
+        EndLoading(error.what());
+    }
+}
+
+}  // namespace veltrane::detail

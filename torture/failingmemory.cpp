@@ -1,5 +1,6 @@
 #include "failingmemory.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <new>
 
@@ -8,8 +9,17 @@ namespace {
 std::int64_t g_Left = 0;  // allocations until the failing one; 0: none fails
 bool g_FromThereOn = false;
 bool g_HasFailed = false;
+std::int64_t g_Count = 0;
+
+// The environment of a program that this is loaded in front of. It counts from the first allocation on: objects of
+// libraries are made before any function of this file could be called.
+void AskEnvironment() noexcept {
+    const char* const number = std::getenv("TORTURE_FAIL_AT");
+    if (number) torture::FailAt(std::atoll(number), std::getenv("TORTURE_FROM_THERE_ON") != nullptr);
+}
 
 bool Fails() noexcept {
+    if (g_Count++ == 0) AskEnvironment();
     if (g_Left == 0 || --g_Left > 0) return false;
     g_HasFailed = true;
     if (g_FromThereOn) g_Left = 1;
@@ -18,6 +28,14 @@ bool Fails() noexcept {
 
 void* Allocate(std::size_t size) noexcept {
     return Fails() ? nullptr : std::malloc(size != 0 ? size : 1);
+}
+
+[[gnu::destructor]] void WriteCount() noexcept {
+    const char* const name = std::getenv("TORTURE_COUNT_FILE");
+    std::FILE* const file = name ? std::fopen(name, "w") : nullptr;
+    if (!file) return;
+    std::fprintf(file, "%lld\n", static_cast<long long>(g_Count));
+    std::fclose(file);
 }
 
 }  // namespace

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# torture/run.sh: fails every allocation of the library's work and every call of the system in runs of the host, once each,
-# with sanitizers and without.
+# torture/run.sh: fails every allocation of the library's work, with sanitizers and without, every allocation of runs of
+# both programs, and every call of the system in runs of the host.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . cmake/packages.sh
-need_packages g++ cmake ninja-build libgtest-dev strace python3-minimal
+need_packages g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libgtest-dev strace python3-minimal
 
 for preset in release sanitize; do
     cmake --preset "$preset" >/dev/null
@@ -12,4 +12,6 @@ for preset in release sanitize; do
     printf '\n== %s\n' "$preset"
     "build/$preset/torture/torture_memory"
 done
+cmake --build --preset release --target torture_preload veltrane-config >/dev/null
+torture/programs.py build/release # a sanitizer has its own memory
 torture/calls.py build/release/veltrane # a sanitizer makes calls of its own, which must not fail

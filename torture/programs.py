@@ -1,0 +1,75 @@
+#!/usr/bin/env python3
+"""Fails each allocation of runs of both programs, once in turn and from there on, and looks at how each run ends.
+
+Usage: programs.py BUILD_FOLDER [SAMPLE [PROGRAM]]    with SAMPLE only every SAMPLE-th allocation fails, with PROGRAM only
+in runs of that one
+
+A run is broken when a signal ends it, when it hangs, when it fails without a word, when a sanitizer reports, or when it
+succeeds with another answer than the run whose memory is whole and no word about it (a set that loses an element shows
+a box, and the run goes on)."""
+import collections
+import os
+import re
+import subprocess
+import sys
+import tempfile
+
+sys.dont_write_bytecode = True
+import sample
+
+build = os.path.abspath(sys.argv[1])
+step = int(sys.argv[2]) if len(sys.argv) > 2 else 1
+memory = build + "/torture/libtorture_preload.so"
+COMMANDS = [["--help"], ["--generate", "man"], ["--nonsense"], ["show"], ["show", "--format", "json", "--all"], ["lint"], ["lint", "--format", "json"],
+            ["explain", "spool"], ["names", "old.txt"], ["freeze"], ["files"], ["errors", "run.log"]]
+RUNS = [("veltrane", [])] + [("veltrane-config", command + ["--"]) for command in COMMANDS]
+RUNS = [row for row in RUNS if row[0] in sys.argv[3:4] or not sys.argv[3:] and os.path.exists(os.path.join(build, row[0]))]
+
+
+def run(program, words, folder, **settings):
+    sample.prepare(folder)
+    return subprocess.run([os.path.join(build, program), *words, *sample.words(folder)], cwd=folder, capture_output=True, timeout=20,
+                          stdin=subprocess.DEVNULL, env={**sample.environment(folder), "LD_PRELOAD": memory, **settings})
+
+
+def answer(result, folder):
+    """What a run printed, without its folder and its time."""
+    return re.sub(rb"\w+day, \w+ \d\d, \d{4} ; [0-9:]{8}", b"TIME", result.stdout.replace(folder.encode(), b"@"))
+
+
+def fault_of(result, whole, program, folder):
+    if result.returncode == 0 and program == "veltrane" and not sample.has_whole_log(folder):
+        return "succeeded without the end of its log"
+    if result.returncode == 0 and answer(result, folder) != whole and not result.stderr:
+        return "succeeded with another answer and no word about it"
+    return sample.fault_of(result)
+
+
+runs = 0
+faults = collections.Counter()
+with tempfile.TemporaryDirectory() as top:
+    for program, words in RUNS:
+        runs += 1
+        folder = f"{top}/{runs:06}"
+        whole = answer(run(program, words, folder, TORTURE_COUNT_FILE=folder + "/count"), folder)
+        count = int(open(folder + "/count").read())
+        title = " ".join([program, *words[:-1]])
+        for number in range(1, count + 1, step):
+            for mode in [{}, {"TORTURE_FROM_THERE_ON": "1"}]:
+                runs += 1
+                folder = f"{top}/{runs:06}"
+                try:
+                    fault = fault_of(run(program, words, folder, TORTURE_FAIL_AT=str(number), **mode), whole, program, folder)
+                except subprocess.TimeoutExpired:
+                    fault = "hangs"
+                if fault:
+                    how = "from there on" if mode else "alone"
+                    faults[title, how, fault] += 1
+                    if faults[title, how, fault] <= 3:
+                        print(f"{title}, allocation {number} {how}: {fault}")
+                subprocess.run(["rm", "-rf", folder])
+        print(f"{title}: {count} allocations", flush=True)
+for (title, how, fault), times in faults.items():
+    print(f"{times:6} of {title}, {how}: {fault}")
+print(f"{runs} runs with failing memory, {sum(faults.values())} broken")
+sys.exit(1 if faults else 0)

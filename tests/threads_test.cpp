@@ -23,7 +23,7 @@ extern "C" [[gnu::visibility("default")]] const char* __tsan_default_suppression
 static std::string Work(const TempFolder& folder, const std::string& name) {
     const CString own = folder.Wide(name);
     XLogging log;
-    CreateDirectoryW(own);
+    if (!CreateDirectoryW(own)) return "no folder";
     log.StartLogging(own + L"/run.log", L"tool", L"1.0", LocalTimeText(L"%H:%M:%S", CurrentTime()));
     XOption options;
     options.KeepOrigins(true);

@@ -25,8 +25,8 @@ public:
     void Continue();  ///< begins another interval of the measurement
     void Stop();      ///< ends the interval; no effect when none runs
 
-    long Elapsed() const;  ///< all intervals, the running one included
-    CString ElapsedStr() const;
+    [[nodiscard]] long Elapsed() const;  ///< all intervals, the running one included
+    [[nodiscard]] CString ElapsedStr() const;
 
     /// Text of a duration: "01:02:03.5 hours  ", " 5.3 seconds", "2 days and 02:00:00.0 h". Seconds that round up to 60
     /// stay 60.

@@ -40,14 +40,14 @@ public:
     void Add(std::int32_t status, const CString& file, const CString& method, int line, const CString& message,
              void* errorHandle);
 
-    int GetNumber() const { return m_nNumber; }  ///< number of the first entry; 0 without one
-    int GetCount() const { return m_nCount; }
-    const XErrorEntry* GetAt(int index) const;  ///< null outside; the record keeps it
-    XErrorEntry* GetAt(int index);
+    [[nodiscard]] int GetNumber() const { return m_nNumber; }  ///< number of the first entry; 0 without one
+    [[nodiscard]] int GetCount() const { return m_nCount; }
+    [[nodiscard]] const XErrorEntry* GetAt(int index) const;  ///< null outside; the record keeps it
+    [[nodiscard]] XErrorEntry* GetAt(int index);
 
     /// The entries as text after a head, the last one first, lines ended by "\n".
     void GetErrorText(CString& text, const CString& head) const;
-    CString GetErrorText(const CString& head) const;
+    [[nodiscard]] CString GetErrorText(const CString& head) const;
 
     void Clear();
 

@@ -3,7 +3,7 @@
 #include "veltrane/platform/text/cstring.h"
 
 /// The smaller of two numbers given as text when mode is exactly "MIN", else the larger; a text without a number is 0.
-VELTRANE_API int GetMinOrMax(const CString& mode, const CString& a, const CString& b);
+[[nodiscard]] VELTRANE_API int GetMinOrMax(const CString& mode, const CString& a, const CString& b);
 
 /// Splits at the first separator, which belongs to neither part; without one, left is empty and right the whole text.
 VELTRANE_API void SplitString(CString& left, CString& right, const CString& text, wchar_t separator);
@@ -14,9 +14,9 @@ VELTRANE_API void SplitStringReverse(CString& left, CString& right, const CStrin
 VELTRANE_API void AddString(CString& list, const CString& item);
 /// Field of a comma-separated text, blanks kept. @param index  from 0; below 0 means 0
 /// @return empty after the last field
-VELTRANE_API CString GetArgument(int index, const CString& text);
+[[nodiscard]] VELTRANE_API CString GetArgument(int index, const CString& text);
 
 /// count tabulators; none for 0 and below.
-VELTRANE_API CString GetTabulator(int count);
+[[nodiscard]] VELTRANE_API CString GetTabulator(int count);
 /// The tabulators that bring the output after text to a column of 8 characters each; none when text is longer.
-VELTRANE_API CString GetTabulator(const CString& text, int column);
+[[nodiscard]] VELTRANE_API CString GetTabulator(const CString& text, int column);

@@ -10,7 +10,8 @@ constexpr const wchar_t* NOTHING = L"untouched";
 
 static CString FullName(const CString& path) {
     CFileStatus status{NOTHING};
-    CFile::GetStatus(path, status);
+    const bool isThere = CFile::GetStatus(path, status);
+    EXPECT_EQ(isThere, status.m_szFullName != NOTHING);
     return status.m_szFullName;
 }
 
@@ -24,6 +25,7 @@ TEST(CFile, GivesTheFullNameOfWhateverExists) {
     std::filesystem::create_symlink("a/b/below", folder.Path() / "to");
     folder.Write("a/b/below/x", "");
     SetDriveFolder(L'Y', folder.Wide());
+    for (const wchar_t drive : {L'A', L'Z'}) SetDriveFolder(drive, folder.Wide("a/b/below"));
     const std::pair<CString, const wchar_t*> cases[] = {
         {L"Y:\\A\\b\\FILE", L"Y:\\A\\b\\FILE"},
         {L"Y:\\a\\b\\file\\", NOTHING},
@@ -37,6 +39,8 @@ TEST(CFile, GivesTheFullNameOfWhateverExists) {
         {L"Y:\\a\\..", L"Y:\\"},
         {L"Y:\\a\\\\b\\\\..\\b", L"Y:\\a\\\\b"},
         {L"Y:a\\..", L"Y:"},
+        {L"A:\\..\\x", L"A:\\x"},
+        {L"Z:\\..\\x", L"Z:\\x"},
         {L"Y:\\..\\a\\b", L"Y:\\a\\b"},
         {L"Y:\\to\\..\\file", L"Y:\\to\\..\\file"},
         {L"Y:\\to\\..\\..\\below\\x", L"Y:\\to\\..\\..\\below\\x"},
@@ -44,7 +48,7 @@ TEST(CFile, GivesTheFullNameOfWhateverExists) {
         {L"/../../tmp", L"/tmp"},
     };
     for (const auto& [path, full] : cases) EXPECT_EQ(FullName(path), full) << ToUtf8(path);
-    SetDriveFolder(L'Y', L"");
+    for (const wchar_t drive : {L'A', L'Y', L'Z'}) SetDriveFolder(drive, L"");
     for (const CString& none : {CString{}, CString{std::wstring_view{L"/\0", 2}}}) EXPECT_EQ(FullName(none), NOTHING);
 }
 

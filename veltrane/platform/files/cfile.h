@@ -22,5 +22,5 @@ public:
 
     /// Whether a path names an existing file or folder; links are followed, no right to open it is needed. A path that
     /// names nothing leaves status untouched.
-    static bool GetStatus(const CString& path, CFileStatus& status);
+    [[nodiscard]] static bool GetStatus(const CString& path, CFileStatus& status);
 };

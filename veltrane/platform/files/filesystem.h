@@ -7,7 +7,7 @@
 /// Creates one folder, mode 0777 less the umask. @return false when anything of that name exists, the parent is missing
 /// or there is no right; nothing is created on the way
 /// @param security  taken for the sake of callers elsewhere, not looked at
-VELTRANE_API bool CreateDirectoryW(const CString& path, const void* security = nullptr);
+[[nodiscard]] VELTRANE_API bool CreateDirectoryW(const CString& path, const void* security = nullptr);
 
 namespace veltrane {
 
@@ -16,16 +16,16 @@ namespace veltrane {
 VELTRANE_API void SetDriveFolder(wchar_t drive, const CString& folder);
 
 /// The current folder as the system names it; a backslash in it is a character. Empty when it has no name any more.
-VELTRANE_API CString CurrentFolder();
+[[nodiscard]] VELTRANE_API CString CurrentFolder();
 
 /// The system's name of a wide path: separators turned, drive replaced by its folder, each component as spelled if it
 /// exists, else the entry that differs in case only (the first in byte order). What matches nothing stays as spelled.
 /// Below a drive ".." stops at its folder.
 /// @return empty for a path that cannot exist: empty, with a NUL, or on a drive without a folder
-VELTRANE_API std::string MapPath(const CString& path);
+[[nodiscard]] VELTRANE_API std::string MapPath(const CString& path);
 
 /// The name that MapPath begins with: separators turned and drive replaced, no look into any folder. Who opens it first
 /// and asks MapPath only when nothing is found spares the system the extra calls.
-VELTRANE_API std::string SpelledPath(CStringView path);
+[[nodiscard]] VELTRANE_API std::string SpelledPath(CStringView path);
 
 }  // namespace veltrane

@@ -25,7 +25,7 @@ public:
     /// process; a handler of the host stays.
     /// @param error  receives cause, system error number and path of a failure; may be null
     /// @return false when the file could not be opened
-    virtual bool Open(const CString& path, unsigned flags, CFileException* error = nullptr);
+    [[nodiscard]] virtual bool Open(const CString& path, unsigned flags, CFileException* error = nullptr);
 
     /// Writes the whole text with one call to the system, more only after short writes and interrupts; waits for the
     /// reader of a pipe.

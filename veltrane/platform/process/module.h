@@ -5,7 +5,7 @@
 namespace veltrane {
 
 /// Whether a module of that name, in exact case, is registered.
-VELTRANE_API bool IsModuleRegistered(const CString& name);
+[[nodiscard]] VELTRANE_API bool IsModuleRegistered(const CString& name);
 
 }  // namespace veltrane
 

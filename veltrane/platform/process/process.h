@@ -9,12 +9,12 @@ namespace veltrane {
 
 /// The arguments of the process as the system split them, element 0 the program; empty when they cannot be read. Read
 /// from the system once.
-VELTRANE_API std::vector<CString> GetArguments();
+[[nodiscard]] VELTRANE_API std::vector<CString> GetArguments();
 
 /// Replaces the arguments, for hosts that were not started with the ones they mean.
 VELTRANE_API void SetArguments(std::vector<CString> arguments);
 
 /// Monotonic milliseconds from an arbitrary start, wrapping to negative after 24.8 days: subtract as unsigned.
-VELTRANE_API std::int32_t TickCount();
+[[nodiscard]] VELTRANE_API std::int32_t TickCount();
 
 }  // namespace veltrane

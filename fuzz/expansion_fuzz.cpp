@@ -2,10 +2,8 @@
 // AUTODOC is retrieved with all its references; what comes out is short enough, holds no reference any more, or is an
 // error of the system.
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 
-#include "fuzz_input.h"
+#include "fuzz_program.h"
 #include "veltrane/foundation/xexception.h"
 #include "veltrane/options/xoption.h"
 #include "veltrane/platform/process/process.h"
@@ -13,45 +11,6 @@
 
 using namespace veltrane;
 using namespace veltrane::detail;
-
-namespace {
-
-constexpr std::string_view SEPARATOR = "\n====\n";
-
-// The folder of a program whose configuration changes with each input.
-class ProgramFolder {
-public:
-    ProgramFolder() {
-        std::string name = (std::filesystem::temp_directory_path() / "veltrane-fuzz-XXXXXX").string();
-        REQUIRE(mkdtemp(name.data()) != nullptr);
-        m_Path = name;
-        std::filesystem::create_directories(m_Path / ".metadata");
-    }
-    ProgramFolder(const ProgramFolder&) = delete;
-    ProgramFolder& operator=(const ProgramFolder&) = delete;
-    ~ProgramFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_Path, ignored);
-    }
-
-    CString Write(const char* name, std::string_view bytes) const {
-        std::ofstream{m_Path / name, std::ios::binary} << bytes;
-        return FromUtf8((m_Path / name).string());
-    }
-    CString Path() const { return FromUtf8(m_Path.string()); }
-
-private:
-    std::filesystem::path m_Path;
-};
-
-std::string_view TakePart(std::string_view& input) {
-    const std::size_t end = input.find(SEPARATOR);
-    const std::string_view part = input.substr(0, end);
-    input.remove_prefix(end == input.npos ? input.size() : end + SEPARATOR.size());
-    return part;
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const ProgramFolder folder;

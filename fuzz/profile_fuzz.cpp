@@ -8,21 +8,17 @@
 #include <vector>
 
 #include "fuzz_input.h"
+#include "fuzz_text.h"
 #include "veltrane/config/xconfiguration.h"
 #include "veltrane/platform/sources/profile.h"
 #include "veltrane/platform/sources/snapshot.h"
 #include "veltrane/platform/sources/sourcelines.h"
 #include "veltrane/platform/sources/trace.h"
-#include "veltrane/platform/text/characters.h"
-#include "veltrane/platform/text/utf16.h"
-#include "veltrane/platform/text/windows1252.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;
 
 namespace {
-
-using Text = std::wstring;
 
 struct Entry {
     Text key;
@@ -34,27 +30,6 @@ struct Section {
     std::vector<Entry> entries;
 };
 
-Text Decoded(std::string_view file) {
-    Text text;
-    if (file.starts_with("\xFF\xFE") || file.starts_with("\xFE\xFF")) {
-        const auto order = file[0] == '\xFF' ? Utf16Order::LittleEndian : Utf16Order::BigEndian;
-        for (Utf16Reader reader{file.substr(2), order}; reader.More();) text += static_cast<wchar_t>(reader.Next());
-        return text;
-    }
-    if (file.starts_with("\xEF\xBB\xBF")) file.remove_prefix(3);
-    text = FromUtf8(file).View();
-    for (wchar_t& element : text) {
-        const bool isByte = element >= 0xDC80 && element <= 0xDCFF;
-        if (isByte) element = FromWindows1252(static_cast<std::uint8_t>(element - 0xDC00));
-    }
-    return text;
-}
-
-Text Trimmed(const Text& text, const wchar_t* blanks = L" \t\v\f\x1A") {
-    const std::size_t first = text.find_first_not_of(blanks);
-    return first == text.npos ? Text{} : text.substr(first, text.find_last_not_of(blanks) + 1 - first);
-}
-
 Text Cleaned(const Text& text) {
     return Trimmed(text.substr(0, text.find(L'\0')));
 }
@@ -62,11 +37,6 @@ Text Cleaned(const Text& text) {
 Text Unquoted(const Text& text) {
     const bool isQuoted = text.size() > 1 && text.front() == text.back() && (text[0] == L'"' || text[0] == L'\'');
     return isQuoted ? text.substr(1, text.size() - 2) : text;
-}
-
-Text Folded(Text text) {
-    std::ranges::transform(text, text.begin(), FoldCharacter);
-    return text;
 }
 
 void ReadLine(std::vector<Section>& sections, const Text& line) {

@@ -1,9 +1,11 @@
-// Input: a line with the path of the key, one with the name of the value, then the export. Each line that is said to
-// answer is the one that the observer is told, and no other.
+// Input: a line with the path of the key, one with the name of the value, then the export. Every answer is compared
+// with that of a reader that goes over the whole file, character by character. Each line that is said to answer is the
+// one that the observer is told, and no other.
 #include <algorithm>
 #include <vector>
 
 #include "fuzz_input.h"
+#include "fuzz_registry.h"
 #include "veltrane/platform/sources/sourcelines.h"
 #include "veltrane/platform/sources/trace.h"
 #include "veltrane/platform/sources/winreg.h"
@@ -13,9 +15,40 @@ using namespace veltrane::detail;
 
 namespace {
 
-using Bytes = std::vector<unsigned char>;
+void RequireValue(HKEY key, const Text& name, const RegistryModel::Key& expected) {
+    std::uint32_t size = 77;
+    std::uint32_t type = 0;
+    const auto found = expected.find(Folded(name.c_str()));
+    const long result = RegQueryValueExW(key, name.c_str(), nullptr, &type, nullptr, &size);
+    if (found == expected.end()) {
+        REQUIRE(result == ERROR_FILE_NOT_FOUND && size == 77);
+        return;
+    }
+    REQUIRE(result == ERROR_SUCCESS && type == found->second.type && size == found->second.bytes.size());
+    Bytes bytes(size);
+    REQUIRE(RegQueryValueExW(key, name.c_str(), nullptr, nullptr, bytes.data(), &size) == ERROR_SUCCESS);
+    REQUIRE(bytes == found->second.bytes);
+}
 
-void RequireValue(HKEY key, const wchar_t* name) {
+/// Asks for the first keys and values of the export, each name also of the keys that do not have it.
+void RequireAllAnswers(const RegistryModel::Keys& keys) {
+    constexpr int most = 12;
+    int asked = 0;
+    for (const auto& [path, values] : keys) {
+        if (path.find(L'\0') != path.npos) continue;
+        if (++asked > most) break;
+        HKEY key = nullptr;
+        REQUIRE(RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_READ, &key) == ERROR_SUCCESS);
+        int others = 0;
+        for (const auto& [otherPath, otherValues] : keys) {
+            if (++others > most) break;
+            for (const auto& [name, value] : otherValues) RequireValue(key, name.substr(0, name.find(L'\0')), values);
+        }
+        RegCloseKey(key);
+    }
+}
+
+void RequireBuffer(HKEY key, const wchar_t* name) {
     std::uint32_t size = 77;
     std::uint32_t type = 0;
     const long result = RegQueryValueExW(key, name, nullptr, &type, nullptr, &size);
@@ -82,16 +115,23 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     file.Write(input);
     SetRegistryFile(file.Name());
     RequireLines(file.Name());
+    const RegistryModel model{Decoded(input)};
+    RequireAllAnswers(model.keys);
 
+    Text asked = Folded(Text{path.GetString()});
+    if (asked.size() > 1 && asked.ends_with(L'\\')) asked.pop_back();
+    const auto expected = model.keys.find(asked);
     HKEY key = nullptr;
     const long result = RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.GetString(), 0, KEY_READ, &key);
     if (result != ERROR_SUCCESS) {
-        REQUIRE(result == ERROR_FILE_NOT_FOUND && !key);
+        REQUIRE(result == ERROR_FILE_NOT_FOUND && !key && expected == model.keys.end());
         return 0;
     }
+    REQUIRE(expected != model.keys.end());
     file.Write("");  // an open key keeps its values
-    RequireValue(key, name.GetString());
-    RequireValue(key, nullptr);
+    RequireBuffer(key, name.GetString());
+    RequireBuffer(key, nullptr);
+    RequireValue(key, name.GetString(), expected->second);
     REQUIRE(RegCloseKey(key) == ERROR_SUCCESS);
     REQUIRE(RegCloseKey(key) == ERROR_INVALID_HANDLE);
     return 0;

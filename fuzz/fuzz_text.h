@@ -1,6 +1,9 @@
 #pragma once
 
 #include <algorithm>
+#include <climits>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -40,4 +43,17 @@ inline Text Trimmed(const Text& text, const wchar_t* blanks = L" \t\v\f\x1A") {
 inline Text Folded(Text text) {
     std::ranges::transform(text, text.begin(), veltrane::FoldCharacter);
     return text;
+}
+
+/// The number at a place of a text after white space, held within an int; nothing without a digit.
+inline std::optional<int> NumberAt(const Text& text, std::size_t at) {
+    while (at < text.size() && veltrane::IsWhiteSpace(text[at])) ++at;
+    const bool isNegative = at < text.size() && text[at] == L'-';
+    if (at < text.size() && (text[at] == L'-' || text[at] == L'+')) ++at;
+    std::optional<std::int64_t> number;
+    for (; at < text.size() && text[at] >= L'0' && text[at] <= L'9'; ++at) {
+        number = std::min<std::int64_t>(number.value_or(0) * 10 + (text[at] - L'0'), std::int64_t{INT_MAX} + 1);
+    }
+    if (!number) return {};
+    return static_cast<int>(std::clamp<std::int64_t>(isNegative ? -*number : *number, INT_MIN, INT_MAX));
 }

@@ -1,7 +1,6 @@
 // Input: a line with the separators, then a text with a list and one with another, each on a line. What sets make of
 // the texts, and of each other, is compared with plain loops.
 #include <algorithm>
-#include <climits>
 #include <iterator>
 #include <set>
 #include <vector>
@@ -27,23 +26,11 @@ std::vector<Text> PiecesOf(const Text& text, const Text& separators) {
     return pieces;
 }
 
-/// The number at the start of a text, held within an int; 0 without one.
-int NumberIn(const Text& text) {
-    std::size_t at = 0;
-    while (at < text.size() && IsWhiteSpace(text[at])) ++at;
-    const bool isNegative = at < text.size() && text[at] == L'-';
-    if (at < text.size() && (text[at] == L'-' || text[at] == L'+')) ++at;
-    std::int64_t number = 0;
-    for (; at < text.size() && text[at] >= L'0' && text[at] <= L'9'; ++at) {
-        number = std::min<std::int64_t>(number * 10 + (text[at] - L'0'), std::int64_t{INT_MAX} + 1);
-    }
-    return static_cast<int>(std::clamp<std::int64_t>(isNegative ? -number : number, INT_MIN, INT_MAX));
-}
-
 std::vector<int> NumbersIn(const Text& text) {
     std::vector<int> numbers;
     for (const Text& piece : PiecesOf(text, L",")) {
-        if (NumberIn(piece) > 0) numbers.push_back(NumberIn(piece));
+        const int number = NumberAt(piece, 0).value_or(0);
+        if (number > 0) numbers.push_back(number);
     }
     return numbers;
 }

@@ -30,5 +30,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     } catch (const XException& error) {
         REQUIRE(error.GetNumber() == -1 && !error.GetMessage().IsEmpty());
     }
+    RemoveFolders();
     return 0;
 }

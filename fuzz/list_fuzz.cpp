@@ -2,7 +2,6 @@
 // the texts, and of each other, is compared with plain loops.
 #include <algorithm>
 #include <iterator>
-#include <set>
 #include <vector>
 
 #include "fuzz_input.h"
@@ -10,7 +9,6 @@
 #include "veltrane/collections/xsetint.h"
 #include "veltrane/collections/xsetstring.h"
 #include "veltrane/foundation/xstring.h"
-#include "veltrane/platform/process/messagebox.h"
 
 using namespace veltrane;
 

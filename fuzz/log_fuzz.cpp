@@ -1,6 +1,7 @@
 // Input: what is written to a log, one a line: "w" and an entry, "u" and a text as it is, or "e" and the number, the
 // method, the message and the reasons of an error, divided by tabulators; "\" stands for a line end. The companion
 // tells every error block back, and texts of one line word by word.
+#include <algorithm>
 #include <iostream>
 #include <sstream>
 

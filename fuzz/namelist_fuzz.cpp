@@ -1,6 +1,5 @@
 // Input: two name lists, the second after a line "====". What is read, told and different is compared with a plain
 // reading of the lines; one that is neither name nor comment, or a version that does not stand first, is an error.
-#include <algorithm>
 #include <optional>
 #include <set>
 

@@ -2,13 +2,10 @@
 // and long name, tabulators, syntax and description, or "section", value, parent and name; numbers are hexadecimal.
 // Then the words of the command line and the basic file, each after a line "====". The table is refused, or its rows
 // are found, shown, typed and read like the library's; afterwards everything is as it was.
-#include <cstring>
-#include <optional>
+#include <cwchar>
 
 #include "fuzz_program.h"
 #include "veltrane/foundation/xexception.h"
-#include "veltrane/foundation/xstring.h"
-#include "veltrane/options/xcommandline.h"
 #include "veltrane/options/xoption.h"
 #include "veltrane/options/xowntable.h"
 #include "veltrane/platform/process/messagebox.h"

@@ -3,6 +3,7 @@
 // only looks; and what the store tells of a value fits the value.
 #include <algorithm>
 #include <cstdlib>
+#include <memory>
 
 #include "fuzz_program.h"
 #include "veltrane/foundation/xexception.h"

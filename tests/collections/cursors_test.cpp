@@ -1,5 +1,10 @@
+#include <ranges>
+#include <sstream>
+
 #include "support/support.h"
 #include "veltrane/collections/xmap.h"
+#include "veltrane/collections/xsetstring.h"
+#include "veltrane/collections/xstringpair.h"
 #include "veltrane/collections/xstringvector.h"
 
 using Pairs = std::vector<std::pair<int, CString>>;
@@ -112,4 +117,21 @@ TEST(XStringMap, WalksUpperCaseFirstAndKeepsTheFirstVectorOfAKey) {
     EXPECT_FALSE(map.Next() || map.Find(L"A") || map.Next());
     EXPECT_EQ(map.GetActKey(), L"");
     EXPECT_EQ(map.GetActValue(), nullptr);
+}
+
+TEST(Ranges, GoOverWhatTheCursorsGoOverAndLeaveThemAlone) {
+    static_assert(std::ranges::contiguous_range<const CString> && std::ranges::forward_range<const XSet<int>>);
+    static_assert(std::ranges::forward_range<const XSetStringPairs> && std::ranges::input_range<const XStringMap>);
+    XMapInt2CString map = MapOf({{4, L"d"}, {2, L"b"}});
+    CString text;
+    map.GetFirst(text);
+    XSetString seen;
+    for (const auto& entry : map) seen.Insert(entry.second, /*unique*/ false);
+    EXPECT_EQ(map.GetNext(text), 4);
+    XSetStringPairs pairs;
+    for (const CString& value : seen) pairs.InsertPair(value, value);
+    pairs.Insert(nullptr);
+    std::ostringstream out;
+    for (const XStringPair& pair : pairs) out << pair.GetFirst() << CString{L"ä\xDCFF|"};
+    EXPECT_EQ(out.str(), "bä\xFF|dä\xFF|ä\xFF|") << "null is read as a default one";
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "veltrane/collections/guarded.h"
+#include "veltrane/collections/setiterator.h"
 #include "veltrane/collections/setorder.h"
 #include "veltrane/collections/setunion.h"
 #include "veltrane/collections/sharedempty.h"
@@ -53,7 +54,7 @@ public:
     /// Marks only, reorders nothing: for callers that fill a set in ascending order.
     void SetSorted(bool sorted) noexcept { m_bSorted = sorted; }
     int Size() const noexcept { return static_cast<int>(m_Data.size()); }
-    bool IsEmpty() const;
+    [[nodiscard]] bool IsEmpty() const;
 
     /// Position of an element equal to the value, the first one in a set not marked sorted; -1 if none. The comparison
     /// is called with the value as first and the element as second argument.
@@ -65,6 +66,9 @@ public:
     /// As GetConstRefAt; what is written into the shared one stays there.
     T& GetRefAt(int position);
     bool GetFlag(int position) const;  ///< false outside
+    /// The values in stored order, each as GetConstRefAt: `for (const T& value : set)`.
+    veltrane::detail::XSetIterator<XSet, T> begin() const noexcept { return {*this, 0}; }
+    veltrane::detail::XSetIterator<XSet, T> end() const noexcept { return {*this, Size()}; }
     /// A set with fewer elements is less; among equal sizes the first different value decides.
     bool operator<(const XSet& other) const;
     /// -1, 0 or 1 in the order of the elements' `<`.

@@ -32,6 +32,9 @@ public:
     /// the negative key.
     int GetMaxKey();
     int Size() const noexcept { return static_cast<int>(m_Map.All().size()); }
+    /// The entries, `for (const auto& [key, text] : map)`; leaves the cursor alone.
+    auto begin() const noexcept { return m_Map.All().begin(); }
+    auto end() const noexcept { return m_Map.All().end(); }
     void Clear() noexcept { m_Map.Clear(); }
 
 private:
@@ -56,6 +59,9 @@ public:
 
     /// The map's set under a key, null if none.
     XSetInt* Find(int key) const;
+    /// The entries, `for (const auto& [key, set] : map)`; the sets stay the map's.
+    auto begin() const noexcept { return m_Map.begin(); }
+    auto end() const noexcept { return m_Map.end(); }
     /// The map owns the set from now on, and no longer the one that was under the key. Null does nothing.
     void Insert(int key, XSetInt* set);
     /// Makes a set of an integer list (XSetInt::BuildSet); a list without numbers makes none.
@@ -92,6 +98,9 @@ public:
     /// end, before GetFirst and after Clear
     int GetFirst(IntTupel& out);
     int GetNext(IntTupel& out);
+    /// The entries, `for (const auto& [key, pair] : map)`; leaves the cursor alone.
+    auto begin() const noexcept { return m_Map.All().begin(); }
+    auto end() const noexcept { return m_Map.All().end(); }
     void Clear() noexcept { m_Map.Clear(); }
 
 private:

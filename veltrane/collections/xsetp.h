@@ -10,6 +10,7 @@
 
 #include "veltrane/collections/guarded.h"
 #include "veltrane/collections/matchsorted.h"
+#include "veltrane/collections/setiterator.h"
 #include "veltrane/collections/setorder.h"
 #include "veltrane/collections/sharedempty.h"
 #include "veltrane/collections/typename.h"
@@ -29,7 +30,7 @@
 /// @code
 /// XSetP<XStringPair> pairs;
 /// pairs.Insert(new XStringPair(L"tmp_", L"wrk_"));  // the set deletes it
-/// for (int i = 0; i < pairs.Size(); ++i) Use(pairs.GetConstRefAt(i).GetFirst());
+/// for (const XStringPair& pair : pairs) Use(pair.GetFirst());
 /// @endcode
 ///
 /// Error locations name T with the key it was declared with, as in "XSetP<class XStringPair>::Insert". The compiler
@@ -60,6 +61,9 @@ public:
     const T* GetConstAt(int position) const;
     /// @throws XException  position outside
     bool GetFlag(int position) const;
+    /// The objects in stored order, each as GetConstRefAt: `for (const T& object : set)`.
+    veltrane::detail::XSetIterator<XSetP, T> begin() const noexcept { return {*this, 0}; }
+    veltrane::detail::XSetIterator<XSetP, T> end() const noexcept { return {*this, Size()}; }
 
     /// Position of an equal object - neither is less than the other -, -1 if none. A set marked sorted is searched from
     /// start on, or by halves when start is below 0; any other from its front, whatever start is.

@@ -24,6 +24,9 @@ public:
     /// before First and after Append or Clear
     bool First(CString& out);
     bool Next(CString& out);
+    /// The strings, `for (const CString& text : vector)`; leaves the cursor alone.
+    auto begin() const noexcept { return m_Vector.begin(); }
+    auto end() const noexcept { return m_Vector.end(); }
     void Clear() noexcept;
 
     /// -1 for fewer strings than the other holds, 1 for more or when other is null; among equal sizes CString::Compare
@@ -61,6 +64,9 @@ public:
     const CString& GetActKey() const;
     XStringVector* GetActValue() const;
     int GetSize() const noexcept { return static_cast<int>(m_Map.All().size()); }
+    /// The entries, `for (const auto& [key, vector] : map)`; leaves the cursor alone.
+    auto begin() const noexcept { return m_Map.All().begin(); }
+    auto end() const noexcept { return m_Map.All().end(); }
 
 private:
     veltrane::detail::XCursorMap<CString, XStringVector*> m_Map;

@@ -34,6 +34,7 @@ TEST(CString, ComparesInTheOrderOf16BitUnits) {
         EXPECT_EQ(CString{right}.Compare(left), -result) << what;
         EXPECT_EQ(CString{left} <=> CString{right}, result <=> 0) << what;
         EXPECT_EQ(CString{left} == CString{right}, result == 0) << what;
+        EXPECT_EQ(std::hash<CString>{}({left}) == std::hash<CString>{}({right}), result == 0) << what;
     }
     EXPECT_EQ(CString{L"NameÄ\x0416"}.CompareNoCase(L"nAMEä\x0436"), 0);
     EXPECT_EQ(CString{L"_"}.CompareNoCase(L"A"), -1) << "'_' stands before 'a', though after 'A'";

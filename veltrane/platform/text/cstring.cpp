@@ -87,6 +87,15 @@ int CString::Compare(CStringView other) const noexcept {
     return CompareUnits({a, left.end()}, {b, right.end()}, std::identity{});
 }
 
+std::size_t CString::Hash() const noexcept {
+    CodeUnits units{m_Text, std::identity{}};
+    std::uint64_t result = 0xCBF29CE484222325;  // FNV-1a, a unit at a time
+    for (std::int64_t unit; (unit = units.Next()) >= 0;) {
+        result = (result ^ static_cast<std::uint64_t>(unit)) * 0x100000001B3;
+    }
+    return result;
+}
+
 int CString::CompareNoCase(CStringView other) const noexcept {
     return CompareUnits(m_Text, other.View(), FoldCharacter);
 }

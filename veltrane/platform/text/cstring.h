@@ -1,6 +1,9 @@
 #pragma once
 
 #include <compare>
+#include <cstddef>
+#include <functional>
+#include <iosfwd>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -40,6 +43,8 @@ private:
     std::wstring_view m_Text;
 };
 
+VELTRANE_API std::string ToUtf8(CStringView text);  // encoding.h
+
 }  // namespace veltrane
 
 /// The wide text of every interface, with value semantics. One element holds one code point; positions count elements
@@ -69,7 +74,9 @@ public:
     const wchar_t* GetString() const noexcept { return m_Text.c_str(); }
     std::wstring_view View() const noexcept { return m_Text; }
     int GetLength() const noexcept { return static_cast<int>(m_Text.size()); }
-    bool IsEmpty() const noexcept { return m_Text.empty(); }
+    [[nodiscard]] bool IsEmpty() const noexcept { return m_Text.empty(); }
+    const wchar_t* begin() const noexcept { return m_Text.data(); }
+    const wchar_t* end() const noexcept { return m_Text.data() + m_Text.size(); }
     void Empty() noexcept { m_Text.clear(); }
 
     /// The element at a position; NUL outside the text.
@@ -89,10 +96,10 @@ public:
     /// First position of any of the given elements.
     int FindOneOf(veltrane::CStringView elements) const noexcept;
 
-    CString Left(int count) const;
-    CString Right(int count) const;
-    CString Mid(int first) const;
-    CString Mid(int first, int count) const;
+    [[nodiscard]] CString Left(int count) const;
+    [[nodiscard]] CString Right(int count) const;
+    [[nodiscard]] CString Mid(int first) const;
+    [[nodiscard]] CString Mid(int first, int count) const;
 
     /// Replaces from left to right, without overlaps and without looking into what was put in; an empty old text
     /// changes nothing. @return number of replacements
@@ -136,13 +143,34 @@ public:
         return left.Compare(right) <=> 0;
     }
 
+    /// Writes the text as UTF-8 (ToUtf8).
+    template <class Traits>
+    friend std::basic_ostream<char, Traits>& operator<<(std::basic_ostream<char, Traits>& out, const CString& text) {
+        return out << veltrane::ToUtf8(text);
+    }
+    /// Writes the elements as they are.
+    template <class Traits>
+    friend std::basic_ostream<wchar_t, Traits>& operator<<(std::basic_ostream<wchar_t, Traits>& out,
+                                                           const CString& text) {
+        return out << text.View();
+    }
+
 private:
+    friend struct std::hash<CString>;
+
     bool Equals(veltrane::CStringView other) const noexcept { return View() == other.View() || Compare(other) == 0; }
+    std::size_t Hash() const noexcept;
     static CString FromNarrow(const char* text);
     /// Cuts the text down to a part of itself.
     CString& Keep(std::wstring_view part) noexcept;
 
     std::wstring m_Text;
+};
+
+/// Of the 16-bit code units, as operator== compares: a pair of surrogates and its code point are equal.
+template <>
+struct std::hash<CString> {
+    std::size_t operator()(const CString& text) const noexcept { return text.Hash(); }
 };
 
 namespace veltrane {

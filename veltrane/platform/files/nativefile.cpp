@@ -22,12 +22,6 @@ NativeFile OpenWithoutWaiting(const std::string& name, int flags, unsigned mode)
     return NativeFile{Retried([&] { return open(name.c_str(), flags, mode); })};
 }
 
-std::size_t RegularSize(const NativeFile& file) noexcept {
-    struct stat status;
-    const bool isRegular = file && fstat(file.Handle(), &status) == 0 && S_ISREG(status.st_mode);
-    return isRegular ? static_cast<std::size_t>(status.st_size) : 0;
-}
-
 bool ReadToEnd(const NativeFile& file, std::size_t expected, std::string& bytes) {
     constexpr std::size_t leastRoom = 4096;
     std::size_t used = 0;

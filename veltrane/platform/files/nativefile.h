@@ -47,9 +47,6 @@ private:
 /// @param flags  those of open; O_NONBLOCK and O_CLOEXEC come on top
 NativeFile OpenWithoutWaiting(const std::string& name, int flags, unsigned mode = 0) noexcept;
 
-/// Size of a regular file in bytes; 0 for anything else, for no file too.
-std::size_t RegularSize(const NativeFile& file) noexcept;
-
 /// Reads a file from its place to its end, however long it has become.
 /// @param expected  size to make room for
 /// @return false when reading fails; bytes then holds what came before

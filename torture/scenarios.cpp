@@ -15,6 +15,7 @@
 #include "veltrane/config/xconfiguration.h"
 #include "veltrane/config/xregistry.h"
 #include "veltrane/foundation/xaction.h"
+#include "veltrane/foundation/xoci.h"
 #include "veltrane/foundation/xraise.h"
 #include "veltrane/foundation/xstring.h"
 #include "veltrane/logging/xlogging.h"
@@ -207,6 +208,7 @@ public:
         error.SetError(-1, L".\\file", L"Class::Method", 5, L"a message that needs memory of its own");
         error.AddError(L".\\other", L"Class::Other", 7, L"a reason that needs memory of its own, too");
         error.AddMessage(L"and a hint behind it that needs memory");
+        m_Record.Add(100, L".\\file", L"Class::Method", 5, L"", nullptr);
         CString text;
         error.GetErrorText(text);
         AddString(m_List, L"an item that needs memory of its own");
@@ -216,6 +218,7 @@ public:
         FromUtf8(ToUtf8(text)).MakeUpper();
     }
     std::string Fault() override {
+        if (m_Record.GetCount() == 0 && m_Record.GetNumber() != 0) return "a record has a number and no entry";
         m_List.Empty();
         AddString(m_List, L"a");
         AddString(m_List, L"b");
@@ -224,6 +227,7 @@ public:
 
 private:
     CString m_List;
+    XOCI::XError m_Record;
 };
 
 /// Both readers of files.

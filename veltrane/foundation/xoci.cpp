@@ -68,9 +68,9 @@ void XError::Add(std::int32_t status, const CString& file, const CString& method
                  void* errorHandle) {
     auto entry = std::make_unique<XErrorEntry>(XErrorEntry{file, method, line, {}, 0, 0});
     DescribeStatus(*entry, status, message, errorHandle);
-    if (m_nCount == 0) m_nNumber = entry->number;
-    if (entry->number == 0) return;
-    m_Entries.push_back(std::move(entry));
+    const int number = entry->number;
+    if (number != 0) m_Entries.push_back(std::move(entry));
+    if (m_nCount == 0) m_nNumber = number;
     m_nCount = static_cast<int>(m_Entries.size());
 }
 

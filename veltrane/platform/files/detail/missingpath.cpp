@@ -43,7 +43,7 @@ bool WalkFolder(const std::string& folder, Take&& take) {
     if (!directory) return false;
     alignas(dirent64) char entries[8192];
     for (;;) {
-        const ssize_t size = getdents64(directory.Handle(), entries, sizeof entries);
+        const ssize_t size = Retried([&] { return getdents64(directory.Handle(), entries, sizeof entries); });
         if (size <= 0) return size == 0;
         for (ssize_t at = 0; at < size;) {
             const auto* const entry = reinterpret_cast<const dirent64*>(entries + at);

@@ -21,6 +21,8 @@ constexpr XOptionDefinition OPTIONS[] = {
     OptionRow(OwnOption(4, eString), OwnSection(2), L"", L"scale-source", 2),
     OptionRow(OwnOption(5, eIList), eSectionScale, L"", L"skip", 2),
     OptionRow(OwnOption(6, eString | eSingle | eMandatory), eSectionScale, L"", L"team", 2),
+    OptionRow(OwnOption(7, eBoolean | eSingle), eSectionRoot, L"", L"dim", 2),
+    OptionRow(OwnOption(8, eString | eSingle | eValueOptional), eSectionRoot, L"", L"trace", 2),
 };
 static_assert(FitsLibrary({OPTIONS, SECTIONS}));
 
@@ -42,6 +44,7 @@ TEST_F(OptionStoreTest, AToolsOwnOptionsAreOptionsLikeTheOthers) {
     EXPECT_EQ(m_Store->GetOptionTrillian(L"scale-mode", -1), eFlagTrue);
     EXPECT_EQ(Texts(L"scale-source"), L"4=x ");
     EXPECT_EQ(m_Store->GetOptionIList(L"skip", 3)->Size(), 2);
+    for (const wchar_t* missing : {L"dim", L"trace"}) EXPECT_EQ(m_Store->GetOptionItem(missing, -1), nullptr);
     EXPECT_EQ(m_Store->GetOptionCandidates(L"scale", -1).candidates.at(0).line, 6);
     m_Store.reset();
 }

@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "veltrane/options/detail/optionregistry.h"
 #include "veltrane/options/detail/xoptionlocation.h"
 #include "veltrane/options/xoption.h"
 
@@ -151,6 +152,11 @@ CString XOptionRetrieval::SourceValue(const CString& section, const CString& key
 
 // The text of an item, told as the place that its option comes from.
 CString XOptionRetrieval::ItemValue(const CString& key, std::vector<OptionPlace>* places) {
+    const OptionRegistry* const registry = OptionRegistry::Registered();
+    const XOptionDefinition* const own = registry ? registry->FindLong(key.View()) : nullptr;
+    // The getter takes plain texts alone, and all of the library's ROOT are; of others no item is no value.
+    const bool isPlainText = !own || (own->IsString() && !own->IsValueOptional());
+    if (!isPlainText && own->IsSingle() && !m_Items.Find(*own, -1)) return {};
     CString value = m_Store.GetOptionString(key, -1);
     const XOptionDefinition* const definition = places ? m_Store.GetOptionDefinition(key) : nullptr;
     const XOptionItem* const item = definition ? m_Items.Find(*definition, -1) : nullptr;

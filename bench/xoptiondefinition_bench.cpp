@@ -1,11 +1,9 @@
 #include "veltrane/options/xoptiondefinition.h"
 
-#include <algorithm>
 #include <string>
 #include <unordered_map>
 
 #include "support/ratio.h"
-#include "veltrane/options/xowntable.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;
@@ -22,8 +20,8 @@ const std::unordered_map<std::wstring, int>& Names() {
 }
 
 // Both are asked with ready strings, one after the other through a list of names.
-void FindNames(benchmark::State& state, const std::vector<std::wstring>& names,
-               const std::unordered_map<std::wstring, int>& map = Names()) {
+void FindNames(benchmark::State& state, const std::vector<std::wstring>& names) {
+    const std::unordered_map<std::wstring, int>& map = Names();
     const std::vector<CString> texts(names.begin(), names.end());
     std::size_t i = 0;
     std::size_t j = 0;
@@ -52,22 +50,5 @@ void FindUnknownOption(benchmark::State& state) {
     FindNames(state, names);
 }
 BENCHMARK(FindUnknownOption)->Iterations(300);
-
-// Among the 67 rows of the library and 200 of a tool's own.
-void FindAmongOwnOptions(benchmark::State& state) {
-    std::vector<XOptionDefinition> rows;
-    std::unordered_map<std::wstring, int> map = Names();
-    std::vector<std::wstring> names;
-    for (int i = 0; i < 200; ++i) {
-        names.push_back(L"own-option-" + std::to_wstring(i));
-        rows.push_back({enumOption{0x40000000 | (i + 1) << 12 | eString | eSingle}, eSectionRoot, {}, {}, {}, -1, {}});
-        std::ranges::copy(names.back(), rows.back().szLongName);
-        map.emplace(names.back(), i);
-    }
-    const OwnOptions registered{{rows}};
-    for (const auto& [name, row] : Names()) names.push_back(name);
-    FindNames(state, names, map);
-}
-BENCHMARK(FindAmongOwnOptions)->Iterations(300);
 
 }  // namespace

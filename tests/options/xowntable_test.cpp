@@ -49,6 +49,31 @@ TEST_F(OptionStoreTest, AToolsOwnOptionsAreOptionsLikeTheOthers) {
     m_Store.reset();
 }
 
+TEST_F(OptionStoreTest, OwnOptionsEndAloneAndNotBeforeTheLastStore) {
+    m_Store.reset();
+    const auto table = [](int number, std::wstring_view name) {
+        std::vector<XOptionDefinition> rows{{enumOption{0x40000041 | number << 12}, eSectionRoot, {}, {}, {}, -1, {}}};
+        std::ranges::copy(name, rows[0].szLongName);
+        return std::make_unique<OwnOptions>(OwnTable{rows});  // which keeps no pointer to them
+    };
+    auto head = std::make_unique<OwnOptions>(OwnTable{{}, {}, L"head"});
+    const OwnOptions otherHead{{{}, {}, L"other"}};
+    auto first = table(21, L"first");
+    const auto second = table(22, L"second");
+    head.reset();
+    BoxRecorder recorder;
+    ShowHelp();
+    EXPECT_EQ(recorder.boxes.at(0).text.Left(5), L"other");
+    Renew();
+    m_Store->InsertOptionItem(L"first", L"1", -1);
+    m_Store->InsertOptionItem(L"second", L"2", -1);
+    first.reset();
+    EXPECT_EQ(Text(L"first") + Text(L"second"), L"12");
+    m_Store.reset();
+    EXPECT_EQ(FindOptionDefinition(L"first"), nullptr);
+    EXPECT_NE(FindOptionDefinition(L"second"), nullptr);
+}
+
 TEST(OwnOptions, ShowTheirHelpAfterThatOfTheLibraryLineByLine) {
     BoxRecorder recorder;
     ShowHelp();
@@ -88,7 +113,7 @@ TEST(OwnOptions, RefuseWhatIsInUse) {
         XOptionDefinition row{id, section, {}, {}, {}, -1, {}};
         std::ranges::copy(shortName, row.szShortName);
         std::ranges::copy(longName, row.szLongName);
-        EXPECT_EQ(ErrorOf([&] { OwnOptions{{{&row, 1}, sections}}; }).GetMessage(), message);
+        EXPECT_EQ(ErrorOf([&] { const OwnOptions own{{{&row, 1}, sections}}; }).GetMessage(), message);
     };
     constexpr enumOption id = OwnOption(9, eString | eSingle);
     expect(id, L"", L"quiet", L"The option <quiet> cannot be registered: its name is in use!");
@@ -107,7 +132,7 @@ TEST(OwnOptions, RefuseWhatIsInUse) {
     expect(id, L"", L"other", L"The section <--other> stands below itself!", named, OwnSection(3));
     expect(id, L"", L"other", L"The section <4103> does not exist!", {}, OwnSection(7));
     const XOption store;
-    EXPECT_EQ(ErrorOf([] { OwnOptions{{}}; }).GetMessage(), L"Options can be registered only before a store is made!");
+    EXPECT_EQ(ErrorOf([] { const OwnOptions own{{}}; }).GetMessage(), L"Options can be registered only before a store is made!");
 }
 
 /// With VELTRANE_OWN_ROWS set, all tests of the program run beside that many options of a tool's own.

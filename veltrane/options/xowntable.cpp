@@ -114,13 +114,13 @@ void Check(const OwnTable& table) {
 
 }  // namespace
 
-OwnOptions::OwnOptions(const OwnTable& table) : m_Table(table) {
+OwnOptions::OwnOptions(const OwnTable& table) {
     Check(table);
-    OptionRegistry::Add(table);
+    OptionRegistry::Add(this, table);
 }
 
 OwnOptions::~OwnOptions() {
-    OptionRegistry::Remove(m_Table);
+    OptionRegistry::Remove(this);
 }
 
 }  // namespace veltrane

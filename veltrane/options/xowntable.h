@@ -6,8 +6,7 @@
 
 namespace veltrane {
 
-/// The options of a tool's own, in the form of the library's table. Rows, sections and texts are to live as long as
-/// their registration; constant data does.
+/// The options of a tool's own, in the form of the library's table.
 struct OwnTable {
     std::span<const XOptionDefinition> options = {};
     std::span<const XConfigSection> sections = {};  ///< further ones, fixed names or below others
@@ -50,17 +49,16 @@ consteval bool FitsLibrary(const OwnTable& table) {
 /// @endcode
 class VELTRANE_API OwnOptions {
 public:
+    /// Copies rows, sections and texts: they need not live any longer.
     /// @throws XException  a store lives; an id or a name is in use, among them those of rows that are registered
     ///                     already; a name that could not be typed; a section that does not exist or stands below
     ///                     itself
-    explicit OwnOptions(const OwnTable& table);
+    [[nodiscard]] explicit OwnOptions(const OwnTable& table);
     OwnOptions(const OwnOptions&) = delete;
     OwnOptions& operator=(const OwnOptions&) = delete;
-    /// The options are unknown afterwards; while a store lives they stay known for good.
+    /// The options are unknown afterwards; while a store lives, which is a fault of the program, they stay known, and
+    /// go with the last store. Pointers to their rows are valid until then.
     ~OwnOptions();
-
-private:
-    OwnTable m_Table;
 };
 
 }  // namespace veltrane

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <atomic>
-#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "veltrane/options/xowntable.h"
@@ -15,45 +18,56 @@ public:
     /// Null as long as nothing is registered: look-ups then cost nothing.
     static const OptionRegistry* Registered() noexcept { return s_Registered; }
 
-    static void Add(const OwnTable& table);
-    static void Remove(const OwnTable& table) noexcept;
+    /// Keeps copies of the rows, whatever becomes of the owner's.
+    static void Add(const OwnOptions* owner, const OwnTable& table);
+    /// Beside a store the rows stay until the last one is gone.
+    static void Remove(const OwnOptions* owner) noexcept;
 
     /// Counts the stores that live; nothing is registered beside them.
     static void StoreMade() noexcept { ++s_Stores; }
-    static void StoreGone() noexcept { --s_Stores; }
+    static void StoreGone() noexcept {
+        if (--s_Stores == 0 && s_Registered) DropOwnerless();
+    }
     static bool HasStores() noexcept { return s_Stores > 0; }
 
     const std::vector<const XOptionDefinition*>& Options() const noexcept { return m_Options; }
     const std::vector<const XConfigSection*>& Sections() const noexcept { return m_Sections; }
-    const wchar_t* HelpHead() const noexcept { return m_HelpHead; }
+    /// That of the last table with one; null for none.
+    const wchar_t* HelpHead() const noexcept;
 
-    const XOptionDefinition* FindLong(std::wstring_view name) const { return Find(m_LongNames, LongName, name); }
-    const XOptionDefinition* FindShort(std::wstring_view name) const { return Find(m_ShortNames, ShortName, name); }
+    const XOptionDefinition* FindLong(std::wstring_view name) const { return Find(m_LongNames, name); }
+    const XOptionDefinition* FindShort(std::wstring_view name) const { return Find(m_ShortNames, name); }
     /// Place of a definition, or of the one with its id, among the options; -1 for none.
     int RowOf(const XOptionDefinition& definition) const noexcept;
 
 private:
-    using NameOf = std::wstring_view (*)(const XOptionDefinition&);
-    using Slots = std::vector<std::uint32_t>;  // place of an option plus one; 0 is free
+    struct Table {
+        const OwnOptions* owner;  // null after its end
+        std::vector<XOptionDefinition> options;
+        std::vector<XConfigSection> sections;
+        std::optional<std::wstring> helpHead;
+    };
+    using Names = std::unordered_map<std::wstring_view, const XOptionDefinition*>;
 
-    static std::wstring_view LongName(const XOptionDefinition& row) { return row.szLongName; }
-    static std::wstring_view ShortName(const XOptionDefinition& row) { return row.szShortName; }
+    static const XOptionDefinition* Find(const Names& names, std::wstring_view name) {
+        const auto found = names.find(name);
+        return found == names.end() ? nullptr : found->second;
+    }
 
-    void Append(const OwnTable& table);
-    Slots IndexOf(NameOf nameOf) const;
-    std::size_t SlotOf(const Slots& slots, NameOf nameOf, std::wstring_view name) const;
-    const XOptionDefinition* Find(const Slots& slots, NameOf nameOf, std::wstring_view name) const;
+    void Append(std::shared_ptr<Table> table);
+    void ForgetNames(const Table& table) noexcept;
+    void ListRows();
+    static void DropOwnerless() noexcept;
 
     // Without an end of their own: objects that end late may still ask.
     static constinit inline OptionRegistry* s_Registered = nullptr;
     static constinit inline std::atomic<int> s_Stores = 0;
 
-    std::vector<OwnTable> m_Tables;
+    std::vector<std::shared_ptr<Table>> m_Tables;  // shared with the registry that takes this one's place
     std::vector<const XOptionDefinition*> m_Options;
     std::vector<const XConfigSection*> m_Sections;
-    const wchar_t* m_HelpHead = nullptr;
-    Slots m_LongNames;
-    Slots m_ShortNames;
+    Names m_LongNames;
+    Names m_ShortNames;
 };
 
 }  // namespace veltrane::detail

@@ -123,16 +123,27 @@ TEST(OwnOptions, RefuseWhatIsInUse) {
     expect(eOptionScale, L"", L"other", L"The option <other> cannot be registered: its id is in use!");
     expect(enumOption{0x41}, L"", L"other", L"The option <other> cannot be registered: its id has no number!");
     expect(id, L"", L"o=r", L"The option <o=r> cannot be registered: a name is made of letters, digits and hyphens!");
+    constexpr enumOption several = OwnOption(10, eString);
+    expect(several, L"", L"exit-x",
+           L"The option <exit-x> cannot be registered: the key of <exit> would be one of its values!", {},
+           eSectionUser);
+    expect(several, L"", L"dry-run-x",
+           L"The option <dry-run-x> cannot be registered: the key of <dry-run> would be one of its values!", {},
+           eSectionScale);
+    expect(id, L"", L"Skip-7x", L"The option <Skip-7x> cannot be registered: its key would be a value of <skip>!", {},
+           eSectionScale);
     constexpr XConfigSection root[] = {SectionRow(OwnSection(3), eSectionUnnamed, L"ROOT")};
-    constexpr XConfigSection below[] = {SectionRow(OwnSection(3), OwnSection(3), L"SELF")};
+    constexpr XConfigSection below[] = {{OwnSection(3), OwnSection(3), L"SELF"}};
     constexpr XConfigSection named[] = {SectionRow(OwnSection(3), eSectionNone, L"--other")};
     expect(id, L"", L"other", L"The section <SCALE> cannot be registered: its value or its name is in use!", SECTIONS);
     expect(id, L"", L"other", L"The section <ROOT> cannot be registered: its value or its name is in use!", root);
     expect(id, L"", L"other", L"The section <SELF> stands below itself!", below);
     expect(id, L"", L"other", L"The section <--other> stands below itself!", named, OwnSection(3));
-    expect(id, L"", L"other", L"The section <4103> does not exist!", {}, OwnSection(7));
+    expect(id, L"", L"other", L"The option <other> cannot be registered: its section does not exist!", {},
+           OwnSection(7));
     const XOption store;
-    EXPECT_EQ(ErrorOf([] { const OwnOptions own{{}}; }).GetMessage(), L"Options can be registered only before a store is made!");
+    EXPECT_EQ(ErrorOf([] { const OwnOptions own{{}}; }).GetMessage(),
+              L"Options can be registered only before a store is made!");
 }
 
 /// With VELTRANE_OWN_ROWS set, all tests of the program run beside that many options of a tool's own.

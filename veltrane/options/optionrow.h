@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <span>
 #include <string_view>
 
+#include "veltrane/options/optionrules.h"
 #include "veltrane/options/xoptiondefinition.h"
 
-// How rows of the option table are written, the library's and those of a tool, and what the compiler checks in them.
+// How rows of the option table are written, the library's and those of a tool.
 
 namespace veltrane {
 
@@ -21,7 +21,8 @@ consteval void Put(wchar_t (&field)[Width], std::wstring_view text) {
 
 }  // namespace detail
 
-/// A row of the option table, its columns in reading order; a text that does not fit its column does not compile.
+/// A row of the option table, its columns in reading order; a text that does not fit its column does not compile, nor
+/// does a row that breaks a rule of its own.
 /// @param tabulators   between name and value in a listing; -1 none
 /// @param syntax       left column of the help: "-s, \t--scale <number>"
 /// @param description  right column of the help, with the tabulators that bring it there
@@ -33,6 +34,7 @@ consteval XOptionDefinition OptionRow(enumOption option, enumCfgSection section,
     detail::Put(row.szLongName, longName);
     detail::Put(row.szSyntax, syntax);
     detail::Put(row.szDescription, description);
+    detail::CheckRow(row);
     return row;
 }
 
@@ -45,6 +47,7 @@ consteval XOptionDefinition TitleRow(std::wstring_view title) {
 consteval XConfigSection SectionRow(enumCfgSection section, enumCfgSection parent, std::wstring_view name) {
     XConfigSection row{section, parent, {}};
     detail::Put(row.szName, name);
+    detail::CheckRow(row);
     return row;
 }
 
@@ -64,51 +67,5 @@ consteval enumCfgSection OwnSection(int number) {
     if (number < 1 || number > 0xFFFF) throw "the number of a section is between 1 and 65,535";
     return static_cast<enumCfgSection>(0x1000 + number);
 }
-
-namespace detail {
-
-constexpr bool IsTitle(const XOptionDefinition& row) {
-    return row.eOption == eOptionTitle;
-}
-
-/// Whether two rows can stand in one table: ids and names differ.
-constexpr bool Differ(const XOptionDefinition& a, const XOptionDefinition& b) {
-    if (IsTitle(a) || IsTitle(b)) return true;
-    return a.eOption != b.eOption && std::wstring_view{a.szLongName} != b.szLongName &&
-           (a.szShortName[0] == 0 || std::wstring_view{a.szShortName} != b.szShortName);
-}
-
-constexpr bool Differ(const XConfigSection& a, const XConfigSection& b) {
-    return a.eSection != b.eSection &&
-           (a.eParent != b.eParent || std::wstring_view{a.szName} != std::wstring_view{b.szName});
-}
-
-template <class Row>
-constexpr bool AllDiffer(std::span<const Row> rows) {
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        for (std::size_t j = i + 1; j < rows.size(); ++j) {
-            if (!Differ(rows[i], rows[j])) return false;
-        }
-    }
-    return true;
-}
-
-constexpr bool OptionsDiffer(std::span<const XOptionDefinition> rows) {
-    return AllDiffer(rows);
-}
-constexpr bool SectionsDiffer(std::span<const XConfigSection> rows) {
-    return AllDiffer(rows);
-}
-
-constexpr bool IsAmong(enumCfgSection section, std::span<const XConfigSection> sections) {
-    return section == eSectionNone || std::ranges::count(sections, section, &XConfigSection::eSection) == 1;
-}
-
-constexpr bool SectionsExist(std::span<const XOptionDefinition> rows, std::span<const XConfigSection> sections) {
-    return std::ranges::all_of(rows, [&](const auto& row) { return IsAmong(row.eSection, sections); }) &&
-           std::ranges::all_of(sections, [&](const auto& row) { return IsAmong(row.eParent, sections); });
-}
-
-}  // namespace detail
 
 }  // namespace veltrane

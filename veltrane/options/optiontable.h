@@ -164,9 +164,10 @@ inline constexpr XConfigSection g_ConfigSections[] = {
 // clang-format on
 
 static_assert(std::size(g_OptionDefinitions) == OPTION_COUNT && std::size(g_ConfigSections) == SECTION_COUNT);
-static_assert(OptionsDiffer(g_OptionDefinitions) && SectionsDiffer(g_ConfigSections));
-static_assert(SectionsExist(g_OptionDefinitions, g_ConfigSections));
 static_assert(eOptionCreateViews == 0x1148 && eOptionName == 0x101C1 && eOptionWorkingDirectory == 0x2800C1);
 static_assert(eOptionTableNameRules == 0x10000001 && eOptionColumnNameRules == 0x20000001);  // hosts compare these
+
+inline constexpr TableRows LIBRARY_ROWS{g_OptionDefinitions, g_ConfigSections};
+static_assert((CheckTables({&LIBRARY_ROWS, 1}), true));
 
 }  // namespace veltrane::detail

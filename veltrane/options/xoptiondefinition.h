@@ -131,23 +131,23 @@ struct VELTRANE_API XOptionDefinition {
     std::int32_t nTabulators;    ///< tabulators between name and value in a listing; -1 none
     wchar_t szDescription[512];  ///< right column of the help
 
-    bool IsString() const { return Has(eString); }
-    bool IsCommand() const { return Has(eCommand); }
-    bool IsBoolean() const { return Has(eBoolean); }
-    bool IsTrillian() const { return Has(eTrillian); }
-    bool IsIList() const { return Has(eIList); }
-    bool IsSingle() const { return Has(eSingle); }
-    bool IsMandatory() const { return Has(eMandatory); }
-    bool IsHelpVisible() const { return Has(eHelp); }
-    bool IsValueOptional() const { return Has(eValueOptional); }
+    constexpr bool IsString() const { return Has(eString); }
+    constexpr bool IsCommand() const { return Has(eCommand); }
+    constexpr bool IsBoolean() const { return Has(eBoolean); }
+    constexpr bool IsTrillian() const { return Has(eTrillian); }
+    constexpr bool IsIList() const { return Has(eIList); }
+    constexpr bool IsSingle() const { return Has(eSingle); }
+    constexpr bool IsMandatory() const { return Has(eMandatory); }
+    constexpr bool IsHelpVisible() const { return Has(eHelp); }
+    constexpr bool IsValueOptional() const { return Has(eValueOptional); }
     /// Whether this is an ordinary option, which start-up reads from the configuration; titles and rules are not.
-    bool HasOptionNumber() const { return (eOption & 0x0FFFF000) != 0; }
+    constexpr bool HasOptionNumber() const { return (eOption & 0x0FFFF000) != 0; }
 
     /// The value that a flag takes when none follows it: "true", "auto", or empty for what is no flag.
     const CString& GetDefaultValue() const;
 
 private:
-    bool Has(enumOptionBit bit) const { return (eOption & static_cast<std::int32_t>(bit)) != 0; }
+    constexpr bool Has(enumOptionBit bit) const { return (eOption & static_cast<std::int32_t>(bit)) != 0; }
 };
 
 /// One row of the section table.

@@ -14,29 +14,15 @@ struct OwnTable {
     const wchar_t* helpHead = nullptr;
 };
 
-/// Whether a tool's rows can stand in one table with the library's: for a static_assert beside them.
+/// For a static_assert beside a tool's rows: true, or it does not compile, where they break a rule alone, among each
+/// other or beside the library's rows. The compiler shows which.
 /// @code
 /// static_assert(veltrane::FitsLibrary({OPTIONS, SECTIONS}));
 /// @endcode
 consteval bool FitsLibrary(const OwnTable& table) {
-    const auto differ = [](const auto& rows, const auto& known) {
-        for (const auto& row : rows) {
-            for (const auto& other : known) {
-                if (!detail::Differ(row, other)) return false;
-            }
-        }
-        return true;
-    };
-    for (const XOptionDefinition& row : table.options) {
-        const bool isThere = detail::IsAmong(row.eSection, table.sections);
-        if (!isThere && !detail::IsAmong(row.eSection, detail::g_ConfigSections)) return false;
-    }
-    for (const XConfigSection& row : table.sections) {
-        const bool isThere = detail::IsAmong(row.eParent, table.sections);
-        if (!isThere && !detail::IsAmong(row.eParent, detail::g_ConfigSections)) return false;
-    }
-    return detail::OptionsDiffer(table.options) && detail::SectionsDiffer(table.sections) &&
-           differ(table.options, detail::g_OptionDefinitions) && differ(table.sections, detail::g_ConfigSections);
+    const detail::TableRows tables[] = {detail::LIBRARY_ROWS, {table.options, table.sections}};
+    detail::CheckOwnTables(tables);
+    return true;
 }
 
 /// Makes the options of a tool's own known to the process while it lives: they are found, typed, read, walked and shown
@@ -50,9 +36,8 @@ consteval bool FitsLibrary(const OwnTable& table) {
 class VELTRANE_API OwnOptions {
 public:
     /// Copies rows, sections and texts: they need not live any longer.
-    /// @throws XException  a store lives; an id or a name is in use, among them those of rows that are registered
-    ///                     already; a name that could not be typed; a section that does not exist or stands below
-    ///                     itself
+    /// @throws XException  a store lives; or a row breaks a rule alone, beside those of its table, of the library or of
+    ///                     other registrations
     [[nodiscard]] explicit OwnOptions(const OwnTable& table);
     OwnOptions(const OwnOptions&) = delete;
     OwnOptions& operator=(const OwnOptions&) = delete;

@@ -6,6 +6,13 @@
 
 namespace veltrane::detail {
 
+std::vector<TableRows> OptionRegistry::Tables() {
+    std::vector<TableRows> tables = {LIBRARY_ROWS};
+    if (!s_Registered) return tables;
+    for (const auto& table : s_Registered->m_Tables) tables.push_back({table->options, table->sections});
+    return tables;
+}
+
 void OptionRegistry::Add(const OwnOptions* owner, const OwnTable& table) {
     auto grown = s_Registered ? std::make_unique<OptionRegistry>(*s_Registered) : std::make_unique<OptionRegistry>();
     auto kept = std::make_shared<Table>();

@@ -17,6 +17,8 @@ class OptionRegistry {
 public:
     /// Null as long as nothing is registered: look-ups then cost nothing.
     static const OptionRegistry* Registered() noexcept { return s_Registered; }
+    /// The rows of the library, then those that are registered.
+    static std::vector<TableRows> Tables();
 
     /// Keeps copies of the rows, whatever becomes of the owner's.
     static void Add(const OwnOptions* owner, const OwnTable& table);

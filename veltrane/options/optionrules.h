@@ -1,0 +1,348 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+#include "veltrane/options/xoptiondefinition.h"
+#include "veltrane/platform/text/format.h"
+
+// What rows of the option table have to keep. The compiler asks it of constant tables and shows the line that throws;
+// a registration asks it while the program runs.
+
+namespace veltrane::detail {
+
+/// Options and the sections they stand in.
+struct TableRows {
+    std::span<const XOptionDefinition> options;
+    std::span<const XConfigSection> sections;
+};
+
+/// A row that cannot stand in a table, by its name.
+struct RowRefused {
+    XFormat<const wchar_t*> message;
+    const wchar_t* name;
+};
+
+/// A row that cannot stand beside another.
+struct RowsRefused {
+    XFormat<const wchar_t*, const wchar_t*> message;
+    const wchar_t* name;
+    const wchar_t* other;
+};
+
+constexpr bool IsTitle(const XOptionDefinition& row) {
+    return row.eOption == eOptionTitle;
+}
+
+// --- An option alone ---
+
+constexpr bool IsDigit(wchar_t element) {
+    return element >= L'0' && element <= L'9';
+}
+
+constexpr bool IsTypeable(std::wstring_view name) {
+    const auto isPart = [](wchar_t element) {
+        return (element >= L'a' && element <= L'z') || (element >= L'A' && element <= L'Z') || IsDigit(element) ||
+               element == L'-' || element == L'_';
+    };
+    return !name.starts_with(L'-') && std::ranges::all_of(name, isPart);
+}
+
+constexpr void CheckNames(const XOptionDefinition& row) {
+    if (row.szLongName[0] == 0) throw RowRefused{L"The option <%s> cannot be registered: its name is empty!", L""};
+    if (!IsTypeable(row.szLongName) || !IsTypeable(row.szShortName)) {
+        throw RowRefused{L"The option <%s> cannot be registered: a name is made of letters, digits and hyphens!",
+                         row.szLongName};
+    }
+}
+
+// A command may stand alone or beside the type of its value.
+constexpr void CheckType(const XOptionDefinition& row) {
+    const int types = row.IsString() + row.IsBoolean() + row.IsTrillian() + row.IsIList();
+    if (types > 1) throw RowRefused{L"The option <%s> cannot be registered: it has several types!", row.szLongName};
+    if (types == 0 && !row.IsCommand()) {
+        throw RowRefused{L"The option <%s> cannot be registered: it has no type!", row.szLongName};
+    }
+}
+
+constexpr void CheckOptionalValue(const XOptionDefinition& row) {
+    if (row.IsValueOptional() && !row.IsString()) {
+        throw RowRefused{L"The option <%s> cannot be registered: only the value of a text may be left out!",
+                         row.szLongName};
+    }
+}
+
+// A name ends before the seventh tab stop, a line before the hundred and thirtieth column.
+inline constexpr int MAX_TABULATORS = 16;
+
+constexpr void CheckTabulators(const XOptionDefinition& row) {
+    if (row.nTabulators < -1 || row.nTabulators > MAX_TABULATORS) {
+        throw RowRefused{L"The option <%s> cannot be registered: its tabulators are from -1 to 16!", row.szLongName};
+    }
+}
+
+constexpr void CheckRow(const XOptionDefinition& row) {
+    if (IsTitle(row)) return;
+    CheckNames(row);
+    CheckType(row);
+    CheckOptionalValue(row);
+    CheckTabulators(row);
+}
+
+// --- A section alone ---
+
+// Not by find: with sanitizers g++ takes its answer for no constant.
+constexpr std::wstring_view FromPercent(std::wstring_view name) {
+    while (!name.empty() && name.front() != L'%') name.remove_prefix(1);
+    return name;
+}
+
+constexpr bool HasIndex(std::wstring_view name) {
+    return FromPercent(name).starts_with(L"%d");
+}
+
+constexpr void CheckPercent(const XConfigSection& row) {
+    const std::wstring_view rest = FromPercent(row.szName);
+    if (!rest.empty() && (!HasIndex(rest) || !FromPercent(rest.substr(1)).empty())) {
+        throw RowRefused{L"The section <%s> cannot be registered: a '%%' stands in one \"%%d\" only!", row.szName};
+    }
+}
+
+constexpr void CheckRow(const XConfigSection& row) {
+    if (row.szName[0] == 0 && row.eSection != eSectionUnnamed) {
+        throw RowRefused{L"The section <%s> cannot be registered: its name is empty!", L""};
+    }
+    if (row.eSection == row.eParent) throw RowRefused{L"The section <%s> stands below itself!", row.szName};
+    CheckPercent(row);
+}
+
+// --- Rows side by side ---
+
+constexpr wchar_t Lower(wchar_t element) {
+    return element >= L'A' && element <= L'Z' ? static_cast<wchar_t>(element - L'A' + L'a') : element;
+}
+
+/// As configuration files compare: without regard to case.
+constexpr bool Begins(std::wstring_view text, std::wstring_view beginning) {
+    if (text.size() < beginning.size()) return false;
+    for (std::size_t i = 0; i < beginning.size(); ++i) {
+        if (Lower(text[i]) != Lower(beginning[i])) return false;
+    }
+    return true;
+}
+
+// The number tells options apart, whatever the bits say.
+constexpr bool IsSameId(enumOption a, enumOption b) {
+    return ((a ^ b) & ~0xFFF) == 0;
+}
+
+// Most names differ at once: the compiler may count its steps.
+constexpr bool IsSameName(const wchar_t* a, const wchar_t* b) {
+    return a[0] == b[0] && std::wstring_view{a} == b;
+}
+
+constexpr void CheckDiffer(const XOptionDefinition& row, const XOptionDefinition& other) {
+    if (IsSameName(row.szLongName, other.szLongName)) {
+        throw RowRefused{L"The option <%s> cannot be registered: its name is in use!", row.szLongName};
+    }
+    if (row.szShortName[0] != 0 && IsSameName(row.szShortName, other.szShortName)) {
+        throw RowsRefused{L"The option <%s> cannot be registered: its short name <%s> is in use!", row.szLongName,
+                          row.szShortName};
+    }
+    if (IsSameId(row.eOption, other.eOption)) {
+        throw RowRefused{L"The option <%s> cannot be registered: its id is in use!", row.szLongName};
+    }
+}
+
+/// Whether a key of a section gives a value of the option with several that stands there too: as its bare name, of
+/// which a beginning is enough, or with an index.
+constexpr bool IsKeyOf(std::wstring_view family, std::wstring_view key) {
+    if (key.size() <= family.size()) return Begins(family, key);
+    if (!Begins(key, family) || key[family.size()] != L'-') return false;
+    std::wstring_view index = key.substr(family.size() + 1);
+    if (index.empty()) return true;
+    if (index.front() == L'-') index.remove_prefix(1);
+    return !index.empty() && IsDigit(index.front());
+}
+
+constexpr bool HasValueAt(const XOptionDefinition& family, const XOptionDefinition& other) {
+    return !family.IsSingle() && Lower(family.szLongName[0]) == Lower(other.szLongName[0]) &&
+           IsKeyOf(family.szLongName, other.szLongName);
+}
+
+constexpr void CheckFamilies(const XOptionDefinition& row, const XOptionDefinition& other) {
+    if (HasValueAt(row, other)) {
+        throw RowsRefused{L"The option <%s> cannot be registered: the key of <%s> would be one of its values!",
+                          row.szLongName, other.szLongName};
+    }
+    if (HasValueAt(other, row)) {
+        throw RowsRefused{L"The option <%s> cannot be registered: its key would be a value of <%s>!", row.szLongName,
+                          other.szLongName};
+    }
+}
+
+constexpr bool HaveSameParent(const XConfigSection& a, const XConfigSection& b) {
+    const auto parent = [](const XConfigSection& row) {
+        return row.eParent == eSectionNone ? eSectionUnnamed : row.eParent;  // neither puts a name in front
+    };
+    return parent(a) == parent(b);
+}
+
+constexpr void CheckDiffer(const XConfigSection& row, const XConfigSection& other) {
+    const std::wstring_view name = row.szName;
+    const bool isSameName = name.size() == std::wstring_view{other.szName}.size() && Begins(name, other.szName);
+    if (row.eSection == other.eSection || (isSameName && HaveSameParent(row, other))) {
+        throw RowRefused{L"The section <%s> cannot be registered: its value or its name is in use!", row.szName};
+    }
+}
+
+/// Whether a section is read as one of those with an index: nothing after the number is looked at.
+constexpr bool IsSectionOf(std::wstring_view family, std::wstring_view name) {
+    if (!HasIndex(family)) return false;
+    const std::size_t front = family.size() - FromPercent(family).size();
+    if (!Begins(name, family.substr(0, front)) || name.size() == front) return false;
+    const wchar_t next = name[front];
+    return IsDigit(next) || next == L'%' || next == L'-' || next == L'+' || next == L' ';
+}
+
+constexpr void CheckFamilies(const XConfigSection& row, const XConfigSection& other) {
+    if (!HaveSameParent(row, other)) return;
+    if (IsSectionOf(row.szName, other.szName) || IsSectionOf(other.szName, row.szName)) {
+        throw RowsRefused{L"The section <%s> cannot be registered: its index and that of <%s> are one!", row.szName,
+                          other.szName};
+    }
+}
+
+// --- Rows among tables; those of the last one are checked ---
+
+using Tables = std::span<const TableRows>;
+
+/// No row or one. With sanitizers g++ cannot tell while compiling whether a pointer is null.
+template <class Row>
+using Found = std::span<const Row>;
+
+constexpr Found<XConfigSection> FindRow(Tables tables, enumCfgSection section) {
+    for (const TableRows& table : tables) {
+        for (const XConfigSection& row : table.sections) {
+            if (row.eSection == section) return {&row, 1};
+        }
+    }
+    return {};
+}
+
+constexpr Found<XOptionDefinition> FindRow(Tables tables, std::wstring_view longName) {
+    for (const TableRows& table : tables) {
+        for (const XOptionDefinition& row : table.options) {
+            if (!IsTitle(row) && longName == row.szLongName) return {&row, 1};
+        }
+    }
+    return {};
+}
+
+/// The option that names a section, as the database's name does; none for a fixed name.
+constexpr Found<XOptionDefinition> NamingOption(Tables tables, const XConfigSection& row) {
+    const std::wstring_view name = row.szName;
+    if (!name.starts_with(L"--")) return {};
+    const Found<XOptionDefinition> option = FindRow(tables, name.substr(2));
+    if (option.empty()) {
+        throw RowRefused{L"The section <%s> cannot be registered: the option that names it is not known!", row.szName};
+    }
+    if (!option[0].IsString() || !option[0].IsSingle() || option[0].IsValueOptional()) {
+        throw RowRefused{L"The section <%s> cannot be registered: only an option with one text can name it!",
+                         row.szName};
+    }
+    return option;
+}
+
+constexpr std::size_t CountSections(Tables tables) {
+    std::size_t count = 0;
+    for (const TableRows& table : tables) count += table.sections.size();
+    return count;
+}
+
+/// A section whose name depends on itself could never be asked for.
+constexpr void CheckDepth(Tables tables, const XConfigSection& row, std::size_t left) {
+    if (left == 0) throw RowRefused{L"The section <%s> stands below itself!", row.szName};
+    if (row.eParent != eSectionNone) {
+        const Found<XConfigSection> parent = FindRow(tables, row.eParent);
+        if (parent.empty()) {
+            throw RowRefused{L"The section <%s> cannot be registered: the one above does not exist!", row.szName};
+        }
+        CheckDepth(tables, parent[0], left - 1);
+    }
+    for (const XOptionDefinition& naming : NamingOption(tables, row)) {
+        for (const XConfigSection& place : FindRow(tables, naming.eSection)) CheckDepth(tables, place, left - 1);
+    }
+}
+
+/// @param section  its depth is checked
+constexpr bool HasIndex(Tables tables, enumCfgSection section) {
+    const Found<XConfigSection> row = FindRow(tables, section);
+    return !row.empty() && (HasIndex(row[0].szName) || HasIndex(tables, row[0].eParent));
+}
+
+constexpr void CheckPlace(Tables tables, const XConfigSection& row) {
+    CheckDepth(tables, row, CountSections(tables));
+    if (HasIndex(tables, row.eParent)) {
+        throw RowRefused{L"The section <%s> cannot be registered: it stands below one with an index!", row.szName};
+    }
+}
+
+constexpr void CheckPlace(Tables tables, const XOptionDefinition& row) {
+    if (IsTitle(row) || row.eSection == eSectionNone) return;
+    if (FindRow(tables, row.eSection).empty()) {
+        throw RowRefused{L"The option <%s> cannot be registered: its section does not exist!", row.szLongName};
+    }
+    if (row.IsSingle() && HasIndex(tables, row.eSection)) {
+        throw RowRefused{L"The option <%s> cannot be registered: its section has an index, its value has none!",
+                         row.szLongName};
+    }
+}
+
+constexpr void CheckBeside(Tables tables, const XOptionDefinition& row, const XOptionDefinition& other) {
+    if (IsTitle(row) || IsTitle(other)) return;
+    CheckDiffer(row, other);
+    if (row.eSection != other.eSection || row.eSection == eSectionNone) return;
+    if (!HasValueAt(row, other) && !HasValueAt(other, row)) return;
+    // With an index in the section there is none in the key.
+    if (!HasIndex(tables, row.eSection)) CheckFamilies(row, other);
+}
+
+constexpr void CheckBeside(Tables, const XConfigSection& row, const XConfigSection& other) {
+    CheckDiffer(row, other);
+    CheckFamilies(row, other);
+}
+
+template <class Row>
+constexpr void CheckRows(Tables tables, std::span<const Row> TableRows::*rows) {
+    for (const Row& row : tables.back().*rows) {
+        CheckRow(row);
+        CheckPlace(tables, row);
+        for (const TableRows& table : tables) {
+            for (const Row& other : table.*rows) {
+                if (&other == &row) break;  // those after it look back at it
+                CheckBeside(tables, row, other);
+            }
+        }
+    }
+}
+
+/// @throws RowRefused, RowsRefused  a row of the last table breaks a rule
+constexpr void CheckTables(Tables tables) {
+    CheckRows(tables, &TableRows::sections);
+    CheckRows(tables, &TableRows::options);
+}
+
+/// As CheckTables, for options that a store looks up by number at start-up.
+constexpr void CheckOwnTables(Tables tables) {
+    for (const XOptionDefinition& row : tables.back().options) {
+        if (!IsTitle(row) && !row.HasOptionNumber()) {
+            throw RowRefused{L"The option <%s> cannot be registered: its id has no number!", row.szLongName};
+        }
+    }
+    CheckTables(tables);
+}
+
+}  // namespace veltrane::detail

@@ -9,7 +9,7 @@ namespace {
 // are taken off the folder's word by hand, and names are quoted for the quotes that are open.
 constexpr char SCRIPT[] = R"(# bash completion for @TOOL@, @MADE@
 
-_@TOOL@_databases() {
+_@FUNCTION@_databases() {
     local folder=.metadata program i
     for ((i = 1; i < ${#COMP_WORDS[@]} - 1; i++)); do
         [[ ${COMP_WORDS[i]} == -m || ${COMP_WORDS[i]} == --metadata ]] && folder=${COMP_WORDS[i + 1]}
@@ -24,10 +24,10 @@ _@TOOL@_databases() {
         program=$(readlink -f -- "$program")
         folder=${program%/*}/$folder
     fi
-    [[ -f $folder/@TOOL@.ini ]] && LC_ALL=C sed -n @FILTER@ "$folder/@TOOL@.ini" 2>/dev/null
+    [[ -f $folder/@TOOL@.ini ]] && LC_ALL=C sed -n @FILTER@ "$folder"/@TOOL@.ini 2>/dev/null
 }
 
-_@TOOL@_add_databases() {
+_@FUNCTION@_add_databases() {
     local name
     while IFS= read -r name; do
         case $1 in
@@ -36,10 +36,10 @@ _@TOOL@_add_databases() {
             *) printf -v name %q "$name" ;;
         esac
         [[ $name == "${1#[\"\']}"* ]] && COMPREPLY+=("$name")
-    done < <(_@TOOL@_databases)
+    done < <(_@FUNCTION@_databases)
 }
 
-_@TOOL@() {
+_@FUNCTION@() {
     local word=${COMP_WORDS[COMP_CWORD]}
     COMPREPLY=()
     if [[ $word == -* ]]; then
@@ -58,11 +58,11 @@ _@TOOL@() {
         @TEXTS@)
             ;;
         *)
-            _@TOOL@_add_databases "$word" ;;
+            _@FUNCTION@_add_databases "$word" ;;
     esac
 }
 
-complete -F _@TOOL@ @TOOL@
+complete -F _@FUNCTION@ @TOOL@
 )";
 
 }  // namespace

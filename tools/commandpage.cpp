@@ -8,7 +8,7 @@ namespace veltrane::detail {
 
 namespace {
 
-constexpr char PAGE[] = R"(.TH @TITLE@ 1 "" "@NAME@ @VERSION@" "@NAME@"
+constexpr char PAGE[] = R"(.TH "@TITLE@" 1 "" "@NAME@ @VERSION@" "@NAME@"
 .ad l
 .nh
 .SH NAME

@@ -1,13 +1,14 @@
 #include "describe.h"
 
-#include <cctype>
 #include <exception>
 #include <fstream>
 #include <iostream>
 #include <string_view>
 
 #include "documents.h"
-#include "optiontext.h"
+#include "plaintext.h"
+#include "shelltext.h"
+#include "troff.h"
 
 namespace veltrane {
 
@@ -18,26 +19,25 @@ namespace {
 struct {
     std::string_view name;
     std::string (*make)();
+    std::string (*quoted)(std::string_view text);
 } constexpr DOCUMENTS[] = {
-    {"man", CommandPage}, {"ini", IniPage}, {"bash", BashCompletion}, {"zsh", ZshCompletion}, {"fish", FishCompletion},
+    {"man", CommandPage, Troff},         {"ini", IniPage, Troff},
+    {"bash", BashCompletion, ShellWord}, {"zsh", ZshCompletion, ShellWord},
+    {"fish", FishCompletion, FishWord},
 };
 
-std::string Capitals(std::string text) {
-    for (char& byte : text) byte = static_cast<char>(std::toupper(static_cast<unsigned char>(byte)));
-    return text;
-}
-
 // The texts of the tool first: they may name it.
-std::string Of(std::string text, const DescribedTool& tool) {
+std::string Of(std::string text, const DescribedTool& tool, std::string (*quoted)(std::string_view)) {
     const std::pair<std::string_view, std::string> parts[] = {
         {"@ABOUT@", tool.about},
         {"@ENVIRONMENT@", tool.environment},
         {"@EXAMPLES@", tool.examples},
-        {"@SUMMARY@", tool.summary},
-        {"@TITLE@", Capitals(tool.program)},
-        {"@NAME@", tool.title},
-        {"@VERSION@", tool.version},
-        {"@TOOL@", tool.program},
+        {"@SUMMARY@", quoted(tool.summary)},
+        {"@TITLE@", quoted(Capitals(tool.program))},
+        {"@NAME@", quoted(tool.title)},
+        {"@VERSION@", quoted(tool.version)},
+        {"@FUNCTION@", FunctionName(tool.program)},
+        {"@TOOL@", quoted(tool.program)},
     };
     for (const auto& [mark, part] : parts) text = Replaced(std::move(text), mark, part);
     return text;
@@ -51,9 +51,9 @@ bool Write(const std::string& text, const char* file) {
 }
 
 int Run(std::string_view wanted, const char* file, const DescribedTool& tool) {
-    for (const auto& [name, make] : DOCUMENTS) {
+    for (const auto& [name, make, quoted] : DOCUMENTS) {
         if (name != wanted) continue;
-        if (Write(Of(make(), tool), file)) return 0;
+        if (Write(Of(make(), tool, quoted), file)) return 0;
         std::cerr << "describe: cannot write <" << file << ">\n";
         return 1;
     }

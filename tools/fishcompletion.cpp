@@ -7,7 +7,7 @@ namespace {
 
 constexpr char SCRIPT[] = R"(# fish completion for @TOOL@, @MADE@
 
-function __@TOOL@_databases
+function __@FUNCTION@_databases
     set -l words (commandline -opc)
     set -l folder .metadata
     for i in (seq 2 (math (count $words) - 1))
@@ -21,13 +21,8 @@ function __@TOOL@_databases
     test -f $folder/@TOOL@.ini; and LC_ALL=C sed -n @FILTER@ $folder/@TOOL@.ini 2>/dev/null
 end
 
-complete -c @TOOL@ -f -a '(__@TOOL@_databases)' -d database
+complete -c @TOOL@ -f -a '(__@FUNCTION@_databases)' -d database
 @OPTIONS@)";
-
-/// One word of fish that stands for exactly this text.
-std::string FishQuoted(std::string_view text) {
-    return '\'' + Replaced(Replaced(std::string{text}, "\\", "\\\\"), "'", "\\'") + '\'';
-}
 
 std::string_view ValueOf(ValueKind kind) {
     switch (kind) {
@@ -40,7 +35,7 @@ std::string_view ValueOf(ValueKind kind) {
         case ValueKind::File:
             return " -rF";
         case ValueKind::Database:
-            return " -xa '(__@TOOL@_databases)'";
+            return " -xa '(__@FUNCTION@_databases)'";
         default:
             return " -x";
     }

@@ -6,7 +6,7 @@ namespace veltrane::detail {
 
 namespace {
 
-constexpr char PAGE[] = R"(.TH @TITLE@.INI 5 "" "@NAME@ @VERSION@" "@NAME@"
+constexpr char PAGE[] = R"(.TH "@TITLE@.INI" 5 "" "@NAME@ @VERSION@" "@NAME@"
 .ad l
 .nh
 .SH NAME

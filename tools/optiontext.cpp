@@ -141,11 +141,4 @@ std::vector<enumCfgSection> GetOptionSections() {
     return {sections.begin(), sections.end()};
 }
 
-std::string Replaced(std::string text, std::string_view word, std::string_view replacement) {
-    for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + replacement.size())) {
-        text.replace(at, word.size(), replacement);
-    }
-    return text;
-}
-
 }  // namespace veltrane::detail

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "plaintext.h"
 #include "veltrane/options/xoptiondefinition.h"
 
 namespace veltrane::detail {
@@ -45,8 +46,5 @@ std::vector<std::string> GetFixedSections();
 std::string SectionTitle(enumCfgSection section);
 /// The sections that options stand in, in the order of their values.
 std::vector<enumCfgSection> GetOptionSections();
-
-/// The text with every occurrence of a word replaced.
-std::string Replaced(std::string text, std::string_view word, std::string_view replacement);
 
 }  // namespace veltrane::detail

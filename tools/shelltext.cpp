@@ -1,11 +1,39 @@
 #include "shelltext.h"
 
 #include <algorithm>
+#include <cctype>
 
 namespace veltrane::detail {
 
+namespace {
+
+bool NeedsQuotes(std::string_view text) {
+    constexpr std::string_view harmless = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-.";
+    return text.empty() || text.find_first_not_of(harmless) != std::string_view::npos;
+}
+
+}  // namespace
+
 std::string ShellQuoted(std::string_view text) {
     return '\'' + Replaced(std::string{text}, "'", "'\\''") + '\'';
+}
+
+std::string FishQuoted(std::string_view text) {
+    return '\'' + Replaced(Replaced(std::string{text}, "\\", "\\\\"), "'", "\\'") + '\'';
+}
+
+std::string ShellWord(std::string_view text) {
+    return NeedsQuotes(text) ? ShellQuoted(text) : std::string{text};
+}
+
+std::string FishWord(std::string_view text) {
+    return NeedsQuotes(text) ? FishQuoted(text) : std::string{text};
+}
+
+std::string FunctionName(std::string_view text) {
+    std::string name;
+    for (const char byte : text) name += std::isalnum(static_cast<unsigned char>(byte)) ? byte : '_';
+    return name;
 }
 
 std::string NamesOf(std::initializer_list<ValueKind> kinds, std::string_view separator) {

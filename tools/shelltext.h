@@ -10,6 +10,13 @@ namespace veltrane::detail {
 
 /// One word of bash or zsh that stands for exactly this text.
 std::string ShellQuoted(std::string_view text);
+/// One word of fish that stands for exactly this text.
+std::string FishQuoted(std::string_view text);
+/// The same, quoted only where the shell needs it.
+std::string ShellWord(std::string_view text);
+std::string FishWord(std::string_view text);
+/// A name for a function of any of the shells: letters, digits and underscores only.
+std::string FunctionName(std::string_view text);
 
 /// The short and long names of the options with a value of one of these kinds, with a separator between.
 std::string NamesOf(std::initializer_list<ValueKind> kinds, std::string_view separator);

@@ -8,7 +8,7 @@ namespace {
 constexpr char SCRIPT[] = R"(#compdef @TOOL@
 # zsh completion for @TOOL@, @MADE@
 
-_@TOOL@_databases() {
+_@FUNCTION@_databases() {
     local folder=.metadata program=${(Q)words[1]} i
     local -a names
     for ((i = 2; i < $#words; i++)); do
@@ -20,11 +20,11 @@ _@TOOL@_databases() {
         folder=${program:A:h}/$folder
     fi
     [[ -f $folder/@TOOL@.ini ]] || return 1
-    names=("${(@f)$(LC_ALL=C sed -n @FILTER@ "$folder/@TOOL@.ini" 2>/dev/null)}")
+    names=("${(@f)$(LC_ALL=C sed -n @FILTER@ "$folder"/@TOOL@.ini 2>/dev/null)}")
     compadd -X database -a names
 }
 
-_@TOOL@() {
+_@FUNCTION@() {
     local -a options=(
 @OPTIONS@    )
     if [[ $PREFIX == -* ]]; then
@@ -43,11 +43,11 @@ _@TOOL@() {
         @TEXTS@)
             _message text ;;
         *)
-            _@TOOL@_databases ;;
+            _@FUNCTION@_databases ;;
     esac
 }
 
-_@TOOL@ "$@"
+_@FUNCTION@ "$@"
 )";
 
 std::string Described(const std::string& name, const std::string& description) {

@@ -9,6 +9,7 @@
 
 #include "commandtable.h"
 #include "nearest.h"
+#include "plaintext.h"
 #include "veltrane/platform/sources/environment.h"
 
 namespace veltrane::config {
@@ -22,11 +23,6 @@ constexpr char FOOTER[] =
     "  @ show logfile -- base -i team.ini\n"
     "\nExit codes: 0 answered; 1 answered, and there is something to look at: a\n"
     "finding, an option without a value, a start-up that fails; 2 not answered.";
-
-std::string Replaced(std::string text, const std::string& name) {
-    for (std::size_t at; (at = text.find('@')) != std::string::npos;) text.replace(at, 1, name);
-    return text;
-}
 
 class HelpText : public CLI::Formatter {
     std::string make_usage(const CLI::App* app, std::string name) const override {
@@ -45,7 +41,7 @@ public:
         m_App.set_version_flag("--version", name + ' ' + tool.version);
         m_App.set_help_flag("-h,--help", "this text; behind a command, what it takes");
         m_App.formatter(std::make_shared<HelpText>());
-        m_App.footer(Replaced(FOOTER, name));
+        m_App.footer(Replaced(FOOTER, "@", name));
         m_App.allow_extras();
         m_App.fallthrough();
         m_App.get_formatter()->column_width(24);

@@ -1,15 +1,19 @@
 #include "documents.h"
 
-#include <algorithm>
-#include <cctype>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "commandtable.h"
+#include "plaintext.h"
+#include "shelltext.h"
+#include "troff.h"
 #include "veltrane/options/xoptiondefinition.h"
 #include "veltrane/platform/text/encoding.h"
 
 namespace veltrane::config {
+
+using namespace detail;  // of the generators of all tools
 
 namespace {
 
@@ -97,13 +101,6 @@ case ${words[CURRENT-1]} in
 esac
 )";
 
-std::string Replaced(std::string text, std::string_view word, std::string_view replacement) {
-    for (std::size_t at = 0; (at = text.find(word, at)) != std::string::npos; at += replacement.size()) {
-        text.replace(at, word.size(), replacement);
-    }
-    return text;
-}
-
 std::string Joined(const std::vector<std::string>& words, std::string_view separator) {
     std::string text;
     for (const std::string& word : words) text.append(text.empty() ? "" : separator).append(word);
@@ -145,28 +142,24 @@ std::vector<std::string> Choices(const SwitchRow& row) {
     return words;
 }
 
-std::string Troff(std::string_view text) {
-    return Replaced(Replaced(Replaced(std::string{text}, "\\", "\\e"), "-", "\\-"), "'", "\\(aq");
-}
-
-std::string Entry(std::string_view head, std::string_view value, std::string_view summary) {
-    const std::string argument = !value.empty() ? " \\fI" + Troff(value) + "\\fR" : "";
-    return ".TP\n\\fB" + Troff(head) + "\\fR" + argument + "\n" + Troff(summary) + ".\n";
+std::string ListEntry(std::string_view head, std::string_view value, std::string_view summary) {
+    const std::string argument = !value.empty() ? ' ' + Italic(value) : "";
+    return Entry(Bold(head) + argument, Troff(summary) + '.');
 }
 
 std::string ManPage() {
     std::string commands;
     for (const CommandRow& row : COMMANDS) {
-        commands += Entry(row.name, row.words, row.summary);
+        commands += ListEntry(row.name, row.words, row.summary);
         for (const SwitchRow& own : SWITCHES) {
             if (std::string_view{own.command} != row.name) continue;
-            commands += ".RS\n" + Entry(own.name, own.value, own.summary) + ".RE\n";
+            commands += ".RS\n" + ListEntry(own.name, own.value, own.summary) + ".RE\n";
         }
     }
-    std::string options = Entry("--help", "", "what the program, or the command in front, takes");
-    options += Entry("--version", "", "the version of the tool and of this program");
+    std::string options = ListEntry("--help", "", "what the program, or the command in front, takes");
+    options += ListEntry("--version", "", "the version of the tool and of this program");
     for (const SwitchRow& row : SWITCHES) {
-        if (*row.command == '\0') options += Entry(row.name, row.value, row.summary);
+        if (*row.command == '\0') options += ListEntry(row.name, row.value, row.summary);
     }
     return Replaced(Replaced(MAN_PAGE, "@COMMANDS@", commands), "@OPTIONS@", options);
 }
@@ -208,11 +201,6 @@ std::string Script(std::string text, const ShellWords& shell, const std::string&
     return Replaced(std::move(text), "@COMMANDS@", Joined(CommandNames(), "|"));
 }
 
-std::string FishQuoted(std::string_view text) {
-    std::string quoted = "'";
-    return quoted.append(Replaced(std::string{text}, "'", "\\'")) += '\'';
-}
-
 std::string FishLine(std::string_view condition, std::string_view rest) {
     const std::string when = condition.empty() ? "" : " -n " + FishQuoted(condition);
     return "complete -c @NAME@" + when + " " + std::string{rest} + "\n";
@@ -239,12 +227,6 @@ std::string FishCompletion() {
            FishLine("", "-l version -d 'the version'");
 }
 
-std::string Upper(std::string text) {
-    std::ranges::transform(text, text.begin(),
-                           [](unsigned char byte) { return static_cast<char>(std::toupper(byte)); });
-    return text;
-}
-
 }  // namespace
 
 std::string MakeDocument(const std::string& kind, const std::string& name, const std::string& version) {
@@ -252,10 +234,15 @@ std::string MakeDocument(const std::string& kind, const std::string& name, const
                        : kind == "bash" ? Script(BASH, {"words='", "'", "compopt -o default"}, "        ")
                        : kind == "zsh"  ? Script(ZSH, {"compadd -- ", "", "_files"}, "    ")
                                         : FishCompletion();
-    text = Replaced(std::move(text), "@TITLE@", Upper(name));
-    text = Replaced(std::move(text), "@FUNCTION@", Replaced('-' + name, "-", "_"));
-    text = Replaced(std::move(text), "@VERSION@", version);
-    return Replaced(std::move(text), "@NAME@", kind == "man" ? Troff(name) : name);
+    const auto quoted = kind == "man" ? Troff : kind == "fish" ? FishWord : ShellWord;
+    const std::pair<std::string_view, std::string> parts[] = {
+        {"@TITLE@", Troff(Capitals(name))},
+        {"@FUNCTION@", '_' + FunctionName(name)},
+        {"@VERSION@", Troff(version)},
+        {"@NAME@", quoted(name)},
+    };
+    for (const auto& [mark, part] : parts) text = Replaced(std::move(text), mark, part);
+    return text;
 }
 
 }  // namespace veltrane::config

@@ -33,10 +33,20 @@ run_consumer "$temporary/package-consumer/consumer"
 run_tool "$package/owntool"
 find "$libraries" -name '*.a' -exec nm -C --defined-only {} + >"$temporary/names"
 ! grep -E '^[0-9a-f]+ [ABCDRT] ' "$temporary/names" | grep -v ' veltrane::' || fail "names that a tool's own would replace"
-! "$temporary/package-consumer/companion" shwo 2>"$temporary/errors" || fail "there is no command 'shwo'"
-expect "consumer-config: no command is called 'shwo'; did you mean 'show'?" "$temporary/errors"
-"$temporary/package-consumer/companion" man "$temporary/consumer.1"
-expect '\\fB\\-o\\fR, \\fB\\-\\-load\\-oracle\\fR \\fI[true|false]\\fR' "$temporary/consumer.1"
+companion=$temporary/package-consumer/companion
+! "$companion" shwo 2>"$temporary/errors" || fail "there is no command 'shwo'"
+expect "a\"b^c\\d@e'f-config: no command is called 'shwo'; did you mean 'show'?" "$temporary/errors"
+timeout 10 "$companion" --help >"$temporary/help" || fail "the help does not end"
+for kind in man bash zsh fish; do
+    "$companion" $kind "$temporary/tool.$kind" && "$companion" --generate $kind >"$temporary/config.$kind"
+done
+for part in tool- config-config; do
+    file=$temporary/${part%%-*} name=${part#*-}
+    expect ".B a\\(dqb\\(hac\\ed@e\\(aqf${name:+\\-$name}" "$file.man"
+    expect "complete -F _a_b_c_d_e_f${name:+_$name} 'a\"b^c\\d@e'\\''f${name:+-$name}'" "$file.bash"
+    grep -qF "complete -c 'a\"b^c\\\\d@e\\'f${name:+-$name}' " "$file.fish" || fail "$file.fish: $(cat "$file.fish")"
+    bash -n "$file.bash" || fail "$file.bash is no script"
+done
 for page in man/man1/owntool.1 man/man5/owntool.ini.5 bash-completion/completions/owntool zsh/vendor-completions/_owntool \
     fish/vendor_completions.d/owntool.fish; do
     grep -q 'dry.*run' "$package/share/$page" || fail "$page does not name the tool's options"

@@ -1,8 +1,9 @@
-// The companions of a host that has names of their helpers, too.
+// The companions of a host that has names of their helpers, too, and a hostile one of its own.
 #include "configtool.h"
 #include "veltrane/tools/describe.h"
 
 int main(int argc, char** argv) {
-    return argc == 3 ? veltrane::RunDescribe(argc, argv, {"consumer", "Consumer", "1.0", "consume"})
-                     : veltrane::RunConfigTool(argc, argv, {"consumer", "1.0"});
+    constexpr char name[] = "a\"b^c\\d@e'f";
+    return argc == 3 && argv[1][0] != '-' ? veltrane::RunDescribe(argc, argv, {name, "Consumer", "1.0", "consume"})
+                                          : veltrane::RunConfigTool(argc, argv, {name, "1.0"});
 }

@@ -1,0 +1,19 @@
+#include "plaintext.h"
+
+#include <cctype>
+
+namespace veltrane::detail {
+
+std::string Replaced(std::string text, std::string_view word, std::string_view replacement) {
+    for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + replacement.size())) {
+        text.replace(at, word.size(), replacement);
+    }
+    return text;
+}
+
+std::string Capitals(std::string text) {
+    for (char& byte : text) byte = static_cast<char>(std::toupper(static_cast<unsigned char>(byte)));
+    return text;
+}
+
+}  // namespace veltrane::detail

@@ -23,7 +23,7 @@ constexpr XSource Here{L".\\namelist"};
 constexpr bool KEEP_CASE = false;
 
 XFileException NotReadable(const CString& file) {
-    const XSite site = Here(L"LoadNameList");
+    const XSite site = Here(L"ReadNameList");
     if (FileExists(file)) return MakeOpenError(site, file, {CFileException::accessDenied, EACCES, file});
     return MakeMissingFile(site, file, L"The name list does not exist!");
 }
@@ -70,41 +70,39 @@ CString Renamed(XOption& options, const CString& name, bool isTable, int version
     }
     return renamed;
 } catch (const std::length_error&) {
-    throw MakeError(Here(L"LoadNameList"), L"The rules let a name of the list <%s> in line %d grow without end: <%s>!",
+    throw MakeError(Here(L"ReadNameList"), L"The rules let a name of the list <%s> in line %d grow without end: <%s>!",
                     line.file, line.number, line.text);
 }
 
 }  // namespace
 
-void LoadNameList(NameList& names, XOption& options, const CString& file,
-                  const std::function<void(const CString& oldName, const CString& newName)>& tell) {
-    std::ifstream lines = OpenNameList(file);
+void ReadNameList(XOption& options, const CString& file, const std::function<void(const ListedName&)>& tell) {
+    std::ifstream list = OpenNameList(file);
     int version = 0;
-    int number = 0;
     bool isFirst = true;
-    for (std::string bytes; std::getline(lines, bytes);) {
-        const CString text = NameLineText(bytes, ++number == 1);
-        if (IsBlankNameLine(text)) continue;
-        const std::optional<NameLine> line = ReadNameLine(text);
+    for (NameLines lines{list}; lines.Next(); isFirst = false) {
+        if (lines.IsTooLong()) {
+            throw MakeError(Here(L"ReadNameList"), L"The name list <%s> is longer than %d bytes in line %d: <%s>!",
+                            file, NameLines::LONGEST, lines.Number(), lines.Text());
+        }
+        const std::optional<NameLine> line = lines.Line();
         if (line && line->kind != NameLine::Kind::Version) {
             const bool isTable = line->kind == NameLine::Kind::Table;
-            const CString renamed = Renamed(options, line->name, isTable, version, {file, number, text});
-            (isTable ? names.tables : names.columns).Insert(renamed, false);
-            tell(line->name, renamed);
+            const CString renamed =
+                Renamed(options, line->name, isTable, version, {file, lines.Number(), lines.Text()});
+            tell({isTable, line->name, renamed});
         } else if (line && isFirst) {
             version = line->version;
         } else {
-            throw MakeError(Here(L"LoadNameList"), L"The name list <%s> can not be understood in line %d: <%s>!", file,
-                            number, text);
+            throw MakeError(Here(L"ReadNameList"), L"The name list <%s> can not be understood in line %d: <%s>!", file,
+                            lines.Number(), lines.Text());
         }
-        isFirst = false;
     }
-    if (lines.bad()) throw NotReadable(file);
-    SortUnique(names.tables);
-    SortUnique(names.columns);
+    if (list.bad()) throw NotReadable(file);
 }
 
 std::vector<CString> Difference(NameList& first, NameList& second) {
+    for (XSetString* const names : {&first.tables, &first.columns, &second.tables, &second.columns}) SortUnique(*names);
     std::vector<CString> lines;
     AppendDifference(lines, first.tables, second.tables, L"- table ");
     AppendDifference(lines, second.tables, first.tables, L"+ table ");

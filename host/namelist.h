@@ -7,20 +7,26 @@
 #include "veltrane/options/xoption.h"
 #include "veltrane/platform/text/cstring.h"
 
-/// The names of one schema version, renamed by the rules; each name once, in ascending order.
+/// The names of one schema version, renamed by the rules.
 struct NameList {
     XSetString tables;
     XSetString columns;
 };
 
-/// Reads a name list, renames it and tells each name as it comes, in file order.
+/// A name of a list.
+struct ListedName {
+    bool isTable;
+    CString oldName;
+    CString newName;  ///< what the rules make of it
+};
+
+/// Reads a name list, renames it and tells each name as it comes, in file order. Keeps none of them.
 ///
 /// One name a line, "table NAME" or "column NAME"; "version N" may stand first. Empty lines and lines that begin with
-/// ';' are skipped. @throws XException  the file cannot be read, or a line is none of these, or a
-/// name grows beyond the longest text
-void LoadNameList(NameList& names, XOption& options, const CString& file,
-                  const std::function<void(const CString& oldName, const CString& newName)>& tell);
+/// ';' are skipped. @throws XException  the file cannot be read, or a line is none of these or
+/// longer than 65,536 bytes, or a name grows beyond the longest text
+void ReadNameList(XOption& options, const CString& file, const std::function<void(const ListedName&)>& tell);
 
 /// What only the first list holds ("- table NAME") and what only the second holds ("+ table NAME"): sorted, tables
-/// before columns.
+/// before columns. Leaves each name once in the lists, in ascending order.
 std::vector<CString> Difference(NameList& first, NameList& second);

@@ -90,36 +90,43 @@ void WriteChangeFile(const CString& path, const std::vector<CString>& lines) {
     file.Close();
 }
 
-// The dictionaries of the command line, in its order.
+constexpr std::size_t COMPARED = 2;  // the first lists of the command line
+
+bool IsComparisonWanted(XOption& options) {
+    return options.GetFirstOptionItem(L"diff-dictionary") || options.GetFirstOptionItem(L"create-changefile");
+}
+
+// The dictionaries of the command line, in its order. Only names that are compared are kept.
 std::vector<NameList> LoadNameLists(Tool& tool, bool isQuiet) {
     std::vector<NameList> lists;
+    const std::size_t kept = IsComparisonWanted(tool.options) ? COMPARED : 0;
     for (const auto* item = tool.options.GetFirstOptionItem(L"load-dictionary"); item;
          item = tool.options.GetNextOptionItem(L"load-dictionary")) {
         LoggedAction action{tool.log, L"load " + item->GetOptionString()};
-        LoadNameList(lists.emplace_back(), tool.options, item->GetOptionString(),
-                     [isQuiet](const CString& oldName, const CString& newName) {
-                         if (!isQuiet) PrintLine(oldName + L" -> " + newName);
-                     });
+        NameList* const list = lists.size() < kept ? &lists.emplace_back() : nullptr;
+        ReadNameList(tool.options, item->GetOptionString(), [isQuiet, list](const ListedName& name) {
+            if (list) (name.isTable ? list->tables : list->columns).Insert(name.newName, false);
+            if (!isQuiet) PrintLine(name.oldName + L" -> " + name.newName);
+        });
         action.Done();
     }
     return lists;
 }
 
 void CompareLists(Tool& tool, std::vector<NameList>& lists, bool isQuiet) {
-    const bool isShown = tool.options.GetFirstOptionItem(L"diff-dictionary") != nullptr;
-    const auto* changeFile = tool.options.GetFirstOptionItem(L"create-changefile");
-    if (!isShown && !changeFile) return;
-    if (lists.size() < 2) {
+    if (!IsComparisonWanted(tool.options)) return;
+    if (lists.size() < COMPARED) {
         throw MakeError(Here(L"CompareLists"),
                         L"It's necessary to load at least two dictionaries (see the '-l' option)!");
     }
     LoggedAction action{tool.log, L"compare dictionaries"};
     const std::vector<CString> lines = Difference(lists[0], lists[1]);
-    for (; changeFile; changeFile = tool.options.GetNextOptionItem(L"create-changefile")) {
+    for (const auto* changeFile = tool.options.GetFirstOptionItem(L"create-changefile"); changeFile;
+         changeFile = tool.options.GetNextOptionItem(L"create-changefile")) {
         WriteChangeFile(PlaceBelow(tool.options, L"changefile-root", changeFile->GetOptionCommand()), lines);
     }
     action.Done();
-    if (!isShown || isQuiet) return;
+    if (isQuiet || !tool.options.GetFirstOptionItem(L"diff-dictionary")) return;
     for (const CString& line : lines) PrintLine(line);
 }
 

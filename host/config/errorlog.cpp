@@ -38,13 +38,15 @@ struct Block {
     }
 };
 
+Refusal NotReadable(const CString& file) {
+    return {FormatText(L"the log <%s> cannot be read", file)};
+}
+
 std::ifstream Open(const CString& file) {
     const std::string path = MapPath(file);
     std::error_code ignored;
     std::ifstream log{path};
-    if (!log || std::filesystem::is_directory(path, ignored)) {
-        throw Refusal{FormatText(L"the log <%s> can not be read", file)};
-    }
+    if (!log || std::filesystem::is_directory(path, ignored)) throw NotReadable(file);
     return log;
 }
 
@@ -107,7 +109,9 @@ Answer Errors(const Request& request) {
     for (const std::string& word : request.words) {
         const CString file = FromUtf8(word);
         std::ifstream log = Open(file);
-        for (const Block& block : ReadBlocks(log)) {
+        const std::vector<Block> blocks = ReadBlocks(log);
+        if (log.bad()) throw NotReadable(file);
+        for (const Block& block : blocks) {
             Json error = BlockJson(block);
             AddText(answer, file, error);
             if (request.words.size() > 1) error["log"] = word;

@@ -1,5 +1,6 @@
 // What the naming rules make of names, version by version, and the rules themselves.
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -42,7 +43,7 @@ public:
         CString text = FromUtf8(request.Value("--version"));
         for (int i = 0; !GetArgument(i, text).IsEmpty(); ++i) m_Versions.push_back(ReadNumber(GetArgument(i, text)));
         if (request.Has("--limit")) m_Limit = ReadNumber(FromUtf8(request.Value("--limit")));
-        if (request.words.empty()) Read(std::cin, L"standard input");
+        if (request.words.empty()) ReadInput();
         for (const std::string& file : request.words) ReadFile(FromUtf8(file));
     }
 
@@ -66,24 +67,34 @@ private:
         return number;
     }
 
+    static Refusal NotReadable(const CString& file) { return {FormatText(L"the name list <%s> cannot be read", file)}; }
+
     void ReadFile(const CString& file) {
         const std::string path = MapPath(file);
         std::ifstream lines{path};
         std::error_code ignored;
         if (!lines || std::filesystem::is_directory(path, ignored)) {
-            throw Refusal{FormatText(L"the name list <%s> can not be read", file)};
+            throw NotReadable(file);
         }
         Read(lines, file);
+        if (lines.bad()) throw NotReadable(file);
+    }
+
+    void ReadInput() {
+        Read(std::cin, L"standard input");
+        if (std::ferror(stdin) != 0)
+            throw Refusal{L"the standard input cannot be read"};  // std::cin takes it for the end
     }
 
     // The version of a list counts unless one was asked for.
     void Read(std::istream& lines, const CString& file) {
-        int number = 0;
-        for (std::string bytes; std::getline(lines, bytes);) {
-            const CString text = NameLineText(bytes, ++number == 1);
-            if (IsBlankNameLine(text)) continue;
-            const std::optional<NameLine> line = ReadNameLine(text);
-            if (!line) throw Refusal{FormatText(L"%s, line %d: neither 'table NAME' nor 'column NAME'", file, number)};
+        for (NameLines reader{lines}; reader.Next();) {
+            const auto refuse = [&](const CString& what) {
+                throw Refusal{FormatText(L"%s, line %d: %s", file, reader.Number(), what)};
+            };
+            if (reader.IsTooLong()) refuse(FormatText(L"longer than %d bytes: %s", NameLines::LONGEST, reader.Text()));
+            const std::optional<NameLine> line = reader.Line();
+            if (!line) refuse(L"neither 'table NAME' nor 'column NAME'");
             if (line->kind == NameLine::Kind::Version) continue;
             m_Names.push_back({line->kind == NameLine::Kind::Table, line->name});
         }

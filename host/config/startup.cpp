@@ -100,9 +100,9 @@ CString LabelOf(const XOptionDefinition& row, int index) {
 CString DisplayPath(const CString& file) {
     const std::string path = MapPath(file);
     if (path.empty()) return file;
-    std::error_code ignored;
-    const std::string here = std::filesystem::current_path(ignored).string() + "/";
-    return FromUtf8(path.starts_with(here) ? path.substr(here.size()) : path);
+    std::error_code failure;  // the folder may have been removed
+    const std::string here = std::filesystem::current_path(failure).string() + "/";
+    return FromUtf8(!failure && path.starts_with(here) ? path.substr(here.size()) : path);
 }
 
 CString PlaceText(const SourcePlace& place) {

@@ -1,5 +1,8 @@
 #include "nameline.h"
 
+#include <istream>
+#include <string_view>
+
 #include "veltrane/platform/text/characters.h"
 #include "veltrane/platform/text/encoding.h"
 #include "veltrane/platform/text/numbers.h"
@@ -7,6 +10,8 @@
 namespace veltrane::detail {
 
 namespace {
+
+constexpr int SHOWN = 64;  // elements of a line that is too long
 
 // Takes a word and the blanks after it off the front of a line.
 bool TakeWord(CString& line, const CString& word) {
@@ -19,20 +24,32 @@ bool IsNumber(const CString& text) {
     return !text.IsEmpty() && text.View().find_first_not_of(L"0123456789") == std::wstring_view::npos;
 }
 
-}  // namespace
-
-CString NameLineText(std::string_view bytes, bool isFirst) {
+CString TextOf(std::string_view bytes, bool isFirst) {
     constexpr std::string_view mark = "\xEF\xBB\xBF";
     if (isFirst && bytes.starts_with(mark)) bytes.remove_prefix(mark.size());
     return FromUtf8(bytes).Trim();
 }
 
-bool IsBlankNameLine(const CString& text) {
-    return text.IsEmpty() || text[0] == L';';
+}  // namespace
+
+NameLines::NameLines(std::istream& list) : m_List(list), m_Bytes(LONGEST + 1, '\0') {}
+
+bool NameLines::Next() {
+    while (!m_bTooLong) {
+        m_List.getline(m_Bytes.data(), static_cast<std::streamsize>(m_Bytes.size()));
+        if (m_List.bad() || (m_List.eof() && m_List.gcount() == 0)) return false;
+        const bool hasEnd = !m_List.eof() && !m_List.fail();
+        m_bTooLong = m_List.fail();
+        m_Text =
+            TextOf({m_Bytes.data(), static_cast<std::size_t>(m_List.gcount()) - (hasEnd ? 1 : 0)}, ++m_nNumber == 1);
+        if (m_bTooLong) m_Text = m_Text.Left(SHOWN) + L"...";
+        if (m_bTooLong || (!m_Text.IsEmpty() && m_Text[0] != L';')) return true;
+    }
+    return false;
 }
 
-std::optional<NameLine> ReadNameLine(const CString& text) {
-    CString rest = text;
+std::optional<NameLine> NameLines::Line() const {
+    CString rest = m_Text;
     if (TakeWord(rest, L"table")) return NameLine{NameLine::Kind::Table, rest};
     if (TakeWord(rest, L"column")) return NameLine{NameLine::Kind::Column, rest};
     if (TakeWord(rest, L"version") && IsNumber(rest)) return NameLine{NameLine::Kind::Version, {}, _wtoi(rest)};

@@ -1,7 +1,8 @@
 #pragma once
 
+#include <iosfwd>
 #include <optional>
-#include <string_view>
+#include <string>
 
 #include "veltrane/platform/text/cstring.h"
 
@@ -15,14 +16,31 @@ struct NameLine {
     int version = 0;
 };
 
-/// The text of a line without blanks at its ends; the first one may begin with the mark that other systems put in front
-/// of UTF-8.
-CString NameLineText(std::string_view bytes, bool isFirst);
+/// The lines of a name list that say something: neither empty nor a comment that begins with ';'.
+class NameLines {
+public:
+    static constexpr int LONGEST = 65'536;  ///< bytes of a line; far above any name
 
-/// Whether a line says nothing: empty, or a comment that begins with ';'.
-bool IsBlankNameLine(const CString& text);
+    /// @param list  must outlive the reader
+    explicit NameLines(std::istream& list);
 
-/// @return nothing for a line that is none of the three
-std::optional<NameLine> ReadNameLine(const CString& text);
+    /// Reads on to the next line. @return false at the end, and when reading fails: the stream is bad() then
+    bool Next();
+
+    int Number() const { return m_nNumber; }  ///< of the line, from 1
+    /// Without blanks at its ends, and without the mark that other systems put in front of UTF-8. Of a line that is too
+    /// long, its start.
+    const CString& Text() const { return m_Text; }
+    bool IsTooLong() const { return m_bTooLong; }
+    /// @return nothing for a line that is none of the three
+    std::optional<NameLine> Line() const;
+
+private:
+    std::istream& m_List;
+    std::string m_Bytes;
+    CString m_Text;
+    int m_nNumber = 0;
+    bool m_bTooLong = false;
+};
 
 }  // namespace veltrane::detail

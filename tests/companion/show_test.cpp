@@ -81,8 +81,16 @@ TEST_F(Show, ToldTheValueThatFollowsWhenTheWinnerIsGone) {
     }
 }
 
+TEST_F(Show, NamesFilesInFullWithoutACurrentFolder) {
+    WriteBasic("[ROOT]\nlogfile=x\n");
+    const std::string away = R"(mkdir away && cd away && rmdir ../away && exec "$0" show logfile -- db -m "$1")";
+    const ChildResult result = RunTool("/bin/sh", {"sh", "-c", away, VELTRANE_CONFIG, Path("meta")}, {"PATH=/bin"});
+    ExpectIn(result.output, Path("meta/veltrane.ini") + ":6 [ROOT]");
+}
+
 TEST_F(Show, AnswersItsOwnFaultsInOneLine) {
     Write("list", "table a\ntabel b\n");
+    Write("long", "table " + std::string(65'531, 'x'));
     const std::pair<Words, std::string> cases[] = {
         {{"shwo"}, "no command is called 'shwo'; did you mean 'show'?"},
         {{"show", "--al"}, "no option is called '--al'; did you mean '--all'?"},
@@ -93,10 +101,13 @@ TEST_F(Show, AnswersItsOwnFaultsInOneLine) {
         {{"show", "--tool", "/none"}, "no tool </none>; name it with --tool PATH"},
         {{"show", "--", "-q", "-h"}, "--help ends the tool at once; there is nothing to show"},
         {{"names", "list"}, "list, line 2: neither 'table NAME' nor 'column NAME'"},
-        {{"names", "none"}, "the name list <none> can not be read"},
-        {{"names", "meta"}, "the name list <meta> can not be read"},
+        {{"names", "long"}, "long, line 1: longer than 65536 bytes: table " + std::string(58, 'x') + "..."},
+        {{"names", "none"}, "the name list <none> cannot be read"},
+        {{"names", "meta"}, "the name list <meta> cannot be read"},
+        {{"names", "/proc/self/mem"}, "the name list </proc/self/mem> cannot be read"},
         {{"names", "--version", "3,x"}, "'x' is no number"},
-        {{"errors", "none"}, "the log <none> can not be read"},
+        {{"errors", "none"}, "the log <none> cannot be read"},
+        {{"errors", "/proc/self/mem"}, "the log </proc/self/mem> cannot be read"},
         {{"explain"}, "explain which option?"},
     };
     for (const auto& [words, text] : cases) ExpectOutput(Ask(words), 2, "", "veltrane-config: " + text + "\n");

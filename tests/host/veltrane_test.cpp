@@ -111,6 +111,9 @@ TEST_F(Host, ShowsTheSystemsErrorsWithItsOwnHintsBehind) {
     expect({"db", "-i", "grow.ini", "-l", "grow.txt", "--logfile", Path("grow.log")},
            "The rules let a name of the list <grow.txt> in line 2 grow without end: <table a>!\n");
     ExpectIn(m_Folder.Read("grow.log"), "grow without end: <table a>!\r\nError Code:\t-1\r\n");
+    Write("long.txt", "; names\ntable " + std::string(65'531, 'x'));
+    expect({"db", "-l", "long.txt"},
+           "The name list <long.txt> is longer than 65536 bytes in line 2: <table " + std::string(58, 'x') + "...>!\n");
     expect({"db", "-l", "data"}, "Cannot open file <data>!\n\tAccess denied!\nnumber:\t5\n");
     expect({"db", "-l", "empty.txt", "-d"}, "to load at least two dictionaries (see the '-l' option)!\n");
     expect({"db", "--logfile", "/dev/full"}, "unknown exception occured while opening the log file </dev/full>!\n");

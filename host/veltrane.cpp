@@ -4,11 +4,13 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <new>
 #include <vector>
 
 #include "console.h"
 #include "hints.h"
 #include "namelist.h"
+#include "shortmemory.h"
 #include "summary.h"
 #include "veltrane/foundation/xaction.h"
 #include "veltrane/foundation/xpath.h"
@@ -186,9 +188,15 @@ int Run() {
     }
 }
 
+// In front of the static objects of the libraries.
+[[gnu::used, gnu::section(".preinit_array")]] void (*const g_AtStart)() = [] {
+    detail::EndWhereMemoryIsShort(EXIT_FAILURE);
+};
+
 }  // namespace
 
 int main() {
+    std::set_new_handler(nullptr);  // an error from here on, which box and log tell
     try {
         UseConsoleBoxes();
         return Run();

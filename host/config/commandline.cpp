@@ -1,5 +1,16 @@
 #include "commandline.h"
 
+#include "shortmemory.h"
+
+namespace {
+
+// In front of CLI11, whose headers bring static objects that need memory before main begins.
+const struct MemoryGuard {
+    MemoryGuard() { veltrane::detail::EndWhereMemoryIsShort(2); }
+} g_MemoryGuard;
+
+}  // namespace
+
 #include <algorithm>
 #include <deque>
 #include <filesystem>

@@ -10,6 +10,7 @@ struct ConfigTool {
 
 /// Answers one question about the configuration of a tool that is built on this library: what its options are and where
 /// they come from, what is wrong with its files, and more; --help tells all. Writes and creates nothing.
+/// Where memory is short a line on standard error says so, and the process ends at once with exit code 2.
 /// @return exit code: 0 answered, 1 answered and there is something to look at, 2 the question could not be answered
 /// @code
 /// int main(int argc, char** argv) {

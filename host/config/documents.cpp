@@ -46,8 +46,8 @@ Answered, and there is something to look at: a finding, an option without a
 value, a start-up that would fail.
 .TP
 .B 2
-Not answered: the command line is wrong, there is no such tool, or a file can
-not be read or written.
+Not answered: the command line is wrong, there is no such tool, a file cannot
+be read or written, or memory is short.
 .SH ENVIRONMENT
 .TP
 .B NO_COLOR

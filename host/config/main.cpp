@@ -1,4 +1,14 @@
 #include "configtool.h"
+#include "shortmemory.h"
+
+namespace {
+
+// In front of the static objects of the libraries.
+[[gnu::used, gnu::section(".preinit_array")]] void (*const g_AtStart)() = [] {
+    veltrane::detail::EndWhereMemoryIsShort(2);
+};
+
+}  // namespace
 
 int main(int argc, char** argv) {
     return veltrane::RunConfigTool(argc, argv, {"veltrane", VELTRANE_VERSION});

@@ -56,6 +56,7 @@ TEST_F(XSetPOfSubjects, OperationsLeaveObjectsAndSortedMarkAsTheySay) {
     } const cases[] = {
         {"DeleteObj", [](auto& s, auto&) { for (int at : {-1, 3, 1}) s.DeleteObj(at); }, {30, 20}, false},
         {"DeleteData", [](auto& s, auto&) { s.DeleteData(Subject{99}); s.DeleteData(*s.GetAt(1)); }, {30, 20}, false},
+        {"DeleteIf", [](auto& s, auto&) { Fill(s, {NOTHING}); s.DeleteIf([](auto& o) { return o.value > 10; }); }, {10, NOTHING}, false},
         {"Sort", [](auto& s, auto&) { s.Sort(); s.DeleteObj(0); s.SetFlag(true); }, {20, 30}, true},
         {"Sort of one", [](auto& s, auto&) { s.Clear(); Fill(s, {1}); s.Sort(); }, {1}, false},
         {"Clear", [](auto& s, auto&) { s.Sort(); s.Clear(); }, {}, false},

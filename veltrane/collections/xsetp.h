@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <climits>
 #include <cstddef>
 #include <exception>
@@ -82,8 +83,12 @@ public:
     /// Takes an object over, at the end, and clears the sorted mark. A set that cannot grow raises an error and leaves
     /// the object to the caller. @return true
     bool Insert(T* const& object);
-    void DeleteObj(int position);           ///< keeps the sorted mark; nothing outside
-    void DeleteData(const T& object);       ///< DeleteObj of its FindPos
+    void DeleteObj(int position);      ///< keeps the sorted mark; nothing outside
+    void DeleteData(const T& object);  ///< DeleteObj of its FindPos
+    /// Deletes the objects that fit and keeps the sorted mark, in one pass; a null does not fit. A destructor that
+    /// throws ends it: what was not deleted yet stands at the end of a set that is not marked sorted any more.
+    template <class Fits>
+    void DeleteIf(Fits fits);
     void SetFlag(int position, bool flag);  ///< @throws XException  position outside
     void SetFlag(bool flag);
     /// Deletes all objects. The set is empty then, even when a destructor throws.
@@ -334,6 +339,20 @@ void XSetP<T>::DeleteObj(int position) {
 template <class T>
 void XSetP<T>::DeleteData(const T& object) {
     WithReason(Here<"DeleteData">(), DELETING, [&] { DeleteObj(FindPos(object, -1)); });
+}
+
+template <class T>
+template <class Fits>
+void XSetP<T>::DeleteIf(Fits fits) {
+    WithReason(Here<"DeleteIf">(), DELETING, [&] {
+        const bool isSorted = std::exchange(m_bSorted, false);
+        auto kept = m_Data.begin();
+        for (auto object = kept; object != m_Data.end(); ++object) {
+            if (!*object || !fits(std::as_const(**object))) std::iter_swap(kept++, object);
+        }
+        for (const auto size = kept - m_Data.begin(); Size() > size;) DeleteObj(Size() - 1);
+        m_bSorted = isSorted;
+    });
 }
 
 template <class T>

@@ -65,9 +65,10 @@ TEST(SourceLines, TellWhatEachLineOfARegistryIs) {
                {"[HKLM\\C\\D]", Kind::Section, Reason::RemovedLater, false, L"C\\D||"},
                {"\"v\"=\"a\"", Kind::Entry, Reason::RemovedLater, false, L"C\\D|v|a"},
                {"[HKLM\\CD]", Kind::Section, Reason::None, true, L"CD||"},
+               {"[HKLM\\A", Kind::Ignored, Reason::MalformedKey, false, L"||"},
+               {"\"v\"=\"a\"", Kind::Ignored, Reason::NoCurrentKey, false, L"|v|"},
                {"[-HKLM\\c]", Kind::Removal, Reason::None, false, L"c||"},
                {"[HKCU\\A]", Kind::Ignored, Reason::OtherRoot, false, L"||"},
-               {"[HKLM\\A", Kind::Ignored, Reason::MalformedKey, false, L"||"},
            },
            "\r\n");
     Expect(ReadRegistryLines,

@@ -38,6 +38,16 @@ TEST(XException, ShowsChainsThatGrowInFrontAndMessagesAtTheEnd) {
               L"message:\tsecond %s\r\nreason: \tfirst\r\n\tdetail");
 }
 
+TEST(XException, WhatItIsAboutIsToldByTheInnermostWhoKnows) {
+    const ErrorSubject inner{.option = L"inner", .reference = L"r", .index = -3};
+    XException error = About(inner, Raised());
+    error.AddSubject({.option = L"outer", .argument = L"word", .reference = L"s", .index = 4, .places = {{}}});
+    const auto& [option, argument, reference, index, places] = *error.GetSubject();
+    EXPECT_EQ(std::tie(option, reference, index), std::tie(inner.option, inner.reference, inner.index));
+    EXPECT_EQ(argument, L"word");
+    EXPECT_EQ(places.size(), 1U);
+}
+
 TEST(XException, AnErrorWithoutNumberTakesNoReason) {
     XException error;
     error.AddError(L".\\x", L"M", 1, L"ignored");

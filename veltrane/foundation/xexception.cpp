@@ -97,7 +97,7 @@ void XException::AddSubject(const ErrorSubject& subject) {
     if (known.option.IsEmpty()) known.option = subject.option;
     if (known.argument.IsEmpty()) known.argument = subject.argument;
     if (known.reference.IsEmpty()) known.reference = subject.reference;
-    if (known.index < 0) known.index = subject.index;
+    if (known.index == -1) known.index = subject.index;
     if (known.places.empty()) known.places = subject.places;
     m_pSubject = std::make_shared<const ErrorSubject>(std::move(known));
 }

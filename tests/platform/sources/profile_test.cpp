@@ -92,6 +92,11 @@ TEST_F(Profile, KeepsNoAnswerOfAFileThatCannotBeOpenedForTheMoment) {
     EXPECT_EQ(Ask(L"A", L"k", L"missing"), L"1");
     Write("[A]\nk=2");
     EXPECT_EQ(Ask(L"A", L"k", L"missing"), L"1") << "what was read is kept";
+    CString seen;
+    const auto before = SetMessageBoxHandler([&](auto&&...) { return seen = Ask(L"A", L"k", L"missing"), 1; });
+    AfxMessageBox(L"while a snapshot stands", 0);
+    SetMessageBoxHandler(before);
+    EXPECT_EQ(seen, L"2") << "a handler sees the file as it is";
 }
 
 TEST_F(Profile, LeavesAPipeWhatItHolds) {

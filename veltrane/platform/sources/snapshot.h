@@ -15,4 +15,17 @@ public:
     ~SourceSnapshot();
 };
 
+/// While one lives, the snapshots of its thread are out of force, and what they kept is forgotten: for code of a host
+/// that runs in the middle of a run of questions.
+class VELTRANE_API SnapshotPause {
+public:
+    SnapshotPause() noexcept;
+    SnapshotPause(const SnapshotPause&) = delete;
+    SnapshotPause& operator=(const SnapshotPause&) = delete;
+    ~SnapshotPause();
+
+private:
+    int m_nSnapshots;
+};
+
 }  // namespace veltrane::detail

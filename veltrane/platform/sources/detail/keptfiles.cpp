@@ -36,6 +36,14 @@ SourceSnapshot::~SourceSnapshot() {
     if (--g_Snapshots == 0) delete std::exchange(g_Kept, nullptr);
 }
 
+SnapshotPause::SnapshotPause() noexcept : m_nSnapshots(std::exchange(g_Snapshots, 0)) {
+    delete std::exchange(g_Kept, nullptr);
+}
+
+SnapshotPause::~SnapshotPause() {
+    g_Snapshots += m_nSnapshots;
+}
+
 KeptFiles* KeptFiles::Current() {
     if (g_Snapshots == 0 || HasObserver()) return nullptr;
     if (!g_Kept) g_Kept = new KeptFiles;

@@ -44,6 +44,8 @@ TEST(XOptionDefinition, NamesFindWhatAPlainSearchFinds) {
 
 TEST(XOptionDefinition, SectionsAreFoundByValueAndByOwnName) {
     EXPECT_EQ(GetConfigSectionCount(), 8);
+    for (const int outside : {-1, 8}) EXPECT_EQ(GetConfigSectionAt(outside), nullptr);
+    EXPECT_EQ(GetConfigSectionAt(7), FindConfigSection(eSectionColumnRules));
     EXPECT_EQ(FindConfigSection(eSectionFiles)->eParent, eSectionDatabase);
     for (const auto none : {eSectionNone, static_cast<enumCfgSection>(6)}) EXPECT_EQ(FindConfigSection(none), nullptr);
     EXPECT_EQ(FindConfigSection(L"")->eSection, eSectionUnnamed);

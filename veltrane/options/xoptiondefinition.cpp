@@ -74,6 +74,12 @@ XOptionDefinition* GetOptionDefinitionAt(int index) {
     return Handed(OptionRegistry::Registered()->Options()[static_cast<std::size_t>(index - OPTION_COUNT)]);
 }
 
+XConfigSection* GetConfigSectionAt(int index) {
+    if (index < 0 || index >= GetConfigSectionCount()) return nullptr;
+    if (index < SECTION_COUNT) return Handed(&g_ConfigSections[index]);
+    return Handed(OptionRegistry::Registered()->Sections()[static_cast<std::size_t>(index - SECTION_COUNT)]);
+}
+
 XOptionDefinition* FindOptionDefinition(const CString& name) {
     return Handed(FindByName(name.View()));
 }

@@ -166,6 +166,8 @@ VELTRANE_API int GetConfigSectionCount();
 
 /// The row at a position in table order, from 0; null outside. Rows must not be changed.
 VELTRANE_API XOptionDefinition* GetOptionDefinitionAt(int index);
+/// The section at a position, those of the library first, from 0; null outside. Rows must not be changed.
+VELTRANE_API XConfigSection* GetConfigSectionAt(int index);
 /// The first row that a name names; null when there is none.
 VELTRANE_API XOptionDefinition* FindOptionDefinition(const CString& name);
 /// The row of a section; null for a value without a row.

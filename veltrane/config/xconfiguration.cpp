@@ -123,16 +123,16 @@ bool XConfiguration::GetKeyValueSet(XMapInt2CString& values, const CString& sect
     family.ForEach([&] { return Successor(values.GetMaxKey()); },
                    [&](const CString& name, int index) {
                        const bool isTwice = !values.Get(index).IsEmpty();
-                       if (isTwice && !places) throw Twice(Here(method), pattern, index);
                        const CString& inSection = family.isOfSections ? name : section;
                        const CString& key = family.isOfSections ? pattern : name;
                        int line = 0;
-                       const Answer answer = Ask(inSection, key, places ? &line : nullptr);
-                       if (places && !(answer.text.IsEmpty() && !isTwice)) {
-                           places->push_back({index, {m_FileName, line, inSection, key, answer.text}});
+                       CString text;
+                       if (places || !isTwice) text = Ask(inSection, key, places ? &line : nullptr).text;
+                       if (places && (isTwice || !text.IsEmpty())) {
+                           places->push_back({index, {m_FileName, line, inSection, key, text}});
                        }
                        if (isTwice) throw Twice(Here(method), pattern, index);
-                       if (!answer.text.IsEmpty()) values.Insert(index, answer.text);
+                       if (!text.IsEmpty()) values.Insert(index, text);
                    });
     return values.Size() > 0;
 }

@@ -65,7 +65,7 @@ bool XLogging::OpenLogFile(const CString& linePrefix) {
         }
         m_bOpen = true;
         m_LinePrefix = linePrefix;
-        m_LineStart.Empty();
+        ForgetTimedLine();
         LogWrite(Rule(L'*') + Rule(L'*') + FormatText(L"Log output of %s\r\nstart: %s\r\n", m_LogFile, Now()) +
                  Rule(L'-'));
         return true;
@@ -122,22 +122,27 @@ void XLogging::WriteLog(const CString& text, bool newLine, bool timeStamp) {
     }
 }
 
-// The line belongs to this call: a host's own WriteString may write entries to the log while it has that line.
+// The line is taken along: a host's own WriteString may write entries to the log while it has this one. What those
+// leave is newer.
 void XLogging::WriteTimedLine(const CString& text) {
-    UpdateLineStart();
-    CString line = std::exchange(m_Spare, {});
-    line += m_LineStart;
+    StartTimedLine();
+    const unsigned made = m_nLinesMade;
+    const int start = std::exchange(m_nLineStart, 0);
+    CString line = std::move(m_TimedLine);
     line += text;
     LogWrite(line);
-    if (line.GetLength() > LONGEST_KEPT) return;
-    line.Empty();
-    m_Spare = std::move(line);
+    if (m_nLinesMade != made || line.GetLength() > LONGEST_KEPT) return;
+    line.Truncate(start);
+    m_TimedLine = std::move(line);
+    m_nLineStart = start;
 }
 
-void XLogging::UpdateLineStart() {
-    if (!m_Stamp.Update() && !m_LineStart.IsEmpty()) return;
-    m_LineStart.Empty();  // should it not come about, the next entry tries again
-    m_LineStart = LINE_END + m_Stamp.Text() + m_LinePrefix;
+// Leaves the line with its start alone: line end, time of now and prefix, put together once a second.
+void XLogging::StartTimedLine() {
+    if (!m_Stamp.Update() && m_nLineStart > 0) return;
+    ForgetTimedLine();  // should it not come about, the next entry tries again
+    m_TimedLine = LINE_END + m_Stamp.Text() + m_LinePrefix;
+    m_nLineStart = m_TimedLine.GetLength();
 }
 
 void XLogging::ShowError(CString code, CString location, CString message) {

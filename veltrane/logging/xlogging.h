@@ -52,8 +52,12 @@ public:
     void ShowError(CString code, CString file, CString method, int line, CString message);
 
 private:
-    void UpdateLineStart();
+    void StartTimedLine();
     void WriteTimedLine(const CString& text);
+    void ForgetTimedLine() {
+        m_nLineStart = 0;
+        ++m_nLinesMade;
+    }
     void CloseQuietly();
 
     CString m_LinePrefix;
@@ -63,6 +67,7 @@ private:
     CString m_LastErrorMessage;
     std::int32_t m_nLastErrorCode = 0;
     veltrane::TimeStamp m_Stamp{L"%H:%M:%S: "};
-    CString m_LineStart;  // of an entry with a time: line end, time and prefix; made once a second
-    CString m_Spare;      // memory of the last entry with a time, which the next one uses
+    unsigned m_nLinesMade = 0;
+    int m_nLineStart = 0;  // length of the line below; 0 while there is none
+    CString m_TimedLine;  // line end, time and prefix of the last entry with a time, and memory for the next one's text
 };

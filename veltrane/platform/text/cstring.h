@@ -78,6 +78,10 @@ public:
     const wchar_t* begin() const noexcept { return m_Text.data(); }
     const wchar_t* end() const noexcept { return m_Text.data() + m_Text.size(); }
     void Empty() noexcept { m_Text.clear(); }
+    /// Cuts the text to a length and keeps its memory; a length beyond the text changes nothing.
+    void Truncate(int length) noexcept {
+        if (length < GetLength()) m_Text.resize(static_cast<std::size_t>(length > 0 ? length : 0));
+    }
 
     /// The element at a position; NUL outside the text.
     wchar_t operator[](int position) const noexcept {

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "nameline.h"
+#include "printable.h"
 #include "veltrane/foundation/xpath.h"
 #include "veltrane/foundation/xraise.h"
 #include "veltrane/platform/files/filesystem.h"
@@ -83,7 +84,7 @@ void ReadNameList(XOption& options, const CString& file, const std::function<voi
     for (NameLines lines{list}; lines.Next(); isFirst = false) {
         if (lines.IsTooLong()) {
             throw MakeError(Here(L"ReadNameList"), L"The name list <%s> is longer than %d bytes in line %d: <%s>!",
-                            file, NameLines::LONGEST, lines.Number(), lines.Text());
+                            file, NameLines::LONGEST, lines.Number(), Printable(lines.Text()));
         }
         const std::optional<NameLine> line = lines.Line();
         if (line && line->kind != NameLine::Kind::Version) {

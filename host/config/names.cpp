@@ -92,7 +92,8 @@ private:
             const auto refuse = [&](const CString& what) {
                 throw Refusal{FormatText(L"%s, line %d: %s", file, reader.Number(), what)};
             };
-            if (reader.IsTooLong()) refuse(FormatText(L"longer than %d bytes: %s", NameLines::LONGEST, reader.Text()));
+            if (reader.IsTooLong())
+                refuse(FormatText(L"longer than %d bytes: %s", NameLines::LONGEST, Printable(reader.Text())));
             const std::optional<NameLine> line = reader.Line();
             if (!line) refuse(L"neither 'table NAME' nor 'column NAME'");
             if (line->kind == NameLine::Kind::Version) continue;

@@ -32,7 +32,7 @@ done
 run_consumer "$temporary/package-consumer/consumer"
 run_tool "$package/owntool"
 find "$libraries" -name '*.a' -exec nm -C --defined-only {} + >"$temporary/names"
-! grep -E '^[0-9a-f]+ [ABCDRT] ' "$temporary/names" | grep -v ' veltrane::' || fail "names that a tool's own would replace"
+! grep -E '^[0-9a-f]+ [ABCDRT] ' "$temporary/names" | grep -vE '^[0-9a-f]+ . veltrane::' || fail "names that a tool's own would replace"
 companion=$temporary/package-consumer/companion
 ! "$companion" shwo 2>"$temporary/errors" || fail "there is no command 'shwo'"
 expect "a\"b^c\\d@e'f-config: no command is called 'shwo'; did you mean 'show'?" "$temporary/errors"

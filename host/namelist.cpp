@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -42,8 +43,7 @@ void SortUnique(XSetString& names) {
     names.Sort(nullptr);
     XSetString unique;
     for (int i = 0; i < names.Size(); ++i) {
-        if (i == 0 || names.GetConstRefAt(i) != names.GetConstRefAt(i - 1))
-            unique.Insert(names.GetConstRefAt(i), false);
+        if (i == 0 || names.GetConstRefAt(i) != names.GetConstRefAt(i - 1)) Keep(unique, names.GetConstRefAt(i));
     }
     unique.SetSorted(true);
     names = unique;
@@ -76,6 +76,10 @@ CString Renamed(XOption& options, const CString& name, bool isTable, int version
 }
 
 }  // namespace
+
+void Keep(XSetString& names, const CString& name) {
+    if (!names.Insert(name, false)) throw std::bad_alloc{};
+}
 
 void ReadNameList(XOption& options, const CString& file, const std::function<void(const ListedName&)>& tell) {
     std::ifstream list = OpenNameList(file);

@@ -13,6 +13,9 @@ struct NameList {
     XSetString columns;
 };
 
+/// Appends a name. @throws std::bad_alloc  the set itself would only say so, and the name be lost
+void Keep(XSetString& names, const CString& name);
+
 /// A name of a list.
 struct ListedName {
     bool isTable;

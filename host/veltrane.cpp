@@ -107,7 +107,7 @@ std::vector<NameList> LoadNameLists(Tool& tool, bool isQuiet) {
         LoggedAction action{tool.log, L"load " + item->GetOptionString()};
         NameList* const list = lists.size() < kept ? &lists.emplace_back() : nullptr;
         ReadNameList(tool.options, item->GetOptionString(), [isQuiet, list](const ListedName& name) {
-            if (list) (name.isTable ? list->tables : list->columns).Insert(name.newName, false);
+            if (list) Keep(name.isTable ? list->tables : list->columns, name.newName);
             if (!isQuiet) PrintLine(name.oldName + L" -> " + name.newName);
         });
         action.Done();

@@ -69,6 +69,21 @@ TEST_F(Host, RenamesListsAndTellsTheirDifference) {
     EXPECT_EQ(m_Folder.Read("data/changefile/change.txt"), difference);
 }
 
+#ifndef __SANITIZE_ADDRESS__  // it needs more room by far
+TEST_F(Host, KeepsOnlyNamesThatAreComparedAndLosesNone) {
+    std::string list;
+    for (int i = 0; i < 60'000; ++i) list += "table a_name_that_needs_memory_" + std::to_string(i) + '\n';
+    Write("long.txt", list);
+    const auto run = [&](const std::string& more) {
+        const std::string command = "ulimit -v 24000; exec \"$0\" -m \"$2\" -l long.txt --data \"$1\" db " + more;
+        return RunTool("/bin/sh", {"sh", "-c", command, VELTRANE_HOST, Path("data"), Path("meta")}, {}, "/dev/null")
+            .exitCode;
+    };
+    EXPECT_EQ(run("-l long.txt"), 0);
+    EXPECT_EQ(run("-l long.txt -d"), 1) << "it goes on without the names that it could not keep";
+}
+#endif
+
 TEST_F(Host, ShowsTheSystemsErrorsWithItsOwnHintsBehind) {
     Write("unknown.ini", "[AUTODOC]\nautodoc-title=%nosuch%\n");
     Write("twice.ini", "[USER]\nload-dictionary-5=a\nload-dictionary=b\nload-dictionary-05=c\n");

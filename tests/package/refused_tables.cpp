@@ -39,6 +39,7 @@ constexpr auto r12 = Section(L"");                                              
 constexpr auto r13 = Section(L"A\\%s");                                                // refused
 constexpr auto r14 = Section(L"A\\%d\\%d");                                            // refused
 constexpr auto r15 = Section(L"A", OWN);                                               // refused
+constexpr auto r16 = SectionRow(eSectionNone, OWN, L"A");                              // refused
 constexpr Table<1> t16{Option(L"quiet")}; static_assert(t16.Fits());                                           // refused
 constexpr Table<1> t17{OptionRow(TEXT, eSectionRoot, L"q", L"a", 2)}; static_assert(t17.Fits());               // refused
 constexpr Table<2> t18{Option(L"a"), Option(L"b", OwnOption(1, eBoolean))}; static_assert(t18.Fits());         // refused
@@ -46,7 +47,7 @@ constexpr Table<1> t19{Option(L"a", enumOption{0x41})}; static_assert(t19.Fits()
 constexpr Table<1> t20{Option(L"a", TEXT, OwnSection(9))}; static_assert(t20.Fits());                          // refused
 constexpr Table<1> t21{Option(L"exit-code", TEXTS, eSectionUser)}; static_assert(t21.Fits());                  // refused
 constexpr Table<1> t22{Option(L"load", TEXT, eSectionUser)}; static_assert(t22.Fits());                        // refused
-constexpr Table<1> t23{Option(L"Load-Dictionary-7x", TEXT, eSectionUser)}; static_assert(t23.Fits());          // refused
+constexpr Table<1> t23{Option(L"Load-Dictionary--7x", TEXT, eSectionUser)}; static_assert(t23.Fits());          // refused
 constexpr Table<1> t24{Option(L"load", TEXT)}; static_assert(t24.Fits());
 constexpr Table<1> t25{Option(L"load-dictionary-x", TEXT, eSectionUser)}; static_assert(t25.Fits());
 constexpr Table<2> t26{Option(L"a-b", TEXTS, OWN), Option(L"a", TEXT, OWN)}; static_assert(t26.Fits());        // refused
@@ -64,6 +65,8 @@ constexpr Table<1> t37{Option(L"a"), Section(L"--load-dictionary")}; static_asse
 constexpr Table<1> t38{Option(L"a"), Section(L"--spool")}; static_assert(t38.Fits());                          // refused
 constexpr Table<1> t39{Option(L"a", TEXT, OWN), Section(L"--a")}; static_assert(t39.Fits());                   // refused
 constexpr Table<1> t40{Option(L"a"), Section(L"--a", eSectionDatabase)}; static_assert(t40.Fits());
+constexpr Table<1> t41{Option(L"a"), Section(L"user", eSectionNone)}; static_assert(t41.Fits());               // refused
+constexpr Table<1> t42{Option(L"a"), Section(L"FILES\\3")}; static_assert(t42.Fits());
 // clang-format on
 
 void Register() {

@@ -74,7 +74,7 @@ constexpr void CheckOptionalValue(const XOptionDefinition& row) {
     }
 }
 
-// A name ends before the seventh tab stop, a line before the hundred and thirtieth column.
+// A value that stands 128 columns to the right is in no listing.
 inline constexpr int MAX_TABULATORS = 16;
 
 constexpr void CheckTabulators(const XOptionDefinition& row) {
@@ -114,6 +114,9 @@ constexpr void CheckRow(const XConfigSection& row) {
     if (row.szName[0] == 0 && row.eSection != eSectionUnnamed) {
         throw RowRefused{L"The section <%s> cannot be registered: its name is empty!", L""};
     }
+    if (row.eSection == eSectionNone) {
+        throw RowRefused{L"The section <%s> cannot be registered: its value stands for none!", row.szName};
+    }
     if (row.eSection == row.eParent) throw RowRefused{L"The section <%s> stands below itself!", row.szName};
     CheckPercent(row);
 }
@@ -138,7 +141,7 @@ constexpr bool IsSameId(enumOption a, enumOption b) {
     return ((a ^ b) & ~0xFFF) == 0;
 }
 
-// Most names differ at once: the compiler may count its steps.
+// Most names differ in the first element; clang limits the steps that a constant may take.
 constexpr bool IsSameName(const wchar_t* a, const wchar_t* b) {
     return a[0] == b[0] && std::wstring_view{a} == b;
 }
@@ -279,6 +282,7 @@ constexpr void CheckDepth(Tables tables, const XConfigSection& row, std::size_t 
 
 /// @param section  its depth is checked
 constexpr bool HasIndex(Tables tables, enumCfgSection section) {
+    if (section == eSectionNone) return false;
     const Found<XConfigSection> row = FindRow(tables, section);
     return !row.empty() && (HasIndex(row[0].szName) || HasIndex(tables, row[0].eParent));
 }

@@ -70,6 +70,10 @@ TEST_F(OptionStartUp, TakesOverFactsAndCommandLine) {
     EXPECT_FALSE(m_Store->GetOptionBoolean(L"quiet", -1)) << "the last one counts";
     EXPECT_EQ(Texts(L"load-dictionary"), L"5=early 2=earlier 6=a 7=b ");
     EXPECT_EQ(Texts(L"diff-dictionary"), L"0= ");
+    m_Store->InsertOptionItem(L"load-dictionary", L"last", INT_MAX);
+    Initialize({L"-l", L"c", L"-l", L"d"});
+    EXPECT_EQ(Texts(L"load-dictionary").Mid(42), CString{FormatText(L"%d=c %d=d ", INT_MIN, INT_MIN)})
+        << "after the largest";
 }
 
 TEST_F(OptionStartUp, FindsTheMetadataFolderAndCreatesDefaultFoldersBelowData) {

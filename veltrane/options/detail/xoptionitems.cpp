@@ -54,9 +54,8 @@ XOptionItem* XOptionItems::Append(Group& group, XOptionDefinition& definition, c
     MakeRoom(m_All);
     m_Items.Insert(item.get());
     m_All.push_back(item.get());
-    const int next = Successor(index);
     group.isAscending = group.isAscending && (group.items.empty() || group.items.back()->GetOptionIndex() < index);
-    group.freeIndex = group.items.empty() ? next : std::max(group.freeIndex, next);
+    group.largestIndex = group.items.empty() ? index : std::max(group.largestIndex, index);
     group.items.push_back(item.get());
     group.walk.all = &m_AllWalk;
     item->m_pWalk = &group.walk;
@@ -66,9 +65,7 @@ XOptionItem* XOptionItems::Append(Group& group, XOptionDefinition& definition, c
 void XOptionItems::Delete(const XOptionDefinition& definition) {
     Group& group = GroupOf(definition);
     if (group.items.empty()) return;
-    for (int i = m_Items.Size() - 1; i >= 0; --i) {
-        if (m_Items.GetAt(i)->m_pWalk == &group.walk) m_Items.DeleteObj(i);
-    }
+    m_Items.DeleteIf([&](const XOptionItem& item) { return item.m_pWalk == &group.walk; });
     group = {};
     m_AllWalk.next = 0;
     m_All.clear();
@@ -144,7 +141,7 @@ XOptionItem* XOptionItems::Get(const XOptionDefinition& definition, int index) c
 
 int XOptionItems::FreeIndex(const XOptionDefinition& definition) const {
     const Group* const group = FindGroup(definition);
-    return group ? group->freeIndex : 0;
+    return group && !group->items.empty() ? Successor(group->largestIndex) : 0;
 }
 
 XOptionItems::Group& XOptionItems::GroupOf(const XOptionDefinition& definition) {

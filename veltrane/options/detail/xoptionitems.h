@@ -43,7 +43,7 @@ private:
     struct Group {
         std::vector<XOptionItem*> items;  // of one option, in the order of insertion
         XOptionWalk walk;
-        int freeIndex = 0;
+        int largestIndex = 0;     // of the items
         bool isAscending = true;  // by index, so that one is found in halves
     };
 

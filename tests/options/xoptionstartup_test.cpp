@@ -1,5 +1,6 @@
 #include "collections/sets.h"
 #include "options/store.h"
+#include "veltrane/config/xconfiguration.h"
 #include "veltrane/foundation/xsubject.h"
 #include "veltrane/options/xcommandline.h"
 
@@ -165,6 +166,18 @@ TEST_F(OptionStartUp, ErrorsTellWhatIsWrongAndWhatItIsAbout) {
     const XException twice = ErrorOf([&] { m_Store->RetrieveOption(L"load-dictionary"); });
     for (const ErrorPlace& place : twice.GetSubject()->places) told += FormatText(L"%s:%d ", place.layer, place.line);
     EXPECT_EQ(told, L"basic file:2 user file:2 ");
+}
+
+TEST_F(OptionStartUp, CodeThatRunsAtTheEndOfTheProcessReadsFilesAsTheyAre) {
+    static const TempFolder& folder = m_Folder;
+    const auto atExit = [] {
+        CString value;
+        for (const char* text : {"[A]\nk=1", "[A]\nk=2"}) {
+            XConfiguration{folder.Write("a.ini", text)}.GetKeyValue(value, L"A", L"k", /*assignEmpty*/ false);
+        }
+        std::_Exit(value == L"2" ? 7 : 8);
+    };
+    EXPECT_EXIT((std::atexit(atExit), Initialize({L"-s", L"x"})), testing::ExitedWithCode(7), "");
 }
 
 TEST_F(OptionStartUp, ASecondReadingAddsWhatHasNoValueYetAndTheRulesOnceMore) {

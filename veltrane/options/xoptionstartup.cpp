@@ -63,14 +63,14 @@ private:
 
 void XOption::Initialize(const CString& exePath, const CString& exeName, const CString& compileTime,
                          const CString& versionInfo, const CString& dateTime) {
-    const SourceSnapshot snapshot;  // boxes apart, no host sees when what follows is read
     InsertOptionItem(L"exe-path", exePath, -1);
     InsertOptionItem(L"exe-name", exeName, -1);
     InsertOptionItem(L"compile-time", compileTime, -1);
     InsertOptionItem(L"version-info", versionInfo, -1);
     InsertOptionItem(L"datetime", dateTime, -1);
     Steps steps{m_bLookOnly};
-    steps.Take([this] { ParseCommandLine(); });
+    steps.Take([this] { ParseCommandLine(); });  // which may end the process: no snapshot stands while exit runs
+    const SourceSnapshot snapshot;               // of all that follows no host sees when it is read
     steps.Take([this] { OpenRegistry(); });
     steps.Take([this] { RetrieveMetadataFolder(); });
     for (const UserFolder& folder : USER_FOLDERS) {

@@ -44,12 +44,13 @@ TEST_F(Origins, CandidatesStandInTheOrderOfTheirStrength) {
         "dictionary-root=  ' x '\n[USER]\nquiet=\nload-dictionary-1=%exe-name%\nconfig=c\n");
     User("[ROOT]\nlogfile=\n[USER]\nload-dictionary=bare\nquiet=false\n");
     Start({L"db", L"-q", L"-q", L"TRUE", L"-l", L"a", L"-l", L"b", L"--ini", UserFile(), L"--logging", L"rel",
-           L"--version-info", L"9"});
+           L"--version-info", L"9", L"--tablename-rules", L"r"});
     EXPECT_EQ(Candidates(L"quiet"), L"command line(3) TRUE | command line(2) true | user file:5 false");
     EXPECT_EQ(Candidates(L"name"), L"command line(1) db");
     const wchar_t ofLogfile[] = L"environment env.log | registry:3  | basic file:6 basic.log";
     EXPECT_EQ(Candidates(L"logfile"), ofLogfile);
-    EXPECT_EQ(Candidates(L"data"), L"environment " + DataFolder() + L" | basic file:8 /late");
+    const CString ofData = L"environment " + DataFolder() + L" | basic file:8 /late";
+    EXPECT_EQ(Candidates(L"data"), ofData);
     EXPECT_EQ(Candidates(L"logging"), L"start-up " + DataFolder() + L"/rel | command line(11) rel");
     EXPECT_EQ(Candidates(L"config"), L"start-up " + DataFolder() + L"/configuration");
     EXPECT_EQ(Candidates(L"metadata"), L"start-up " + m_Folder.Wide(".metadata"));
@@ -58,6 +59,8 @@ TEST_F(Origins, CandidatesStandInTheOrderOfTheirStrength) {
     EXPECT_EQ(Candidates(L"load-dictionary", 0), L"command line(5) a");
     EXPECT_EQ(Candidates(L"load-dictionary", 1), L"command line(7) b | basic file:14 %exe-name%");
     EXPECT_EQ(Candidates(L"load-dictionary", 2), L"user file:4 bare") << "no item has it";
+    EXPECT_EQ(Candidates(L"tablename-rules", 0), L"command line(15) r");
+    EXPECT_EQ(m_Store->GetAllOptionCandidates(L"load-dictionary").at(1).candidates.at(1).line, 14);
     EXPECT_EQ(m_Store->GetOptionCandidates(L"spool", -1).places.size(), 3U) << "registry and both files were asked";
     m_Store->DeleteOption(L"logfile");
     EXPECT_EQ(Candidates(L"logfile"), ofLogfile) << "without an item";
@@ -67,15 +70,32 @@ TEST_F(Origins, CandidatesStandInTheOrderOfTheirStrength) {
     m_Store->RetrieveOption(L"load-dictionary");
     EXPECT_EQ(Candidates(L"load-dictionary", 1), L"basic file:14 %exe-name%");
     EXPECT_EQ(Text(L"load-dictionary", 1), L"Tool.exe");
+    Start({L"db", L"--data", DataFolder()});
+    EXPECT_EQ(Candidates(L"data"), L"command line(2) " + DataFolder() + L" | " + ofData) << "as without the word";
+}
+
+TEST_F(Origins, AFamilyEndsWhereItsRetrievalEnds) {
+    Complete("[USER]\nload-dictionary--3=a\nload-dictionary--1=b\nload-dictionary-2=%name%\n");
+    Open({L"db"});
+    EXPECT_EQ(Candidates(L"load-dictionary", -3), L"basic file:6 a");
+    EXPECT_EQ(Explained(L"load-dictionary", -3), L"=a =a ");
+    for (const int index : {-1, 2}) {
+        EXPECT_EQ(Candidates(L"load-dictionary", index), L"");
+        EXPECT_EQ(Explained(L"load-dictionary", index), L"= = ");
+        const int line = index == 2 ? 8 : 7;
+        EXPECT_EQ(m_Store->GetOptionCandidates(L"load-dictionary", index).places.at(0).line, line);
+        EXPECT_EQ(m_Store->ExplainOption(L"load-dictionary", index).steps.front().places.at(0).line, line);
+    }
 }
 
 TEST_F(Origins, FoldersAreAskedForInFilesWhereDataIsNothing) {
     Complete("[ROOT]\nlogging=l\ndata=d\n");
-    User("[ROOT]\nlogging=m\n");
+    User("[ROOT]\nlogging=m\ndata=e\n");
     for (const char* data : {"%dictionary-root%", ""}) {
         const EnvironmentGuard variable{"data", data};
         Start({L"db", L"--ini", UserFile()});
         EXPECT_EQ(Candidates(L"logging"), L"user file:2 m | basic file:6 l") << data;
+        EXPECT_EQ(Candidates(L"data").Left(30), L"user file:3 e | basic file:7 d") << data;
     }
     const EnvironmentGuard variable{"logging", "env"};
     Complete("[ROOT]\nlogging=late\n");
@@ -190,6 +210,12 @@ TEST_F(Origins, NamingRulesTellTheirPlacesAndTheHiddenOnes) {
     m_Store->ReplaceColumnsName(name, 9, /*keepCase*/ true);
     EXPECT_EQ(name, L"kk");
     EXPECT_EQ(m_Store->GetSectionName(eSectionTableRules), L"db\\TABLENAME RULES\\%d");
+    m_bKeepsOrigins = false;
+    Start({L"db", L"--ini", UserFile()});
+    m_Store->KeepOrigins(true);
+    m_Store->ReadConfiguration();
+    const std::vector<OptionRule> twice = m_Store->GetNamingRules(eOptionColumnNameRules);
+    EXPECT_EQ(std::pair(twice.at(0).origin.line, twice.at(1).origin.line), std::pair(0, 13)) << "read twice, kept once";
 }
 
 TEST_F(Origins, AStartUpThatOnlyLooksCreatesShowsAndEndsNothing) {

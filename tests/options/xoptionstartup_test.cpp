@@ -158,14 +158,17 @@ TEST_F(OptionStartUp, ErrorsTellWhatIsWrongAndWhatItIsAbout) {
     EXPECT_TRUE(m_Store->GetOptionBoolean(L"quiet", -1)) << "the ones before are in place";
     EXPECT_EQ(Text(L"autodoc-title"), L"");
     m_bKeepsOrigins = true;
-    Basic("[USER]\nload-dictionary-1=a\n");
-    User("[USER]\nload-dictionary-1=b\n");
-    expect({L"db", L"--ini", UserFile()}, {.option = L"load-dictionary", .index = 1},
-           reading + L"<load-dictionary>!\r\nreason: \tMultiple options <load-dictionary> for index <1>!");
+    Basic("[USER]\nload-dictionary--3=a\n");
+    User("[USER]\nload-dictionary--3=b\n");
+    expect({L"db", L"--ini", UserFile()}, {.option = L"load-dictionary", .index = -3},
+           reading + L"<load-dictionary>!\r\nreason: \tMultiple options <load-dictionary> for index <-3>!");
     CString told;
     const XException twice = ErrorOf([&] { m_Store->RetrieveOption(L"load-dictionary"); });
     for (const ErrorPlace& place : twice.GetSubject()->places) told += FormatText(L"%s:%d ", place.layer, place.line);
     EXPECT_EQ(told, L"basic file:2 user file:2 ");
+    m_Store->KeepOrigins(false);
+    const XException plain = ErrorOf([&] { m_Store->RetrieveOption(L"load-dictionary"); });
+    EXPECT_EQ(plain.GetLocation(), twice.GetLocation()) << "whether origins are kept or not";
 }
 
 TEST_F(OptionStartUp, CodeThatRunsAtTheEndOfTheProcessReadsFilesAsTheyAre) {

@@ -26,6 +26,10 @@ XOption::~XOption() {
 }
 
 XOptionDefinition* XOption::GetOptionDefinition(const CString& name) {
+    return DefinitionOf(name);
+}
+
+XOptionDefinition* XOption::DefinitionOf(const CString& name) {
     if (name.IsEmpty()) return nullptr;
     XOptionDefinition* const definition = FindOptionDefinition(name);
     if (!definition) {
@@ -65,7 +69,7 @@ XOptionItem* XOption::GetOptionItem(const CString& name, int index) {
 void XOption::DeleteOption(const CString& name) {
     const XOptionDefinition* const definition = GetOptionDefinition(name);
     if (!definition) return;
-    for (const XOptionItem* item : m_pItems->ItemsOf(*definition)) m_pOrigins->Forget(*item);
+    for (const XOptionItem* item : m_pItems->ItemsOf(definition)) m_pOrigins->Forget(*item);
     m_pItems->Delete(*definition);
 }
 

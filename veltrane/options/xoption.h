@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -17,6 +18,8 @@ class XOptionOrigins;
 class XOptionRetrieval;
 class XOptionSources;
 struct XKeptOrigin;
+struct XOptionFamily;
+using XOptionFamilies = std::map<const XOptionDefinition*, XOptionFamily>;  // read for several values of an option
 }  // namespace veltrane::detail
 
 /// The options of the process, gathered from command line, registry, INI files and environment. Owns its items, its
@@ -113,27 +116,31 @@ public:
     veltrane::OptionOrigin GetOptionOrigin(const XOptionItem* item) const;
     /// What the sources have for one value of an option now: the one in force first, then what it overrode. A host's
     /// fact, a folder of start-up and words of the command line count as far as origins were kept.
-    veltrane::OptionCandidates GetOptionCandidates(const CString& name, int index);
+    veltrane::OptionCandidates GetOptionCandidates(const CString& name, int index) const;
+    /// The candidates of each item of an option, or of all items for an empty name, in the order of a walk over them:
+    /// as the single question for each, but every source is read once for all.
+    std::vector<veltrane::OptionCandidates> GetAllOptionCandidates(const CString& name) const;
     /// The steps from the key of a value to the value: those of the retrieval as far as origins were kept, else those
     /// that a retrieval would take now.
-    veltrane::OptionExplanation ExplainOption(const CString& name, int index);
+    veltrane::OptionExplanation ExplainOption(const CString& name, int index) const;
 
     /// Full name of a section as options are looked up in it, "%d" for the index; empty while the database's name is
     /// not known.
-    CString GetSectionName(enumCfgSection section);
+    CString GetSectionName(enumCfgSection section) const;
     /// The naming rules of one kind: those in force in the order of their application, then those of the basic file
     /// that a section of the user file hides. Their origins as far as origins were kept.
-    std::vector<veltrane::OptionRule> GetNamingRules(enumOption option);
+    std::vector<veltrane::OptionRule> GetNamingRules(enumOption option) const;
     /// The changes that ReplaceTableName (ReplaceColumnsName) makes to a name, rule by rule.
     std::vector<veltrane::OptionRenaming> PreviewTableName(const CString& name, int version, bool keepCase) const;
     std::vector<veltrane::OptionRenaming> PreviewColumnsName(const CString& name, int version, bool keepCase) const;
     /// Whether what the two files say of an option comes too late: start-up makes out the folders and the user file
     /// before they are open. The option may get a value of theirs all the same.
-    bool ComesTooLate(const CString& name);
+    bool ComesTooLate(const CString& name) const;
     /// The files and folders that start-up looks at, in its order.
-    std::vector<veltrane::OptionLocation> GetLocations();
+    std::vector<veltrane::OptionLocation> GetLocations() const;
 
 private:
+    static XOptionDefinition* DefinitionOf(const CString& name);
     void InsertFolder(const CString& name, const CString& folder);
     void ParseCommandLine();
     void OpenRegistry();
@@ -143,13 +150,22 @@ private:
     void RetrieveUserPath(const CString& optionName, const CString& defaultFolder);
     void OpenUserConfiguration();
     void OpenBasicConfiguration();
-    CString BasicFilePath();
+    static CString BasicFilePath(const CString& metadata, const CString& exeName);
     void MergeObsoleteClasses();
     void ReadNamingRules(enumOption option);
-    void AddHiddenRules(std::vector<veltrane::OptionRule>& rules, enumOption option);
+    const XNamingRules& RulesOf(enumOption option) const;
+    void AddHiddenRules(std::vector<veltrane::OptionRule>& rules, enumOption option) const;
     std::vector<veltrane::detail::XKeptOrigin> ValuesOf(const XOptionItem* item) const;
-    bool IsTooLateForFiles(const XOptionDefinition& definition);
-    void ExplainRetrieval(veltrane::OptionExplanation& explanation, XOptionDefinition& definition, int index);
+    veltrane::OptionCandidates CandidatesOf(const XOptionDefinition& definition, int index, const XOptionItem* item,
+                                            veltrane::detail::XOptionFamilies& families) const;
+    bool IsEnvironmentEarly(const XOptionDefinition& definition,
+                            const std::vector<veltrane::OptionPlace>& places) const;
+    bool IsTooLateForFiles(const XOptionDefinition& definition) const;
+    void ExplainRetrieval(veltrane::OptionExplanation& explanation, const XOptionDefinition& definition,
+                          int index) const;
+    CString ExplainSingle(veltrane::detail::XKeptOrigin& kept, const XOptionDefinition& definition) const;
+    CString ExplainFamily(veltrane::detail::XKeptOrigin& kept, const XOptionDefinition& definition, int index) const;
+    CString StoredText(const wchar_t* option) const;
 
     bool m_bLookOnly = false;
     std::optional<bool> m_bDataKnown;  // when the folders were made out, if one of them needed the option "data"

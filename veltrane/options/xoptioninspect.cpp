@@ -1,11 +1,14 @@
 // What the store tells of itself: where values come from, what else the sources have, where start-up looks.
 #include <algorithm>
+#include <utility>
 
 #include "veltrane/foundation/xpath.h"
 #include "veltrane/options/detail/xoptioncandidates.h"
 #include "veltrane/options/detail/xoptionretrieval.h"
+#include "veltrane/options/detail/xoptionsteps.h"
 #include "veltrane/options/xoption.h"
 #include "veltrane/platform/files/filesystem.h"
+#include "veltrane/platform/sources/snapshot.h"
 #include "veltrane/platform/sources/winreg.h"
 #include "veltrane/platform/text/encoding.h"
 
@@ -24,32 +27,11 @@ bool IsFolder(const XOptionDefinition& definition) {
     return std::ranges::find(FOLDERS, std::wstring_view{definition.szLongName}) != std::end(FOLDERS);
 }
 
-OptionStep GivenStep(const CString& text, std::vector<OptionPlace> places = {}) {
-    return {OptionStep::Kind::Given, 0, {}, std::move(places), text};
-}
-
-void AddFolderStep(std::vector<OptionStep>& steps, const CString& folder) {
-    steps.push_back({OptionStep::Kind::Folder, 0, {}, {}, folder});
-}
-
-// The steps of an item: those of what was given and, where start-up put it below a folder, that step.
-std::vector<OptionStep> StepsOf(const std::vector<XKeptOrigin>& values) {
-    const bool isFolder = values.back().origin.layer == OptionLayer::StartUp;
-    const bool isGiven = !isFolder || values.size() > 1;
-    const XKeptOrigin& given = isFolder && isGiven ? values[values.size() - 2] : values.back();
-    std::vector<OptionStep> steps;
-    if (isGiven) steps = given.steps;
-    if (isGiven && steps.empty()) steps.push_back(GivenStep(given.origin.text));
-    if (isGiven && steps.front().places.empty()) steps.front().places.push_back({given.origin, true});
-    if (isFolder) AddFolderStep(steps, values.back().value);
-    return steps;
-}
-
 // An item has the value that it has; without a known origin the steps may be those of another value.
 void TellItem(OptionExplanation& explanation, const XOptionItem& item, bool isKnown) {
     const CString& value = item.GetOptionValue();
     if (!isKnown && (explanation.value != value || !explanation.error.IsEmpty())) {
-        explanation.steps = {GivenStep(value)};
+        explanation.steps = {{OptionStep::Kind::Given, 0, {}, {}, value}};
         explanation.error.Empty();
     }
     explanation.value = value;
@@ -75,28 +57,59 @@ std::vector<XKeptOrigin> XOption::ValuesOf(const XOptionItem* item) const {
     return item ? m_pOrigins->Of(*item) : std::vector<XKeptOrigin>{};
 }
 
-OptionCandidates XOption::GetOptionCandidates(const CString& name, int index) {
-    XOptionDefinition* const definition = GetOptionDefinition(name);
+OptionCandidates XOption::GetOptionCandidates(const CString& name, int index) const {
+    const XOptionDefinition* const definition = DefinitionOf(name);
     if (!definition) return {};
-    const bool withFiles = !IsTooLateForFiles(*definition);
-    XOptionCandidates found{ValuesOf(m_pItems->FindExactly(*definition, index))};
-    if (definition->eSection == eSectionNone) return found.Take();
+    const SourceSnapshot snapshot;
+    XOptionFamilies families;
+    return CandidatesOf(*definition, index, m_pItems->FindExactly(*definition, index), families);
+}
+
+std::vector<OptionCandidates> XOption::GetAllOptionCandidates(const CString& name) const {
+    std::vector<OptionCandidates> all;
+    const SourceSnapshot snapshot;
+    XOptionFamilies families;
+    for (const XOptionItem* item : m_pItems->ItemsOf(DefinitionOf(name))) {
+        all.push_back(CandidatesOf(XOptionItems::DefinitionOf(*item), item->GetOptionIndex(), item, families));
+    }
+    return all;
+}
+
+// A question for one value of a family reads all of them, so they are kept for the next one.
+OptionCandidates XOption::CandidatesOf(const XOptionDefinition& definition, int index, const XOptionItem* item,
+                                       XOptionFamilies& families) const {
+    XOptionCandidates found{ValuesOf(item)};
+    if (definition.eSection == eSectionNone) return found.Take();
     CString section;
     try {
-        section = m_pRetrieval->SectionName(definition->eSection, /*isStoring*/ false);
+        section = m_pRetrieval->SectionName(definition.eSection, /*isStoring*/ false);
     } catch (const XException&) {  // nothing is asked as long as the section has no name
         return found.Take();
     }
-    found.AddSources(definition->IsSingle() ? m_pSources->AskEach(section, definition->szLongName, withFiles)
-                                            : m_pSources->AskFamily(section, definition->szLongName, index),
-                     IsFolder(*definition));
+    const wchar_t* const key = definition.szLongName;
+    if (definition.IsSingle()) {
+        auto places = m_pSources->AskEach(section, key, /*withFiles*/ !IsTooLateForFiles(definition));
+        const bool isEarly = IsEnvironmentEarly(definition, places);
+        found.AddSources(std::move(places), isEarly);
+        return found.Take();
+    }
+    const auto [entry, isNew] = families.try_emplace(&definition);
+    XOptionFamily& family = entry->second;
+    if (isNew) family = m_pSources->ReadFamily(section, key);
+    auto places = m_pSources->PlacesIn(family, section, key, index);
+    if (family.Gives(index)) {
+        found.AddSources(std::move(places), /*isEnvironmentEarly*/ false);
+    } else {
+        found.AddPlaces(std::move(places));
+    }
     return found.Take();
 }
 
-OptionExplanation XOption::ExplainOption(const CString& name, int index) {
+OptionExplanation XOption::ExplainOption(const CString& name, int index) const {
     OptionExplanation explanation;
-    XOptionDefinition* const definition = GetOptionDefinition(name);
+    const XOptionDefinition* const definition = DefinitionOf(name);
     if (!definition) return explanation;
+    const SourceSnapshot snapshot;
     const XOptionItem* const item = m_pItems->FindExactly(*definition, index);
     const std::vector<XKeptOrigin> values = ValuesOf(item);
     if (!values.empty()) {
@@ -115,29 +128,39 @@ OptionExplanation XOption::ExplainOption(const CString& name, int index) {
 }
 
 // What a retrieval would do now.
-void XOption::ExplainRetrieval(OptionExplanation& explanation, XOptionDefinition& definition, int index) {
+void XOption::ExplainRetrieval(OptionExplanation& explanation, const XOptionDefinition& definition, int index) const {
     if (definition.eSection == eSectionNone) return;
-    XOptionRetrieval::Notes notes;
+    XKeptOrigin kept;
     try {
-        const CString section = m_pRetrieval->SectionName(definition.eSection, /*isStoring*/ false);
-        if (definition.IsSingle()) {
-            explanation.value = m_pRetrieval->Value(section, definition.szLongName, &notes);
-        } else {
-            XMapInt2CString values;
-            m_pSources->GetKeyValueSet(values, section, definition.szLongName);
-            explanation.value = values.Get(index);
-            notes.record.Add(OptionStep::Kind::Given, explanation.value);
-            m_pRetrieval->Expand(explanation.value, section, &notes.record);
-        }
+        explanation.value =
+            definition.IsSingle() ? ExplainSingle(kept, definition) : ExplainFamily(kept, definition, index);
         explanation.hasValue = !explanation.value.IsEmpty();
     } catch (const XException& error) {
-        explanation.value.Empty();
         explanation.error = error.GetMessage();
     }
-    explanation.steps = notes.record.Take();
+    explanation.steps = StepsOf(kept, definition.IsSingle() ? definition.szLongName : L"");
 }
 
-CString XOption::GetSectionName(enumCfgSection section) {
+CString XOption::ExplainSingle(XKeptOrigin& kept, const XOptionDefinition& definition) const {
+    const CString section = m_pRetrieval->SectionName(definition.eSection, /*isStoring*/ false);
+    return m_pRetrieval->Value(section, definition.szLongName, &kept);
+}
+
+CString XOption::ExplainFamily(XKeptOrigin& kept, const XOptionDefinition& definition, int index) const {
+    const CString section = m_pRetrieval->SectionName(definition.eSection, /*isStoring*/ false);
+    const XOptionFamily family = m_pSources->ReadFamily(section, definition.szLongName);
+    kept.answers = {{{}, m_pSources->PlacesIn(family, section, definition.szLongName, index)}};
+    XKeptAnswer& given = kept.answers.front();
+    std::ranges::reverse(given.places);  // the order of the questions
+    if (family.fault) throw *family.fault;
+    const auto found = std::ranges::find(given.places, true, &OptionPlace::found);
+    if (found != given.places.end() && family.Gives(index)) given.text = found->text;
+    CString value = given.text;
+    m_pRetrieval->Expand(value, section, &kept);
+    return value;
+}
+
+CString XOption::GetSectionName(enumCfgSection section) const {
     try {
         return m_pRetrieval->SectionName(section, /*isStoring*/ false);
     } catch (const XException&) {
@@ -147,7 +170,7 @@ CString XOption::GetSectionName(enumCfgSection section) {
 
 // The folders are made out before a file is open: "metadata" always, the others when the folder "data" is known by
 // then.
-bool XOption::IsTooLateForFiles(const XOptionDefinition& definition) {
+bool XOption::IsTooLateForFiles(const XOptionDefinition& definition) const {
     if (std::wstring_view{definition.szLongName} == L"metadata") return true;
     if (!IsFolder(definition)) return false;
     if (m_bDataKnown) return *m_bDataKnown;
@@ -161,30 +184,45 @@ bool XOption::IsTooLateForFiles(const XOptionDefinition& definition) {
     return std::ranges::any_of(places, [](const OptionPlace& place) { return !place.text.IsEmpty(); });
 }
 
-bool XOption::ComesTooLate(const CString& name) {
-    const XOptionDefinition* const definition = GetOptionDefinition(name);
+// Whether start-up asks the environment for the option while no file is open, and gets a value. One whose references
+// lead to nothing leaves the option to the files.
+bool XOption::IsEnvironmentEarly(const XOptionDefinition& definition, const std::vector<OptionPlace>& places) const {
+    const bool isAskedEarly = definition.eOption == eOptionData ? m_bDataKnown.has_value() : IsFolder(definition);
+    const bool isAnswered = !places.empty() && places.back().layer == OptionLayer::Environment && places.back().found;
+    return isAskedEarly && isAnswered && m_pRetrieval->GivesEarly(places.back().text);
+}
+
+bool XOption::ComesTooLate(const CString& name) const {
+    const XOptionDefinition* const definition = DefinitionOf(name);
     if (!definition) return false;
     const bool isAskedEarly = definition->eOption == eOptionData || definition->eOption == eOptionIni;
     return isAskedEarly || IsTooLateForFiles(*definition);
 }
 
-std::vector<OptionLocation> XOption::GetLocations() {
+std::vector<OptionLocation> XOption::GetLocations() const {
     using enum OptionLocation::Kind;
     std::vector<OptionLocation> locations{LocationOf(Registry, {}, GetRegistryFile())};
-    const auto add = [&](OptionLocation::Kind kind, const CString& option) {
-        locations.push_back(LocationOf(kind, option, GetOptionString(option, -1)));
+    const auto add = [&](OptionLocation::Kind kind, const wchar_t* option) {
+        locations.push_back(LocationOf(kind, option, StoredText(option)));
     };
     add(MetadataFolder, L"metadata");
     const bool isStarted = m_pItems->Find(*FindOptionDefinition(L"exe-name"), -1);
-    locations.push_back(LocationOf(BasicFile, {}, isStarted ? BasicFilePath() : CString{}));
-    const CString user = GetOptionString(L"ini", -1);
+    const CString basic = isStarted ? BasicFilePath(StoredText(L"metadata"), StoredText(L"exe-name")) : CString{};
+    locations.push_back(LocationOf(BasicFile, {}, basic));
+    const CString user = StoredText(L"ini");
     if (!user.IsEmpty()) locations.push_back(LocationOf(UserFile, L"ini", user));
     if (!user.IsEmpty() && !IsAbsolutePath(user)) {
-        locations.push_back(LocationOf(UserFile, L"ini", BuildFileName(GetOptionString(L"config", -1), user)));
+        locations.push_back(LocationOf(UserFile, L"ini", BuildFileName(StoredText(L"config"), user)));
     }
     add(Data, L"data");
     for (const wchar_t* option : {L"config", L"changefile-root", L"logging"}) add(UserFolder, option);
     return locations;
+}
+
+// What the getter gives, which is not const for those who know it.
+CString XOption::StoredText(const wchar_t* option) const {
+    const XOptionItem* const item = m_pItems->Find(*FindOptionDefinition(option), -1);
+    return item ? item->GetOptionValue() : CString{};
 }
 
 std::vector<OptionRenaming> XOption::PreviewTableName(const CString& name, int version, bool keepCase) const {

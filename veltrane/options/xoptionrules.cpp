@@ -1,17 +1,20 @@
 // Reading the naming rules of the configuration, and telling where they come from.
 #include <algorithm>
+#include <set>
 #include <string_view>
 #include <utility>
 
 #include "veltrane/options/detail/xoptionretrieval.h"
 #include "veltrane/options/xoption.h"
+#include "veltrane/platform/sources/snapshot.h"
 #include "veltrane/platform/text/indexformat.h"
 
 using namespace veltrane;
+using namespace veltrane::detail;
 
 namespace {
 
-const XOptionDefinition& DefinitionOf(enumOption option) {
+const XOptionDefinition& RuleDefinition(enumOption option) {
     return *FindOptionDefinition(option == eOptionTableNameRules ? L"tablename-rules" : L"columnname-rules");
 }
 
@@ -49,7 +52,7 @@ void FindEmptyKey(OptionOrigin& origin, const XConfiguration* userFile, const CS
 void XOption::ReadNamingRules(enumOption option) {
     if (option != eOptionTableNameRules && option != eOptionColumnNameRules) return;
     XNamingRules& rules = option == eOptionTableNameRules ? m_TableNameRules : m_ColumnNameRules;
-    const CString format = m_pRetrieval->SectionName(DefinitionOf(option).eSection, /*isStoring*/ true);
+    const CString format = m_pRetrieval->SectionName(RuleDefinition(option).eSection, /*isStoring*/ true);
     XMapInt2CString names;
     if (!m_pSources->GetOptionNameSet(names, format)) return;
     const bool areKept = m_pOrigins->AreKept();
@@ -61,13 +64,17 @@ void XOption::ReadNamingRules(enumOption option) {
         rules.InsertRule(version, key, value);
         if (!areKept) return;
         if (origin.line == 0) FindEmptyKey(origin, m_pSources->userFile.get(), section, key);
-        m_pOrigins->NoteRule(option, std::move(origin));
+        m_pOrigins->NoteRule(option, rules.Size() - 1, std::move(origin));
     });
 }
 
-std::vector<OptionRule> XOption::GetNamingRules(enumOption option) {
+const XNamingRules& XOption::RulesOf(enumOption option) const {
+    return option == eOptionTableNameRules ? m_TableNameRules : m_ColumnNameRules;
+}
+
+std::vector<OptionRule> XOption::GetNamingRules(enumOption option) const {
     std::vector<OptionRule> rules;
-    XNamingRules& inForce = option == eOptionTableNameRules ? m_TableNameRules : m_ColumnNameRules;
+    const XNamingRules& inForce = RulesOf(option);
     for (int i = 0; i < inForce.Size(); ++i) {
         const XNamingRule& rule = inForce.GetConstRefAt(i);
         rules.push_back({option, rule.GetVersion(), rule.GetFirst(), rule.GetSecond(), {}});
@@ -78,15 +85,20 @@ std::vector<OptionRule> XOption::GetNamingRules(enumOption option) {
 }
 
 // Those of the basic file alone that the section of the same version in the user file leaves out.
-void XOption::AddHiddenRules(std::vector<OptionRule>& rules, enumOption option) {
+void XOption::AddHiddenRules(std::vector<OptionRule>& rules, enumOption option) const {
     if (!m_pSources->basicFile || !m_pSources->userFile) return;
-    const CString format = GetSectionName(DefinitionOf(option).eSection);
-    const std::size_t count = rules.size();
+    const SourceSnapshot snapshot;
+    const CString format = GetSectionName(RuleDefinition(option).eSection);
+    const XNamingRules& inForce = RulesOf(option);
+    std::set<std::pair<int, std::wstring_view>> known;
+    for (int i = 0; i < inForce.Size(); ++i) {
+        const XNamingRule& rule = inForce.GetConstRefAt(i);
+        known.emplace(rule.GetVersion(), rule.GetFirst().View());
+    }
     XMapInt2CString names;
     m_pSources->basicFile->GetOptionNameSet(names, format);
     ForEachRule(names, format, [&](int version, const CString& section, const CString& key) {
-        const auto isSame = [&](const OptionRule& rule) { return rule.version == version && rule.oldText == key; };
-        if (std::any_of(rules.begin(), rules.begin() + static_cast<std::ptrdiff_t>(count), isSame)) return;
+        if (known.contains({version, key.View()})) return;
         CString value;
         SourcePlace place;
         m_pSources->basicFile->GetKeyValue(value, section, key, /*assignEmpty*/ true, &place);

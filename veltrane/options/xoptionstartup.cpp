@@ -84,12 +84,9 @@ void XOption::ParseCommandLine() {
     CString value;
     for (XOptionDefinition* option = line.GetFirst(value); option; option = line.GetNext(value)) {
         ActOnCommand(*option);
-        XOptionRecord record;
-        if (m_pOrigins->AreKept()) record.Add(OptionStep::Kind::Given, value);
-        XKeptOrigin origin{{{{}, 0, {}, {}, value}, OptionLayer::CommandLine, line.GetArgumentNumber()}};
-        m_pRetrieval->Expand(value, {}, m_pOrigins->AreKept() ? &record : nullptr);
-        origin.steps = record.Take();
-        m_pRetrieval->Insert(*option, value, option->IsSingle() ? -1 : m_pItems->FreeIndex(*option), std::move(origin));
+        XKeptOrigin kept{{{{}, 0, {}, {}, value}, OptionLayer::CommandLine, line.GetArgumentNumber()}};
+        m_pRetrieval->Expand(value, {}, m_pOrigins->AreKept() ? &kept : nullptr);
+        m_pRetrieval->Insert(*option, value, option->IsSingle() ? -1 : m_pItems->FreeIndex(*option), std::move(kept));
     }
 }
 
@@ -208,7 +205,7 @@ void XOption::OpenUserConfiguration() {
 }
 
 void XOption::OpenBasicConfiguration() {
-    const CString path = BasicFilePath();
+    const CString path = BasicFilePath(GetOptionString(L"metadata", -1), GetOptionString(L"exe-name", -1));
     if (!FileExists(path)) {
         throw MakeMissingFile(Here(L"XOption::OpenConfiguration"), path,
                               L"The basic configuration could not be found!");
@@ -216,8 +213,8 @@ void XOption::OpenBasicConfiguration() {
     m_pSources->basicFile = std::make_unique<XConfiguration>(path);
 }
 
-CString XOption::BasicFilePath() {
-    CString path = BuildFileName(GetOptionString(L"metadata", -1), GetOptionString(L"exe-name", -1));
+CString XOption::BasicFilePath(const CString& metadata, const CString& exeName) {
+    CString path = BuildFileName(metadata, exeName);
     path.Replace(L".exe", L"");
     path += L".ini";
     return path.MakeLower();

@@ -25,9 +25,9 @@ XOptionCandidates::XOptionCandidates(const std::vector<XKeptOrigin>& values) {
 }
 
 // An empty text of the registry hides the files, but not the environment.
-void XOptionCandidates::AddSources(std::vector<OptionPlace> places, bool isEarly) {
+void XOptionCandidates::AddSources(std::vector<OptionPlace> places, bool isEnvironmentEarly) {
     auto environment = std::ranges::find(places, OptionLayer::Environment, &OptionPlace::layer);
-    if (isEarly && environment != places.end()) {
+    if (isEnvironmentEarly && environment != places.end()) {
         const auto file = std::ranges::find_if(places.begin(), environment, IsFile, &OptionPlace::layer);
         std::rotate(file, environment, environment + 1);
         environment = file;
@@ -38,7 +38,7 @@ void XOptionCandidates::AddSources(std::vector<OptionPlace> places, bool isEarly
     for (const OptionPlace& place : places) {
         if (place.found) AddSource(place);
     }
-    m_Result.places = std::move(places);
+    AddPlaces(std::move(places));
 }
 
 // The value in force may be that of a source itself.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "veltrane/options/detail/xoptionorigins.h"
@@ -14,9 +15,12 @@ public:
     /// @param values  those of the item, the newest last
     explicit XOptionCandidates(const std::vector<XKeptOrigin>& values);
 
-    /// @param places   the strongest first
-    /// @param isEarly  whether start-up asks before a file is open: the environment then counts before the files
-    void AddSources(std::vector<OptionPlace> places, bool isEarly);
+    /// @param places  the strongest first, the environment last
+    /// @param isEnvironmentEarly  whether the environment is asked before a file is open: it then counts before the
+    /// files
+    void AddSources(std::vector<OptionPlace> places, bool isEnvironmentEarly);
+    /// Tells places whose answers count for nothing.
+    void AddPlaces(std::vector<OptionPlace> places) { m_Result.places = std::move(places); }
 
     OptionCandidates Take() { return std::move(m_Result); }
 

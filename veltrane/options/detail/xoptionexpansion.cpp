@@ -26,7 +26,11 @@ XOptionExpansion::XOptionExpansion(Source source, XOptionRecord* record)
     : m_Source(std::move(source)), m_Record(record) {}
 
 void XOptionExpansion::Retrieve(CString& value, const CString& section, const CString& key) {
-    value = m_Source(section, key, m_Record);
+    value = m_Source(section, key);
+    Expand(value, section, key);
+}
+
+void XOptionExpansion::Expand(CString& value, const CString& section, const CString& key) {
     if (value.Find(MARK) < 0) return;
     Enter({section, key});
     Expand(value, section);
@@ -56,7 +60,10 @@ void XOptionExpansion::Expand(CString& value, const CString& section) {
         done += isOpen ? replacement.Left(next) : replacement;
         name = isOpen ? replacement.Mid(next + 1) : CString{};
         CheckLength(m_nHeld + done.GetLength() + name.GetLength());
-        if (m_Record) m_Record->End(step, done + (isOpen ? CString{MARK, 1} + name : CString{}) + value.Mid(begin));
+        if (!m_Record) continue;
+        const CString front = isOpen ? CString{MARK, 1} + name : CString{};
+        const int length = done.GetLength() + front.GetLength() + value.GetLength() - begin;
+        m_Record->End(step, length, [&] { return done + front + value.Mid(begin); });
     }
     if (isOpen) done += CString{MARK, 1} + name;
     done += value.Mid(begin);

@@ -21,11 +21,11 @@ public:
     /// Elements of a value with its references replaced; keeps values that multiply each other from filling the memory.
     static constexpr int MAX_LENGTH = 1'048'576;
 
-    /// Gives the text of a key as the sources have it; empty when none has it. @param record  the expansion's own
-    using Source = std::function<CString(const CString& section, const CString& key, XOptionRecord* record)>;
+    /// Gives the text of a key as the sources have it; empty when none has it.
+    using Source = std::function<CString(const CString& section, const CString& key)>;
 
     /// @param record  gets the steps; may be null
-    XOptionExpansion(Source source, XOptionRecord* record);
+    explicit XOptionExpansion(Source source, XOptionRecord* record = nullptr);
 
     /// The text of a key with its references replaced. @throws XException as Expand, and what the source throws
     void Retrieve(CString& value, const CString& section, const CString& key);
@@ -35,6 +35,8 @@ public:
     /// stays.
     /// @throws XException  a reference leads back to itself; too deep; too long; value then is as before
     void Expand(CString& value, const CString& section);
+    /// Likewise in the value of a key; a reference to the key then leads back to itself.
+    void Expand(CString& value, const CString& section, const CString& key);
 
 private:
     using Key = std::pair<CString, CString>;  // section, name

@@ -36,8 +36,11 @@ public:
     /// One more than the largest index of the option's items, wrapping after the largest int; 0 without any.
     int FreeIndex(const XOptionDefinition& definition) const;
 
-    /// The items of an option, in the order of insertion.
-    const std::vector<XOptionItem*>& ItemsOf(const XOptionDefinition& definition) { return GroupOf(definition).items; }
+    /// The items of an option, or all without a definition, in the order of insertion.
+    const std::vector<XOptionItem*>& ItemsOf(const XOptionDefinition* definition) {
+        return definition ? GroupOf(*definition).items : m_All;
+    }
+    static const XOptionDefinition& DefinitionOf(const XOptionItem& item) { return *item.m_pDefinition; }
 
 private:
     struct Group {

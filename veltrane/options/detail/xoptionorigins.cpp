@@ -6,11 +6,14 @@ namespace veltrane::detail {
 
 namespace {
 
-// Each source answers once: what the same one said before is gone.
+// Each source answers once: what the same one said before is gone. Of the command line each word is an answer, and a
+// word that is not after the last one belongs to another command line. All that may fail comes first.
 void Push(std::vector<XKeptOrigin>& values, XKeptOrigin value) {
-    std::erase_if(values, [&](const XKeptOrigin& known) {
-        return known.origin.layer == value.origin.layer && known.origin.word == value.origin.word;
-    });
+    if (values.size() == values.capacity()) values.reserve(2 * values.size() + 1);
+    const int last = values.empty() ? -1 : values.back().origin.word;
+    const bool isNextWord = last >= 0 && last < value.origin.word;
+    const auto isSame = [&](const XKeptOrigin& known) { return known.origin.layer == value.origin.layer; };
+    if (!isNextWord) std::erase_if(values, isSame);
     values.push_back(std::move(value));
 }
 
@@ -28,7 +31,7 @@ void XOptionOrigins::Forget(const XOptionItem& item) {
 
 std::vector<XKeptOrigin> XOptionOrigins::Of(const XOptionItem& item) const {
     const auto found = m_Origins.find(&item);
-    if (found == m_Origins.end()) return {};
+    if (found == m_Origins.end() || found->second.empty()) return {};  // an origin that found no room left none
     std::vector<XKeptOrigin> values = found->second;
     const CString& now = item.GetOptionValue();
     if (values.back().value != now) {
@@ -40,22 +43,21 @@ std::vector<XKeptOrigin> XOptionOrigins::Of(const XOptionItem& item) const {
     return values;
 }
 
-void XOptionOrigins::NoteRule(enumOption option, OptionOrigin origin) {
+void XOptionOrigins::NoteRule(enumOption option, int number, OptionOrigin origin) {
     const bool isThere = !m_RulePlaces.empty() && m_RulePlaces.back().layer == origin.layer &&
                          m_RulePlaces.back().section == origin.section && m_RulePlaces.back().file == origin.file;
     if (!isThere) m_RulePlaces.push_back({{std::move(origin.file), 0, std::move(origin.section)}, origin.layer});
-    m_Rules.push_back({option, origin.line, m_RulePlaces.size() - 1, std::move(origin.key)});
+    m_Rules.push_back({option, number, origin.line, m_RulePlaces.size() - 1, std::move(origin.key)});
 }
 
 void XOptionOrigins::TellRules(enumOption option, std::vector<OptionRule>& rules) const {
-    auto rule = rules.begin();
     for (const RuleOrigin& noted : m_Rules) {
-        if (noted.option != option || rule == rules.end()) continue;
-        rule->origin = m_RulePlaces[noted.place];
-        rule->origin.line = noted.line;
-        rule->origin.key = noted.key;
-        rule->origin.text = rule->newText;
-        ++rule;
+        if (noted.option != option) continue;
+        OptionRule& rule = rules[static_cast<std::size_t>(noted.number)];
+        rule.origin = m_RulePlaces[noted.place];
+        rule.origin.line = noted.line;
+        rule.origin.key = noted.key;
+        rule.origin.text = rule.newText;
     }
 }
 

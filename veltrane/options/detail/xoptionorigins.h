@@ -8,11 +8,21 @@
 
 namespace veltrane::detail {
 
-/// A value that an item got, and how.
+/// What the sources answered to one question of a retrieval, and the places that were asked.
+struct XKeptAnswer {
+    CString text = {};
+    std::vector<OptionPlace> places = {};
+    bool isWhole = false;  ///< else the question ended in an error
+};
+
+/// A value that an item got, and how: the answers are enough to replace its references once more, and take no more
+/// room however often a reference stands in the value.
 struct XKeptOrigin {
-    OptionOrigin origin;
+    OptionOrigin origin = {};
     CString value = {};
-    std::vector<OptionStep> steps = {};
+    CString section = {};  ///< of the value, in which its references are looked up first
+    std::vector<XKeptAnswer> answers =
+        {};  ///< the text of the value itself, then those of its references, as asked for
 };
 
 /// The origins of the values of a store's items, those overridden in the store included. Costs nothing until somebody
@@ -22,21 +32,23 @@ public:
     bool AreKept() const noexcept { return m_bKept; }
     void Keep(bool wanted) noexcept { m_bKept = wanted; }
 
+    /// When it fails, what is known of the item stays as it was.
     void Note(const XOptionItem& item, XKeptOrigin origin);
     void Forget(const XOptionItem& item);
 
     /// All values that an item has had, the newest last. One that a host has put into the item itself comes from it.
     std::vector<XKeptOrigin> Of(const XOptionItem& item) const;
 
-    /// Notes where the text of the next naming rule stands.
-    void NoteRule(enumOption option, OptionOrigin origin);
-    /// Fills in the origins of rules of one kind, which stand in the order of reading.
+    /// Notes where the text of a naming rule stands. @param number  of the rule among those of its kind, from 0
+    void NoteRule(enumOption option, int number, OptionOrigin origin);
+    /// Fills in the origins of all rules of one kind.
     void TellRules(enumOption option, std::vector<OptionRule>& rules) const;
 
 private:
     /// A configuration may hold very many rules: file and section stand once for all of them, the text with the rule.
     struct RuleOrigin {
         enumOption option;
+        int number;
         int line;
         std::size_t place;
         CString key;

@@ -13,7 +13,6 @@ namespace veltrane::detail {
 /// asked and gets its text when the answer is in, with the steps of the answer's own references in between.
 class XOptionRecord {
 public:
-    const std::vector<OptionStep>& Steps() const noexcept { return m_Steps; }
     std::vector<OptionStep> Take() { return std::exchange(m_Steps, {}); }
 
     /// @return number of the step, for End
@@ -22,15 +21,22 @@ public:
         m_Open.push_back(m_Steps.size() - 1);
         return m_Open.back();
     }
-    void End(std::size_t step, const CString& text) {
+    /// @param compose  gives the text of that length; called only if the text is kept
+    template <class Compose>
+    void End(std::size_t step, int length, Compose compose) {
         m_Open.pop_back();
-        m_nHeld += text.GetLength();
-        if (m_nHeld <= MAX_HELD) m_Steps[step].text = text;
+        m_nHeld += length;
+        if (m_nHeld <= MAX_HELD) m_Steps[step].text = compose();
     }
-    void Add(OptionStep::Kind kind, const CString& text) { m_Steps.push_back({kind, 0, {}, {}, text}); }
+    void Add(OptionStep::Kind kind, const CString& text, const std::vector<OptionPlace>& places) {
+        m_Steps.push_back({kind, 0, {}, places, text});
+    }
 
-    /// Where the places of the step begun last go.
-    std::vector<OptionPlace>* Places() { return m_Open.empty() ? nullptr : &m_Steps[m_Open.back()].places; }
+    /// Notes places that the question of the step begun last was asked of.
+    void AddPlaces(const std::vector<OptionPlace>& asked) {
+        std::vector<OptionPlace>& places = m_Steps[m_Open.back()].places;
+        places.insert(places.end(), asked.begin(), asked.end());
+    }
 
 private:
     // Elements of all texts together: a value that grows with every reference would fill the memory with its stages.

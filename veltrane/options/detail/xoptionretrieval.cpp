@@ -51,11 +51,10 @@ void XOptionRetrieval::AddSubject(XException& error, const XOptionDefinition& de
     if (definition.IsSingle()) {
         for (const OptionPlace& place : m_Sources.AskEach(section, definition.szLongName, /*withFiles*/ true))
             add(place);
-    } else {
-        const int index = error.GetSubject() ? error.GetSubject()->index : -1;
-        for (const auto& [at, origin] : m_Sources.FindFamily(section, definition.szLongName)) {
-            if (at == index) add({origin, true});
-        }
+    } else if (error.GetSubject() && error.GetSubject()->reference.IsEmpty()) {  // an index is given twice
+        const XOptionFamily family = m_Sources.ReadFamily(section, definition.szLongName);
+        const auto [first, last] = family.places.equal_range(error.GetSubject()->index);
+        for (auto place = first; place != last; ++place) add({place->second, true});
     }
     error.AddSubject(subject);
 }
@@ -84,13 +83,11 @@ CString XOptionRetrieval::SectionName(enumCfgSection section, bool isStoring) {
 }
 
 void XOptionRetrieval::RetrieveSingle(XOptionDefinition& definition, const CString& section) {
-    std::optional<Notes> notes;
-    if (m_Origins.AreKept()) notes.emplace();
-    const CString value = Value(section, definition.szLongName, notes ? &*notes : nullptr);
+    std::optional<XKeptOrigin> kept;
+    if (m_Origins.AreKept()) kept.emplace();
+    const CString value = Value(section, definition.szLongName, kept ? &*kept : nullptr);
     if (!value.IsEmpty()) {
-        XKeptOrigin origin;
-        if (notes) origin = {std::move(notes->origin), {}, notes->record.Take()};
-        Insert(definition, value, -1, std::move(origin));
+        Insert(definition, value, -1, kept ? std::move(*kept) : XKeptOrigin{});
     } else if (definition.IsMandatory()) {
         throw MakeError(Here(L"XOption::RetrieveOption"), L"The option <%s> must exist but could not be found!",
                         definition.szLongName);
@@ -107,46 +104,64 @@ void XOptionRetrieval::RetrieveMultiple(XOptionDefinition& definition, const CSt
     CString value;
     for (int index = values.GetFirst(value); index != -1; index = values.GetNext(value)) {
         if (value.IsEmpty()) continue;
-        XKeptOrigin origin;
-        XOptionRecord record;
-        if (areKept) {
-            origin.origin = std::move(winners.at(index));
-            record.Add(OptionStep::Kind::Given, value);
-        }
-        Expand(value, section, areKept ? &record : nullptr);
-        origin.steps = record.Take();
-        Insert(definition, value, index, std::move(origin));
+        XKeptOrigin kept;
+        if (areKept) kept.origin = std::move(winners.at(index));
+        Expand(value, section, areKept ? &kept : nullptr);
+        Insert(definition, value, index, std::move(kept));
     }
 }
 
-CString XOptionRetrieval::Value(const CString& section, const CString& key, Notes* notes) {
+CString XOptionRetrieval::Value(const CString& section, const CString& key, XKeptOrigin* kept) {
     CString value;
-    NewExpansion(notes, notes ? &notes->record : nullptr).Retrieve(value, section, key);
+    if (kept) kept->section = section;
+    NewExpansion(kept).Retrieve(value, section, key);
     return value;
 }
 
-void XOptionRetrieval::Expand(CString& value, const CString& section, XOptionRecord* record) {
-    NewExpansion(nullptr, record).Expand(value, section);
+void XOptionRetrieval::Expand(CString& value, const CString& section, XKeptOrigin* kept) {
+    if (kept) {
+        kept->section = section;
+        if (kept->answers.empty()) kept->answers.push_back({value, {}, /*isWhole*/ true});
+    }
+    NewExpansion(kept).Expand(value, section);
 }
 
-XOptionExpansion XOptionRetrieval::NewExpansion(Notes* notes, XOptionRecord* record) {
+bool XOptionRetrieval::GivesEarly(CString text) {
+    struct Closed {  // both files, for the time of the question
+        XOptionSources& sources;
+        std::unique_ptr<XConfiguration> userFile = std::move(sources.userFile);
+        std::unique_ptr<XConfiguration> basicFile = std::move(sources.basicFile);
+        ~Closed() {
+            sources.userFile = std::move(userFile);
+            sources.basicFile = std::move(basicFile);
+        }
+    } closed{m_Sources};
+    try {
+        Expand(text, FindConfigSection(eSectionRoot)->szName, nullptr);
+    } catch (const XException&) {
+        return true;
+    }
+    return !text.IsEmpty();
+}
+
+XOptionExpansion XOptionRetrieval::NewExpansion(XKeptOrigin* kept) {
     // What it holds is small enough to need no memory of its own.
-    return {[this, notes](const CString& section, const CString& key, XOptionRecord* own) {
-                return SourceValue(section, key, notes, own);
-            },
-            record};
+    return XOptionExpansion{
+        [this, kept](const CString& section, const CString& key) { return SourceValue(section, key, kept); }};
 }
 
 // A key's own text; a ROOT option that no file and no registry knows is taken from the environment, then from the
 // store. The first question is that of the value itself, all others are those of references.
-CString XOptionRetrieval::SourceValue(const CString& section, const CString& key, Notes* notes, XOptionRecord* record) {
+CString XOptionRetrieval::SourceValue(const CString& section, const CString& key, XKeptOrigin* kept) {
     CString value;
-    const bool isFirst = notes && record->Steps().empty();
-    const std::size_t step = isFirst ? record->Begin(OptionStep::Kind::Given, {}, 0) : 0;
-    std::vector<OptionPlace>* const places = record ? record->Places() : nullptr;
-    m_Sources.GetValue(value, section, key, isFirst ? &notes->origin : nullptr, places);
+    OptionOrigin* const origin = kept && kept->answers.empty() ? &kept->origin : nullptr;
+    XKeptAnswer* const answer = kept ? &kept->answers.emplace_back() : nullptr;
+    std::vector<OptionPlace>* const places = answer ? &answer->places : nullptr;
+    m_Sources.GetValue(value, section, key, origin, places);
     if (value.IsEmpty() && IsRootSection(section)) value = ItemValue(key, places);
-    if (isFirst) record->End(step, value);
+    if (!answer) return value;
+    answer->text = value;
+    answer->isWhole = true;
     return value;
 }
 

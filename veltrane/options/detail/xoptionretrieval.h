@@ -12,12 +12,6 @@ namespace veltrane::detail {
 /// Asks the sources of a store for options and puts what they answer among its items.
 class XOptionRetrieval {
 public:
-    /// What is noted while a value is retrieved.
-    struct Notes {
-        OptionOrigin origin;
-        XOptionRecord record;
-    };
-
     XOptionRetrieval(XOption& store, XOptionItems& items, XOptionSources& sources, XOptionOrigins& origins);
 
     /// Fills an option that has no item yet. @throws XException  as XOption::RetrieveOption
@@ -30,17 +24,20 @@ public:
     /// isStoring, becomes an item.
     CString SectionName(enumCfgSection section, bool isStoring);
 
-    /// The text of a key with its references replaced. @param notes  may be null
-    CString Value(const CString& section, const CString& key, Notes* notes);
-    /// Replaces the references in a value of a section. @param record  may be null
-    void Expand(CString& value, const CString& section, XOptionRecord* record);
+    /// The text of a key with its references replaced. @param kept  receives the origin and the answers; may be null
+    CString Value(const CString& section, const CString& key, XKeptOrigin* kept);
+    /// Replaces the references in a value of a section.
+    /// @param kept  receives the answers, the value as the first one unless there is one; may be null
+    void Expand(CString& value, const CString& section, XKeptOrigin* kept);
+    /// Whether a text of ROOT gave a value while no file was open; one that ended in an error counts as one.
+    bool GivesEarly(CString text);
 
 private:
     void AddSubject(XException& error, const XOptionDefinition& definition, const CString& section);
     void RetrieveSingle(XOptionDefinition& definition, const CString& section);
     void RetrieveMultiple(XOptionDefinition& definition, const CString& section);
-    XOptionExpansion NewExpansion(Notes* notes, XOptionRecord* record);
-    CString SourceValue(const CString& section, const CString& key, Notes* notes, XOptionRecord* record);
+    XOptionExpansion NewExpansion(XKeptOrigin* kept);
+    CString SourceValue(const CString& section, const CString& key, XKeptOrigin* kept);
     CString ItemValue(const CString& key, std::vector<OptionPlace>* places);
 
     XOption& m_Store;

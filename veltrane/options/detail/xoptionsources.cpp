@@ -120,15 +120,17 @@ bool XOptionSources::GetKeyValueSet(XMapInt2CString& values, const CString& sect
     });
 }
 
-std::vector<XOptionSources::IndexedOrigin> XOptionSources::FindFamily(const CString& section,
-                                                                      const CString& pattern) const {
+XOptionFamily XOptionSources::ReadFamily(const CString& section, const CString& pattern) const {
+    XOptionFamily family;
     XMapInt2CString values;
     std::vector<IndexedOrigin> origins;
     try {
         GetKeyValueSet(values, section, pattern, &origins);
-    } catch (const XException&) {  // NOLINT(bugprone-empty-catch): what stands in front of the fault is told
+    } catch (const XException& error) {  // what stands in front of the fault is told
+        family.fault = error;
     }
-    return origins;
+    for (IndexedOrigin& origin : origins) family.places.insert(std::move(origin));
+    return family;
 }
 
 bool XOptionSources::GetOptionNameSet(XMapInt2CString& names, const CString& sectionFormat) const {
@@ -146,22 +148,15 @@ std::vector<OptionPlace> XOptionSources::AskEach(const CString& section, const C
     return places;
 }
 
-std::vector<OptionPlace> XOptionSources::AskFamily(const CString& section, const CString& pattern, int index) const {
-    XMapInt2CString values;
-    std::vector<IndexedOrigin> origins;
-    try {
-        GetKeyValueSet(values, section, pattern, &origins);
-    } catch (const XException&) {  // a fault of a weaker layer
-        origins.clear();
-    }
+std::vector<OptionPlace> XOptionSources::PlacesIn(const XOptionFamily& family, const CString& section,
+                                                  const CString& pattern, int index) const {
     std::vector<OptionPlace> places;
+    const auto [first, last] = family.places.equal_range(index);
     for (const OptionLayer layer : {OptionLayer::UserFile, OptionLayer::BasicFile}) {
         if (!Has(layer)) continue;
-        const auto found = std::ranges::find_if(origins, [&](const IndexedOrigin& origin) {
-            return origin.first == index && origin.second.layer == layer;
-        });
-        places.push_back(found != origins.end() ? OptionPlace{found->second, true}
-                                                : PlaceOf(layer, FormatIndex(section, index), pattern));
+        const auto found = std::find_if(first, last, [&](const auto& place) { return place.second.layer == layer; });
+        places.push_back(found != last ? OptionPlace{found->second, true}
+                                       : PlaceOf(layer, FormatIndex(section, index), pattern));
     }
     return places;
 }

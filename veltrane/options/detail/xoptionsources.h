@@ -1,14 +1,26 @@
 #pragma once
 
+#include <map>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
 #include "veltrane/config/xconfiguration.h"
 #include "veltrane/config/xregistry.h"
+#include "veltrane/foundation/xexception.h"
 #include "veltrane/options/xoptionorigin.h"
 
 namespace veltrane::detail {
+
+/// Where the values of a family stand: the places of each index, the basic file before the user file.
+struct XOptionFamily {
+    std::multimap<int, OptionOrigin> places;
+    std::optional<XException> fault = {};  ///< the error that has ended the reading
+
+    /// Whether a value of an index becomes an item: one at -1 ends a retrieval, an index given twice keeps all away.
+    bool Gives(int index) const { return !fault && (index < -1 || !places.contains(-1)); }
+};
 
 /// The configuration sources of a store and the one order in which they are asked: each that has a value overrides the
 /// ones before. A source that start-up has not made yet has nothing.
@@ -42,8 +54,8 @@ public:
     bool GetKeyValueSet(XMapInt2CString& values, const CString& section, const CString& pattern,
                         std::vector<IndexedOrigin>* origins = nullptr) const;
 
-    /// Where the values of a family stand, up to a fault.
-    std::vector<IndexedOrigin> FindFamily(const CString& section, const CString& pattern) const;
+    /// Where the values of a family stand in both files.
+    XOptionFamily ReadFamily(const CString& section, const CString& pattern) const;
 
     /// The key names of each section of a form from both files. @return false when no file is open
     bool GetOptionNameSet(XMapInt2CString& names, const CString& sectionFormat) const;
@@ -51,8 +63,9 @@ public:
     /// What each source says of a key, for its own: the strongest first, the environment last.
     /// @param withFiles  whether the two files are asked
     std::vector<OptionPlace> AskEach(const CString& section, const CString& key, bool withFiles) const;
-    /// What the two files have for one value of a family; nothing when the family cannot be read.
-    std::vector<OptionPlace> AskFamily(const CString& section, const CString& pattern, int index) const;
+    /// What each of the two files has for one value of a family.
+    std::vector<OptionPlace> PlacesIn(const XOptionFamily& family, const CString& section, const CString& pattern,
+                                      int index) const;
 
 private:
     template <class Ask>

@@ -66,9 +66,9 @@ CString JsonSource(const OptionOrigin& origin) {
                              JsonText(origin.section));
 }
 
-CString JsonCandidates(XOption& options, const CString& name, int index) {
+CString JsonCandidates(const OptionCandidates& found) {
     CString json;
-    for (const OptionOrigin& origin : options.GetOptionCandidates(name, index).candidates) {
+    for (const OptionOrigin& origin : found.candidates) {
         json += (json.IsEmpty() ? L"{" : L",{") + JsonSource(origin);
         if (!origin.file.IsEmpty()) json += L",\"key\":" + JsonText(origin.key);
         if (origin.word >= 0) json += FormatText(L",\"word\":%d", origin.word);
@@ -92,6 +92,8 @@ void PrintSummary(XOption& options) {
 }
 
 void PrintSummaryAsJson(XOption& options) {
+    const std::vector<OptionCandidates> candidates = options.GetAllOptionCandidates(L"");
+    auto found = candidates.begin();
     for (auto* item = options.GetFirstOptionItem(L""); item; item = options.GetNextOptionItem(L"")) {
         CString name;
         item->GetOptionName(name);
@@ -99,6 +101,6 @@ void PrintSummaryAsJson(XOption& options) {
                                   JsonText(item->GetOptionValue()));
         if (item->GetID() == eOptionObsoleteClasses) line += L",\"list\":" + JsonList(*item->GetOptionIList());
         line += L"," + JsonSource(options.GetOptionOrigin(item));
-        PrintLine(line + L",\"candidates\":" + JsonCandidates(options, name, item->GetOptionIndex()) + L"}");
+        PrintLine(line + L",\"candidates\":" + JsonCandidates(*found++) + L"}");
     }
 }

@@ -50,7 +50,7 @@ public:
         Run(*m_Store);
     }
     std::string Fault() override {
-        if (m_Store) m_Store->GetOptionString(L"logfile", -1);
+        if (m_Store) AskAll(*m_Store);
         XOption again;
         Run(again);
         if (again.GetOptionString(L"logfile", -1) != L"base-run.log") return "a new store reads another value";
@@ -67,6 +67,16 @@ private:
         store.GetOptionCandidates(L"logfile", -1);
         store.ExplainOption(L"logfile", -1);
         store.GetNamingRules(eOptionTableNameRules);
+    }
+
+    static void AskAll(XOption& store) {
+        for (const auto* item = store.GetFirstOptionItem(L""); item; item = store.GetNextOptionItem(L"")) {
+            CString name;
+            item->GetOptionName(name);
+            store.GetOptionOrigin(item);
+            store.GetOptionCandidates(name, item->GetOptionIndex());
+            store.ExplainOption(name, item->GetOptionIndex());
+        }
     }
 
     CString m_Folder;

@@ -375,6 +375,7 @@ class World:
         """Fills items: (name, index) -> (value, origin of a source or None)."""
         self.items, self.completed, self.tool_key = {}, set(), None
         self.user_open = self.basic_open = None
+        self.data_asked = False
         for fact, value in (("exe-path", self.folder + "/tool"), ("exe-name", "veltrane"), ("version-info", None),
                             ("compile-time", None), ("datetime", None)):
             self.items[fact, -1] = (value, None)
@@ -397,6 +398,8 @@ class World:
         for name, default in USER_FOLDERS.items():
             self.resolve(name, default)
         self.data_known = bool(self.early_data())
+        asked = ["metadata", *USER_FOLDERS] + ["data"] * self.data_asked
+        self.early = [name for name in asked if self.environment.get(name) and self.gives_early(name)]
         self.open_files()
         for name in TABLE:
             self.retrieve(name)
@@ -408,6 +411,13 @@ class World:
             return self.retrieve_internal(ROOT, "data", ())[0]
         except Fault:
             return ""
+
+    def gives_early(self, name):
+        """Whether the environment has a value for an option while no file is open."""
+        try:
+            return self.expand(self.environment[name], ROOT) != ""
+        except Fault:
+            return True
 
     def complete(self, name, base, folder):
         given = self.items.get((name, -1), (None, None))[1]
@@ -421,6 +431,7 @@ class World:
             if not self.exists(path):
                 raise Fault(name)
             return
+        self.data_asked = True
         self.retrieve("data")
         data = self.value("data")
         if not data:
@@ -468,9 +479,21 @@ class World:
         answers = self.answers(self.section(kind), name)
         if name == "metadata" or name in USER_FOLDERS and self.data_known:
             answers = [answer for answer in answers if "file" not in answer.source]
+        answers = self.by_strength(name, answers)
         if given and not words:
             answers.sort(key=lambda answer: answer.source != given.source)  # what came too late stands after it
         return found + answers
+
+    def by_strength(self, name, answers):
+        """As the answers count for the option at its moment; they come with the environment last."""
+        if not answers or answers[-1].source != "environment":
+            return answers
+        place = len(answers) - 1
+        if name in self.early:
+            place = min(place, int(answers[0].source == "registry"))
+        if not answers[0].text:  # an empty text of the registry hides the files alone
+            place = 0
+        return answers[:place] + answers[-1:] + answers[place:-1]
 
 
 # The generator.

@@ -1,5 +1,6 @@
 #include "veltrane/options/xoption.h"
 
+#include <cstdlib>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -76,5 +77,28 @@ void GetIndexedString(benchmark::State& state) {
     });
 }
 BENCHMARK(GetIndexedString)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMicrosecond);
+
+void CandidatesOfAllItems(benchmark::State& state) {
+    PerItem(state, [](XOption& options, int) { benchmark::DoNotOptimize(options.GetAllOptionCandidates(L"")); });
+}
+BENCHMARK(CandidatesOfAllItems)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMicrosecond);
+
+// A value that is full of references, with its origin kept, beside the same without.
+void OriginOfReferences(benchmark::State& state) {
+    std::string value;
+    for (auto i = state.range(0); i > 0; --i) value += "%reference%";
+    setenv("reference", "text", 1);
+    setenv("logfile", value.c_str(), 1);
+    const auto retrieve = [](bool isKept) {
+        XOption options;
+        options.KeepOrigins(isKept);
+        options.RetrieveOption(L"logfile");
+    };
+    CompareToFloor(
+        state, 1, [&] { retrieve(false); }, [&] { retrieve(true); });
+    unsetenv("logfile");
+    unsetenv("reference");
+}
+BENCHMARK(OriginOfReferences)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

@@ -11,7 +11,7 @@ install(TARGETS veltrane_base EXPORT veltrane_base-targets
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 
 # Neither installed nor documented: what lies in detail/, and what the rooms of the platform share with each other only.
-set(VELTRANE_INTERNAL_HEADERS utf8 utf16 windows1252 decoding trim indexformat nativefile openfile snapshot answerline)
+set(VELTRANE_INTERNAL_HEADERS utf8 utf16 windows1252 decoding trim indexformat nativefile openfile foreigncode loading snapshot answerline)
 list(JOIN VELTRANE_INTERNAL_HEADERS "|" internal)
 install(DIRECTORY veltrane/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/veltrane COMPONENT development
     FILES_MATCHING PATTERN "*.h" PATTERN "detail" EXCLUDE
@@ -38,11 +38,14 @@ if(TARGET veltrane_config_tool)
 endif()
 foreach(program veltrane veltrane-config)
     if(TARGET ${program})
-        # The library lies below the prefix, in the build folder beside the program. The same path for both: where CMake is
-        # to change it, it appends an empty element, and the loader then looks into the current folder.
-        set_target_properties(${program} PROPERTIES BUILD_WITH_INSTALL_RPATH ON
-            INSTALL_RPATH "$ORIGIN/${VELTRANE_LIBDIR_FROM_BINDIR};$ORIGIN")
-        install(TARGETS ${program} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
+        # Linked once more for its place below the prefix: where CMake is to change a program's path at the end, it
+        # appends an empty element, and in the build folder the loader looks into the current folder.
+        add_executable(${program}_installed $<TARGET_OBJECTS:${program}>)
+        target_link_libraries(${program}_installed PRIVATE $<TARGET_PROPERTY:${program},LINK_LIBRARIES>)
+        set_target_properties(${program}_installed PROPERTIES OUTPUT_NAME ${program}
+            RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/installed
+            BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "$ORIGIN/${VELTRANE_LIBDIR_FROM_BINDIR}")
+        install(TARGETS ${program}_installed RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
     endif()
 endforeach()
 if(TARGET veltrane)

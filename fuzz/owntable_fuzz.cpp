@@ -77,13 +77,17 @@ void RequireKnown(const Rows& rows, int before) {
     const CString help = Help();
     REQUIRE(GetOptionDefinitionCount() == before + static_cast<int>(rows.options.size()));
     for (const XOptionDefinition& row : rows.options) {
-        REQUIRE(GetOptionDefinitionAt(before++) == &row);
+        const XOptionDefinition* const known = GetOptionDefinitionAt(before++);
+        REQUIRE(known && known->eOption == row.eOption && known->szSyntax == std::wstring_view{row.szSyntax});
         REQUIRE(!row.IsHelpVisible() || row.szSyntax == std::wstring_view{L"--"} || help.Find(row.szSyntax) >= 0);
         if (row.eOption == eOptionTitle) continue;
-        REQUIRE(FindOptionDefinition(row.szLongName) == &row);
-        REQUIRE(row.szShortName[0] == 0 || FindOptionDefinition(CString{L"-"} + row.szShortName) == &row);
+        REQUIRE(FindOptionDefinition(row.szLongName) == known);
+        REQUIRE(row.szShortName[0] == 0 || FindOptionDefinition(CString{L"-"} + row.szShortName) == known);
     }
-    for (const XConfigSection& row : rows.sections) REQUIRE(FindConfigSection(row.eSection) == &row);
+    for (const XConfigSection& row : rows.sections) {
+        const XConfigSection* const known = FindConfigSection(row.eSection);
+        REQUIRE(known && known->eParent == row.eParent && known->szName == std::wstring_view{row.szName});
+    }
 }
 
 // An error of the system is an answer, too.

@@ -6,8 +6,8 @@
 #include <memory>
 #include <utility>
 
+#include "veltrane/platform/files/foreigncode.h"
 #include "veltrane/platform/files/nativefile.h"
-#include "veltrane/platform/sources/snapshot.h"
 #include "veltrane/platform/text/encoding.h"
 
 using namespace veltrane;
@@ -52,7 +52,7 @@ int ShowOnConsole(const CString& text, unsigned style) {
 
 int AfxMessageBox(const CString& text, unsigned style, unsigned helpId) {
     const auto handler = InstalledHandler();
-    const SnapshotPause pause;  // a handler may ask a file, and whoever reads a box may change one
+    const ForeignCode runs;  // a handler may ask a file, and whoever reads a box may change one
     return handler ? (*handler)(text, style, helpId) : ShowOnConsole(text, style);
 }
 

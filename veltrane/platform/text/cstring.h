@@ -171,11 +171,13 @@ private:
     std::wstring m_Text;
 };
 
+/// @cond doxygen does not know the class outside its namespace
 /// Of the 16-bit code units, as operator== compares: a pair of surrogates and its code point are equal.
 template <>
 struct std::hash<CString> {
     std::size_t operator()(const CString& text) const noexcept { return text.Hash(); }
 };
+/// @endcond
 
 namespace veltrane {
 

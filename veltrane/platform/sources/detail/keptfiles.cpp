@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "veltrane/platform/files/foreigncode.h"
 #include "veltrane/platform/sources/detail/tracing.h"
 #include "veltrane/platform/sources/snapshot.h"
 
@@ -36,16 +37,9 @@ SourceSnapshot::~SourceSnapshot() {
     if (--g_Snapshots == 0) delete std::exchange(g_Kept, nullptr);
 }
 
-SnapshotPause::SnapshotPause() noexcept : m_nSnapshots(std::exchange(g_Snapshots, 0)) {
-    delete std::exchange(g_Kept, nullptr);
-}
-
-SnapshotPause::~SnapshotPause() {
-    g_Snapshots += m_nSnapshots;
-}
-
 KeptFiles* KeptFiles::Current() {
-    if (g_Snapshots == 0 || HasObserver()) return nullptr;
+    if (g_Snapshots == 0 || ForeignCode::IsRunning() || HasObserver()) return nullptr;
+    if (g_Kept && g_Kept->m_nForeignRuns != ForeignCode::Runs()) delete std::exchange(g_Kept, nullptr);
     if (!g_Kept) g_Kept = new KeptFiles;
     return g_Kept;
 }

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include "veltrane/platform/files/foreigncode.h"
 #include "veltrane/platform/sources/detail/profileindex.h"
 #include "veltrane/platform/sources/detail/registryindex.h"
 #include "veltrane/platform/sources/detail/textfile.h"
@@ -47,6 +48,7 @@ private:
     };
     std::array<Entry, 3> m_Entries;  // the two files of a store and the registry
     std::size_t m_nNext = 0;
+    unsigned m_nForeignRuns = ForeignCode::Runs();  // when the first file was read
 };
 
 }  // namespace veltrane::detail

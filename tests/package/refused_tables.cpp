@@ -20,6 +20,11 @@ struct Table {
     XConfigSection sections[Sections] = {Section(L"OWN")};
     consteval bool Fits() const { return FitsLibrary({options, sections}); }  // within
 };
+template <class Row, std::size_t Width>
+consteval Row Filled(Row row, wchar_t (Row::*column)[Width]) {
+    for (wchar_t& element : row.*column) element = L'x';
+    return row;
+}
 constexpr auto OWN = OwnSection(1);
 constexpr auto SECOND = OwnSection(2);
 
@@ -67,6 +72,8 @@ constexpr Table<1> t39{Option(L"a", TEXT, OWN), Section(L"--a")}; static_assert(
 constexpr Table<1> t40{Option(L"a"), Section(L"--a", eSectionDatabase)}; static_assert(t40.Fits());
 constexpr Table<1> t41{Option(L"a"), Section(L"user", eSectionNone)}; static_assert(t41.Fits());               // refused
 constexpr Table<1> t42{Option(L"a"), Section(L"FILES\\3")}; static_assert(t42.Fits());
+constexpr Table<1> t43{Filled(Option(L"a"), &XOptionDefinition::szSyntax)}; static_assert(t43.Fits());         // refused
+constexpr Table<1> t44{Option(L"a"), Filled(Section(L"A"), &XConfigSection::szName)}; static_assert(t44.Fits()); // refused
 // clang-format on
 
 void Register() {

@@ -36,6 +36,12 @@ constexpr bool IsTitle(const XOptionDefinition& row) {
     return row.eOption == eOptionTitle;
 }
 
+/// Whether a text column ends within itself. The last element tells of all rows that OptionRow fills.
+template <std::size_t Width>
+constexpr bool HasEnd(const wchar_t (&column)[Width]) {
+    return column[Width - 1] == 0 || std::ranges::any_of(column, [](wchar_t element) { return element == 0; });
+}
+
 // --- An option alone ---
 
 constexpr bool IsDigit(wchar_t element) {
@@ -83,7 +89,14 @@ constexpr void CheckTabulators(const XOptionDefinition& row) {
     }
 }
 
+constexpr void CheckEnds(const XOptionDefinition& row) {
+    if (!HasEnd(row.szShortName) || !HasEnd(row.szLongName) || !HasEnd(row.szSyntax) || !HasEnd(row.szDescription)) {
+        throw RowRefused{L"The option <%s> cannot be registered: a text fills its column without an end!", L""};
+    }
+}
+
 constexpr void CheckRow(const XOptionDefinition& row) {
+    CheckEnds(row);
     if (IsTitle(row)) return;
     CheckNames(row);
     CheckType(row);
@@ -111,6 +124,9 @@ constexpr void CheckPercent(const XConfigSection& row) {
 }
 
 constexpr void CheckRow(const XConfigSection& row) {
+    if (!HasEnd(row.szName)) {
+        throw RowRefused{L"The section <%s> cannot be registered: its name fills its column without an end!", L""};
+    }
     if (row.szName[0] == 0 && row.eSection != eSectionUnnamed) {
         throw RowRefused{L"The section <%s> cannot be registered: its name is empty!", L""};
     }

@@ -44,6 +44,7 @@ TEST(SourceLines, TellWhatEachLineOfAnIniFileIs) {
         const SourceFileLines view = Expect(ReadProfileLines, lines, end);
         EXPECT_EQ(view.sectionListLength, 13) << "Main, main, db";
         EXPECT_TRUE(view.hasWindows1252);
+        EXPECT_TRUE(view.lines[3].isQuoted && !view.lines[6].isQuoted && !view.lines[12].isQuoted);
     }
 }
 
@@ -68,7 +69,7 @@ TEST(SourceLines, TellWhatEachLineOfARegistryIs) {
                {"[HKLM\\A", Kind::Ignored, Reason::MalformedKey, false, L"||"},
                {"\"v\"=\"a\"", Kind::Ignored, Reason::NoCurrentKey, false, L"|v|"},
                {"[-HKLM\\c]", Kind::Removal, Reason::None, false, L"c||"},
-               {"[HKCU\\A]", Kind::Ignored, Reason::OtherRoot, false, L"||"},
+               {"[HKCU\\A]", Kind::Ignored, Reason::OtherRoot, false, L"HKCU\\A||"},
            },
            "\r\n");
     Expect(ReadRegistryLines,

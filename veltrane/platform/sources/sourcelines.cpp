@@ -46,6 +46,14 @@ CString Decoded(const TextFile& file, std::string_view bytes) {
     return CString{DecodeFileText(bytes, file.WithSurrogates())};
 }
 
+// Blanks are all that a value loses beside its quotes.
+bool IsQuoted(const ProfileLine& line) {
+    const std::string_view value = line.Value();
+    if (value.empty() || value.data() == line.right.data()) return false;
+    const char before = line.right[static_cast<std::size_t>(value.data() - line.right.data()) - 1];
+    return before == '"' || before == '\'';
+}
+
 CString Folded(CString name) {
     name.MakeLower();
     return name;
@@ -109,6 +117,7 @@ private:
     void TellEntry(const ProfileLine& line, SourceLine& read) {
         read.key = Decoded(m_File, line.name);
         read.value = Decoded(m_File, line.Value());
+        read.isQuoted = IsQuoted(line);
         if (m_Sections.empty()) return Ignore(read, Reason::None);
         read.kind = Kind::Entry;
         const bool isFirstKey = m_Keys.insert(Folded(read.key)).second;
@@ -194,6 +203,7 @@ private:
                 break;
             case RegistryLine::Kind::OtherRoot:
                 LeaveKey(read, Reason::OtherRoot);
+                read.section = Decoded(m_File, line.path);
                 break;
             case RegistryLine::Kind::Value:
             case RegistryLine::Kind::RemovedValue:

@@ -27,7 +27,7 @@ struct RegistryLine {
     int number = 0;          ///< of the line, from 1
     int last = 0;            ///< of the line that ends it
     std::string_view line;   ///< without blanks at its ends
-    std::string_view path;   ///< of a key below the machine's root, without a separator at its end
+    std::string_view path;   ///< of a key below the machine's root, no separator at its end; OtherRoot: whole
     std::string name;        ///< of a value, in file text; empty is the default value
     std::uint32_t type = 0;  ///< of a value
     std::string data;        ///< of a value, as the calls hand it out

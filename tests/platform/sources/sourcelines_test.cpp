@@ -27,13 +27,13 @@ static SourceFileLines Expect(SourceFileLines (*read)(const CString&), const std
 TEST(SourceLines, TellWhatEachLineOfAnIniFileIs) {
     const std::vector<ToldLine> lines{
         {"lost=1", Kind::Ignored, Reason::BeforeFirstSection, false, L"|lost|1"},
-        {"bare", Kind::Ignored, Reason::BeforeFirstSection, false, L"||"},
+        {"bare", Kind::Ignored, Reason::BeforeFirstSection, false, L"|bare|"},
         {"[Main] ; x", Kind::Section, Reason::None, true, L"Main||"},
         {" k = ' v ' ", Kind::Entry, Reason::None, true, L"Main|k| v "},
         {"", Kind::Blank, Reason::None, false, L"Main||"},
         {"\t;k=2", Kind::Comment, Reason::None, false, L"Main||"},
         {"K=2", Kind::Entry, Reason::DuplicateKey, false, L"Main|K|2"},
-        {"bare", Kind::Ignored, Reason::NoEquals, false, L"Main||"},
+        {" bare\t", Kind::Ignored, Reason::NoEquals, false, L"Main|bare|"},
         {" =2", Kind::Ignored, Reason::EmptyKey, false, L"Main||"},
         {"[main]", Kind::Section, Reason::DuplicateSection, false, L"main||"},
         {"l=\xFC", Kind::Entry, Reason::DuplicateSection, false, L"main|l|\xFC"},

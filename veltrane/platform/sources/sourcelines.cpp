@@ -89,6 +89,7 @@ private:
                 TellEntry(line, read);
                 break;
             case ProfileLine::Kind::NoEquals:
+                read.key = Decoded(m_File, WithoutBlanks(line.line));
                 Ignore(read, Reason::NoEquals);
                 break;
             case ProfileLine::Kind::NoKey:

@@ -54,9 +54,9 @@ struct SourceLine {
     int number = 0;  ///< from 1; CR LF ends one line
     Kind kind = Kind::Blank;
     Reason reason = Reason::None;
-    bool answers = false;  ///< whether a question is answered by an entry; whether the entries of a section can be
-    CString section = {};  ///< as spelled; of a registry the path below the machine's root, with OtherRoot the whole
-    CString key = {};
+    bool answers = false;   ///< whether a question is answered by an entry; whether the entries of a section can be
+    CString section = {};   ///< as spelled; of a registry the path below the machine's root, with OtherRoot the whole
+    CString key = {};       ///< of an INI file's line without '=' all its text
     bool isQuoted = false;  ///< whether the value of an INI file stands in a pair of quotes
     CString value =
         {};  ///< whole, as a question gives it: without blanks and quotes around it, references not replaced

@@ -42,6 +42,7 @@ inline constexpr SwitchRow SWITCHES[] = {
     {"show",  "--only",      "LAYER",              WordKind::Text, "only what comes from one layer, such as 'user file'"},
     {"lint",  "--strict",    "",                   WordKind::None, "warnings count as errors"},
     {"lint",  "--code",      "LIST",               WordKind::Text, "only these codes (C01,C02), or all but some (-C13)"},
+    {"lint",  "--explain",   "LIST",               WordKind::Text, "what codes mean (C05, or 'all')"},
     {"names", "--version",   "N[,M ...]",          WordKind::Text, "versions of the rules; all without it"},
     {"names", "--rules",     "",                   WordKind::None, "the rules themselves, in the order they apply"},
     {"names", "--limit",     "BYTES",              WordKind::Text, "longest name; 30 without it"},

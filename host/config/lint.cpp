@@ -2,70 +2,114 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
+#include <sstream>
 
 #include "commands.h"
+#include "nearest.h"
+#include "printable.h"
 #include "veltrane/platform/files/filesystem.h"
 
 namespace veltrane::config {
 
 namespace {
 
-const char* const SEVERITIES[] = {"error", "warning", "note"};
+constexpr int TEXT_WIDTH = 78;
+
+const LintRow* FindLint(const std::string& name) {
+    const auto* const row = std::ranges::find(LINTS, std::string_view{name}, &LintRow::name);
+    return row == std::end(LINTS) ? nullptr : row;
+}
+
+/// @throws Refusal  there is no such code
+const LintRow& AskedLint(const std::string& word) {
+    const CString name = FromUtf8(word).MakeUpper();
+    if (const LintRow* const row = FindLint(ToUtf8(name))) return *row;
+    std::vector<CString> names;
+    for (const LintRow& row : LINTS) names.emplace_back(row.name);
+    const CString padded = L"C0" + name.Right(1);  // "5" and "C5" are no codes
+    const bool isShort = name.GetLength() < 3 && FindLint(ToUtf8(padded));
+    const CString nearest = isShort ? padded : Nearest(name, names);
+    if (nearest.IsEmpty()) throw Refusal{FormatText(L"'%s' is not a code of lint; --explain all shows them", name)};
+    throw Refusal{FormatText(L"'%s' is not a code of lint; did you mean '%s'?", name, nearest)};
+}
+
+std::vector<std::string> SplitList(std::string list) {
+    std::ranges::replace(list, ',', ' ');
+    std::istringstream words{list};
+    return {std::istream_iterator<std::string>{words}, {}};
+}
 
 /// The codes that are wanted: those of a list, or all but those with a hyphen in front.
 class CodeFilter {
 public:
-    explicit CodeFilter(std::string list) {
-        std::ranges::replace(list, ',', ' ');
-        for (std::size_t begin = 0; (begin = list.find_first_not_of(' ', begin)) != std::string::npos;) {
-            const std::size_t end = std::min(list.find(' ', begin), list.size());
-            const bool isExcluded = list[begin] == '-';
-            std::string code = list.substr(begin + (isExcluded ? 1 : 0), end - begin - (isExcluded ? 1 : 0));
-            if (code.size() != 3 || code[0] != 'C') throw Refusal{L"no code is called '" + FromUtf8(code) + L"'"};
-            (isExcluded ? m_Excluded : m_Wanted).insert(std::move(code));
-            begin = end;
+    explicit CodeFilter(const std::string& list) {
+        for (const std::string& word : SplitList(list)) {
+            const bool isExcluded = word[0] == '-';
+            (isExcluded ? m_Excluded : m_Wanted).insert(&AskedLint(word.substr(isExcluded ? 1 : 0)));
         }
     }
-    bool Has(const std::string& code) const {
-        return (m_Wanted.empty() || m_Wanted.contains(code)) && !m_Excluded.contains(code);
+    bool Has(LintCode code) const {
+        return (m_Wanted.empty() || m_Wanted.contains(&RowOf(code))) && !m_Excluded.contains(&RowOf(code));
     }
 
 private:
-    std::set<std::string> m_Wanted;
-    std::set<std::string> m_Excluded;
+    std::set<const LintRow*> m_Wanted;
+    std::set<const LintRow*> m_Excluded;
 };
 
-// Whether a source is among the files that are asked for.
-bool IsAsked(const LintRun& run, const LintRun::Placed& finding, const Request& request) {
-    if (request.words.empty()) return true;
-    if (finding.source >= static_cast<int>(run.sources.size())) return false;
-    const std::string path = MapPath(finding.file);
-    return std::ranges::any_of(request.words, [&](const std::string& word) {
-        std::error_code failure;
-        return std::filesystem::equivalent(path, word, failure);
-    });
-}
+/// The sources that findings are wanted of: all of them, or those that are named.
+class FileFilter {
+public:
+    /// @throws Refusal  a file is missing, or no source
+    FileFilter(const LintRun& run, const std::vector<std::string>& files) : m_HasAll(files.empty()) {
+        for (const std::string& file : files) {
+            std::error_code failure;
+            if (!std::filesystem::exists(file, failure))
+                throw Refusal{FormatText(L"file <%s> not found", FromUtf8(file))};
+            const auto isFile = [&](const LintSource& source) {
+                return std::filesystem::equivalent(MapPath(source.path), file, failure);
+            };
+            const auto found = std::ranges::find_if(run.sources, isFile);
+            if (found == run.sources.end())
+                throw Refusal{FormatText(L"<%s> is not a source of this configuration; the command 'files' shows them",
+                                         FromUtf8(file))};
+            m_Wanted.insert(static_cast<int>(found - run.sources.begin()));
+        }
+    }
+    bool Has(int source) const { return m_HasAll || m_Wanted.contains(source); }
 
-// By file, line and code, each said once; a line that stops the tool is not told to be a second one, too.
+private:
+    bool m_HasAll;
+    std::set<int> m_Wanted;
+};
+
+// By file, line and code, each told once; a line that stops the tool is not told to be a second one, too.
 std::vector<LintRun::Placed> Sorted(const LintRun& run, const Request& request) {
-    const CodeFilter filter{request.Value("--code")};
+    const CodeFilter codes{request.Value("--code")};
+    const FileFilter files{run, request.words};
     std::set<std::pair<int, int>> stopping;
     for (const LintRun::Placed& finding : run.Findings()) {
-        if (std::string_view{finding.code} == "C08") stopping.emplace(finding.source, finding.line);
+        if (finding.code == LintCode::C08) stopping.emplace(finding.source, finding.line);
     }
     const auto keyOf = [](const LintRun::Placed& finding) {
-        return std::tuple(finding.source, finding.line, std::string_view{finding.code}, finding.text.View());
+        return std::tuple(finding.source, finding.line, finding.code, finding.text.View());
     };
     std::vector<LintRun::Placed> findings;
     for (const LintRun::Placed& finding : run.Findings()) {
-        const bool isTwice =
-            std::string_view{finding.code} == "C04" && stopping.contains({finding.source, finding.line});
-        if (filter.Has(finding.code) && IsAsked(run, finding, request) && !isTwice) findings.push_back(finding);
+        const bool isTwice = finding.code == LintCode::C04 && stopping.contains({finding.source, finding.line});
+        if (codes.Has(finding.code) && files.Has(finding.source) && !isTwice) findings.push_back(finding);
     }
     std::ranges::sort(findings, {}, keyOf);
     const auto isSame = [&](const auto& left, const auto& right) { return keyOf(left) == keyOf(right); };
     findings.erase(std::unique(findings.begin(), findings.end(), isSame), findings.end());
     return findings;
+}
+
+CString MeantText(const CString& suggestion) {
+    if (suggestion.IsEmpty()) return {};
+    const bool isSection = suggestion[0] == L'[';
+    return isSection ? FormatText(L"; did you mean %s?", suggestion) : FormatText(L"; did you mean '%s'?", suggestion);
 }
 
 void AddLine(Answer& answer, const LintRun& run, const LintRun::Placed& finding, bool isColoured) {
@@ -74,16 +118,12 @@ void AddLine(Answer& answer, const LintRun& run, const LintRun::Placed& finding,
     if (finding.line > 0) place += FormatText(L":%d", finding.line);
     std::string severity = SEVERITIES[static_cast<int>(finding.severity)];
     if (isColoured) severity = Coloured(severity);
-    const CString meant =
-        finding.suggestion.IsEmpty()
-            ? CString{}
-            : L"; did you mean " +
-                  (finding.suggestion[0] == L'[' ? finding.suggestion : L"'" + finding.suggestion + L"'") + L"?";
-    answer.text += ToUtf8(place) + ": " + severity + ' ' + finding.code + ": " + ToUtf8(finding.text + meant) + '\n';
+    answer.text += ToUtf8(place) + ": " + severity + ' ' + RowOf(finding.code).name + ": " +
+                   ToUtf8(Printable(finding.text) + MeantText(finding.suggestion)) + '\n';
 }
 
 Json FindingJson(const LintRun::Placed& finding) {
-    Json json{{"code", finding.code},
+    Json json{{"code", RowOf(finding.code).name},
               {"severity", SEVERITIES[static_cast<int>(finding.severity)]},
               {"file", ToUtf8(finding.file)},
               {"line", finding.line}};
@@ -109,15 +149,51 @@ void AddSummary(Answer& answer, const LintRun& run, const std::ptrdiff_t (&count
                    ", " + Counted(counts[1], "warning") + ", " + Counted(counts[2], "note") + '\n';
 }
 
+// A paragraph of at most TEXT_WIDTH characters a line.
+std::string Wrapped(const char* text, const std::string& indent) {
+    std::istringstream words{text};
+    std::string lines;
+    std::string line = indent;
+    for (std::string word; words >> word;) {
+        if (line.size() + word.size() >= TEXT_WIDTH) lines += std::exchange(line, indent) + '\n';
+        line.append(line.size() > indent.size() ? " " : "").append(word);
+    }
+    return lines + line + '\n';
+}
+
+Answer Explain(const std::string& list) {
+    Answer answer;
+    answer.tellsErrors = true;  // none of them is asked for
+    answer.document["errors"] = Json::array();
+    answer.document["codes"] = Json::array();
+    std::vector<std::string> words = SplitList(list);
+    if (list == "all" || words.empty()) {
+        words.clear();
+        for (const LintRow& row : LINTS) words.emplace_back(row.name);
+    }
+    for (const std::string& word : words) {
+        const LintRow& row = AskedLint(word);
+        const char* const severity = SEVERITIES[static_cast<int>(row.severity)];
+        answer.text +=
+            std::string{row.name} + ' ' + severity + ": " + row.title + '\n' + Wrapped(row.explanation, "    ");
+        answer.document["codes"].push_back(
+            {{"code", row.name}, {"severity", severity}, {"title", row.title}, {"explanation", row.explanation}});
+    }
+    return answer;
+}
+
 }  // namespace
 
 Answer Lint(const Request& request, Startup& startup) {
+    if (request.Has("--explain")) return Explain(request.Value("--explain"));
     LintRun run{startup};
     LintFiles(run);
     LintLines(run);
     LintRegistry(run);
     LintRules(run);
     LintValues(run);
+    LintErrors(run);
+    LintUnused(run);
     Answer answer;
     answer.tellsErrors = true;
     answer.document["findings"] = Json::array();

@@ -5,6 +5,7 @@
 #include <set>
 #include <vector>
 
+#include "lintcodes.h"
 #include "startup.h"
 #include "veltrane/platform/sources/sourcelines.h"
 
@@ -12,28 +13,27 @@
 
 namespace veltrane::config {
 
-enum class Severity { Error, Warning, Note };
-
 struct Finding {
-    const char* code;
-    Severity severity;
+    LintCode code;
     CString text;
     CString suggestion = {};  ///< that may have been meant; the text does not name it
+    Severity severity = RowOf(code).severity;
 };
 
 /// One source with all its lines.
 struct LintSource {
     OptionLayer layer;
-    CString path;  ///< as the store asks for it
-    SourceFileLines view;
+    CString path;          ///< as the store asks for it
+    SourceFileLines view;  ///< without lines for one in UTF-16 that has no mark
+    bool isUnmarkedUtf16 = false;
 };
 
 /// What a section of a file is for.
 struct SectionUse {
     enumCfgSection section = eSectionNone;
     bool isKnown = false;
-    bool isOther = false;  ///< of another database than the one that is worked on
-    CString form = {};     ///< its full name, with "%d" for an index
+    bool isOfOtherDatabase = false;  ///< than the one that is worked on
+    CString form = {};               ///< its full name, with "%d" for an index
     std::optional<int> index = {};
 };
 
@@ -43,22 +43,48 @@ struct KeyUse {
     std::optional<int> index = {};           ///< none for a single option, and for a bare key of a family
 };
 
+/// A key of the registry in which the store looks.
+struct RegistryKey {
+    CString path;  ///< as the store spells it
+    enumCfgSection section;
+};
+
 /// Everything that the checks look at and report to.
 class LintRun {
 public:
     explicit LintRun(Startup& started);
 
-    SectionUse UseOf(const CString& section) const;
-    KeyUse UseOf(const SectionUse& section, const CString& key) const;
+    /// @param section  of an INI file
+    SectionUse FindSection(const CString& section) const;
+    KeyUse FindKey(const SectionUse& section, const CString& key) const;
     bool HoldsRules(enumCfgSection section) const { return m_RuleSections.contains(section); }
-    /// Whether a section of another database may be meant to be that of this one: nearly its name, which the source has
-    /// no section of.
-    bool IsNearDatabase(const LintSource& source, const CString& section, const CString& own) const;
+    /// Whether the list of the section's keys is asked for, which is cut when it is long.
+    bool IsListed(const SectionUse& section) const;
+
+    const std::vector<RegistryKey>& RegistryKeys() const { return m_RegistryKeys; }
+    /// Path below the key of the tool; nothing for one of another program.
+    std::optional<CString> BelowTool(const CString& path) const;
+    const RegistryKey* FindRegistryKey(const CString& path) const;
+
+    bool IsOtherDatabase(const CString& section) const;
+    /// The other database of a section that has the form of one of a family; empty for all else.
+    CString DatabaseOfFamily(const CString& section) const;
+    /// Whether a section of another database may be meant to be that of this one: nearly its name, which no other
+    /// source knows, in a source that has no section of this one.
+    bool IsNearOwnDatabase(const LintSource& source, const CString& section) const;
+    bool HasDatabase() const { return !m_Database.IsEmpty(); }
+    /// The database that was probably meant, when the one that the command line or the environment names has no section
+    /// anywhere; empty else.
+    const CString& MeantDatabase() const { return m_MeantDatabase; }
+
     /// Names that a section, or a key in a section, may have been meant to be, the likeliest first.
     CString NearestSection(const CString& section) const;
     CString NearestKey(const SectionUse& section, const CString& key) const;
-    /// Whether a value of any source refers to a name.
-    bool IsReferredTo(const CString& name) const { return m_References.contains(CString{name}.MakeLower()); }
+    /// The section of an option as it is written, with an index that the source has, unless one is given.
+    CString SectionFor(const LintSource& source, const XOptionDefinition& row, const std::optional<int>& index) const;
+    /// Whether a reference reads a key: one in a value of its section or, for [ROOT], of any section.
+    /// @param section  as an INI file spells it
+    bool IsReferredTo(const CString& section, const CString& key) const;
 
     void Report(const LintSource& source, const SourceLine& line, Finding finding);
     /// @param place  of a source, of the environment, or a word of the command line
@@ -70,6 +96,7 @@ public:
         CString section;
         CString key;
     };
+    int SourceNumber(OptionLayer layer) const;
     const std::vector<Placed>& Findings() const { return m_Findings; }
 
     Startup& startup;
@@ -77,27 +104,59 @@ public:
 
 private:
     void AddSources();
+    void AddSource(OptionLayer layer, const CString& path);
     void AddSections();
+    void AddRegistryKeys();
     void AddReferences();
-    void AddOtherDatabases();
+    void FindMeantDatabase();
+    void AddDatabases();
+    void AddDatabasesOf(const LintSource& source);
+    void AddRegistryDatabasesOf(const LintSource& source);
+    void AddDatabase(const LintSource& source, const CString& name);
     CString FormFor(const CString& section, const CString& form) const;
+    bool IsNearOwn(const CString& database) const;
 
     struct Keys {
         std::vector<std::pair<CString, const XOptionDefinition*>> singles;  // folded names, in order
         std::vector<const XOptionDefinition*> families;
     };
+    struct Database {
+        CString name;  // as spelled
+        std::set<OptionLayer> layers;
+    };
 
     std::vector<std::pair<enumCfgSection, CString>> m_Sections;  // full names; "%d" for an index
-    CString m_Database;
+    CString m_Database;                                          // folded
     std::set<enumCfgSection> m_RuleSections;
     std::map<enumCfgSection, Keys> m_Keys;
-    std::set<CString> m_OtherDatabases;  // folded, as are the references
-    std::set<CString> m_References;
+    std::vector<RegistryKey> m_RegistryKeys;
+    CString m_ToolKey;                             // folded
+    std::map<CString, Database> m_OtherDatabases;  // by folded name
+    std::set<OptionLayer> m_WithOwn;               // have the section of this database
+    bool m_IsOwnKnown = false;                     // from that, or from one of its families
+    CString m_MeantDatabase;
+    std::map<std::pair<OptionLayer, enumCfgSection>, CString> m_FirstSections;  // of families, as spelled
+    std::map<CString, std::set<CString>> m_References;  // sections of the values that refer to a name; all folded
     std::vector<Placed> m_Findings;
 };
 
-/// Checks the text of a value against the kind of its option.
-void LintText(LintRun& run, const LintSource& source, const SourceLine& line, const XOptionDefinition& row);
+/// Whether two names differ in their digits alone, as those of neighbours do.
+bool IsNeighbour(const CString& left, const CString& right);
+
+/// Whether a value holds a reference between two percent signs.
+bool HasReference(const CString& value);
+/// The names of its references.
+std::vector<CString> ReferencesOf(const CString& value);
+
+/// What is wrong with the text of a value for the kind of its option; nothing while it has references.
+std::vector<Finding> CheckText(const CString& key, const CString& value, const XOptionDefinition& row);
+/// What of the text of a value looks like more than text: a comment or a quote.
+std::optional<Finding> CheckSigns(const CString& value, bool isQuoted);
+/// Whether it has a percent sign that begins no reference, or one without a name.
+std::optional<Finding> CheckPercent(const CString& value);
+
+/// "team.ini:4", to be named in a text.
+CString ShortPlace(const SourcePlace& place);
 
 // The checks.
 void LintFiles(LintRun& run);
@@ -105,5 +164,7 @@ void LintLines(LintRun& run);
 void LintRegistry(LintRun& run);
 void LintRules(LintRun& run);
 void LintValues(LintRun& run);
+void LintErrors(LintRun& run);  ///< after those: it looks at what they have found
+void LintUnused(LintRun& run);  ///< after the errors
 
 }  // namespace veltrane::config

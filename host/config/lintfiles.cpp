@@ -1,24 +1,26 @@
 // Checks of the files themselves.
+#include <algorithm>
 #include <filesystem>
 
 #include "lint.h"
-#include "veltrane/config/xconfiguration.h"
 #include "veltrane/platform/sources/environment.h"
 
 namespace veltrane::config {
 
 namespace {
 
+using enum LintCode;
+
 const wchar_t* FaultOf(SourceReading reading) {
     switch (reading) {
         case SourceReading::Folder:
-            return L"this is a folder: nothing of it is read";
+            return L"this is a folder; it counts as an empty file";
         case SourceReading::NotRegular:
-            return L"this is no regular file: nothing of it is read";
+            return L"this is not a regular file; it counts as an empty one";
         case SourceReading::TooLarge:
-            return L"the file is larger than 256 MiB: nothing of it is read";
+            return L"the file is larger than 256 MiB; it counts as empty";
         case SourceReading::Failed:
-            return L"the file can not be read: it counts as empty";
+            return L"the file cannot be read; it counts as empty";
         default:
             return nullptr;
     }
@@ -36,27 +38,32 @@ CString OtherSpelling(const std::filesystem::path& file) {
     return {};
 }
 
-void LintFile(LintRun& run, const LintSource& source) {
-    const auto warn = [&](const char* code, const CString& text) {
-        run.Report(source, SourceLine{}, {code, Severity::Warning, text});
-    };
+// The default registry need not be there; a missing user file is an error of start-up, which tells its place.
+void LintMissing(LintRun& run, const LintSource& source) {
     CString named;
-    const bool isNamed =
-        source.layer != OptionLayer::Registry || (GetEnvironmentText(named, L"VORNAK_REGISTRY") && !named.IsEmpty());
-    if (const wchar_t* const fault = FaultOf(source.view.reading)) {
-        if (source.path != L"/dev/null") warn("C19", fault);
-    } else if (source.view.reading == SourceReading::Missing && isNamed) {
-        warn("C19", L"the file does not exist");
+    const bool isNamed = GetEnvironmentText(named, L"VORNAK_REGISTRY") && !named.IsEmpty();
+    const auto isOfMetadata = [](const XException& error) {
+        return error.GetSubject() && error.GetSubject()->option == L"metadata";
+    };
+    if (source.layer == OptionLayer::Registry && isNamed) {
+        run.Report(source, SourceLine{}, {C19, L"the file does not exist"});
+    } else if (source.layer == OptionLayer::BasicFile && std::ranges::none_of(run.startup.errors, isOfMetadata)) {
+        run.Report(source, SourceLine{}, {C19, L"the basic file does not exist; the tool stops", {}, Severity::Error});
+    }
+}
+
+void LintFile(LintRun& run, const LintSource& source) {
+    const auto report = [&](LintCode code, const CString& text) { run.Report(source, SourceLine{}, {code, text}); };
+    const wchar_t* const fault = FaultOf(source.view.reading);
+    if (fault && source.path != L"/dev/null") report(C19, fault);
+    if (source.view.reading == SourceReading::Missing) LintMissing(run, source);
+    if (source.isUnmarkedUtf16) {
+        report(C19, L"this looks like UTF-16 without a mark at its start, which is not read as such; save it as UTF-8");
     }
     if (source.view.path.IsEmpty()) return;
     const CString other = OtherSpelling(ToUtf8(source.view.path));
-    if (!other.IsEmpty())
-        warn("C18", L"'" + other + L"' beside it differs in case only; is this the one that is meant?");
-    if (source.layer == OptionLayer::Registry || source.view.sectionListLength <= XConfiguration::MAX_LIST + 1) return;
-    warn(
-        "C11",
-        FormatText(L"the names of its sections take %d characters: families and rules behind the first %d are not seen",
-                   source.view.sectionListLength, XConfiguration::MAX_LIST));
+    if (other.IsEmpty()) return;
+    report(C18, FormatText(L"'%s' beside it differs in case only; is this the one that is meant?", other));
 }
 
 }  // namespace

@@ -1,8 +1,11 @@
 // Checks of the INI files, line by line.
 #include <algorithm>
+#include <limits>
 
 #include "lint.h"
+#include "printable.h"
 #include "veltrane/config/xconfiguration.h"
+#include "veltrane/platform/text/numbers.h"
 
 namespace veltrane::config {
 
@@ -10,9 +13,53 @@ namespace {
 
 using Kind = SourceLine::Kind;
 using Reason = SourceLine::Reason;
+using enum LintCode;
 
-CString QuotedKey(const SourceLine& line) {
-    return L"'" + line.key + L"'";
+constexpr int LONGEST_LIST = XConfiguration::MAX_LIST + 1;  // that is not cut, the end of its last name included
+
+// What other formats begin a comment with; in naming rules '#' can begin the name of a table.
+bool IsForeignComment(const CString& text, bool isRule) {
+    const bool isHash = text.Left(1) == L"#";
+    return isRule ? text.Left(2) == L"# " : isHash || text.Left(2) == L"//";
+}
+
+bool IsInQuotes(const CString& key) {
+    return key.Left(1) == L"\"" || key.Left(1) == L"'";
+}
+
+/// The option that a key stands for in whichever section, and the key as it is written there.
+struct MeantKey {
+    const XOptionDefinition* row = nullptr;  // null for none
+    std::optional<int> index = {};
+    CString key = {};  // empty when it is written right
+};
+
+MeantKey FindFamily(const XOptionDefinition& row, const CString& key) {
+    const CString name = row.szLongName;
+    std::optional<int> index;
+    if (XConfiguration::IsFamilyKey(key, name, index) && index) return {&row, index};
+    const int letters = static_cast<int>(key.View().find_last_not_of(L"0123456789")) + 1;
+    const bool isNumbered = letters > 0 && letters < key.GetLength();
+    if (!isNumbered || key.Left(letters).TrimRight(L"_. ") != name) return {};
+    return {&row, _wtoi(key.Mid(letters)), name + L"-" + key.Mid(letters)};
+}
+
+MeantKey FindAnywhere(const CString& key) {
+    const CString folded = CString{key}.MakeLower();
+    for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
+        if (row->eOption == eOptionTitle || row->eSection == eSectionNone) continue;
+        if (folded == row->szLongName) return {row};
+        MeantKey meant = row->IsSingle() ? MeantKey{} : FindFamily(*row, folded);
+        if (meant.row) return meant;
+    }
+    const bool isTyped = folded[0] == L'-' && folded != L"-" && folded != L"--";  // as on the command line
+    const XOptionDefinition* const row = isTyped ? FindOptionDefinition(folded) : nullptr;
+    const bool isOption = row && row->eOption != eOptionTitle && row->eSection != eSectionNone;
+    return isOption ? MeantKey{row, {}, row->szLongName} : MeantKey{};
+}
+
+CString Bracketed(const CString& section) {
+    return section.IsEmpty() ? section : L"[" + section + L"]";
 }
 
 /// One walk over the lines of a file.
@@ -30,146 +77,158 @@ public:
     }
 
 private:
-    void Warn(const SourceLine& line, const char* code, const CString& text, const CString& suggestion = {}) {
-        m_Run.Report(m_Source, line, {code, Severity::Warning, text, suggestion});
+    void Report(const SourceLine& line, const Finding& finding) { m_Run.Report(m_Source, line, finding); }
+    void Report(const SourceLine& line, const std::optional<Finding>& finding) {
+        if (finding) m_Run.Report(m_Source, line, *finding);
     }
 
     void LintIgnored(const SourceLine& line) {
-        const bool isLost = line.reason == Reason::BeforeFirstSection;
-        const bool isKeyless = line.reason == Reason::EmptyKey;
-        Warn(line, "C16",
-             isLost      ? L"what stands before the first section is never read"
-             : isKeyless ? L"a line without a key in front of its '=' is never read"
-                         : L"a line without '=' is never read");
+        if (IsForeignComment(line.key, /*isRule*/ false)) {
+            Report(line, {C16, L"only ';' begins a comment; this line is ignored all the same", {}, Severity::Note});
+        } else if (line.reason == Reason::BeforeFirstSection) {
+            Report(line, {C16, L"a line before the first section is ignored"});
+        } else if (line.reason == Reason::EmptyKey) {
+            Report(line, {C16, L"a line without a key before its '=' is ignored"});
+        } else {
+            Report(line, {C16, L"a line without '=' is ignored"});
+        }
     }
 
     void LintSection(const SourceLine& line) {
         EndSection();
-        m_Use = m_Run.UseOf(line.section);
-        m_Header = &line;
-        if (line.reason == Reason::HeaderWithoutBracket) {
-            Warn(line, "C16", FormatText(L"the header [%s has no ']'", line.section));
+        m_Use = m_Run.FindSection(line.section);
+        if (!line.section.IsEmpty()) m_nSections += line.section.GetLength() + 1;
+        const bool isCut = m_Source.view.sectionListLength > LONGEST_LIST && m_nSections > LONGEST_LIST;
+        if (isCut && !std::exchange(m_IsCut, true)) {
+            Report(line, {C11, FormatText(L"the names of the sections above fill the list of %d characters; families "
+                                          L"and rules in [%s] and after it are not seen",
+                                          XConfiguration::MAX_LIST, line.section)});
         }
+        if (line.reason == Reason::HeaderWithoutBracket)
+            Report(line, {C16, FormatText(L"the header [%s has no ']' at its end", line.section)});
         if (!line.answers) {
-            Warn(line, "C04", FormatText(L"section [%s] stands above already: this one is never read", line.section));
+            Report(line, {C04, FormatText(L"section [%s] already appears above; this one is ignored", line.section)});
         } else if (!m_Use.isKnown) {
-            Warn(line, "C01", FormatText(L"no section [%s] is known", line.section),
-                 Bracketed(m_Run.NearestSection(line.section)));
-        } else if (m_Use.isOther && m_Use.section == eSectionDatabase) {
-            LintDatabase(line);
+            const CString nearest = m_Run.NearestSection(line.section);
+            if (!m_Run.HasDatabase() && nearest.IsEmpty()) return;  // it may be the one of the database
+            Report(line, {C01, FormatText(L"[%s] is not a known section", line.section), Bracketed(nearest)});
+        } else if (m_Use.isOfOtherDatabase && m_Run.IsNearOwnDatabase(m_Source, line.section)) {
+            Report(line, {C01, FormatText(L"[%s] is taken as the section of another database", line.section),
+                          Bracketed(m_Run.startup.options.GetSectionName(eSectionDatabase)), Severity::Note});
         }
     }
-
-    void LintDatabase(const SourceLine& line) {
-        const CString own = m_Run.startup.options.GetSectionName(eSectionDatabase);
-        if (!m_Run.IsNearDatabase(m_Source, line.section, own)) return;
-        const CString text = L"[" + line.section + L"] counts as the section of another database";
-        m_Run.Report(m_Source, line, {"C01", Severity::Note, text, Bracketed(own)});
-    }
-
-    static CString Bracketed(const CString& section) { return section.IsEmpty() ? section : L"[" + section + L"]"; }
 
     void LintEntry(const SourceLine& line) {
-        m_ListLength += line.key.GetLength() + 1;
-        if (m_ListLength > XConfiguration::MAX_LIST && !m_FirstCut) m_FirstCut = &line;
+        m_nKeys += line.key.GetLength() + 1;
+        if (m_nKeys > LONGEST_LIST && !m_FirstCut) m_FirstCut = &line;
         if (line.reason == Reason::DuplicateKey) {
-            Warn(line, "C04",
-                 QuotedKey(line) + FormatText(L" stands in [%s] already: this line is never read", line.section));
+            Report(line, {C04, FormatText(L"'%s' is already set above in [%s]; this line is ignored", line.key,
+                                          line.section)});
         }
         if (!line.answers || !m_Use.isKnown) return;
-        LintLength(line);
-        if (m_Run.HoldsRules(m_Use.section)) return LintRule(line);
-        const KeyUse use = m_Run.UseOf(m_Use, line.key);
-        if (use.row) {
-            LintText(m_Run, m_Source, line, *use.row);
-            LintPlace(line, *use.row);
-            LintFamily(line, use);
+        if (line.value.GetLength() > XConfiguration::MAX_VALUE) {
+            Report(line, {C11, FormatText(L"'%s' has %d characters; those after the first %d are cut off", line.key,
+                                          line.value.GetLength(), XConfiguration::MAX_VALUE)});
+        }
+        const KeyUse use = m_Run.FindKey(m_Use, line.key);
+        if (m_Run.HoldsRules(m_Use.section)) {
+            LintRule(line);
+        } else if (use.row) {
+            LintOption(line, use);
         } else {
             LintUnknown(line);
         }
     }
 
-    // The option that a key names, whatever the section is; null for none.
-    static const XOptionDefinition* FindAnywhere(const CString& key) {
-        const CString folded = CString{key}.MakeLower();
-        for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
-            if (row->eOption == eOptionTitle || row->eSection == eSectionNone) continue;
-            std::optional<int> index;
-            const bool isFamily = !row->IsSingle() && XConfiguration::IsFamilyKey(folded, row->szLongName, index);
-            if (folded == row->szLongName || (isFamily && index)) return row;
+    void LintOption(const SourceLine& line, const KeyUse& use) {
+        const std::vector<Finding> faults = CheckText(line.key, line.value, *use.row);
+        for (const Finding& fault : faults) Report(line, fault);
+        const bool isText = !use.row->IsBoolean() && !use.row->IsTrillian() && !use.row->IsIList();
+        if (isText) Report(line, CheckSigns(line.value, line.isQuoted));
+        if (faults.empty()) Report(line, CheckPercent(line.value));
+        if (!use.row->IsSingle()) {
+            LintIndex(line, use);
+        } else if (m_Run.startup.options.ComesTooLate(use.row->szLongName)) {
+            Report(line,
+                   {C12, FormatText(L"'%s' comes too late: start-up determines it before the file is opened; give "
+                                    L"it on the command line, in the registry or, for [ROOT], in the environment",
+                                    line.key)});
         }
-        return nullptr;
-    }
-
-    CString SectionOf(const XOptionDefinition& row) const {
-        return Bracketed(m_Run.startup.options.GetSectionName(row.eSection));
     }
 
     void LintUnknown(const SourceLine& line) {
-        const CString what = QuotedKey(line) + L" in [" + line.section + L"] is not asked for ";
-        if (const XOptionDefinition* const row = FindAnywhere(line.key)) {
-            Warn(line, "C03", what + L"there", SectionOf(*row));
-        } else if (!m_Run.IsReferredTo(line.key)) {
-            Warn(line, "C02", what + L"by anything", m_Run.NearestKey(m_Use, line.key));
+        const MeantKey meant = FindAnywhere(line.key);
+        const bool isElsewhere = meant.row && meant.row->eSection != m_Use.section;
+        if (m_Run.IsReferredTo(line.section, line.key)) {
+            if (isElsewhere) LintReferred(line, meant);
+        } else if (IsForeignComment(line.key, /*isRule*/ false)) {
+            Report(
+                line,
+                {C16, FormatText(L"only ';' begins a comment; '%s' is read as a key", line.key), {}, Severity::Note});
+        } else if (isElsewhere) {
+            Report(line, {C03, FormatText(L"'%s' does not belong in this section", line.key),
+                          Bracketed(m_Run.SectionFor(m_Source, *meant.row, meant.index))});
+        } else if (meant.row) {
+            const CString key = m_Use.index || meant.key.IsEmpty() ? CString{meant.row->szLongName} : meant.key;
+            Report(line, {C03, FormatText(L"'%s' is not how this key is written here", line.key), key});
+        } else {
+            Report(line, {C02, FormatText(L"'%s' is not a known key", line.key), m_Run.NearestKey(m_Use, line.key)});
         }
+    }
+
+    void LintReferred(const SourceLine& line, const MeantKey& meant) {
+        Report(line, {C03, FormatText(L"'%s' is read only by references in this section", line.key),
+                      Bracketed(m_Run.SectionFor(m_Source, *meant.row, meant.index)), Severity::Note});
     }
 
     // Any text can be a rule; one that is spelled like an option need not be meant as one.
     void LintRule(const SourceLine& line) {
-        const XOptionDefinition* const row = FindAnywhere(line.key);
-        if (!row || line.key != CString{line.key}.MakeLower()) return;
-        const CString text = QuotedKey(line) + L" is a naming rule here; the option stands in " + SectionOf(*row);
-        m_Run.Report(m_Source, line, {"C03", Severity::Note, text});
+        Report(line, CheckSigns(line.value, line.isQuoted));
+        if (IsForeignComment(line.key, /*isRule*/ true)) {
+            Report(line, {C16, FormatText(L"only ';' begins a comment; '%s' is read as a naming rule", line.key)});
+        } else if (IsInQuotes(line.key)) {
+            Report(line, {C14, FormatText(L"the quotes are part of the text %s that this rule replaces", line.key)});
+        } else if (const MeantKey meant = FindAnywhere(line.key);
+                   meant.row && line.key == CString{line.key}.MakeLower()) {
+            Report(line, {C03, FormatText(L"'%s' is a naming rule in this section", line.key),
+                          Bracketed(m_Run.SectionFor(m_Source, *meant.row, meant.index)), Severity::Note});
+        }
     }
 
-    void LintLength(const SourceLine& line) {
-        if (line.value.GetLength() <= XConfiguration::MAX_VALUE) return;
-        Warn(line, "C11",
-             QuotedKey(line) + FormatText(L" has %d characters: those after the first %d are cut off",
-                                          line.value.GetLength(), XConfiguration::MAX_VALUE));
-    }
-
-    void LintPlace(const SourceLine& line, const XOptionDefinition& row) {
-        if (!row.IsSingle() || !m_Run.startup.options.ComesTooLate(row.szLongName)) return;
-        m_Run.Report(
-            m_Source, line,
-            {"C12", Severity::Note,
-             QuotedKey(line) + L" comes too late: start-up asks for it before this file is open; give it on the "
-                               L"command line, in the registry or, of [ROOT], in the environment"});
-    }
-
-    void LintFamily(const SourceLine& line, const KeyUse& use) {
+    void LintIndex(const SourceLine& line, const KeyUse& use) {
         const CString family = use.row->szLongName;
-        const auto note = [&](const CString& text) { m_Run.Report(m_Source, line, {"C17", Severity::Note, text}); };
-        if (use.row->IsSingle()) return;
         if (!use.index) {
-            note(QuotedKey(line) + L" takes the next free index of '" + family + L"'");
+            Report(line, {C17, FormatText(L"'%s' has no index and gets the next free one of '%s'", line.key, family)});
         } else if (*use.index == -1) {
-            Warn(line, "C14",
-                 L"index -1 ends the reading of the family '" + family + L"': the values after it are lost");
+            Report(line, {C14, FormatText(L"the index -1 ends the family '%s'; values after it are not read", family)});
         } else if (*use.index < 0 && !m_Use.index) {
-            note(QuotedKey(line) + FormatText(L" has the index %d: the second hyphen is its sign", *use.index));
+            Report(line, {C17, FormatText(L"'%s' has the index %d; the second hyphen is read as a sign", line.key,
+                                          *use.index)});
+        } else if (*use.index == std::numeric_limits<int>::max() &&
+                   (m_Use.index ? line.section : line.key).Find(L"2147483647") < 0) {
+            Report(line, {C17, FormatText(L"the index of '%s' is too large and is read as %d", line.key, *use.index)});
         }
     }
 
     // The readers of families and of rules ask for the list of the section's keys, which is cut.
     void EndSection() {
-        if (m_FirstCut && m_Header && m_Use.isKnown) {
-            Warn(*m_Header, "C11",
-                 FormatText(L"the names of the keys in [%s] take more than %d characters: from '%s' in line %d on no "
-                            L"family and no rule sees them",
-                            m_Header->section, XConfiguration::MAX_LIST, m_FirstCut->key, m_FirstCut->number));
+        if (m_FirstCut && m_Run.IsListed(m_Use)) {
+            Report(*m_FirstCut,
+                   {C11, FormatText(L"the names of the keys above fill the list of %d characters; no family "
+                                    L"and no rule sees '%s' and what follows in [%s]",
+                                    XConfiguration::MAX_LIST, m_FirstCut->key, m_FirstCut->section)});
         }
         m_FirstCut = nullptr;
-        m_ListLength = 0;
+        m_nKeys = 0;
     }
 
     LintRun& m_Run;
     const LintSource& m_Source;
     SectionUse m_Use;
-    const SourceLine* m_Header = nullptr;
     const SourceLine* m_FirstCut = nullptr;
-    int m_ListLength = 0;
+    int m_nKeys = 0;      // length of the list of the section's keys so far
+    int m_nSections = 0;  // likewise of all sections
+    bool m_IsCut = false;
 };
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "lint.h"
 #include "nearest.h"
+#include "veltrane/platform/sources/snapshot.h"
 #include "veltrane/platform/sources/winreg.h"
 
 namespace veltrane::config {
@@ -12,34 +13,30 @@ namespace {
 
 using Kind = SourceLine::Kind;
 using Reason = SourceLine::Reason;
+using enum LintCode;
 
 struct {
     Reason reason;
     const wchar_t* text;
 } constexpr REASONS[] = {
-    {Reason::BadHeader, L"the file begins with no header of an export: nothing of it is read"},
-    {Reason::MalformedKey, L"this is no key: the values below it are never read"},
-    {Reason::OtherRoot, L"a key of another root: it is never read"},
-    {Reason::MalformedValue, L"this is no value and is passed over"},
-    {Reason::NoCurrentKey, L"a value that belongs to no key is never read"},
-    {Reason::ReplacedLater, L"a later line gives the value anew: this one is never read"},
-    {Reason::RemovedLater, L"a later line deletes it: it is never read"},
-    {Reason::UnaskableName, L"nobody can ask for a name that holds a NUL"},
-    {Reason::Other, L"the line is passed over"},
+    {Reason::BadHeader, L"the file does not begin with the header of an export; nothing of it is read"},
+    {Reason::MalformedKey, L"this key is malformed; the values below it are not read"},
+    {Reason::MalformedValue, L"this value is malformed; the line is ignored"},
+    {Reason::NoCurrentKey, L"the value belongs to no key; the line is ignored"},
+    {Reason::ReplacedLater, L"a later line sets the value again; this line is ignored"},
+    {Reason::RemovedLater, L"a later line removes it; this line is ignored"},
+    {Reason::UnaskableName, L"a name that holds a NUL cannot be read"},
+    {Reason::Other, L"this is neither a key nor a value; the line is ignored"},
 };
 
-CString Folded(CString text) {
-    return text.MakeLower();
-}
+constexpr const wchar_t* OTHER_ROOTS[] = {L"HKEY_CURRENT_USER", L"HKCU", L"HKEY_USERS",          L"HKU",
+                                          L"HKEY_CLASSES_ROOT", L"HKCR", L"HKEY_CURRENT_CONFIG", L"HKCC"};
 
 class RegistryLint {
 public:
     RegistryLint(LintRun& run, const LintSource& source) : m_Run(run), m_Source(source) {
-        AddKeys();
         for (const SourceLine& line : source.view.lines) {
-            const bool isOfDatabase =
-                line.kind == Kind::Entry && run.UseOf({.section = eSectionDatabase}, line.key).row != nullptr;
-            if (isOfDatabase && IsBelowRoot(line.section)) m_Databases.insert(Folded(line.section));
+            if (line.kind == Kind::Section) m_Paths.insert(CString{line.section}.MakeLower());
         }
     }
     RegistryLint(const RegistryLint&) = delete;
@@ -48,6 +45,7 @@ public:
 
     void Walk() {
         for (const SourceLine& line : m_Source.view.lines) {
+            if (line.kind == Kind::Section) m_IsLost = false;
             if (line.reason != Reason::None) {
                 LintReason(line);
                 if (line.reason == Reason::BadHeader) return;
@@ -57,89 +55,116 @@ public:
                 LintEntry(line);
             }
         }
+        LintForeign();
     }
 
 private:
-    struct Key {
-        CString path;  // folded
-        enumCfgSection section;
-    };
-
-    // The store tells in which keys it looks.
-    void AddKeys() {
-        for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
-            const auto isKnown = [&](const Key& key) { return key.section == row->eSection; };
-            if (row->eOption == eOptionTitle || !row->IsSingle() || std::ranges::any_of(m_Keys, isKnown)) continue;
-            for (const OptionPlace& place : m_Run.startup.options.GetOptionCandidates(row->szLongName, -1).places) {
-                if (place.layer != OptionLayer::Registry) continue;
-                m_Keys.push_back({Folded(place.section), row->eSection});
-                m_Paths.push_back(place.section);
-                const int below = m_Run.startup.options.GetSectionName(row->eSection).GetLength() + 1;
-                m_Root = Folded(place.section.Left(place.section.GetLength() - below));
-            }
-        }
+    void Report(const SourceLine& line, const CString& text, const CString& suggestion = {}) {
+        m_Run.Report(m_Source, line, {C15, text, suggestion});
     }
 
-    const Key* KeyOf(const CString& path) const {
-        const auto found = std::ranges::find(m_Keys, Folded(path), &Key::path);
-        return found == m_Keys.end() ? nullptr : &*found;
-    }
-    bool IsBelowRoot(const CString& path) const { return Folded(path).Left(m_Root.GetLength() + 1) == m_Root + L"\\"; }
-
-    void Warn(const SourceLine& line, const CString& text, const CString& suggestion = {}) {
-        m_Run.Report(m_Source, line, {"C15", Severity::Warning, text, suggestion});
-    }
-
+    // The values below a key that is none go with it.
     void LintReason(const SourceLine& line) {
-        const bool isOurs = line.section.IsEmpty() || IsBelowRoot(line.section);
+        if (line.reason == Reason::OtherRoot) return LintRoot(line);
+        const bool isOfLostKey = line.reason == Reason::NoCurrentKey && m_IsLost;
+        const bool isOurs = line.section.IsEmpty() || m_Run.BelowTool(line.section);
         const auto* const row = std::ranges::find(REASONS, line.reason, [](const auto& known) { return known.reason; });
-        if (isOurs && row != std::end(REASONS)) Warn(line, row->text);
+        if (isOurs && !isOfLostKey && row != std::end(REASONS)) Report(line, row->text);
+        if (!isOurs && line.kind == Kind::Section) ++m_nForeign;
+        if (line.reason == Reason::MalformedKey) m_IsLost = true;
     }
 
-    // Keys of other programs are none of ours, unless one looks like a slip.
-    void LintKey(const SourceLine& line) {
-        if (KeyOf(line.section) || IsParent(line.section)) return;
-        if (m_Databases.contains(Folded(line.section))) return LintDatabase(line);
-        const CString nearest = Nearest(line.section, m_Paths);
-        if (IsBelowRoot(line.section)) {
-            Warn(line, L"nothing is looked for in the key [" + line.section + L"]", Bracketed(nearest));
-        } else if (!nearest.IsEmpty()) {
-            Warn(line, L"[" + line.section + L"] is no key of this tool", Bracketed(nearest));
+    // Another root is not ours to judge; one that no registry has, with a key of the tool, is a slip.
+    void LintRoot(const SourceLine& line) {
+        m_IsLost = true;
+        const int end = std::max(line.section.Find(L'\\'), 0);
+        const CString root = line.section.Left(end);
+        const auto isRoot = [&](const wchar_t* known) { return root.CompareNoCase(known) == 0; };
+        if (!m_Run.BelowTool(line.section.Mid(end + 1)) || std::ranges::any_of(OTHER_ROOTS, isRoot)) {
+            ++m_nForeign;
+        } else {
+            Report(line, FormatText(L"'%s' is not a known root; the key is not read", root), L"HKEY_LOCAL_MACHINE");
         }
+    }
+
+    void LintKey(const SourceLine& line) {
+        const std::optional<CString> below = m_Run.BelowTool(line.section);
+        if (m_Run.FindRegistryKey(line.section) || IsParent(line.section)) return;
+        const CString nearest = NearestKey(line.section);
+        if (!below && (nearest.IsEmpty() || IsInFile(nearest) || IsNeighbour(line.section, nearest))) {
+            ++m_nForeign;
+        } else if (!below) {
+            Report(line, FormatText(L"[%s] is not a key of this tool", line.section), Bracketed(nearest));
+        } else if (m_Run.IsOtherDatabase(*below)) {
+            LintDatabase(line, *below);
+        } else if (m_Run.FindSection(*below).index || !m_Run.DatabaseOfFamily(*below).IsEmpty()) {
+            Report(line, L"sections with an index are not read from the registry");
+        } else {
+            Report(line, FormatText(L"nothing is read from the key [%s]", line.section), Bracketed(nearest));
+        }
+    }
+
+    void LintDatabase(const SourceLine& line, const CString& database) {
+        if (!m_Run.IsNearOwnDatabase(m_Source, database)) return;
+        const auto own = std::ranges::find(m_Run.RegistryKeys(), eSectionDatabase, &RegistryKey::section);
+        m_Run.Report(m_Source, line,
+                     {C15, FormatText(L"[%s] is taken as the key of another database", line.section),
+                      Bracketed(own->path), Severity::Note});
     }
 
     static CString Bracketed(const CString& path) { return path.IsEmpty() ? path : L"[" + path + L"]"; }
     bool IsParent(const CString& path) const {
-        return std::ranges::any_of(m_Keys, [folded = Folded(path) + L"\\"](const Key& key) {
-            return key.path.Left(folded.GetLength()) == folded;
+        return std::ranges::any_of(m_Run.RegistryKeys(), [below = path + L"\\"](const RegistryKey& key) {
+            return key.path.Left(below.GetLength()).CompareNoCase(below) == 0;
         });
     }
 
-    void LintDatabase(const SourceLine& line) {
-        const auto own = std::ranges::find(m_Keys, eSectionDatabase, &Key::section);
-        if (own == m_Keys.end()) return;
-        const CString& path = m_Paths[static_cast<std::size_t>(own - m_Keys.begin())];
-        if (!m_Run.IsNearDatabase(m_Source, line.section, path)) return;
-        const CString text = L"[" + line.section + L"] counts as the key of another database";
-        m_Run.Report(m_Source, line, {"C15", Severity::Note, text, Bracketed(path)});
+    CString NearestKey(const CString& path) const {
+        std::vector<CString> paths;
+        for (const RegistryKey& key : m_Run.RegistryKeys()) paths.push_back(key.path);
+        return Nearest(path, paths);
     }
+    // What the file has as well is not what another path was meant to be.
+    bool IsInFile(const CString& path) const { return m_Paths.contains(CString{path}.MakeLower()); }
 
     void LintEntry(const SourceLine& line) {
-        const Key* const key = KeyOf(line.section);
-        if (!key) return;
-        const SectionUse section{.section = key->section};
-        const XOptionDefinition* const row = m_Run.UseOf(section, line.key).row;
+        const RegistryKey* const key = m_Run.FindRegistryKey(line.section);
+        const CString below = m_Run.BelowTool(line.section).value_or(CString{});
+        if (!key && !m_Run.IsOtherDatabase(below)) return;
+        const SectionUse section{.section = key ? key->section : eSectionDatabase};
+        const XOptionDefinition* const row = m_Run.FindKey(section, line.key).row;
         if (row && row->IsSingle()) {
-            if (IsText(line)) return LintText(m_Run, m_Source, line, *row);
-            Warn(line, L"'" + line.key + L"' is no text: its bytes are read as one");
+            LintValue(line, *row, /*isOwn*/ key != nullptr);
         } else if (row) {
-            Warn(line, L"'" + line.key + L"' has several values, which are never looked for in the registry");
-        } else if (!m_Run.IsReferredTo(line.key)) {
-            Warn(line, L"'" + line.key + L"' is not asked for in this key", m_Run.NearestKey(section, line.key));
+            Report(line,
+                   FormatText(L"'%s' is an option with several values; it is not read from the registry", line.key));
+        } else if (line.key.IsEmpty()) {
+            if (!line.value.IsEmpty()) Report(line, L"the default value of a key is not read");
+        } else if (!m_Run.IsReferredTo(below, line.key)) {
+            Report(line, FormatText(L"'%s' is not a known value of this key", line.key),
+                   m_Run.NearestKey(section, line.key));
         }
     }
 
-    // A key is opened once for all its values: each opening reads the file.
+    void LintValue(const SourceLine& line, const XOptionDefinition& row, bool isOwn) {
+        if (!IsText(line)) return Report(line, FormatText(L"'%s' is not a text; its bytes are read as one", line.key));
+        const std::vector<Finding> faults = CheckText(line.key, line.value, row);
+        for (const Finding& fault : faults) m_Run.Report(m_Source, line, fault);
+        const auto sign = CheckPercent(line.value);
+        if (sign && faults.empty()) m_Run.Report(m_Source, line, *sign);
+        if (isOwn && line.value.IsEmpty()) LintEmpty(line, row);
+    }
+
+    // The store tells what the empty value keeps from being asked.
+    void LintEmpty(const SourceLine& line, const XOptionDefinition& row) {
+        for (const OptionPlace& place : m_Run.startup.options.GetOptionCandidates(row.szLongName, -1).places) {
+            const bool isFile = place.layer == OptionLayer::UserFile || place.layer == OptionLayer::BasicFile;
+            if (!place.found || !isFile) continue;
+            m_Run.Report(m_Source, line, {C20, FormatText(L"the empty value hides %s", ShortPlace(place))});
+            return;
+        }
+    }
+
     bool IsText(const SourceLine& line) {
         if (line.section != m_Opened) {
             RegCloseKey(std::exchange(m_hKey, nullptr));
@@ -151,12 +176,21 @@ private:
         return type == REG_SZ || type == REG_EXPAND_SZ;
     }
 
+    // What other programs keep in the file is not ours to judge.
+    void LintForeign() {
+        if (m_nForeign == 0) return;
+        m_Run.Report(m_Source, SourceLine{},
+                     {C15,
+                      FormatText(L"keys of other programs and roots are not checked (%d)", m_nForeign),
+                      {},
+                      Severity::Note});
+    }
+
     LintRun& m_Run;
     const LintSource& m_Source;
-    std::vector<Key> m_Keys;
-    std::vector<CString> m_Paths;  // as the store spells them
-    CString m_Root;
-    std::set<CString> m_Databases;  // folded
+    std::set<CString> m_Paths;  // of the keys in the file, folded
+    int m_nForeign = 0;
+    bool m_IsLost = false;  // the values that follow belong to a key that is none
     CString m_Opened;
     HKEY m_hKey = nullptr;
 };
@@ -164,6 +198,7 @@ private:
 }  // namespace
 
 void LintRegistry(LintRun& run) {
+    const SourceSnapshot snapshot;  // the file is not read anew for each key
     for (const LintSource& source : run.sources) {
         if (source.layer == OptionLayer::Registry) RegistryLint{run, source}.Walk();
     }

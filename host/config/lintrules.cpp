@@ -1,17 +1,54 @@
 // Checks of the naming rules.
 #include "lint.h"
+#include "printable.h"
 #include "veltrane/platform/text/indexformat.h"
 
 namespace veltrane::config {
 
 namespace {
 
+using enum LintCode;
+
 void LintVersion(LintRun& run, const LintSource& source, const SourceLine& line, const SectionUse& use) {
-    const auto warn = [&](const CString& text) { run.Report(source, line, {"C14", Severity::Warning, text}); };
-    if (*use.index < 0 && !use.isOther) warn(L"a negative version ends the reading: no rule of this kind is in force");
+    if (*use.index < 0 && !use.isOfOtherDatabase) {
+        run.Report(source, line, {C14, L"a negative version ends the reading; no rule of this kind is in force"});
+    }
     const CString asked = FormatIndex(use.form, *use.index);
     if (asked == CString{line.section}.MakeLower()) return;
-    warn(FormatText(L"version %d is looked for in [%s]: a rule of this section deletes its text", *use.index, asked));
+    run.Report(source, line,
+               {C14, FormatText(L"rules of version %d are read from [%s]; here every match is replaced by nothing",
+                                *use.index, asked)});
+}
+
+std::pair<CString, CString> Folded(const CString& first, const CString& second) {
+    return {CString{first}.MakeLower(), CString{second}.MakeLower()};
+}
+
+// A rule is undone by a later one that goes its way back.
+void LintUndone(LintRun& run, const std::vector<OptionRule>& rules) {
+    std::map<std::pair<CString, CString>, const OptionRule*> last;
+    for (const OptionRule& rule : rules) {
+        if (rule.isInForce) last[Folded(rule.oldText, rule.newText)] = &rule;
+    }
+    for (const OptionRule& rule : rules) {
+        const auto back = last.find(Folded(rule.newText, rule.oldText));
+        const bool isUndone = rule.isInForce && back != last.end() && back->second > &rule;
+        if (!isUndone || rule.oldText.CompareNoCase(rule.newText) == 0) continue;
+        const OptionRule& later = *back->second;
+        const CString text = FormatText(L"version %d (%s) turns '%s' back into '%s'", later.version,
+                                        ShortPlace(later.origin), Printable(rule.newText), Printable(rule.oldText));
+        run.Report(rule.origin, {C14, text, {}, Severity::Note});
+    }
+}
+
+void LintHidden(LintRun& run, const std::vector<OptionRule>& rules) {
+    for (const OptionRule& rule : rules) {
+        if (rule.isInForce) continue;
+        run.Report(rule.origin,
+                   {C14, FormatText(L"the user file has a section of version %d without '%s', so this rule "
+                                    L"is not in force",
+                                    rule.version, Printable(rule.oldText))});
+    }
 }
 
 }  // namespace
@@ -21,18 +58,14 @@ void LintRules(LintRun& run) {
         if (source.layer == OptionLayer::Registry) continue;
         for (const SourceLine& line : source.view.lines) {
             if (line.kind != SourceLine::Kind::Section || !line.answers) continue;
-            const SectionUse use = run.UseOf(line.section);
+            const SectionUse use = run.FindSection(line.section);
             if (use.index && run.HoldsRules(use.section)) LintVersion(run, source, line, use);
         }
     }
     for (const enumOption option : {eOptionTableNameRules, eOptionColumnNameRules}) {
-        for (const OptionRule& rule : run.startup.options.GetNamingRules(option)) {
-            if (rule.isInForce) continue;
-            const CString text =
-                FormatText(L"rule '%s' is not in force: the user file has a section of version %d and not this rule",
-                           rule.oldText, rule.version);
-            run.Report(rule.origin, {"C14", Severity::Warning, text});
-        }
+        const std::vector<OptionRule> rules = run.startup.options.GetNamingRules(option);
+        LintHidden(run, rules);
+        LintUndone(run, rules);
     }
 }
 

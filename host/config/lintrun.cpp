@@ -1,26 +1,26 @@
 #include <algorithm>
+#include <fstream>
 
 #include "lint.h"
-#include "nearest.h"
 #include "veltrane/config/xconfiguration.h"
+#include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/text/indexformat.h"
 
 namespace veltrane::config {
 
 namespace {
 
-constexpr int SHORTEST_NAME = 4;  // of which a misspelt one can be told
-
 CString Folded(CString text) {
     return text.MakeLower();
 }
 
-bool IsBelow(const CString& section, const CString& parent) {
-    return section.Left(parent.GetLength() + 1) == parent + L"\\";
-}
-
-CString NearestOf(const CString& name, const std::vector<CString>& names) {
-    return name.GetLength() < SHORTEST_NAME ? CString{} : Nearest(name, names);
+// Text of configurations begins with a sign of ASCII, of which UTF-16 makes two bytes with one NUL.
+bool IsUnmarkedUtf16(const CString& path) {
+    std::ifstream file{MapPath(path), std::ios::binary};
+    char bytes[4] = {};
+    if (!file.read(bytes, std::size(bytes))) return false;
+    const auto isZero = [&](int i) { return bytes[i] == '\0'; };
+    return (isZero(0) && !isZero(1) && isZero(2) && !isZero(3)) || (!isZero(0) && isZero(1) && !isZero(2) && isZero(3));
 }
 
 }  // namespace
@@ -28,23 +28,32 @@ CString NearestOf(const CString& name, const std::vector<CString>& names) {
 LintRun::LintRun(Startup& started) : startup(started) {
     AddSources();
     AddSections();
-    AddOtherDatabases();
+    AddRegistryKeys();
+    AddDatabases();
+    FindMeantDatabase();
     AddReferences();
 }
 
 void LintRun::AddSources() {
     std::optional<OptionLocation> user;
-    std::optional<OptionLocation> registry;
+    CString registry;
     for (const OptionLocation& place : startup.options.GetLocations()) {
         using enum OptionLocation::Kind;
-        if (place.kind == Registry) registry = place;
-        if (place.kind == BasicFile) {
-            sources.push_back({OptionLayer::BasicFile, place.path, ReadProfileLines(place.path)});
-        }
+        if (place.kind == Registry) registry = place.path;
+        if (place.kind == BasicFile) AddSource(OptionLayer::BasicFile, place.path);
         if (place.kind == UserFile && (!user || (!user->exists && place.exists))) user = place;
     }
-    if (user) sources.push_back({OptionLayer::UserFile, user->path, ReadProfileLines(user->path)});
-    if (registry) sources.push_back({OptionLayer::Registry, registry->path, ReadRegistryLines(registry->path)});
+    if (user) AddSource(OptionLayer::UserFile, user->path);
+    AddSource(OptionLayer::Registry, registry);
+}
+
+void LintRun::AddSource(OptionLayer layer, const CString& path) {
+    const bool isRegistry = layer == OptionLayer::Registry;
+    LintSource source{layer, path, isRegistry ? ReadRegistryLines(path) : ReadProfileLines(path)};
+    const bool hasMark = source.view.encoding != SourceEncoding::Utf8;
+    source.isUnmarkedUtf16 = source.view.reading == SourceReading::Done && !hasMark && IsUnmarkedUtf16(path);
+    if (source.isUnmarkedUtf16) source.view.lines.clear();
+    sources.push_back(std::move(source));
 }
 
 void LintRun::AddSections() {
@@ -62,36 +71,46 @@ void LintRun::AddSections() {
     m_Database = Folded(startup.options.GetSectionName(eSectionDatabase));
 }
 
-// A section that is none of the known ones and holds a key of a database is one of another database.
-void LintRun::AddOtherDatabases() {
-    for (const LintSource& source : sources) {
-        if (source.layer == OptionLayer::Registry) continue;
-        bool isKnown = false;
-        for (const SourceLine& line : source.view.lines) {
-            if (line.kind == SourceLine::Kind::Section) isKnown = UseOf(line.section).isKnown;
-            if (line.kind != SourceLine::Kind::Entry || isKnown) continue;
-            if (UseOf({.section = eSectionDatabase}, line.key).row) m_OtherDatabases.insert(Folded(line.section));
+// The store tells in which keys it looks.
+void LintRun::AddRegistryKeys() {
+    for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
+        const auto isKnown = [&](const RegistryKey& key) { return key.section == row->eSection; };
+        if (row->eOption == eOptionTitle || !row->IsSingle() || std::ranges::any_of(m_RegistryKeys, isKnown)) continue;
+        for (const OptionPlace& place : startup.options.GetOptionCandidates(row->szLongName, -1).places) {
+            if (place.layer != OptionLayer::Registry) continue;
+            m_RegistryKeys.push_back({place.section, row->eSection});
+            const int below = startup.options.GetSectionName(row->eSection).GetLength() + 1;
+            m_ToolKey = Folded(place.section.Left(place.section.GetLength() - below));
         }
     }
 }
 
+// What words of the command line and the environment refer to is looked up in [ROOT].
 void LintRun::AddReferences() {
-    const auto add = [this](const CString& value) {
-        for (int open = value.Find(L'%'); open >= 0; open = value.Find(L'%', open + 1)) {
-            const int close = value.Find(L'%', open + 1);
-            if (close > open) m_References.insert(Folded(value.Mid(open + 1, close - open - 1)));
-        }
+    const auto add = [this](const CString& section, const CString& value) {
+        for (const CString& name : ReferencesOf(value)) m_References[Folded(name)].insert(Folded(section));
     };
     for (const LintSource& source : sources) {
-        for (const SourceLine& line : source.view.lines) add(line.value);
+        const bool isRegistry = source.layer == OptionLayer::Registry;
+        for (const SourceLine& line : source.view.lines) {
+            add(isRegistry ? BelowTool(line.section).value_or(CString{}) : line.section, line.value);
+        }
     }
+    const CString root = startup.options.GetSectionName(eSectionRoot);
     for (const auto* item = startup.options.GetFirstOptionItem(L""); item;
          item = startup.options.GetNextOptionItem(L"")) {
-        add(startup.options.GetOptionOrigin(item).text);
+        const OptionOrigin origin = startup.options.GetOptionOrigin(item);
+        if (origin.file.IsEmpty()) add(root, origin.text);
     }
 }
 
-SectionUse LintRun::UseOf(const CString& name) const {
+bool LintRun::IsReferredTo(const CString& section, const CString& key) const {
+    const auto found = m_References.find(Folded(key));
+    const bool isRoot = section.CompareNoCase(startup.options.GetSectionName(eSectionRoot)) == 0;
+    return found != m_References.end() && (isRoot || found->second.contains(Folded(section)));
+}
+
+SectionUse LintRun::FindSection(const CString& name) const {
     const CString folded = Folded(name);
     for (const auto& [section, full] : m_Sections) {
         const CString own = Folded(full);
@@ -105,19 +124,7 @@ SectionUse LintRun::UseOf(const CString& name) const {
     return {};
 }
 
-// The form of a section of the database, for the other database that a section belongs to; empty for none.
-CString LintRun::FormFor(const CString& section, const CString& form) const {
-    const bool isDatabases = !m_Database.IsEmpty() && (form == m_Database || IsBelow(form, m_Database));
-    if (!isDatabases) return {};
-    const CString below = form.Mid(m_Database.GetLength());
-    const int number = below.Find(L"%d");
-    const std::size_t end = section.View().rfind((number < 0 ? below : below.Left(number)).View());
-    if (end == std::wstring_view::npos) return {};
-    const CString database = below.IsEmpty() ? section : section.Left(static_cast<int>(end));
-    return m_OtherDatabases.contains(database) ? database + below : CString{};
-}
-
-KeyUse LintRun::UseOf(const SectionUse& section, const CString& key) const {
+KeyUse LintRun::FindKey(const SectionUse& section, const CString& key) const {
     const auto keys = m_Keys.find(section.section);
     if (keys == m_Keys.end()) return {};
     const CString folded = Folded(key);
@@ -135,53 +142,42 @@ KeyUse LintRun::UseOf(const SectionUse& section, const CString& key) const {
     return {};
 }
 
-bool LintRun::IsNearDatabase(const LintSource& source, const CString& section, const CString& own) const {
-    if (Nearest(section, {own}).IsEmpty()) return false;
-    return std::ranges::none_of(source.view.lines, [&](const SourceLine& line) {
-        return line.kind == SourceLine::Kind::Section && line.section.CompareNoCase(own) == 0;
-    });
+bool LintRun::IsListed(const SectionUse& section) const {
+    const auto keys = m_Keys.find(section.section);
+    const bool isFamily = keys != m_Keys.end() && !keys->second.families.empty() && !section.index;
+    return isFamily || HoldsRules(section.section);
 }
 
-CString LintRun::NearestSection(const CString& name) const {
-    std::vector<CString> names;
-    const CString number = name.Mid(name.ReverseFind(L'\\') + 1);
-    for (const auto& [section, full] : m_Sections) {
-        CString candidate = full;
-        candidate.Replace(L"%d", number);
-        names.push_back(candidate);
-    }
-    return NearestOf(name, names);
+std::optional<CString> LintRun::BelowTool(const CString& path) const {
+    const int length = m_ToolKey.GetLength() + 1;
+    const bool isBelow = length > 1 && Folded(path).Left(length) == m_ToolKey + L"\\";
+    return isBelow ? std::optional{path.Mid(length)} : std::nullopt;
 }
 
-CString LintRun::NearestKey(const SectionUse& section, const CString& key) const {
-    std::vector<CString> here;
-    std::vector<CString> all;
-    const int hyphen = key.ReverseFind(L'-');
-    const CString number = hyphen > 0 ? key.Mid(hyphen) : CString{};
-    const bool isIndexed =
-        number.GetLength() > 1 && number.Mid(1).View().find_first_not_of(L"0123456789") == number.View().npos;
-    for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
-        if (row->eOption == eOptionTitle || row->eSection == eSectionNone) continue;
-        const bool withNumber = isIndexed && !row->IsSingle() && !section.index;
-        const CString name = withNumber ? row->szLongName + number : CString{row->szLongName};
-        (row->eSection == section.section ? here : all).push_back(name);
-    }
-    const CString nearest = NearestOf(key, here);
-    return nearest.IsEmpty() ? NearestOf(key, all) : nearest;
+const RegistryKey* LintRun::FindRegistryKey(const CString& path) const {
+    const auto found =
+        std::ranges::find_if(m_RegistryKeys, [&](const RegistryKey& key) { return key.path.CompareNoCase(path) == 0; });
+    return found == m_RegistryKeys.end() ? nullptr : &*found;
 }
 
 void LintRun::Report(const LintSource& source, const SourceLine& line, Finding finding) {
-    const int number = static_cast<int>(&source - sources.data());
-    m_Findings.push_back({std::move(finding), number, source.path, line.number, line.section, line.key});
+    const CString key = line.kind == SourceLine::Kind::Ignored ? CString{} : line.key;
+    m_Findings.push_back({std::move(finding), SourceNumber(source.layer), source.path, line.number, line.section, key});
 }
 
 void LintRun::Report(const OptionOrigin& place, Finding finding) {
-    const auto isOf = [&](const LintSource& source) { return source.layer == place.layer; };
-    const auto found = std::ranges::find_if(sources, isOf) - sources.begin();
-    const bool isTyped = place.layer < OptionLayer::Registry;
-    const int number = static_cast<int>(found) + (isTyped ? 1 : 0);
     const CString file = place.file.IsEmpty() ? CString{LayerName(place.layer)} : place.file;
-    m_Findings.push_back({std::move(finding), number, file, place.line, place.section, place.key});
+    m_Findings.push_back({std::move(finding), SourceNumber(place.layer), file, place.line, place.section, place.key});
+}
+
+int LintRun::SourceNumber(OptionLayer layer) const {
+    const auto isOf = [&](const LintSource& source) { return source.layer == layer; };
+    const auto found = std::ranges::find_if(sources, isOf) - sources.begin();
+    return static_cast<int>(found) + (layer < OptionLayer::Registry ? 1 : 0);
+}
+
+CString ShortPlace(const SourcePlace& place) {
+    return FormatText(L"%s:%d", DisplayPath(place.file), place.line);
 }
 
 }  // namespace veltrane::config

@@ -1,55 +1,134 @@
-// Checks of the text of a value: the words of flags, the numbers of lists, comments that are none.
+// Checks of the text of a value: the words of flags, the numbers of lists, and signs that mean less than they seem to.
+#include <algorithm>
+#include <limits>
+
 #include "lint.h"
 #include "printable.h"
+#include "veltrane/platform/text/numbers.h"
 
 namespace veltrane::config {
 
 namespace {
 
+using enum LintCode;
+
+constexpr const wchar_t* REMARK_MARKS[] = {L" ;", L" # "};  // "Ticket #12" is none
+
 bool IsNumber(const CString& text) {
     return text.View().find_first_not_of(L"0123456789") == std::wstring_view::npos;
 }
 
-// What a list makes of a field that is no plain number; empty for one that is.
-CString FaultOf(const CString& field, XOptionDefinition& row) {
-    const XOptionItem item{&row, field, 0};
-    const XSetInt* const list = item.GetOptionIList();
-    if (!list || list->IsEmpty()) return L"'" + Printable(field) + L"' is no positive number and is skipped";
-    return IsNumber(field) ? CString{} : FormatText(L"'%s' counts as %d", Printable(field), list->GetConstRefAt(0));
+// Whether a number says more than it is read as.
+bool IsTooLarge(const CString& digits) {
+    const CString largest = FormatText(L"%d", std::numeric_limits<int>::max());
+    const CString number = CString{digits}.TrimLeft(L'0');
+    return number.GetLength() > largest.GetLength() || (number.GetLength() == largest.GetLength() && number > largest);
 }
 
-CString ListFault(const CString& value, XOptionDefinition row) {
-    for (int begin = 0; begin <= value.GetLength();) {
+// What a list makes of a field that is no plain number; empty for one that is.
+CString FaultOf(const CString& field) {
+    const int number = _wtoi(field);
+    if (field.IsEmpty()) return L"the list has an empty entry, which is skipped";
+    if (number <= 0) return FormatText(L"'%s' is not a positive number and is skipped", Printable(field));
+    if (IsNumber(field) && !IsTooLarge(field)) return {};
+    return FormatText(L"'%s' is read as %d", Printable(field), number);
+}
+
+std::vector<Finding> ListFaults(const CString& value) {
+    std::vector<Finding> faults;
+    for (int begin = 0; begin < value.GetLength();) {  // nothing after a comma at the end is no entry
         const int comma = value.Find(L',', begin);
         const int end = comma < 0 ? value.GetLength() : comma;
-        CString fault = FaultOf(value.Mid(begin, end - begin).Trim(), row);
-        if (!fault.IsEmpty()) return fault;
+        const CString fault = FaultOf(value.Mid(begin, end - begin).Trim());
+        if (!fault.IsEmpty()) faults.push_back({C06, fault});
         begin = end + 1;
     }
-    return {};
+    return faults;
 }
 
 CString WordFault(const CString& key, const CString& value, const XOptionDefinition& row) {
-    const bool isWord = row.IsBoolean() ? IsValidBooleanString(value) : IsValidTrillianString(value);
-    if (isWord) return {};
-    const wchar_t* const words = row.IsBoolean() ? L"'true' or 'false'" : L"'true', 'false' or 'auto'";
-    return FormatText(L"'%s' is no %s: %s means %s", Printable(value), words, key,
-                      row.IsBoolean() ? L"false" : L"auto");
+    const bool isBoolean = row.IsBoolean();
+    if (isBoolean ? IsValidBooleanString(value) : IsValidTrillianString(value)) return {};
+    const CString shown = Printable(value);
+    if (value.Find(L" ;") >= 0 || value.Find(L" #") >= 0) {
+        return FormatText(
+            L"comments after a value are not supported; the whole text '%s' is used, and %s is taken as %s", shown, key,
+            isBoolean ? L"false" : L"auto");
+    }
+    return isBoolean ? FormatText(L"'%s' is neither 'true' nor 'false'; %s is taken as false", shown, key)
+                     : FormatText(L"'%s' is none of 'true', 'false' and 'auto'; %s is taken as auto", shown, key);
+}
+
+bool IsPath(const CString& text) {
+    return text.View().find_first_of(L"./\\") != std::wstring_view::npos;
+}
+
+// Whether the rest of a value reads like a remark rather than a part of it: words that go on in small letters, or
+// anything but a path after a single path.
+bool IsRemark(const CString& before, const CString& rest) {
+    const int blank = rest.Find(L' ');
+    const bool isSentence = blank > 0 && rest[0] >= L'a' && rest[0] <= L'z';
+    const bool isAfterPath = IsPath(before) && before.Find(L' ') < 0 && !IsPath(rest);
+    return isSentence || (isAfterPath && !rest.IsEmpty());
+}
+
+bool HasRemark(CString value) {
+    value.Replace(L"\t", L" ");
+    return std::ranges::any_of(REMARK_MARKS, [&](const wchar_t* mark) {
+        const int at = value.Find(mark);
+        const bool isOnly = value.ReverseFind(mark[1]) == at + 1;
+        return at > 0 && isOnly && IsRemark(value.Left(at).Trim(), value.Mid(at + 2).Trim());
+    });
+}
+
+// A single quote at an end is an apostrophe as often as not, and one after a number stands for inches.
+bool HasLoneQuote(const CString& value) {
+    const std::wstring_view text = value.View();
+    const bool isOpened = text.starts_with(L'"') || text.starts_with(L'\'');
+    const bool isClosed =
+        text.ends_with(L'"') && (text.size() < 2 || text[text.size() - 2] < L'0' || text[text.size() - 2] > L'9');
+    if (!isOpened && !isClosed) return false;
+    return std::ranges::count(text, isOpened ? text.front() : text.back()) % 2 == 1;
 }
 
 }  // namespace
 
-void LintText(LintRun& run, const LintSource& source, const SourceLine& line, const XOptionDefinition& row) {
-    const CString& value = line.value;
-    if (value.IsEmpty() || value.Find(L'%') >= 0) return;
-    if (value.Find(L" ;") >= 0 || value.Find(L" #") >= 0) {
-        const CString text = L"there are no comments behind a value: all of '" + Printable(value) + L"' counts";
-        run.Report(source, line, {"C05", Severity::Warning, text});
-        return;
+std::vector<CString> ReferencesOf(const CString& value) {
+    std::vector<CString> names;
+    for (int open = value.Find(L'%'), close; open >= 0; open = value.Find(L'%', close + 1)) {
+        close = value.Find(L'%', open + 1);
+        if (close < 0) break;
+        names.push_back(value.Mid(open + 1, close - open - 1));
     }
-    const bool isFlag = row.IsBoolean() || row.IsTrillian();
-    const CString fault = isFlag ? WordFault(line.key, value, row) : row.IsIList() ? ListFault(value, row) : CString{};
-    if (!fault.IsEmpty()) run.Report(source, line, {isFlag ? "C05" : "C06", Severity::Warning, fault});
+    return names;
+}
+
+bool HasReference(const CString& value) {
+    return !ReferencesOf(value).empty();
+}
+
+std::vector<Finding> CheckText(const CString& key, const CString& value, const XOptionDefinition& row) {
+    if (value.IsEmpty() || HasReference(value)) return {};
+    if (row.IsIList()) return ListFaults(value);
+    const CString fault = row.IsBoolean() || row.IsTrillian() ? WordFault(key, value, row) : CString{};
+    return fault.IsEmpty() ? std::vector<Finding>{} : std::vector<Finding>{{C05, fault}};
+}
+
+std::optional<Finding> CheckSigns(const CString& value, bool isQuoted) {
+    const CString shown = Printable(value);
+    if (!isQuoted && HasRemark(value))
+        return Finding{C21,
+                       FormatText(L"comments after a value are not supported; the whole text '%s' is used", shown)};
+    if (!isQuoted && HasLoneQuote(value))
+        return Finding{C21, FormatText(L"a quote in '%s' has no partner and is part of the value", shown)};
+    return {};
+}
+
+std::optional<Finding> CheckPercent(const CString& value) {
+    if (std::ranges::count(ReferencesOf(value), CString{}) > 0)
+        return Finding{C10, L"'%%' does not stand for '%'; it becomes the list of the keys of the section"};
+    if (std::ranges::count(value.View(), L'%') % 2 == 0) return {};
+    return Finding{C21, FormatText(L"a '%%' in '%s' has no partner and is part of the value", Printable(value))};
 }
 
 }  // namespace veltrane::config

@@ -1,9 +1,10 @@
-// Checks of the values that the store has, or has not: what stops the tool, and where values come from unforeseen.
+// Checks of the values that the store has, or has not: where they come from unforeseen, and what they would do.
 #include <algorithm>
 
-#include "answer.h"
 #include "lint.h"
 #include "printable.h"
+#include "veltrane/foundation/xpath.h"
+#include "veltrane/platform/sources/environment.h"
 #include "veltrane/platform/text/indexformat.h"
 
 namespace veltrane::config {
@@ -12,10 +13,7 @@ namespace {
 
 using Kind = SourceLine::Kind;
 using Reason = SourceLine::Reason;
-
-CString PlaceOf(const SourcePlace& place) {
-    return FormatText(L"%s:%d", DisplayPath(place.file), place.line);
-}
+using enum LintCode;
 
 /// Finds values of families whose index is given twice.
 class IndexLint {
@@ -32,12 +30,12 @@ public:
 private:
     void Look(const LintSource& source, const SourceLine& line) {
         if (line.kind == Kind::Section) {
-            m_Use = m_Run.UseOf(line.section);
-            if (m_Use.index && !line.answers && !m_Use.isOther) LookAgain(source, line);
+            m_Use = m_Run.FindSection(line.section);
+            if (m_Use.index && !line.answers && !m_Use.isOfOtherDatabase) LookAgain(source, line);
         }
         if (line.kind != Kind::Entry || line.reason == Reason::DuplicateSection || line.value.IsEmpty()) return;
-        if (!m_Use.isKnown || m_Use.isOther || m_Run.HoldsRules(m_Use.section)) return;
-        const KeyUse use = m_Run.UseOf(m_Use, line.key);
+        if (!m_Use.isKnown || m_Use.isOfOtherDatabase || m_Run.HoldsRules(m_Use.section)) return;
+        const KeyUse use = m_Run.FindKey(m_Use, line.key);
         if (!use.row || use.row->IsSingle() || (m_Use.index && !line.answers)) return;
         auto& places = m_Places[use.row];
         const int next = places.empty() ? 0 : Successor(places.rbegin()->first);
@@ -56,97 +54,14 @@ private:
 
     void Report(const LintSource& source, const SourceLine& line, const XOptionDefinition& row,
                 const std::pair<const int, SourcePlace>& first) {
-        const CString text = FormatText(L"'%s' %d stands here and in %s: the tool stops", row.szLongName, first.first,
-                                        PlaceOf(first.second));
-        m_Run.Report(source, line, {"C08", Severity::Error, text});
+        m_Run.Report(source, line,
+                     {C08, FormatText(L"index %d of '%s' is already given in %s; the tool stops", first.first,
+                                      row.szLongName, ShortPlace(first.second))});
     }
 
     LintRun& m_Run;
     SectionUse m_Use;
     std::map<const XOptionDefinition*, std::map<int, SourcePlace>> m_Places;
-};
-
-/// Finds the line that each error of start-up is about.
-class ErrorLint {
-public:
-    explicit ErrorLint(LintRun& run) : m_Run(run) {}
-
-    void Walk() {
-        for (const XException& error : m_Run.startup.errors) {
-            const ErrorSubject subject = error.GetSubject() ? *error.GetSubject() : ErrorSubject{};
-            const bool isOfValue = !subject.option.IsEmpty() && !subject.places.empty();
-            if (!subject.reference.IsEmpty()) {
-                LintReference(error, subject);
-            } else if (isOfValue && subject.index >= 0) {
-                continue;  // told with both places
-            } else if (isOfValue && std::ranges::none_of(subject.places, &ErrorPlace::found)) {
-                LintMissing(subject);
-            } else {
-                m_Run.Report(OptionOrigin{{}, OptionLayer::CommandLine},
-                             {"C19", Severity::Error, LastTextOf(error) + L": the tool stops"});
-            }
-        }
-    }
-
-private:
-    // The message that the error began with, without the full stop of its own.
-    static CString LastTextOf(const XException& error) {
-        const Json json = ErrorJson(error);
-        CString text = FromUtf8(json["message"].get<std::string>());
-        return Printable(text.TrimRight(L"!"));
-    }
-
-    void LintReference(const XException& error, const ErrorSubject& subject) {
-        const XOptionDefinition* const row = FindOptionDefinition(subject.reference);
-        const bool isFamily = row && !row->IsSingle();
-        const CString text = isFamily ? L"%" + subject.reference + L"% has several values" : LastTextOf(error);
-        const Finding finding{"C09", Severity::Error, text + L": the tool stops",
-                              row ? CString{} : m_Run.NearestKey({}, subject.reference)};
-        const int index = subject.index;
-        const OptionExplanation explanation = m_Run.startup.options.ExplainOption(subject.option, index);
-        OptionOrigin place{{}, OptionLayer::CommandLine};
-        for (const OptionStep& step : explanation.steps) {
-            for (const OptionPlace& asked : step.places) {
-                if (asked.found && asked.text.Find(L"%" + subject.reference + L"%") >= 0) place = asked;
-            }
-        }
-        if (place.line == 0) {
-            for (const ErrorPlace& known : subject.places) FindLayer(place, known);
-        }
-        m_Run.Report(place, finding);
-    }
-
-    static void FindLayer(OptionOrigin& place, const ErrorPlace& known) {
-        if (!known.found || place.line > 0) return;
-        static_cast<SourcePlace&>(place) = known;
-        for (const OptionLayer layer : {OptionLayer::Registry, OptionLayer::UserFile, OptionLayer::BasicFile}) {
-            if (CString{LayerName(layer)} == known.layer) place.layer = layer;
-        }
-    }
-
-    // The line that may have been meant: a key or a section of nearly that name, else the header of the section.
-    void LintMissing(const ErrorSubject& subject) {
-        const XOptionDefinition& row = *FindOptionDefinition(subject.option);
-        const CString section = m_Run.startup.options.GetSectionName(row.eSection);
-        Finding finding{
-            "C07", Severity::Error,
-            L"'" + subject.option + L"' of [" + section + L"] has no value and is mandatory: the tool stops"};
-        for (const auto& known : m_Run.Findings()) {
-            const bool isOfSection = known.suggestion == L"[" + section + L"]" &&
-                                     (known.key.IsEmpty() || known.key.CompareNoCase(subject.option) == 0);
-            const bool isNear = known.suggestion == subject.option || isOfSection;
-            if (!isNear) continue;
-            const LintSource& source = m_Run.sources[static_cast<std::size_t>(known.source)];
-            return m_Run.Report(source, source.view.lines[static_cast<std::size_t>(known.line) - 1], finding);
-        }
-        const LintSource& basic = m_Run.sources.front();
-        const auto header = std::ranges::find_if(basic.view.lines, [&](const SourceLine& line) {
-            return line.kind == Kind::Section && line.section.CompareNoCase(section) == 0;
-        });
-        m_Run.Report(basic, header == basic.view.lines.end() ? SourceLine{} : *header, finding);
-    }
-
-    LintRun& m_Run;
 };
 
 // A reference that leads to no value becomes the list of the sections.
@@ -160,9 +75,8 @@ void LintSteps(LintRun& run, const XOptionItem& item) {
             const bool isList =
                 step.kind == OptionStep::Kind::Reference && place.section.IsEmpty() && !place.file.IsEmpty();
             if (isList) {
-                const CString text =
-                    FormatText(L"%%%s%% leads to no value and becomes the list of the sections", step.reference);
-                run.Report(holder, {"C10", Severity::Warning, text});
+                run.Report(holder, {C10, FormatText(L"%%%s%% has no value and becomes the list of the sections",
+                                                    step.reference)});
             } else {
                 holder = place;
             }
@@ -170,28 +84,137 @@ void LintSteps(LintRun& run, const XOptionItem& item) {
     }
 }
 
+// The text of a value with references is known only here; nobody has looked at a text of the environment before.
+void LintItem(LintRun& run, const XOptionItem& item) {
+    XOption& options = run.startup.options;
+    const OptionOrigin origin = options.GetOptionOrigin(&item);
+    CString name;
+    item.GetOptionName(name);
+    const bool isOfEnvironment = origin.layer == OptionLayer::Environment;
+    if (HasReference(origin.text) || isOfEnvironment) {
+        LintSteps(run, item);
+        for (const Finding& fault : CheckText(name, item.GetOptionValue(), *FindOptionDefinition(name))) {
+            run.Report(origin, fault);
+        }
+    }
+    if (isOfEnvironment && !options.ComesTooLate(name))
+        run.Report(origin, {C13, FormatText(L"the environment variable '%s' sets this option", name)});
+}
+
 void LintItems(LintRun& run) {
     XOption& options = run.startup.options;
     std::vector<const XOptionItem*> items;
     for (const auto* item = options.GetFirstOptionItem(L""); item; item = options.GetNextOptionItem(L""))
         items.push_back(item);
-    for (const XOptionItem* item : items) {
-        const OptionOrigin origin = options.GetOptionOrigin(item);
-        if (origin.text.Find(L'%') >= 0) LintSteps(run, *item);
-        CString name;
-        item->GetOptionName(name);
-        if (origin.layer != OptionLayer::Environment || options.ComesTooLate(name)) continue;
-        run.Report(origin, {"C13", Severity::Note,
-                            L"the variable '" + name + L"' of the environment gives this option its value"});
-    }
+    for (const XOptionItem* item : items) LintItem(run, *item);
 }
+
+// The path as the tool opens it: a relative one goes below the folder of logs.
+void LintLogFile(LintRun& run) {
+    XOption& options = run.startup.options;
+    const XOptionItem* const item = options.GetFirstOptionItem(L"logfile");
+    if (!item || item->GetOptionValue().IsEmpty()) return;
+    const CString file = item->GetOptionValue();
+    const CString logs = options.GetOptionString(L"logging", -1);
+    const bool isBelow = !IsAbsolutePath(file) && IsAbsolutePath(logs);
+    CString folder;
+    CString name;
+    SplitFileName(folder, name, isBelow ? BuildFileName(logs, file) : file);
+    if (folder.IsEmpty() || folder == logs || FileExists(folder)) return;
+    run.Report(options.GetOptionOrigin(item),
+               {C22, FormatText(L"the folder <%s> of the log file does not exist; the tool cannot open its log",
+                                Printable(folder))});
+}
+
+CString Folded(CString text) {
+    return text.MakeLower();
+}
+
+/// Looks at values that are not used now: what they say may count tomorrow.
+class UnusedLint {
+public:
+    explicit UnusedLint(LintRun& run) : m_Run(run), m_Root(Folded(run.startup.options.GetSectionName(eSectionRoot))) {
+        for (const LintRun::Placed& known : run.Findings()) {
+            if (known.code == C09) m_Told.emplace(known.source, known.line);
+        }
+        for (const LintSource& source : run.sources) {
+            for (const SourceLine& line : source.view.lines) {
+                const std::optional<CString> section = SectionOf(source, line);
+                if (line.kind == Kind::Entry && line.answers && section && !line.value.IsEmpty())
+                    m_Keys.emplace(Folded(*section), Folded(line.key));
+            }
+        }
+    }
+
+    void Walk() {
+        for (const LintSource& source : m_Run.sources) {
+            for (const SourceLine& line : source.view.lines) {
+                const bool mayMatter = line.value.IsEmpty() || HasReference(line.value);
+                if (line.kind == Kind::Entry && line.answers && mayMatter) Look(source, line);
+            }
+        }
+    }
+
+private:
+    // As an INI file names it; nothing for a key of another program.
+    std::optional<CString> SectionOf(const LintSource& source, const SourceLine& line) const {
+        return source.layer == OptionLayer::Registry ? m_Run.BelowTool(line.section) : line.section;
+    }
+
+    void Look(const LintSource& source, const SourceLine& line) {
+        const std::optional<CString> section = SectionOf(source, line);
+        const SectionUse use = section ? m_Run.FindSection(*section) : SectionUse{};
+        if (!use.isKnown || m_Run.HoldsRules(use.section)) return;
+        const KeyUse key = m_Run.FindKey(use, line.key);
+        if (line.value.IsEmpty() && key.row && !use.isOfOtherDatabase) LintEmpty(source, line, *key.row);
+        const bool isTold = m_Told.contains({m_Run.SourceNumber(source.layer), line.number});
+        if (isTold || (!key.row && !m_Run.IsReferredTo(*section, line.key))) return;
+        for (const CString& name : ReferencesOf(line.value)) {
+            if (name.IsEmpty() || Leads(*section, name)) continue;
+            const CString text = FormatText(L"%%%s%% leads nowhere; the value is not used now", Printable(name));
+            m_Run.Report(source, line, {C09, text, m_Run.NearestKey({}, name), Severity::Note});
+        }
+    }
+
+    // Whether a reference finds something, or the list of the sections.
+    bool Leads(const CString& section, const CString& name) const {
+        CString ignored;
+        const XOptionDefinition* const row = FindOptionDefinition(name);
+        const bool isOption = row && row->IsString() && row->IsSingle();
+        const CString key = Folded(name);
+        return isOption || m_Keys.contains({Folded(section), key}) || m_Keys.contains({m_Root, key}) ||
+               GetEnvironmentText(ignored, name);
+    }
+
+    // An empty value of a file does not take the value of a weaker source away.
+    void LintEmpty(const LintSource& source, const SourceLine& line, const XOptionDefinition& row) {
+        if (!row.IsSingle() || source.layer != OptionLayer::UserFile) return;
+        for (const OptionPlace& place : m_Run.startup.options.GetOptionCandidates(row.szLongName, -1).places) {
+            if (!place.found || place.layer != OptionLayer::BasicFile) continue;
+            m_Run.Report(source, line,
+                         {C20,
+                          FormatText(L"the empty value counts as none; %s is used", ShortPlace(place)),
+                          {},
+                          Severity::Note});
+        }
+    }
+
+    LintRun& m_Run;
+    CString m_Root;
+    std::set<std::pair<CString, CString>> m_Keys;  // sections and keys with a value, folded
+    std::set<std::pair<int, int>> m_Told;          // sources and lines
+};
 
 }  // namespace
 
 void LintValues(LintRun& run) {
     IndexLint{run}.Walk();
-    ErrorLint{run}.Walk();
     LintItems(run);
+    LintLogFile(run);
+}
+
+void LintUnused(LintRun& run) {
+    UnusedLint{run}.Walk();
 }
 
 }  // namespace veltrane::config

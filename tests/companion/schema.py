@@ -54,6 +54,7 @@ with tempfile.TemporaryDirectory() as work:
         pathlib.Path(work, name).write_text(text)
     tool = ["--format", "json", "--", "-m", work, "db", "-i", "team.ini", "--data", f"{work}/data", "-l", "a b"]
     for question in (["show", "--all"], ["explain", "logfile", "logging", "map-file", "dictionary-root"], ["lint"],
+                     ["lint", "--explain", "C05"],
                      ["names", "list"], ["names", "--version", "4", "list"], ["names", "--rules"], ["freeze"], ["files"],
                      ["errors", "run.log", "run.log"], ["nothing"]):
         done = subprocess.run([program, *question, *tool], cwd=work, capture_output=True, text=True,

@@ -32,8 +32,9 @@ namespace {
 constexpr char FOOTER[] =
     "\nWhat stands behind '--' is the command line of the tool, word by word:\n"
     "  @ show logfile -- base -i team.ini\n"
-    "\nExit codes: 0 answered; 1 answered, and there is something to look at: a\n"
-    "finding, an option without a value, a start-up that fails; 2 not answered.";
+    "\nExit codes: 0 answered; 1 answered, and there is something to look at: an\n"
+    "error that lint finds (with --strict a warning, too), a collision, an option\n"
+    "without a value, a start-up that fails; 2 not answered.";
 
 class HelpText : public CLI::Formatter {
     std::string make_usage(const CLI::App* app, std::string name) const override {

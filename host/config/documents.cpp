@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "commandtable.h"
+#include "lintcodes.h"
 #include "plaintext.h"
 #include "shelltext.h"
 #include "troff.h"
@@ -36,14 +37,17 @@ What stands behind
 is the command line of the tool, word by word.
 .SH COMMANDS
 @COMMANDS@.SH OPTIONS
-@OPTIONS@.SH EXIT STATUS
+@OPTIONS@.SH FINDINGS OF LINT
+@LINTS@.SH EXIT STATUS
 .TP
 .B 0
 Answered.
 .TP
 .B 1
-Answered, and there is something to look at: a finding, an option without a
-value, a start-up that would fail.
+Answered, and there is something to look at: an error that lint finds (with
+.B \-\-strict
+a warning, too), a collision, an option without a value, a start-up that would
+fail.
 .TP
 .B 2
 Not answered: the command line is wrong, there is no such tool, a file cannot
@@ -161,7 +165,13 @@ std::string ManPage() {
     for (const SwitchRow& row : SWITCHES) {
         if (*row.command == '\0') options += ListEntry(row.name, row.value, row.summary);
     }
-    return Replaced(Replaced(MAN_PAGE, "@COMMANDS@", commands), "@OPTIONS@", options);
+    std::string lints;
+    for (const LintRow& row : LINTS) {
+        const std::string severity = SEVERITIES[static_cast<std::size_t>(row.severity)];
+        lints += Entry(Bold(std::string{row.name} + ' ' + severity + ": " + row.title), Troff(row.explanation));
+    }
+    const std::string page = Replaced(Replaced(MAN_PAGE, "@COMMANDS@", commands), "@LINTS@", lints);
+    return Replaced(page, "@OPTIONS@", options);
 }
 
 /// How a shell offers words, and files.

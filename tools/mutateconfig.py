@@ -4,7 +4,8 @@
 Usage: mutateconfig.py SOURCE_FOLDER BUILD_FOLDER [COUNT [SEED]]
 
 Letters of keys, sections, references and words of flags are dropped, doubled and swapped, keys are moved to a section
-of another kind, lines are repeated. Old texts of naming rules are left out: any text is one. A slip that lint does not
+of another kind, lines are repeated, a percent sign or quote is lost, a value of the registry emptied, a remark put
+after a flag. Values that another source overrides slip like all others. Old texts of naming rules are left out: any text is one. A slip that lint does not
 name has to leave all values and renamings as they are. COUNT picks that many slips at random.
 """
 import collections, json, os, random, re, shutil, subprocess, sys, tempfile
@@ -49,6 +50,13 @@ def slips(name, lines):
                             ('reference', REFERENCE.match(line))):
             for text in set(letters(match.group(2))) if match else ():
                 yield what, lines[:n] + [match.group(1) + text + match.group(3)] + lines[n + 1:], {n + 1}
+        is_registry = name.endswith('.reg')
+        for what, text in (('percent', re.sub(r'(%[\w-]+)%', r'\1', line, count=1)),
+                           ('empty', re.sub('=".*"$', '=""', line) if is_registry else line),
+                           ('quote', line if is_registry else re.sub('"$', '', line)),
+                           ('remark', line if is_registry else WORD.sub(r'\g<0> ; for now', line))):
+            if text != line:
+                yield what, lines[:n] + [text] + lines[n + 1:], {n + 1}
         yield 'repeated', lines[:n + 1] + lines[n:], {n + 2}
         for at, other in headers if key and not name.endswith('.reg') else ():
             if kind(other) != kind(section):

@@ -148,7 +148,7 @@ void Act(Tool& tool) {
 // The one place that shows errors: box, log, exit code.
 int Report(Tool& tool, XException& error) {
     try {
-        AddHints(error);
+        veltrane::detail::AddHints(error);
     } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): the error itself is what counts
     }
     error.Show();

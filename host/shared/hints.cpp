@@ -8,8 +8,7 @@
 #include "veltrane/foundation/xstring.h"
 #include "veltrane/options/xoptiondefinition.h"
 
-using namespace veltrane;
-using namespace veltrane::detail;
+namespace veltrane::detail {
 
 namespace {
 
@@ -20,7 +19,9 @@ CString NearestOption(CString name) {
     }
     const int equals = name.Find(L'=');
     if (equals >= 0) name = name.Left(equals);
-    return Nearest(name.TrimLeft(L'-').MakeLower(), names);
+    name.TrimLeft(L'-').MakeLower();
+    const bool isName = std::ranges::find(names, name) != names.end();  // after one hyphen where two are due
+    return isName ? name : Nearest(name, names);
 }
 
 void AddHint(XException& error, const CString& hint) {
@@ -94,3 +95,5 @@ void AddHints(XException& error) {
         AddLine(error, *found);
     }
 }
+
+}  // namespace veltrane::detail

@@ -2,31 +2,71 @@
 
 #include <algorithm>
 
+#include "wrapped.h"
+
 namespace veltrane::config {
 
 namespace {
 
 constexpr int WIDEST = 72;  // a longer text moves its own row alone
+constexpr int BETWEEN = 2;  // blanks between columns
+constexpr int NOTE_INDENT = 4;
 
 }  // namespace
 
-void Columns::Print(Answer& answer, const CString& indent) const {
-    std::vector<int> widths;
+std::vector<Columns::Column> Columns::Measured(int indent) const {
+    std::vector<Column> columns;
     for (const auto& row : m_Rows) {
-        widths.resize(std::max(widths.size(), row.size()));
-        for (std::size_t i = 0; i + 1 < row.size(); ++i) {
-            if (row[i].GetLength() <= WIDEST) widths[i] = std::max(widths[i], row[i].GetLength());
-        }
-    }
-    for (const auto& row : m_Rows) {
-        CString line = indent;
+        columns.resize(std::max(columns.size(), row.size()));
         for (std::size_t i = 0; i < row.size(); ++i) {
-            line += row[i];
-            const bool isLast = i + 1 == row.size();
-            if (!isLast) line += CString{L' ', std::max(widths[i] - row[i].GetLength(), 0) + 2};
+            Column& column = columns[i];
+            const int length = row[i].GetLength();
+            column.widest = std::max(column.widest, length);
+            if (i + 1 < row.size() && length <= WIDEST) column.width = std::max(column.width, length);
         }
-        answer.AddLine(line.TrimRight());
     }
+    for (Column& column : columns) {
+        column.start = indent;
+        indent += column.width + BETWEEN;
+    }
+    return columns;
+}
+
+void Columns::PrintRow(Answer& answer, const std::vector<CString>& row, const std::vector<Column>& columns,
+                       int margin) {
+    CString line;
+    std::vector<CString> broken;
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        if (row[i].IsEmpty()) continue;
+        if (columns[i].isBroken) {
+            broken.push_back(row[i]);
+        } else {
+            const int gap = line.IsEmpty() ? 0 : BETWEEN;
+            line += Blanks(std::max(columns[i].start - line.GetLength(), gap)) + row[i];
+        }
+    }
+    answer.AddLine(line.TrimRight());
+    for (const CString& text : broken) AddWrapped(answer.text, text, margin);
+}
+
+void Columns::Print(Answer& answer, int indent, std::size_t hanging) const {
+    std::vector<Column> columns = Measured(indent);
+    bool isBroken = false;
+    for (std::size_t i = hanging + 1; i < columns.size(); ++i) {
+        isBroken = isBroken || columns[i].start + columns[i].widest > LINE_WIDTH;
+        columns[i].isBroken = isBroken;
+    }
+    const int margin = hanging < columns.size() ? columns[hanging].start + 2 : indent;
+    for (const auto& row : m_Rows) PrintRow(answer, row, columns, margin);
+}
+
+void Columns::PrintUnbroken(Answer& answer) const {
+    const std::vector<Column> columns = Measured(0);
+    for (const auto& row : m_Rows) PrintRow(answer, row, columns, 0);
+}
+
+void AddNote(Answer& answer, const CString& text) {
+    AddWrapped(answer.text, L"note: " + text, NOTE_INDENT);
 }
 
 std::string Coloured(const std::string& severity) {

@@ -27,14 +27,32 @@ struct Answer {
 /// The word of a severity in its colour on a terminal.
 std::string Coloured(const std::string& severity);
 
-/// Texts of one line each in columns that are as wide as their widest text, two blanks between.
+/// Appends a remark on what is told above it.
+void AddNote(Answer& answer, const CString& text);
+
+/// Texts of one line each in columns that are as wide as their widest text, two blanks between. The last text of a row
+/// may be wider than its column. Columns that would go past LINE_WIDTH begin a line of their own in every row.
 class Columns {
 public:
     void Add(std::vector<CString> row) { m_Rows.push_back(std::move(row)); }
-    /// Appends the rows, each after an indent.
-    void Print(Answer& answer, const CString& indent = {}) const;
+    /// Appends the rows.
+    /// @param indent   of each row
+    /// @param hanging  number of the column that lines of their own stand below
+    void Print(Answer& answer, int indent = 0, std::size_t hanging = 1) const;
+    /// Appends the rows, each on one line whatever its length.
+    void PrintUnbroken(Answer& answer) const;
 
 private:
+    struct Column {
+        int width = 0;
+        int widest = 0;  // texts that end a row, too
+        int start = 0;
+        bool isBroken = false;
+    };
+    std::vector<Column> Measured(int indent) const;
+    static void PrintRow(Answer& answer, const std::vector<CString>& row, const std::vector<Column>& columns,
+                         int margin);
+
     std::vector<std::vector<CString>> m_Rows;
 };
 

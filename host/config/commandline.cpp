@@ -20,8 +20,9 @@ const struct MemoryGuard {
 
 #include "commandtable.h"
 #include "nearest.h"
-#include "plaintext.h"
+#include "veltrane/options/xoptiondefinition.h"
 #include "veltrane/platform/sources/environment.h"
+#include "wrapped.h"
 
 namespace veltrane::config {
 
@@ -29,19 +30,41 @@ using namespace detail;
 
 namespace {
 
-constexpr char FOOTER[] =
-    "\nWhat stands behind '--' is the command line of the tool, word by word:\n"
-    "  @ show logfile -- base -i team.ini\n"
-    "\nExit codes: 0 answered; 1 answered, and there is something to look at: an\n"
-    "error that lint finds (with --strict a warning, too), a collision, an option\n"
-    "without a value, a start-up that fails; 2 not answered.";
+std::string ExitTexts() {
+    std::string text;
+    for (const auto& [code, meaning] : EXITS) AddWrapped(text, FromUtf8(meaning), 5, FormatText(L"  %d  ", code));
+    return text;
+}
 
 class HelpText : public CLI::Formatter {
+public:
+    std::string make_help(const CLI::App* app, std::string name, CLI::AppFormatMode mode) const override {
+        std::string text = Formatter::make_help(app, std::move(name), mode);
+        for (std::size_t at; (at = text.find("\n\n\n")) != std::string::npos;) text.erase(at, 1);
+        return text;
+    }
+
+private:
+    static bool IsWhole(const CLI::App* app) { return app->get_parent() == nullptr; }
+    static const CommandRow& RowOf(const CLI::App* app) {
+        return *std::ranges::find(COMMANDS, app->get_name(), &CommandRow::name);
+    }
+
+    std::string make_description(const CLI::App* app) const override {
+        return Sentence(app->get_description()) + "\n\n";
+    }
+
     std::string make_usage(const CLI::App* app, std::string name) const override {
-        const bool isWhole = app->get_parent() == nullptr;
-        const auto* const row = std::ranges::find(COMMANDS, app->get_name(), &CommandRow::name);
-        const std::string words = isWhole ? "COMMAND [ARGUMENT ...]" : row->words;
+        const std::string words = IsWhole(app) ? "COMMAND [ARGUMENT ...]" : RowOf(app).words;
         return "Usage: " + name + " [OPTION ...] " + words + (words.empty() ? "" : " ") + "[-- TOOL-ARGUMENT ...]\n";
+    }
+
+    std::string make_footer(const CLI::App* app) const override {
+        const std::string program = (IsWhole(app) ? app : app->get_parent())->get_name();
+        const std::string example = "  " + program + ' ' + (IsWhole(app) ? COMMANDS[0] : RowOf(app)).example + "\n\n";
+        if (!IsWhole(app))
+            return "Example:\n" + example + "'" + program + " --help' shows the options of all commands.\n";
+        return "Everything after '--' is the tool's own command line:\n" + example + "Exit codes:\n" + ExitTexts();
     }
 };
 
@@ -49,11 +72,10 @@ class HelpText : public CLI::Formatter {
 class CommandLine {
 public:
     CommandLine(const ConfigTool& tool, const std::string& name)
-        : m_App("Answers questions about the configuration of " + std::string{tool.name} + ".", name) {
-        m_App.set_version_flag("--version", name + ' ' + tool.version);
-        m_App.set_help_flag("-h,--help", "this text; behind a command, what it takes");
+        : m_App("answers questions about the configuration of " + std::string{tool.name}, name) {
+        m_App.set_version_flag("--version", name + ' ' + tool.version, "show the version");
+        m_App.set_help_flag("-h,--help", "show this help; after a command, help for that command");
         m_App.formatter(std::make_shared<HelpText>());
-        m_App.footer(Replaced(FOOTER, "@", name));
         m_App.allow_extras();
         m_App.fallthrough();
         m_App.get_formatter()->column_width(24);
@@ -62,16 +84,16 @@ public:
     }
 
     /// @throws CLI::ParseError, Refusal
-    Request Parse(std::vector<std::string> words) {
+    Request Parse(std::vector<std::string> words, bool hasArguments) {
         std::ranges::reverse(words);
         m_App.parse(words);
-        RefuseUnknown();
+        RefuseUnknown(hasArguments);
         for (const auto& [name, option] : m_Options) {
             if (option->count() > 0) m_Request.options[name] = option->as<std::string>();
         }
         const std::vector<CLI::App*> commands = m_App.get_subcommands();
         if (!commands.empty()) m_Request.command = commands[0]->get_name();
-        if (commands.empty() && !m_Request.Has("--generate")) throw Refusal{L"no command is given; --help shows them"};
+        if (commands.empty() && !m_Request.Has("--generate")) throw Refusal{L"no command is given; --help lists them"};
         m_Request.isColoured = IsColoured(m_Request.Value("--color"), "1");
         return m_Request;
     }
@@ -81,6 +103,7 @@ public:
 private:
     void AddCommand(const CommandRow& row) {
         CLI::App* const command = m_App.add_subcommand(row.name, row.summary);
+        command->group("Commands");
         command->allow_extras();
         if (row.kind != WordKind::None) command->add_option("WORDS", m_Request.words)->group("");
         AddSwitches(*command, row.name);
@@ -93,18 +116,32 @@ private:
             CLI::Option* const option = value.empty() ? app.add_flag(row.name, row.summary)
                                                       : app.add_option(row.name, m_Values.emplace_back(), row.summary);
             option->type_name(value);
-            if (value.find('|') != std::string::npos)
-                option->check(CLI::IsMember(CLI::detail::split(value, '|')).description(""));
+            const bool isChoice = value.find('|') != std::string::npos;
+            if (isChoice) option->check([&row](const std::string& word) { return RefuseOther(row, word); });
             m_Options.emplace_back(row.name, option);
         }
     }
 
+    // A word that is none of a choice.
+    static std::string RefuseOther(const SwitchRow& row, const std::string& word) {
+        const std::vector<std::string> words = CLI::detail::split(row.value, '|');
+        if (std::ranges::find(words, word) != words.end()) return {};
+        CString text = FromUtf8(row.name) + L" must be ";
+        for (std::size_t i = 0; i < words.size(); ++i) {
+            text += (i == 0 ? L"" : i + 1 == words.size() ? L" or " : L", ") + FromUtf8(words[i]);
+        }
+        throw Refusal{text};
+    }
+
     // The first word that is no command and no option.
-    void RefuseUnknown() const {
+    void RefuseUnknown(bool hasArguments) const {
         const std::vector<std::string> unknown = m_App.remaining(/*recurse*/ true);
         if (unknown.empty()) return;
-        const std::string& word = unknown[0];
-        const bool isOption = word[0] == '-';
+        const CString word = FromUtf8(unknown[0]);
+        const bool isOption = word[0] == L'-';
+        if (isOption && !hasArguments && FindOptionDefinition(word)) {
+            throw Refusal{L"'" + word + L"' is an option of the tool" + FORGOTTEN_HYPHENS};
+        }
         std::vector<CString> names;
         if (!isOption) {
             for (const CommandRow& row : COMMANDS) names.emplace_back(row.name);
@@ -112,8 +149,8 @@ private:
         if (isOption) {
             for (const SwitchRow& row : SWITCHES) names.emplace_back(row.name);
         }
-        const CString nearest = Nearest(FromUtf8(word), names);
-        throw Refusal{FormatText(L"no %s is called '%s'%s", isOption ? L"option" : L"command", FromUtf8(word),
+        const CString nearest = Nearest(word, names);
+        throw Refusal{FormatText(L"no %s is called '%s'%s", isOption ? L"option" : L"command", word,
                                  nearest.IsEmpty() ? L"" : L"; did you mean '" + nearest + L"'?")};
     }
 
@@ -125,14 +162,18 @@ private:
 
 }  // namespace
 
-std::optional<Request> ParseCommandLine(const ConfigTool& tool, const std::string& name,
-                                        std::vector<std::string> words) {
+std::optional<Request> ParseCommandLine(const ConfigTool& tool, const std::string& name, std::vector<std::string> words,
+                                        bool hasArguments) {
     CommandLine line{tool, name};
     try {
-        return line.Parse(std::move(words));
+        return line.Parse(std::move(words), hasArguments);
     } catch (const CLI::Success& wanted) {  // --help and --version
         line.Print(wanted);
         return {};
+    } catch (const CLI::ArgumentMismatch& error) {  // "--only: 1 required LAYER missing"
+        const std::string text = error.what();
+        const std::size_t end = text.find(": ");
+        throw Refusal{FromUtf8(end == text.npos ? text : text.substr(0, end) + " needs a value")};
     } catch (const CLI::Error& error) {
         throw Refusal{FromUtf8(error.what())};
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 // The command line of veltrane-config. Its help, its man page and its completions are made from these rows.
 
 namespace veltrane::config {
@@ -12,6 +14,7 @@ struct CommandRow {
     const char* words;  ///< what follows, as the help shows it
     WordKind kind;
     const char* summary;
+    const char* example;  ///< of a whole command line, without the name of the program
 };
 
 struct SwitchRow {
@@ -22,31 +25,52 @@ struct SwitchRow {
     const char* summary;
 };
 
+enum ExitCode { EXIT_ANSWERED = 0, EXIT_FINDINGS = 1, EXIT_REFUSED = 2 };
+
+struct ExitRow {
+    ExitCode code;
+    const char* meaning;
+};
+
 // clang-format off
 inline constexpr CommandRow COMMANDS[] = {
-    {"show",    "[NAME ...]",    WordKind::Option, "values, where they come from and what they overrode"},
-    {"lint",    "[FILE ...]",    WordKind::File,   "everything that is wrong with the configuration"},
-    {"explain", "NAME ...",      WordKind::Option, "the steps from a key to its value"},
-    {"names",   "[FILE ...]",    WordKind::File,   "what the naming rules make of names"},
-    {"freeze",  "",              WordKind::None,   "one basic file that alone brings the same values"},
-    {"files",   "",              WordKind::None,   "every place that is looked at, and what is there"},
-    {"errors",  "LOG ...",       WordKind::File,   "the errors of a log"},
+    {"show",    "[NAME ...]", WordKind::Option, "values, where they come from and what they overrode",  "show logfile -- base -i team.ini"},
+    {"lint",    "[FILE ...]", WordKind::File,   "everything that is wrong with the configuration",      "lint --strict -- base -i team.ini"},
+    {"explain", "NAME ...",   WordKind::Option, "the steps from a key to its value",                    "explain spool -- base -i team.ini"},
+    {"names",   "[FILE ...]", WordKind::File,   "what the naming rules make of names",                  "names --version 3,5 names.txt -- base"},
+    {"freeze",  "",           WordKind::None,   "one basic file that gives the same values on its own", "freeze -- base -i team.ini >frozen.ini"},
+    {"files",   "",           WordKind::None,   "every place where start-up looks, and what is there",  "files -- base -i team.ini"},
+    {"errors",  "LOG ...",    WordKind::File,   "the errors of a log",                                  "errors base-run.log"},
 };
 
 inline constexpr SwitchRow SWITCHES[] = {
-    {"",      "--tool",      "PATH",               WordKind::File, "the tool; without it the one beside this program"},
+    {"",      "--tool",      "PATH",               WordKind::File, "the tool; default: the one beside this program"},
     {"",      "--format",    "text|json",          WordKind::Text, "form of the answer"},
     {"",      "--color",     "auto|never",         WordKind::Text, "colour of errors and warnings on a terminal"},
-    {"",      "--generate",  "man|bash|zsh|fish",  WordKind::Text, "no answer, but man page or completion"},
-    {"show",  "--all",       "",                   WordKind::None, "options without a value, too"},
-    {"show",  "--only",      "LAYER",              WordKind::Text, "only what comes from one layer, such as 'user file'"},
+    {"",      "--generate",  "man|bash|zsh|fish",  WordKind::Text, "print a man page or completion instead of an answer"},
+    {"show",  "--all",       "",                   WordKind::None, "also options without a value"},
+    {"show",  "--only",      "LAYER",              WordKind::Text, "only values from one layer, such as 'user file'"},
     {"lint",  "--strict",    "",                   WordKind::None, "warnings count as errors"},
     {"lint",  "--code",      "LIST",               WordKind::Text, "only these codes (C01,C02), or all but some (-C13)"},
     {"lint",  "--explain",   "LIST",               WordKind::Text, "what codes mean (C05, or 'all')"},
-    {"names", "--version",   "N[,M ...]",          WordKind::Text, "versions of the rules; all without it"},
+    {"names", "--version",   "N[,M ...]",          WordKind::Text, "versions of the rules; default: all"},
     {"names", "--rules",     "",                   WordKind::None, "the rules themselves, in the order they apply"},
-    {"names", "--limit",     "BYTES",              WordKind::Text, "longest name; 30 without it"},
+    {"names", "--limit",     "BYTES",              WordKind::Text, "longest name; default: 30"},
+};
+
+inline constexpr ExitRow EXITS[] = {
+    {EXIT_ANSWERED, "answered"},
+    {EXIT_FINDINGS, "answered, and there is something to look at: a finding, a collision, an option without a value, "
+                    "a value that freeze cannot carry, a source that cannot be read, a start-up that would fail"},
+    {EXIT_REFUSED,  "not answered: the command line is wrong, the tool is not found, a file cannot be read or written, "
+                    "or memory is short"},
 };
 // clang-format on
+
+/// A summary or a meaning as a sentence.
+inline std::string Sentence(std::string text) {
+    if (text[0] >= 'a' && text[0] <= 'z') text[0] = static_cast<char>(text[0] - 'a' + 'A');
+    return text + '.';
+}
 
 }  // namespace veltrane::config

@@ -7,6 +7,7 @@
 
 #include "commandline.h"
 #include "commands.h"
+#include "commandtable.h"
 #include "documents.h"
 #include "veltrane/platform/process/messagebox.h"
 
@@ -15,8 +16,6 @@ namespace veltrane {
 namespace config {
 
 namespace {
-
-enum ExitCode { EXIT_ANSWERED = 0, EXIT_FINDINGS = 1, EXIT_REFUSED = 2 };
 
 struct {
     const char* command;
@@ -36,7 +35,7 @@ public:
 
     int Do() {
         try {
-            const std::optional<Request> request = ParseCommandLine(m_Tool, m_Name, m_Own);
+            const std::optional<Request> request = ParseCommandLine(m_Tool, m_Name, m_Own, !m_Arguments.empty());
             if (request && !request->Has("--generate")) return Do(*request);
             if (request) std::cout << MakeDocument(request->Value("--generate"), m_Name, m_Tool.version);
             return EXIT_ANSWERED;
@@ -104,11 +103,7 @@ private:
 
     void PrintErrors(const Startup& startup, bool isColoured) const {
         std::cout.flush();
-        for (const XException& error : startup.errors) {
-            CString text = error.GetMessage();
-            text.Replace(L"\r\n", L"\n");
-            text.Replace(L"reason: \t", L"");
-            text.Replace(L"\n", L"\n    ");
+        for (const CString& text : startup.ErrorTexts()) {
             std::cerr << m_Name << ": " << (isColoured ? Coloured("error") : "error") << ": " << ToUtf8(text) << '\n';
         }
     }
@@ -135,7 +130,7 @@ int RunConfigTool(int argc, char** argv, const ConfigTool& tool) {
         code = run.Refuse(FromUtf8(failure.what()));
     }
     if (std::cout.flush()) return code;
-    std::cerr << tool.name << "-config: the standard output can not be written\n";
+    std::cerr << tool.name << "-config: standard output cannot be written\n";
     return config::EXIT_REFUSED;
 }
 

@@ -30,29 +30,16 @@ constexpr char MAN_PAGE[] = R"(.TH "@TITLE@" 1 "" "@NAME@ @VERSION@" "@NAME@"
 .B @NAME@
 starts the tool up as far as its configuration goes, looks, and answers one
 question. It changes and creates nothing, and what is wrong does not stop it:
-all errors are told, and the rest is shown all the same.
+all errors are told, and the rest is shown.
 .PP
-What stands behind
+Everything after
 .B \-\-
-is the command line of the tool, word by word.
+is the tool's own command line.
 .SH COMMANDS
 @COMMANDS@.SH OPTIONS
 @OPTIONS@.SH FINDINGS OF LINT
 @LINTS@.SH EXIT STATUS
-.TP
-.B 0
-Answered.
-.TP
-.B 1
-Answered, and there is something to look at: an error that lint finds (with
-.B \-\-strict
-a warning, too), a collision, an option without a value, a start-up that would
-fail.
-.TP
-.B 2
-Not answered: the command line is wrong, there is no such tool, a file cannot
-be read or written, or memory is short.
-.SH ENVIRONMENT
+@EXITS@.SH ENVIRONMENT
 .TP
 .B NO_COLOR
 With any value: no colour.
@@ -160,8 +147,8 @@ std::string ManPage() {
             commands += ".RS\n" + ListEntry(own.name, own.value, own.summary) + ".RE\n";
         }
     }
-    std::string options = ListEntry("--help", "", "what the program, or the command in front, takes");
-    options += ListEntry("--version", "", "the version of the tool and of this program");
+    std::string options = ListEntry("--help", "", "show the help; after a command, help for that command");
+    options += ListEntry("--version", "", "show the version of the tool and of this program");
     for (const SwitchRow& row : SWITCHES) {
         if (*row.command == '\0') options += ListEntry(row.name, row.value, row.summary);
     }
@@ -170,8 +157,12 @@ std::string ManPage() {
         const std::string severity = SEVERITIES[static_cast<std::size_t>(row.severity)];
         lints += Entry(Bold(std::string{row.name} + ' ' + severity + ": " + row.title), Troff(row.explanation));
     }
-    const std::string page = Replaced(Replaced(MAN_PAGE, "@COMMANDS@", commands), "@LINTS@", lints);
-    return Replaced(page, "@OPTIONS@", options);
+    std::string exits;
+    for (const auto& [code, meaning] : EXITS) {
+        exits += Entry(Bold(std::to_string(code)), Troff(Sentence(meaning)));
+    }
+    const std::string page = Replaced(Replaced(MAN_PAGE, "@COMMANDS@", commands), "@OPTIONS@", options);
+    return Replaced(Replaced(page, "@LINTS@", lints), "@EXITS@", exits);
 }
 
 /// How a shell offers words, and files.

@@ -1,7 +1,7 @@
 // Every file and folder that start-up looks at, and what is there.
 #include "commands.h"
+#include "startupfiles.h"
 #include "veltrane/foundation/xstring.h"
-#include "veltrane/platform/sources/sourcelines.h"
 
 namespace veltrane::config {
 
@@ -10,8 +10,6 @@ namespace {
 using Kind = OptionLocation::Kind;
 
 constexpr const wchar_t* KINDS[] = {L"registry", L"metadata folder", L"basic file", L"user file", L"data", L"folder"};
-constexpr const wchar_t* READINGS[] = {L"read",         L"missing",        L"is a folder", L"is no plain file",
-                                       L"is too large", L"can not be read"};
 constexpr const wchar_t* ENCODINGS[] = {L"UTF-8", L"UTF-8 with a mark", L"UTF-16LE", L"UTF-16BE"};
 
 template <class Names, class Value>
@@ -29,12 +27,12 @@ bool IsFile(const OptionLocation& location) {
 
 void DescribeFile(const OptionLocation& location, CString& state, Json& json) {
     const SourceFileLines file = ReadLines(location);
-    state = NameOf(READINGS, file.reading);
+    state = ReadingName(file.reading);
     json["reading"] = ToUtf8(state);
     if (file.reading != SourceReading::Done) return;
     const CString encoding = file.hasWindows1252 ? L"Windows-1252" : NameOf(ENCODINGS, file.encoding);
     const int lines = static_cast<int>(file.lines.size());
-    state += FormatText(L", %s, %d %s", encoding, lines, lines == 1 ? L"line" : L"lines");
+    state = FormatText(L"%s, %d %s", encoding, lines, lines == 1 ? L"line" : L"lines");
     json["encoding"] = ToUtf8(encoding);
     json["lines"] = lines;
     if (location.kind == Kind::Registry) return;
@@ -63,8 +61,9 @@ CString OriginText(XOption& options, const CString& option) {
 CString PathText(const OptionLocation& location) {
     if (location.path.IsEmpty()) return L"-";
     if (location.spelled.IsEmpty()) return location.path + L" (no such drive)";
+    const CString shown = DisplayPath(location.path);
     const bool isSame = location.path.CompareNoCase(location.spelled) == 0;
-    return isSame ? location.spelled : location.path + L" = " + location.spelled;
+    return isSame ? shown : location.path + L" = " + shown;
 }
 
 void Add(Answer& answer, Columns& columns, XOption& options, const OptionLocation& location) {
@@ -74,13 +73,17 @@ void Add(Answer& answer, Columns& columns, XOption& options, const OptionLocatio
     json["spelled"] = ToUtf8(location.spelled);
     json["exists"] = location.exists;
     CString state = FolderState(options, location);
-    if (IsFile(location)) DescribeFile(location, state, json);
+    if (IsNamedTooLate(options, location)) {
+        state = L"not read: named by a file, which is too late";
+    } else if (IsFile(location)) {
+        DescribeFile(location, state, json);
+    }
     json["state"] = ToUtf8(state);
     const CString origin = OriginText(options, location.option);
     if (!origin.IsEmpty()) json["named_by"] = ToUtf8(origin);
     const bool isUserFolder = location.kind == Kind::UserFolder;
-    columns.Add({isUserFolder ? location.option : NameOf(KINDS, location.kind), PathText(location), state,
-                 origin.IsEmpty() ? origin : L"(" + origin + L")"});
+    columns.Add({isUserFolder ? location.option : NameOf(KINDS, location.kind), PathText(location),
+                 origin.IsEmpty() ? state : state + L" (" + origin + L")"});
     answer.document["files"].push_back(std::move(json));
 }
 
@@ -94,6 +97,7 @@ Answer Files(const Request& /*request*/, Startup& startup) {
         Add(answer, columns, startup.options, location);
     }
     columns.Print(answer);
+    StartupFiles{startup}.AddFaults(answer);
     return answer;
 }
 

@@ -4,21 +4,32 @@
 
 #include "commands.h"
 #include "printable.h"
+#include "startupfiles.h"
 #include "veltrane/config/xconfiguration.h"
 #include "veltrane/platform/process/localtime.h"
 #include "veltrane/platform/process/process.h"
+#include "veltrane/platform/text/indexformat.h"
 
 namespace veltrane::config {
 
 namespace {
 
-/// The sections that are written, each with its lines, in the order in which they came.
+/// The sections that are written, each with its lines, in the order in which they came. A database may share the
+/// section of a name that differs in case.
 class File {
 public:
     void Add(const CString& section, const CString& key, const CString& value) {
-        auto at = std::ranges::find(m_Sections, section, &Section::first);
-        if (at == m_Sections.end()) at = m_Sections.insert(at, {section, {}});
-        at->second.push_back(key + L" = " + Quoted(value));
+        const auto isSame = [&](const Section& known) { return known.first.CompareNoCase(section) == 0; };
+        LinesOf(section, isSame).push_back(key + L" = " + Quoted(value));
+    }
+    // A section may have the form of several families, when the name of the database holds "%d".
+    void Add(const CString& form, int index, const CString& key, const CString& value) {
+        const CString folded = CString{form}.MakeLower();
+        const auto isSame = [&](const Section& known) {
+            int number = 0;
+            return MatchIndex(CString{known.first}.MakeLower(), folded, number) && number == index;
+        };
+        LinesOf(FormatIndex(form, index), isSame).push_back(key + L" = " + Quoted(value));
     }
     void Print(Answer& answer) const {
         for (const auto& [name, lines] : m_Sections) {
@@ -29,6 +40,12 @@ public:
 
 private:
     using Section = std::pair<CString, std::vector<CString>>;
+
+    template <class IsSame>
+    std::vector<CString>& LinesOf(const CString& section, IsSame isSame) {
+        const auto at = std::ranges::find_if(m_Sections, isSame);
+        return at != m_Sections.end() ? at->second : m_Sections.emplace_back(section, std::vector<CString>{}).second;
+    }
 
     // A reader takes blanks and then one pair of quotes off.
     static CString Quoted(const CString& value) {
@@ -41,19 +58,22 @@ private:
 
 class Freezing {
 public:
-    Freezing(Answer& answer, Startup& startup) : m_Answer(answer), m_Options(startup.options) {
+    Freezing(Answer& answer, Startup& startup) : m_Answer(answer), m_Options(startup.options), m_Files(startup) {
         for (const OptionLocation& location : m_Options.GetLocations()) m_Locations[location.option] = location.kind;
     }
 
     void Run() {
         m_Answer.document["not_carried"] = Json::array();
+        for (const CString& text : m_Files.FaultTexts()) Tell(text);
+        m_Files.AddFaults(m_Answer);
         for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
-            if (!row->HasOptionNumber()) continue;
+            if (row->eOption == eOptionTitle) continue;
             const CString name = row->szLongName;
             for (const auto* item = m_Options.GetFirstOptionItem(name); item;
                  item = m_Options.GetNextOptionItem(name)) {
                 AddItem(*row, *item);
             }
+            AddLost(*row);
         }
         AddRules(eOptionTableNameRules);
         AddRules(eOptionColumnNameRules);
@@ -64,14 +84,30 @@ private:
     void AddItem(const XOptionDefinition& row, const XOptionItem& item) {
         const OptionOrigin origin = m_Options.GetOptionOrigin(&item);
         if (IsOfTool(row, origin)) return;
-        const CString& value = item.GetOptionValue();
+        AddValue(row, item.GetOptionIndex(), item.GetOptionValue());
+    }
+
+    void AddValue(const XOptionDefinition& row, int index, const CString& value) {
         const wchar_t* const reason = ReasonAgainst(row, value);
-        if (reason) return Leave(LabelOf(row, item.GetOptionIndex()), value, reason);
-        CString section = m_Options.GetSectionName(row.eSection);
-        CString key = row.szLongName;
-        const bool isNumbered = section.Replace(L"%d", FormatText(L"%d", item.GetOptionIndex())) > 0;
-        if (!row.IsSingle() && !isNumbered) key += FormatText(L"-%d", item.GetOptionIndex());
-        m_File.Add(section, key, value);
+        if (reason) return Leave(LabelOf(row, index), value, reason);
+        const CString section = m_Options.GetSectionName(row.eSection);
+        const CString key = row.szLongName;
+        if (row.IsSingle()) return m_File.Add(section, key, value);
+        if (section.Find(L"%d") >= 0) return m_File.Add(section, index, key, value);
+        m_File.Add(section, key + FormatText(L"-%d", index), value);
+    }
+
+    // Of a family with an index that is given twice; the tool stops before it has any of its values.
+    void AddLost(const XOptionDefinition& row) {
+        for (const auto& [index, places] : m_Files.LostFamily(row)) {
+            if (places.size() == 1) {
+                AddValue(row, index, places[0].text);
+                continue;
+            }
+            for (const OptionPlace& place : places) {
+                Leave(LabelOf(row, index), place.text, L"the index is given twice, here in " + PlaceText(place));
+            }
+        }
     }
 
     // The tool brings it along, or finds the file by it.
@@ -82,17 +118,18 @@ private:
 
     // Why a file cannot carry a value; null when it can.
     const wchar_t* ReasonAgainst(const XOptionDefinition& row, const CString& value) {
-        if (row.eSection == eSectionNone) return L"it is given on the command line alone";
+        if (row.eSection == eSectionNone || IsRule(row)) return L"only the command line can give it";
         if (m_Options.GetSectionName(row.eSection).IsEmpty()) return L"the name of its section is not known";
-        if (IsTooLate(row)) return L"start-up makes it out before the file is open";
+        if (IsTooLate(row)) return L"start-up determines it before the file is opened";
         if (value.Find(L'%') >= 0) return L"a '%' begins a reference in a file";
         return ReasonAgainst(value);
     }
 
     static const wchar_t* ReasonAgainst(const CString& value) {
-        if (value.IsEmpty()) return L"an empty value in a file counts as none";
+        if (value.IsEmpty()) return L"an empty value in a file counts as no value";
         if (value.FindOneOf(L"\r\n") >= 0 || value.Find(L'\0') >= 0) return L"it does not fit on one line";
-        return value.GetLength() > XConfiguration::MAX_VALUE ? L"it is longer than a value of a file" : nullptr;
+        return value.GetLength() > XConfiguration::MAX_VALUE ? L"it is longer than the 2,047 characters that are read"
+                                                             : nullptr;
     }
 
     // What names the places of the sources themselves, and the folders that are asked for in no file now.
@@ -110,23 +147,26 @@ private:
             m_Options.GetSectionName(option == eOptionTableNameRules ? eSectionTableRules : eSectionColumnRules);
         for (const OptionRule& rule : m_Options.GetNamingRules(option)) {
             if (!rule.isInForce) continue;
-            CString section = format;
-            section.Replace(L"%d", FormatText(L"%d", rule.version));
-            m_File.Add(section, rule.oldText, rule.newText);
+            m_File.Add(format, rule.version, rule.oldText, rule.newText);
         }
     }
 
     void Leave(const CString& label, const CString& value, const CString& reason) {
         const CString line = FormatText(L"not carried: %s = %s (%s)", label, Printable(value), reason);
-        m_Answer.AddLine(L"; " + line);
-        m_Answer.talk += ToUtf8(line) + '\n';
+        Tell(line);
         m_Answer.document["not_carried"].push_back(
             {{"name", ToUtf8(label)}, {"value", ToUtf8(value)}, {"reason", ToUtf8(reason)}});
         m_Answer.hasFindings = true;
     }
 
+    void Tell(const CString& line) {
+        m_Answer.AddLine(L"; " + line);
+        m_Answer.talk += ToUtf8(line) + '\n';
+    }
+
     Answer& m_Answer;
     XOption& m_Options;
+    StartupFiles m_Files;
     std::map<CString, OptionLocation::Kind> m_Locations;  // by the option that names them
     File m_File;
 };

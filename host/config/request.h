@@ -31,4 +31,7 @@ struct Refusal {
     CString text;
 };
 
+/// Ends a refusal when words of the tool may stand among those of this program.
+inline constexpr wchar_t FORGOTTEN_HYPHENS[] = L"; did you forget '--' before the tool's own command line?";
+
 }  // namespace veltrane::config

@@ -2,6 +2,7 @@
 
 #include "commands.h"
 #include "printable.h"
+#include "startupfiles.h"
 #include "veltrane/foundation/xstring.h"
 
 namespace veltrane::config {
@@ -10,14 +11,24 @@ namespace {
 
 /// One value of an option, or the lack of one, with all that is known of it.
 struct Shown {
+    enum class State {
+        Stored,  // as the store has it, or has none
+        Twice,   // the index is given twice: the tool stops
+        Unread,  // another index of its family is: the store has none of them
+    };
     const XOptionDefinition* row;
     int index;
     const XOptionItem* item;  // null without a value
     OptionCandidates found;
+    State state = State::Stored;
+    std::vector<CString> notes = {};
 
-    const OptionOrigin* Winner() const { return item && !found.candidates.empty() ? &found.candidates[0] : nullptr; }
+    bool HasWinner() const { return (item || state == State::Unread) && !found.candidates.empty(); }
+    const OptionOrigin* Winner() const { return HasWinner() ? &found.candidates[0] : nullptr; }
     /// A mandatory option that start-up asks for and nobody has.
     bool IsMissing() const { return !item && row->IsMandatory() && row->eSection != eSectionNone; }
+    /// Whether there is something to tell of it without being asked for.
+    bool IsSet() const { return item || IsMissing() || state != State::Stored; }
 };
 
 CString KindOf(const XOptionDefinition& row) {
@@ -60,30 +71,47 @@ std::vector<OptionLayer> NotAsked(const Shown& shown) {
     return layers;
 }
 
-std::vector<CString> PlaceRow(const OptionOrigin& origin, bool isFound, bool isWinner) {
-    const CString layer = CString{isWinner ? L"> " : L"  "} + LayerName(origin.layer);
-    const CString place = origin.word < 0 ? PlaceText(origin) : CString{FormatText(L"word %d", origin.word)};
+CString AnswerText(const OptionOrigin& origin) {
     const CString key = origin.key.IsEmpty() ? CString{} : origin.key + L" = ";
-    return {layer, place, isFound ? key + Printable(origin.text) : CString{L"-"}};
+    if (IsEmptyAnswer(origin)) return key + EMPTY_ANSWER;
+    const bool isHeader = origin.text.IsEmpty() && origin.line > 0;
+    return isHeader ? CString{L"(the section again)"} : key + Printable(origin.text);
 }
 
-void AddPlaces(Answer& answer, const Shown& shown) {
+std::vector<CString> FoundRow(const OptionOrigin& origin, bool isWinner) {
+    const CString layer = CString{isWinner ? L"> " : L"  "} + LayerName(origin.layer);
+    const CString place = origin.word < 0 ? PlaceText(origin) : CString{FormatText(L"word %d", origin.word)};
+    return {layer, place, AnswerText(origin)};
+}
+
+std::vector<CString> MissedRow(const OptionPlace& place, const StartupFiles& files) {
+    const CString layer = CString{L"  "} + LayerName(place.layer);
+    const CString fault = files.FaultOf(place.layer);
+    if (!fault.IsEmpty()) return {layer, UnreadableText(DisplayPath(place.file), fault)};
+    const CString text = PlaceText(place);
+    return {layer, text.IsEmpty() ? L"-" : L"-  " + text};
+}
+
+void AddPlaces(Answer& answer, const Shown& shown, const StartupFiles& files) {
     Columns columns;
     const auto& [candidates, places] = shown.found;
     const OptionOrigin* const winner = shown.Winner();
     for (const OptionOrigin& candidate : candidates) {
         const bool isPlace =
             std::ranges::any_of(places, [&](const OptionPlace& place) { return IsSame(place, candidate); });
-        if (!isPlace) columns.Add(PlaceRow(candidate, /*isFound*/ true, &candidate == winner));
+        if (!isPlace) columns.Add(FoundRow(candidate, &candidate == winner));
     }
     for (const OptionPlace& place : places) {
-        columns.Add(PlaceRow(place, place.found, winner && IsSame(place, *winner)));
+        const bool isWinner = winner && IsSame(place, *winner);
+        columns.Add(place.found ? FoundRow(place, isWinner) : MissedRow(place, files));
     }
     for (const OptionLayer layer : NotAsked(shown)) columns.Add({CString{L"  "} + LayerName(layer), L"not asked"});
-    columns.Print(answer, L"  ");
+    columns.Print(answer, 2);
 }
 
 CString ValueText(const Shown& shown) {
+    if (shown.state == Shown::State::Twice) return L"no value";
+    if (shown.state == Shown::State::Unread) return Printable(shown.Winner()->text);
     if (shown.IsMissing()) return L"no value, mandatory: the tool stops here";
     if (!shown.item) return L"no value";
     const CString value = Printable(shown.item->GetOptionValue());
@@ -92,17 +120,27 @@ CString ValueText(const Shown& shown) {
     return isPlain ? value : value + L", means " + meaning;
 }
 
-void AddDetails(Answer& answer, const Shown& shown) {
-    answer.AddLine(LabelOf(*shown.row, shown.index) + (shown.item ? L" = " : L": ") + ValueText(shown));
-    AddPlaces(answer, shown);
+void AddDetails(Answer& answer, Shown& shown, const StartupFiles& files) {
+    const CString hint = shown.HasWinner() ? CString{} : files.SectionHint(*shown.row);
+    if (!hint.IsEmpty()) shown.notes.push_back(hint);
+    answer.AddLine(LabelOf(*shown.row, shown.index) + (shown.HasWinner() ? L" = " : L": ") + ValueText(shown));
+    AddPlaces(answer, shown, files);
+    for (const CString& note : shown.notes) AddNote(answer, note);
+}
+
+// The value as far as it is known: the references of one that the store has not read are not replaced.
+Json ValueJson(const Shown& shown) {
+    if (shown.item) return ToUtf8(shown.item->GetOptionValue());
+    const bool isPlain = shown.state == Shown::State::Unread && shown.Winner()->text.Find(L'%') < 0;
+    return isPlain ? Json(ToUtf8(shown.Winner()->text)) : Json(nullptr);
 }
 
 Json OptionJson(const Shown& shown) {
     Json option{{"name", ToUtf8(shown.row->szLongName)}};
-    if (!shown.row->IsSingle() && shown.item) option["index"] = shown.index;
+    if (!shown.row->IsSingle() && shown.IsSet()) option["index"] = shown.index;
     option["kind"] = ToUtf8(KindOf(*shown.row));
     option["mandatory"] = shown.row->IsMandatory();
-    option["value"] = shown.item ? Json(ToUtf8(shown.item->GetOptionValue())) : Json(nullptr);
+    option["value"] = ValueJson(shown);
     if (shown.item && !MeaningOf(*shown.item).IsEmpty()) option["means"] = ToUtf8(MeaningOf(*shown.item));
     option["candidates"] = Json::array();
     for (const OptionOrigin& candidate : shown.found.candidates) {
@@ -113,34 +151,67 @@ Json OptionJson(const Shown& shown) {
     }
     option["not_asked"] = Json::array();
     for (const OptionLayer layer : NotAsked(shown)) option["not_asked"].push_back(ToUtf8(LayerName(layer)));
+    for (const CString& note : shown.notes) option["notes"].push_back(ToUtf8(note));
     return option;
 }
 
-// The values of an option, or the one with an index; one without an item when there is none.
-void Collect(std::vector<Shown>& all, XOption& options, const XOptionDefinition& row, const std::optional<int>& index) {
-    const std::size_t count = all.size();
-    const CString name = row.szLongName;
-    std::vector<const XOptionItem*> items;
-    for (const auto* item = options.GetFirstOptionItem(name); item; item = options.GetNextOptionItem(name)) {
-        if (!index || *index == item->GetOptionIndex()) items.push_back(item);
-    }
-    for (const XOptionItem* item : items) {
-        const int at = item->GetOptionIndex();
-        all.push_back({&row, at, item, options.GetOptionCandidates(name, at)});
-    }
-    if (all.size() > count) return;
-    const int at = index.value_or(row.IsSingle() ? -1 : 0);
-    all.push_back({&row, at, nullptr, options.GetOptionCandidates(name, at)});
-}
+class Collection {
+public:
+    Collection(Startup& startup, const StartupFiles& files) : m_Options(startup.options), m_Files(files) {}
 
-std::vector<Shown> CollectTable(XOption& options, bool withUnset, const CString& layer) {
-    std::vector<Shown> all;
-    for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
-        if (row->HasOptionNumber()) Collect(all, options, *row, {});
+    /// Adds the values of an option, or the one with an index; one without an item when there is none.
+    void Add(const XOptionDefinition& row, const std::optional<int>& index) {
+        const std::size_t count = m_All.size();
+        const CString name = row.szLongName;
+        std::vector<const XOptionItem*> items;
+        for (const auto* item = m_Options.GetFirstOptionItem(name); item; item = m_Options.GetNextOptionItem(name)) {
+            if (!index || *index == item->GetOptionIndex()) items.push_back(item);
+        }
+        for (const XOptionItem* item : items) {
+            const int at = item->GetOptionIndex();
+            m_All.push_back({&row, at, item, m_Options.GetOptionCandidates(name, at)});
+            if (IsRule(row)) m_All.back().found.places.clear();
+        }
+        if (items.empty()) AddLost(row, index);
+        if (m_All.size() == count) AddUnset(row, index);
     }
+
+    std::vector<Shown> Take() { return std::move(m_All); }
+
+private:
+    void AddLost(const XOptionDefinition& row, const std::optional<int>& index) {
+        for (const auto& [at, places] : m_Files.LostFamily(row)) {
+            if (index && *index != at) continue;
+            Shown shown{&row, at, nullptr, {{places.rbegin(), places.rend()}, {places.rbegin(), places.rend()}}};
+            shown.state = places.size() > 1 ? Shown::State::Twice : Shown::State::Unread;
+            shown.notes.push_back(LossNote(places));
+            m_All.push_back(std::move(shown));
+        }
+    }
+
+    void AddUnset(const XOptionDefinition& row, const std::optional<int>& index) {
+        Shown shown{&row, index.value_or(-1), nullptr, {}};
+        shown.found = m_Options.GetOptionCandidates(row.szLongName, shown.index);
+        if (!row.IsSingle() && !index) shown.found.places = FamilyPlaces(m_Options, row);
+        if (IsRule(row)) shown.found.places.clear();
+        if (IsRule(row)) shown.notes.emplace_back(L"'names --rules' lists the rules of the files");
+        m_All.push_back(std::move(shown));
+    }
+
+    XOption& m_Options;
+    const StartupFiles& m_Files;
+    std::vector<Shown> m_All;
+};
+
+// Naming rules count only as far as they were typed.
+std::vector<Shown> CollectTable(Collection collection, bool withUnset, const CString& layer) {
+    for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
+        if (row->eOption != eOptionTitle) collection.Add(*row, {});
+    }
+    std::vector<Shown> all = collection.Take();
     std::erase_if(all, [&](const Shown& shown) {
         const bool isOfLayer = layer.IsEmpty() || (shown.Winner() && layer == LayerName(shown.Winner()->layer));
-        return !isOfLayer || (!shown.item && !withUnset && !shown.IsMissing());
+        return !isOfLayer || (!shown.IsSet() && (!withUnset || IsRule(*shown.row)));
     });
     return all;
 }
@@ -153,38 +224,42 @@ void AddTable(Answer& answer, const std::vector<Shown>& all) {
         if (winner && !winner->file.IsEmpty()) origin += FormatText(L" %s:%d", DisplayPath(winner->file), winner->line);
         columns.Add({LabelOf(*shown.row, shown.index), ValueText(shown), origin});
     }
-    columns.Print(answer);
+    columns.PrintUnbroken(answer);
 }
 
 CString LayerOf(const Request& request) {
     CString layer = FromUtf8(request.Value("--only"));
     constexpr auto last = static_cast<int>(OptionLayer::Environment);
+    CString names;
     for (int i = 0; i <= last; ++i) {
-        if (layer.IsEmpty() || layer == LayerName(static_cast<OptionLayer>(i))) return layer;
+        const CString name = LayerName(static_cast<OptionLayer>(i));
+        if (layer.IsEmpty() || layer == name) return layer;
+        names += (i == 0 ? L"" : i == last ? L" or " : L", ") + name;
     }
-    throw Refusal{FormatText(L"no layer is called '%s'", layer)};
+    throw Refusal{L"--only must be " + names};
 }
 
 }  // namespace
 
 Answer Show(const Request& request, Startup& startup) {
     Answer answer;
-    std::vector<Shown> all;
-    if (request.words.empty()) {
-        all = CollectTable(startup.options, request.Has("--all"), LayerOf(request));
-        AddTable(answer, all);
-    }
+    const StartupFiles files{startup};
+    Collection collection{startup, files};
     for (const std::string& word : request.words) {
         const AskedOption asked = ParseOption(word);
-        const std::size_t first = all.size();
-        Collect(all, startup.options, *asked.row, asked.index);
-        for (std::size_t i = first; i < all.size(); ++i) {
-            AddDetails(answer, all[i]);
-            if (!all[i].item) answer.hasFindings = true;
-        }
+        collection.Add(*asked.row, asked.index);
     }
+    const bool isTable = request.words.empty();
+    std::vector<Shown> all =
+        isTable ? CollectTable(collection, request.Has("--all"), LayerOf(request)) : collection.Take();
+    if (isTable) AddTable(answer, all);
     answer.document["options"] = Json::array();
-    for (const Shown& shown : all) answer.document["options"].push_back(OptionJson(shown));
+    for (Shown& shown : all) {
+        if (!isTable) AddDetails(answer, shown, files);
+        if (!isTable && !shown.item) answer.hasFindings = true;
+        answer.document["options"].push_back(OptionJson(shown));
+    }
+    files.AddFaults(answer);
     return answer;
 }
 

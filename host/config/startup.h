@@ -23,11 +23,16 @@ public:
     /// @throws Refusal  there is no such program; an argument ends it at once
     Startup(const CString& tool, const std::vector<CString>& arguments, const CString& version);
 
+    /// The errors as lines for people, a hint that several share told once.
+    std::vector<CString> ErrorTexts() const;
+
     XOption options;
     CString tool;
-    std::vector<XException> errors;
+    std::vector<XException> errors;  ///< each once, with hints
 
 private:
+    void RetrieveEach();
+    void AddHintsOnce();
     void RefuseFinalArguments() const;
     template <class Step>
     bool Take(Step step);
@@ -42,14 +47,28 @@ struct AskedOption {
 /// @throws Refusal  no option is called so
 AskedOption ParseOption(const std::string& word);
 
-/// "map-file[1]"; the bare name of a single option.
+/// Whether a row names naming rules, which the files give without items.
+bool IsRule(const XOptionDefinition& row);
+
+/// What an empty text of the registry means: other than one of a file it is an answer.
+inline constexpr wchar_t EMPTY_ANSWER[] = L"(empty, hides both files)";
+bool IsEmptyAnswer(const OptionOrigin& origin);
+
+/// "map-file[1]"; the bare name of a single option, and of another without an index (-1).
 CString LabelOf(const XOptionDefinition& row, int index);
 
-/// A file as people write it: spelled as on the disk, and from the current folder on when it lies below that.
+/// A file as people write it: spelled as on the disk, and from the current folder on when that is shorter.
 CString DisplayPath(const CString& file);
 
 /// "team.ini:4 [ROOT]"; empty for a layer without files.
 CString PlaceText(const SourcePlace& place);
+
+/// The same after its layer, or the word: "command line, word 3", "environment", "team.ini:4 [ROOT]".
+CString PlaceName(const OptionOrigin& place);
+
+/// The places that are asked for a family that has no value, their sections named by what each stands for
+/// ("base\FILES\N").
+std::vector<OptionPlace> FamilyPlaces(XOption& options, const XOptionDefinition& row);
 
 /// What is known of a place, for JSON.
 Json PlaceJson(const OptionOrigin& origin);

@@ -21,9 +21,9 @@ TEST_F(Freeze, BringsTheSameValuesAlone) {
     const ChildResult frozen = Ask({"freeze"}, from);
     EXPECT_EQ(frozen.errors,
               "not carried: dictionary-root = \xC3\xA4%quiet (a '%' begins a reference in a file)\n"
-              "not carried: ini = team.ini (start-up makes it out before the file is open)\n"
+              "not carried: ini = team.ini (start-up determines it before the file is opened)\n"
               "not carried: metadata = " +
-                  Path("meta") + " (start-up makes it out before the file is open)\n");
+                  Path("meta") + " (start-up determines it before the file is opened)\n");
     EXPECT_EQ(frozen.exitCode, 1);
     std::vector<std::string> before;
     std::vector<std::string> after;
@@ -36,6 +36,21 @@ TEST_F(Freeze, BringsTheSameValuesAlone) {
     std::filesystem::remove(m_Folder.Path() / "team.ini");
     for (const Words& question : questions) after.push_back(ValuesOf(Ask(question).output));
     EXPECT_EQ(after, before) << frozen.output;
+}
+
+TEST_F(Freeze, TellsWhatItCannotSee) {
+    WriteBasic("[db\\FILES\\1]\nmap-file=m\n[db\\FILES\\2]\nmap-file=n\n");
+    Write("team.ini", "[db\\FILES\\01]\nmap-file=y\n");
+    std::filesystem::create_directories(m_Folder.Path() / "registry.reg");
+    const ChildResult result = Ask({"freeze"}, {"-i", "team.ini", "--columnname-rules", "x"});
+    EXPECT_EQ(result.exitCode, 1);
+    ExpectIn(result.output, "\n; cannot be read: registry.reg (is a folder)\n");
+    ExpectIn(result.output, "\n[db\\FILES\\2]\nmap-file = n\n");
+    ExpectIn(result.errors,
+             "not carried: map-file[1] = m (the index is given twice, here in meta/veltrane.ini:6 [db\\FILES\\1])\n"
+             "not carried: map-file[1] = y (the index is given twice, here in team.ini:2 [db\\FILES\\01])\n"
+             "not carried: columnname-rules[0] = x (only the command line can give it)\n");
+    EXPECT_EQ(Ask({"show"}).errors, "cannot be read: registry.reg (is a folder)\n");
 }
 
 TEST_F(Errors, AreReadFromTheBlocksOfALog) {

@@ -1,5 +1,7 @@
 #include "companion.h"
 
+#include <regex>
+
 using Show = Companion;
 
 TEST_F(Show, TellsWinnerAndLosersOfEachLayer) {
@@ -8,21 +10,24 @@ TEST_F(Show, TellsWinnerAndLosersOfEachLayer) {
     WriteRegistry("USER", "\"quiet\"=\"true ; no\"\n");
     ExpectOutput(Ask({"show", "logfile", "quiet", "metadata"}, {"-i", "team.ini"}, {"logfile=environment.log"}), 0,
                  R"(logfile = db.log
-    registry     registry.reg [SOFTWARE\VORNAK\veltrane\ROOT]  -
-  > user file    team.ini:2 [ROOT]                             logfile = %name%.log
-    basic file   meta/veltrane.ini:6 [ROOT]                    logfile = basic.log
-    environment                                                logfile = environment.log
+    registry     -  registry.reg [SOFTWARE\VORNAK\veltrane\ROOT]
+  > user file    team.ini:2 [ROOT]           logfile = %name%.log
+    basic file   meta/veltrane.ini:6 [ROOT]  logfile = basic.log
+    environment                              logfile = environment.log
 quiet = true ; no, means false
-  > registry     registry.reg:3 [SOFTWARE\VORNAK\veltrane\USER]  quiet = true ; no
-    user file    team.ini [USER]                                 -
-    basic file   meta/veltrane.ini:8 [USER]                      quiet = yes
+  > registry     registry.reg:3 [SOFTWARE\VORNAK\veltrane\USER]
+                   quiet = true ; no
+    user file    -  team.ini [USER]
+    basic file   meta/veltrane.ini:8 [USER]
+                   quiet = yes
     environment  not asked
 metadata = )" + Path("meta") +
                      R"(
-  > command line  word 1                                        )" +
-                     Path("meta") + R"(
-    registry      registry.reg [SOFTWARE\VORNAK\veltrane\ROOT]  -
-    environment                                                 -
+  > command line  word 1  )" +
+                     Path("meta") +
+                     R"(
+    registry      -  registry.reg [SOFTWARE\VORNAK\veltrane\ROOT]
+    environment   -
     user file     not asked
     basic file    not asked
 )");
@@ -30,33 +35,100 @@ metadata = )" + Path("meta") +
 
 TEST_F(Show, TellsValuesOfFamiliesAndWhatListsMean) {
     WriteBasic("obsolete-classes-2=7, 3\nobsolete-classes-5=4\n[db\\FILES\\2]\nmap-file=a\tb\n");
-    ExpectOutput(Ask({"show", "obsolete-classes[5]", "map-file"}), 0,
+    const std::string others = "    registry     not asked\n    user file    not asked\n    environment  not asked\n";
+    ExpectOutput(Ask({"show", "obsolete-classes[5]", "map-file", "index-file"}), 1,
                  "obsolete-classes[5] = 4, means 3, 4, 7\n"
-                 "  > basic file   meta/veltrane.ini:6 [db]  obsolete-classes-5 = 4\n"
-                 "    registry     not asked\n    user file    not asked\n    environment  not asked\n"
-                 "map-file[2] = a\\x09b\n"
-                 "  > basic file   meta/veltrane.ini:8 [db\\files\\2]  map-file = a\\x09b\n"
-                 "    registry     not asked\n    user file    not asked\n    environment  not asked\n");
+                 "  > basic file   meta/veltrane.ini:6 [db]  obsolete-classes-5 = 4\n" +
+                     others +
+                     "map-file[2] = a\\x09b\n"
+                     "  > basic file   meta/veltrane.ini:8 [db\\files\\2]  map-file = a\\x09b\n" +
+                     others +
+                     "index-file: no value\n"
+                     "    basic file   -  meta/veltrane.ini [db\\FILES\\N]\n" +
+                     others);
+    EXPECT_EQ(Ask({"show", "--only", "command line"}, {"--tablename-rules", "a"}).output,
+              "name                db" + std::string(Path("meta").size(), ' ') +
+                  "command line\n"
+                  "metadata            " +
+                  Path("meta") +
+                  "  command line\n"
+                  "tablename-rules[0]  a" +
+                  std::string(Path("meta").size() + 1, ' ') + "command line\n");
 }
 
 TEST_F(Show, GoesOnWhereStartUpWouldFail) {
     Write("team.ini", "[db]\nquiet=true\n[ROOT]\nlogfile=%nosuch%\ndictionary-root=here\n");
-    const ChildResult result =
-        Ask({"show", "--only", "user file"}, {"-i", "team.ini", "-n", "other", "--data", "none"});
+    ChildResult result = Ask({"show", "--only", "user file"}, {"-i", "team.ini", "-n", "dba", "--data", "none"});
+    result.errors = std::regex_replace(result.errors, std::regex("</[^>]*/"), "<");
     ExpectOutput(result, 1, "dictionary-root  here  user file team.ini:5\n",
                  R"(veltrane-config: error: Folder <none> does not exist!
-    	The global output data folder does not exist!
+    The global output data folder does not exist!
 veltrane-config: error: Error retrieving option <logfile>!
     Error retrieving the string option <nosuch>!
     The option <nosuch> is not known by the system!
+    <---- See <team.ini>, line 4: logfile=%nosuch% ---->
 veltrane-config: error: Error retrieving option <dictionary-name>!
     The option <dictionary-name> must exist but could not be found!
+    <---- Looked for in [SOFTWARE\VORNAK\veltrane\dba] of <registry.reg>, [dba] of <team.ini>, [dba] of <veltrane.ini> ---->
+    <---- Did you mean [db]? ---->
 veltrane-config: error: Error retrieving option <role>!
     The option <role> must exist but could not be found!
 veltrane-config: error: Error retrieving option <registry>!
     The option <registry> must exist but could not be found!
 )");
-    EXPECT_EQ(Ask({"show", "spool"}).exitCode, 1) << "no value";
+}
+
+TEST_F(Show, TellsWhatIsWrongWithAnswerAndPlaces) {
+    WriteBasic("[db\\FILES\\1]\nmap-file=m\n[db\\FILES\\2]\nmap-file=n\nindex-file=%x%\n");
+    Write("team.ini", "[db\\FILES\\01]\nmap-file=y\n[db\\FILES\\02]\n");
+    Write("registry.reg", "REGEDIT4\n[HKLM\\SOFTWARE\\VORNAK\\veltrane\\ROOT]\n\"logfile\"=\"\"\n");
+    std::filesystem::create_directories(m_Folder.Path() / "folder");
+    const Words user = {"-i", "team.ini"};
+    const std::string others = "    registry     not asked\n    environment  not asked\n";
+    const struct {
+        Words question;
+        Words arguments;
+        std::string output;
+    } cases[] = {
+        {{"show", "role"},
+         {"-n", "dbx"},
+         "role: no value, mandatory: the tool stops here\n"
+         "    registry     -  registry.reg [SOFTWARE\\VORNAK\\veltrane\\dbx]\n"
+         "    basic file   -  meta/veltrane.ini [dbx]\n"
+         "    user file    not asked\n    environment  not asked\n"
+         "    note: the database 'dbx' (command line, word 4) has no section; did you mean\n    'db' "
+         "(meta/veltrane.ini:1)?\n"},
+        {{"show", "map-file"},
+         user,
+         "map-file[1]: no value\n    user file    team.ini:2 [db\\FILES\\01]          map-file = y\n"
+         "    basic file   meta/veltrane.ini:6 [db\\FILES\\1]  map-file = m\n" +
+             others +
+             "    note: given twice: the tool stops here\n"
+             "map-file[2]: no value\n    user file    team.ini:3 [db\\FILES\\02]          (the section again)\n"
+             "    basic file   meta/veltrane.ini:8 [db\\FILES\\2]  map-file = n\n" +
+             others + "    note: given twice: the tool stops here\n"},
+        {{"explain", "map-file[1]"},
+         user,
+         "map-file[1]: no value\n    1  given  meta/veltrane.ini:6 [db\\FILES\\1]  m\n"
+         "    2  given  team.ini:2 [db\\FILES\\01]          y\n    note: given twice: the tool stops here\n"},
+        {{"show", "logfile"},
+         {"-i", "folder"},
+         "logfile: no value\n    registry     registry.reg:3 [SOFTWARE\\VORNAK\\veltrane\\ROOT]\n"
+         "                   logfile = (empty, hides both files)\n"
+         "    user file    cannot be read: folder (is a folder)\n"
+         "    basic file   -  meta/veltrane.ini [ROOT]\n    environment  -\n"},
+        {{"explain", "logfile"},
+         {"-i", "folder"},
+         "logfile: no value\n    1  given  cannot be read: folder (is a folder)\n"
+         "              -  environment\n"
+         "              registry.reg:3 [SOFTWARE\\VORNAK\\veltrane\\ROOT]\n                (empty, hides both "
+         "files)\n"},
+    };
+    for (const auto& [question, arguments, output] : cases) {
+        const ChildResult result = Ask(question, arguments);
+        EXPECT_EQ(result.output, output);
+        EXPECT_EQ(result.exitCode, 1);
+    }
 }
 
 TEST_F(Show, ToldTheValueThatFollowsWhenTheWinnerIsGone) {
@@ -72,9 +144,10 @@ TEST_F(Show, ToldTheValueThatFollowsWhenTheWinnerIsGone) {
         for (const auto& [bit, letter] : {std::pair{16, "c"}, {8, "r"}, {4, "u"}, {2, "b"}, {1, "e"}})
             if (has(bit)) found += letter;
         for (std::size_t at = output.find('\n'); at + 1 < output.size(); at = output.find('\n', at + 1)) {
-            const char last = output[output.find('\n', at + 1) - 1];
-            EXPECT_EQ(output.substr(at + 1, 4) == "  > ", last != '-' && told.empty()) << output;
-            if (last != '-') told += last;
+            const std::string line = output.substr(at + 1, output.find('\n', at + 1) - at - 1);
+            const bool isFound = line.find("  -") == std::string::npos;
+            EXPECT_EQ(line.starts_with("  > "), isFound && told.empty()) << output;
+            if (isFound) told += line.back();
         }
         EXPECT_EQ(told, found) << output;
         EXPECT_TRUE(output.starts_with(found.empty() ? "logfile: no value" : "logfile = " + found.substr(0, 1) + "\n"));
@@ -88,6 +161,19 @@ TEST_F(Show, NamesFilesInFullWithoutACurrentFolder) {
     ExpectIn(result.output, Path("meta/veltrane.ini") + ":6 [ROOT]");
 }
 
+TEST_F(Show, HintsAtForgottenHyphensAndAtOptionsOfTheTool) {
+    const std::string hint = "; did you forget '--' before the tool's own command line?\n";
+    ExpectOutput(Run({"show", "base", "-i", "team.ini"}), 2, "",
+                 "veltrane-config: '-i' is an option of the tool" + hint);
+    ExpectOutput(Run({"show", "base"}), 2, "", "veltrane-config: no option is called 'base'" + hint);
+    ExpectIn(Ask({"show"}, {"--logfil", "x"}).errors, "<---- Did you mean <--logfile>? ---->\n");
+    ExpectIn(Ask({"show"}, {"-ini", "x"}).errors, "<---- Did you mean <--ini>? ---->\n");
+    const std::string unnamed = Run({"show", "--only", "registry", "--", "-m", Path("meta")}).errors;
+    EXPECT_EQ(unnamed.find("error:"), unnamed.rfind("error:")) << "the sections of the database have no name either";
+    const ChildResult full = RunTool(VELTRANE_CONFIG, {"veltrane-config", "--help"}, {}, "/dev/full");
+    ExpectOutput(full, 2, "", "veltrane-config: standard output cannot be written\n");
+}
+
 TEST_F(Show, AnswersItsOwnFaultsInOneLine) {
     Write("list", "table a\ntabel b\n");
     Write("long", "table " + std::string(65'531, 'x'));
@@ -95,10 +181,13 @@ TEST_F(Show, AnswersItsOwnFaultsInOneLine) {
         {{"shwo"}, "no command is called 'shwo'; did you mean 'show'?"},
         {{"show", "--al"}, "no option is called '--al'; did you mean '--all'?"},
         {{"show", "logfil"}, "no option is called 'logfil'; did you mean 'logfile'?"},
-        {{"show", "--only", "usr"}, "no layer is called 'usr'"},
-        {{"show", "--format", "xml"}, "--format: xml not in {text,json}"},
-        {{}, "no command is given; --help shows them"},
-        {{"show", "--tool", "/none"}, "no tool </none>; name it with --tool PATH"},
+        {{"show", "--only", "usr"},
+         "--only must be host, start-up, command line, registry, user file, basic file or environment"},
+        {{"show", "--format", "xml"}, "--format must be text or json"},
+        {{"show", "--only"}, "--only needs a value"},
+        {{"show", "logfile[1]"}, "'logfile' has one value; leave out its index"},
+        {{}, "no command is given; --help lists them"},
+        {{"show", "--tool", "/none"}, "tool </none> not found; name it with --tool PATH"},
         {{"show", "--", "-q", "-h"}, "--help ends the tool at once; there is nothing to show"},
         {{"names", "list"}, "list, line 2: neither 'table NAME' nor 'column NAME'"},
         {{"names", "long"}, "long, line 1: longer than 65536 bytes: table " + std::string(58, 'x') + "..."},
@@ -108,7 +197,7 @@ TEST_F(Show, AnswersItsOwnFaultsInOneLine) {
         {{"names", "--version", "3,x"}, "'x' is no number"},
         {{"errors", "none"}, "the log <none> cannot be read"},
         {{"errors", "/proc/self/mem"}, "the log </proc/self/mem> cannot be read"},
-        {{"explain"}, "explain which option?"},
+        {{"explain"}, "missing option name"},
     };
     for (const auto& [words, text] : cases) ExpectOutput(Ask(words), 2, "", "veltrane-config: " + text + "\n");
     ExpectIn(Run({"shwo", "--format=json"}).output, "\"message\": \"no command is called 'shwo'");

@@ -1,0 +1,184 @@
+#include "startupfiles.h"
+
+#include <algorithm>
+#include <set>
+
+#include "answer.h"
+#include "nearest.h"
+#include "veltrane/config/xconfiguration.h"
+#include "veltrane/platform/text/indexformat.h"
+
+namespace veltrane::config {
+
+namespace {
+
+constexpr const wchar_t* READINGS[] = {L"read",         L"missing",       L"is a folder", L"is not a regular file",
+                                       L"is too large", L"cannot be read"};
+
+CString Folded(CString text) {
+    return text.MakeLower();
+}
+
+// Where the name of the database comes from: "command line, word 3".
+CString DatabasePlace(XOption& options) {
+    const XOptionItem* const item = options.GetFirstOptionItem(L"name");
+    return item ? PlaceName(options.GetOptionOrigin(item)) : CString{L"not given"};
+}
+
+// The sections whose names the table fixes.
+std::set<CString> FixedSections(XOption& options) {
+    std::set<CString> names;
+    for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
+        if (row->eSection != eSectionDatabase) names.insert(Folded(options.GetSectionName(row->eSection)));
+    }
+    return names;
+}
+
+}  // namespace
+
+const wchar_t* ReadingName(SourceReading reading) {
+    return READINGS[static_cast<std::size_t>(reading)];
+}
+
+bool IsNamedTooLate(XOption& options, const OptionLocation& location) {
+    const bool isUserFile = location.kind == OptionLocation::Kind::UserFile;
+    const OptionLayer layer = options.GetOptionOrigin(options.GetFirstOptionItem(location.option)).layer;
+    return isUserFile && (layer == OptionLayer::UserFile || layer == OptionLayer::BasicFile);
+}
+
+CString UnreadableText(const CString& file, const CString& fault) {
+    const CString plain = ReadingName(SourceReading::Failed);
+    return plain + L": " + file + (fault == plain ? CString{} : L" (" + fault + L")");
+}
+
+CString LossNote(const std::vector<OptionPlace>& places) {
+    if (places.size() > 1) return L"given twice: the tool stops here";
+    const CString text = L"the tool stops before it has this value: another index of the option is given twice";
+    return places[0].text.Find(L'%') < 0 ? text : text + L"; references in it are not replaced";
+}
+
+StartupFiles::StartupFiles(Startup& startup) : m_Startup(startup) {
+    std::optional<OptionLocation> user;
+    CString registry;
+    for (const OptionLocation& place : startup.options.GetLocations()) {
+        using enum OptionLocation::Kind;
+        if (IsNamedTooLate(startup.options, place)) continue;
+        if (place.kind == Registry) registry = place.path;
+        if (place.kind == BasicFile) Add(OptionLayer::BasicFile, place.path);
+        if (place.kind == UserFile && (!user || (!user->exists && place.exists))) user = place;
+    }
+    if (user) Add(OptionLayer::UserFile, user->path);
+    Add(OptionLayer::Registry, registry);
+}
+
+void StartupFiles::Add(OptionLayer layer, const CString& path) {
+    m_Sources.push_back(
+        {layer, path, layer == OptionLayer::Registry ? ReadRegistryLines(path) : ReadProfileLines(path)});
+}
+
+CString StartupFiles::FaultOf(OptionLayer layer) const {
+    const auto source = std::ranges::find(m_Sources, layer, &Source::layer);
+    const bool isSound = source == m_Sources.end() || source->view.reading == SourceReading::Done ||
+                         source->view.reading == SourceReading::Missing;
+    return isSound ? CString{} : CString{ReadingName(source->view.reading)};
+}
+
+std::vector<CString> StartupFiles::FaultTexts() const {
+    std::vector<CString> texts;
+    for (const auto& [layer, path, view] : m_Sources) {
+        const CString fault = FaultOf(layer);
+        if (!fault.IsEmpty()) texts.push_back(UnreadableText(DisplayPath(path), fault));
+    }
+    return texts;
+}
+
+void StartupFiles::AddFaults(Answer& answer) const {
+    for (const auto& [layer, path, view] : m_Sources) {
+        const CString fault = FaultOf(layer);
+        if (fault.IsEmpty()) continue;
+        answer.hasFindings = true;
+        answer.document["unreadable"].push_back(
+            {{"layer", ToUtf8(LayerName(layer))}, {"file", ToUtf8(path)}, {"reading", ToUtf8(fault)}});
+    }
+    for (const CString& fault : FaultTexts()) {
+        const std::string text = ToUtf8(fault);
+        if (answer.text.find(text) == std::string::npos) answer.talk += text + '\n';
+    }
+}
+
+CString StartupFiles::SectionHint(const XOptionDefinition& row) const {
+    XOption& options = m_Startup.options;
+    CString wanted = options.GetSectionName(row.eSection);
+    const CString database = options.GetSectionName(eSectionDatabase);
+    const bool isDatabase =
+        !database.IsEmpty() && (wanted == database || wanted.Left(database.GetLength() + 1) == database + L"\\");
+    if (isDatabase) wanted = database;
+    const std::set<CString> fixed = isDatabase ? FixedSections(options) : std::set<CString>{};
+    std::vector<CString> names;
+    std::map<CString, CString> places;
+    for (const Source& source : m_Sources) {
+        for (const SourceLine& line : source.view.lines) {
+            if (source.layer == OptionLayer::Registry || line.kind != SourceLine::Kind::Section) continue;
+            if (line.section.CompareNoCase(wanted) == 0) return {};
+            if (fixed.contains(Folded(line.section))) continue;
+            names.push_back(line.section);
+            places.try_emplace(line.section, FormatText(L"%s:%d", DisplayPath(source.path), line.number));
+        }
+    }
+    const CString nearest = wanted.IsEmpty() ? CString{} : Nearest(wanted, names);
+    if (nearest.IsEmpty()) return {};
+    const CString& place = places[nearest];
+    return isDatabase ? FormatText(L"the database '%s' (%s) has no section; did you mean '%s' (%s)?", wanted,
+                                   DatabasePlace(options), nearest, place)
+                      : FormatText(L"no file has a section [%s]; did you mean [%s] (%s)?", wanted, nearest, place);
+}
+
+StartupFiles::Family StartupFiles::LostFamily(const XOptionDefinition& row) const {
+    Family family;
+    const bool isLost = std::ranges::any_of(m_Startup.errors, [&](const XException& error) {
+        const ErrorSubject* const subject = error.GetSubject();
+        return subject && subject->option == row.szLongName && subject->reference.IsEmpty();
+    });
+    if (row.IsSingle() || !isLost) return family;
+    for (const Source& source : m_Sources) {
+        if (source.layer != OptionLayer::Registry) AddValues(family, source, row);
+    }
+    return family;
+}
+
+void StartupFiles::AddValues(Family& family, const Source& source, const XOptionDefinition& row) const {
+    const CString form = Folded(m_Startup.options.GetSectionName(row.eSection));
+    for (const SourceLine& line : source.view.lines) {
+        const CString section = Folded(line.section);
+        const OptionPlace place{{{source.path, line.number, line.section, row.szLongName, line.value}, source.layer},
+                                true};
+        int number = 0;
+        std::optional<int> index;
+        if (MatchIndex(section, form, number)) {
+            const bool isOwn = line.kind == SourceLine::Kind::Section || line.key.CompareNoCase(row.szLongName) == 0;
+            if (isOwn) AddNumbered(family, line, place, number);
+        } else if (section == form && line.kind == SourceLine::Kind::Entry && !line.value.IsEmpty() &&
+                   line.reason != SourceLine::Reason::DuplicateSection &&
+                   XConfiguration::IsFamilyKey(Folded(line.key), row.szLongName, index)) {
+            const int next = family.empty() ? 0 : Successor(family.rbegin()->first);
+            family[index.value_or(next)].push_back(place);
+            family[index.value_or(next)].back().key = line.key;
+        }
+    }
+}
+
+// A section with an index that has a value already counts by its header; its own value then takes the place of that.
+void StartupFiles::AddNumbered(Family& family, const SourceLine& line, OptionPlace place, int index) {
+    const auto known = family.find(index);
+    if (line.kind == SourceLine::Kind::Section) {
+        if (known == family.end()) return;
+        place.text.Empty();
+        known->second.push_back(std::move(place));
+    } else if (line.answers && !line.value.IsEmpty()) {
+        std::vector<OptionPlace>& places = family[index];
+        if (!places.empty() && places.back().text.IsEmpty()) places.pop_back();
+        places.push_back(std::move(place));
+    }
+}
+
+}  // namespace veltrane::config

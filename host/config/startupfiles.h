@@ -1,0 +1,58 @@
+#pragma once
+
+#include <map>
+#include <vector>
+
+#include "startup.h"
+#include "veltrane/platform/sources/sourcelines.h"
+
+namespace veltrane::config {
+
+struct Answer;
+
+/// "read", "missing", "is a folder" and so on.
+const wchar_t* ReadingName(SourceReading reading);
+
+/// Whether a place is a user file that start-up never looks at, because a file has named it.
+bool IsNamedTooLate(XOption& options, const OptionLocation& location);
+
+/// What stands where the value of a place would, when its file cannot be read.
+CString UnreadableText(const CString& file, const CString& fault);
+
+/// What is wrong with a value that LostFamily has found, by its places.
+CString LossNote(const std::vector<OptionPlace>& places);
+
+/// Basic file, user file and registry of a start-up with all their lines, whatever the store could make of them.
+class StartupFiles {
+public:
+    explicit StartupFiles(Startup& startup);
+
+    /// Why the file of a layer cannot be read; empty when it can, or is missing.
+    CString FaultOf(OptionLayer layer) const;
+    /// A line for each file that cannot be read.
+    std::vector<CString> FaultTexts() const;
+    /// Makes each file that cannot be read a finding, and tells it in the document, and beside a text that does not.
+    void AddFaults(Answer& answer) const;
+    /// What may have been meant when no file has the section of an option; empty when one has, or nothing is near.
+    CString SectionHint(const XOptionDefinition& row) const;
+
+    using Family = std::map<int, std::vector<OptionPlace>>;
+    /// The values of an option that an index given twice has kept out of the store, each index with its places; none
+    /// for any other option. A section that has the index again and not the key is a place without a text.
+    Family LostFamily(const XOptionDefinition& row) const;
+
+private:
+    struct Source {
+        OptionLayer layer;
+        CString path;
+        SourceFileLines view;
+    };
+    void Add(OptionLayer layer, const CString& path);
+    void AddValues(Family& family, const Source& source, const XOptionDefinition& row) const;
+    static void AddNumbered(Family& family, const SourceLine& line, OptionPlace place, int index);
+
+    Startup& m_Startup;
+    std::vector<Source> m_Sources;  // the weakest first
+};
+
+}  // namespace veltrane::config

@@ -60,8 +60,9 @@ inline constexpr SwitchRow SWITCHES[] = {
 
 inline constexpr ExitRow EXITS[] = {
     {EXIT_ANSWERED, "answered"},
-    {EXIT_FINDINGS, "answered, and there is something to look at: a finding, a collision, an option without a value, "
-                    "a value that freeze cannot carry, a source that cannot be read, a start-up that would fail"},
+    {EXIT_FINDINGS, "answered, and there is something to look at: an error that lint finds (with --strict a warning, too), "
+                     "a collision, an option without a value, a value that freeze cannot carry, a source that cannot be "
+                     "read, a start-up that would fail"},
     {EXIT_REFUSED,  "not answered: the command line is wrong, the tool is not found, a file cannot be read or written, "
                     "or memory is short"},
 };

@@ -3,7 +3,7 @@
 # lines of the test runner.
 set -euo pipefail
 cd "$(dirname "$0")"
-. cmake/packages.sh
+. scripts/packages.sh
 need_packages g++ cmake ninja-build libgtest-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev clang clang-format \
     clang-tidy python3 binutils groff-base man-db zsh fish bsdutils doxygen dpkg-dev file pkg-config lintian strace
 
@@ -22,11 +22,11 @@ step "clang-tidy"
 mkdir -p build/tidy  # without what g++ alone knows
 sed "s/ -fno-gnu-unique//g; s/ -Winvalid-pch -include [^ ]*cmake_pch.hxx//g" build/release/compile_commands.json >build/tidy/compile_commands.json
 # Not veltrane-config: the headers of its two libraries take as long as all the rest. By hand: clang-tidy -p build/tidy.
-git ls-files --cached --others --exclude-standard 'veltrane/*.cpp' 'host/*.cpp' 'tools/*.cpp' ':!host/config' |
+git ls-files --cached --others --exclude-standard 'veltrane/*.cpp' 'host/*.cpp' 'describe/*.cpp' |
     xargs -P "$(nproc)" -n 4 clang-tidy -p build/tidy --quiet 2>/dev/null
 
 step "other ways to build"
-tools/matrix.sh --fast
+scripts/matrix.sh --fast
 
 for preset in sanitize release; do
     step "test $preset"

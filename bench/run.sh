@@ -4,7 +4,7 @@
 # Usage: bench/run.sh [PAIRS]       pairs of starts that are timed, 200 if not given
 set -euo pipefail
 cd "$(dirname "$0")/.."
-. cmake/packages.sh
+. scripts/packages.sh
 need_packages g++ cmake ninja-build libgtest-dev libbenchmark-dev libinih-dev libcli11-dev nlohmann-json3-dev \
     pkg-config python3-minimal valgrind time
 

@@ -34,7 +34,7 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/veltrane_base.pc
 if(TARGET veltrane_config_tool)
     install(TARGETS veltrane_config_tool EXPORT veltrane_base-targets
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
-    install(FILES host/config/configtool.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/veltrane_config COMPONENT development)
+    install(FILES companion/include/veltrane/config_tool.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/veltrane COMPONENT development)
 endif()
 foreach(program veltrane veltrane-config)
     if(TARGET ${program})

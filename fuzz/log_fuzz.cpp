@@ -7,7 +7,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "configtool.h"
+#include "veltrane/config_tool.h"
 #include "fuzz_program.h"
 #include "fuzz_text.h"
 #include "veltrane/foundation/xexception.h"

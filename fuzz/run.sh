@@ -4,7 +4,7 @@
 # tests replay it from then on.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-. cmake/packages.sh
+. scripts/packages.sh
 need_packages cmake ninja-build clang libcli11-dev nlohmann-json3-dev
 
 seconds=${1:?usage: fuzz/run.sh SECONDS [HARNESS...]}

@@ -3,7 +3,7 @@
 # both programs, and every call of the system in runs of the host.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-. cmake/packages.sh
+. scripts/packages.sh
 need_packages g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libgtest-dev strace python3-minimal
 
 for preset in release sanitize; do

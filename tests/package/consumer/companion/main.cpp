@@ -1,5 +1,5 @@
 // The companions of a host that has names of their helpers, too, and a hostile one of its own.
-#include "configtool.h"
+#include "veltrane/config_tool.h"
 #include "veltrane/tools/describe.h"
 
 int main(int argc, char** argv) {

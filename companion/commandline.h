@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "configtool.h"
+#include "veltrane/config_tool.h"
 #include "request.h"
 
 // The command line of the program itself, without that of the tool.

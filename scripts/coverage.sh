@@ -4,7 +4,7 @@
 # processes that end without leaving main. (The measuring code itself uses calls that are banned in the library.)
 set -euo pipefail
 cd "$(dirname "$0")/.."
-. cmake/packages.sh
+. scripts/packages.sh
 need_packages g++ cmake ninja-build libgtest-dev gcovr
 
 cmake --preset coverage >/dev/null

@@ -1,4 +1,4 @@
-#include "configtool.h"
+#include "veltrane/config_tool.h"
 #include "shortmemory.h"
 
 namespace {

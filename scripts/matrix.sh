@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # Builds everything, tests included, the ways that users build, runs the tests, and prints a table with a row for each.
 # Exit code 1 when a row warns or fails.
-# Usage: tools/matrix.sh            all rows (an hour on two cores)
-#        tools/matrix.sh --fast     the row that differs most from the presets and has no tests; test.sh runs it
-#        tools/matrix.sh ROW...     rows by name
+# Usage: scripts/matrix.sh            all rows (an hour on two cores)
+#        scripts/matrix.sh --fast     the row that differs most from the presets and has no tests; test.sh runs it
+#        scripts/matrix.sh ROW...     rows by name
 set -uo pipefail
 cd "$(dirname "$0")/.."
-. cmake/packages.sh
+. scripts/packages.sh
 
 # Name, compiler, and what is added to cmake.
 readonly TYPES=(None Debug Release RelWithDebInfo MinSizeRel)

@@ -3,7 +3,7 @@
 # elements there. proot starts the child processes of the tests under the emulator too, whatever the kernel is set up for.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-. cmake/packages.sh
+. scripts/packages.sh
 need_packages cmake ninja-build g++-aarch64-linux-gnu googletest qemu-user proot
 
 folder=$PWD/build/aarch64

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
@@ -88,43 +87,6 @@ std::vector<Item> MergeSorted(std::vector<Item> items, Less less) {
     return items;
 }
 
-/// Sorts by the numbers alone, in a time that grows with the count of entries only. The numbers are taken as eight
-/// digits of one byte. For each digit, from the lowest to the highest, the entries are put in the order of that digit;
-/// those that agree in it keep the order which the lower digits gave them. A digit in which all agree is passed over.
-template <class Entry>
-void RadixSort(std::vector<Entry>& entries) {
-    constexpr std::size_t DIGITS = 8;
-    const auto digitOf = [](const Entry& entry, std::size_t digit) { return entry.number >> 8 * digit & 0xFF; };
-    std::array<std::array<std::size_t, 256>, DIGITS> counts{};
-    for (const Entry& entry : entries) {
-        for (std::size_t digit = 0; digit < DIGITS; ++digit) ++counts[digit][digitOf(entry, digit)];
-    }
-    std::vector<Entry> sorted(entries.size());
-    for (std::size_t digit = 0; digit < DIGITS; ++digit) {
-        auto& places = counts[digit];
-        if (places[digitOf(entries.front(), digit)] == entries.size()) continue;
-        std::size_t next = 0;
-        for (std::size_t& place : places) next += std::exchange(place, next);  // a count becomes the first place
-        for (const Entry& entry : entries) sorted[places[digitOf(entry, digit)]++] = entry;
-        entries.swap(sorted);
-    }
-}
-
-/// Sorts entries of a known order.
-template <class Entry>
-void SortEntries(std::vector<Entry>& entries) {
-    constexpr std::size_t FEW = 256;  // fewer are sorted sooner than the digits are counted
-    if (entries.size() < FEW) return std::sort(entries.begin(), entries.end());
-    RadixSort(entries);
-    if constexpr (std::integral<typename Entry::Value>) return;  // the number is the value
-    const auto differ = [](const Entry& a, const Entry& b) { return a.number != b.number; };
-    for (auto begin = entries.begin(), end = begin; begin != entries.end(); begin = end) {
-        end = std::adjacent_find(begin, entries.end(), differ);
-        if (end != entries.end()) ++end;
-        if (end - begin > 1) std::sort(begin, end);
-    }
-}
-
 /// The elements in ascending order: by a comparison, or without one by the `<` of their values.
 /// @throws what the comparison throws
 template <class Element, class Comparison = std::nullptr_t>
@@ -138,7 +100,7 @@ std::vector<XEntry<Element>> InOrder(std::span<Element> elements, Comparison com
         if (comparison) return MergeSorted(std::move(entries), less);
     }
     if constexpr (!XKnownOrder<typename Entry::Value>) return MergeSorted(std::move(entries), std::less<Entry>{});
-    SortEntries(entries);
+    std::sort(entries.begin(), entries.end());
     return entries;
 }
 

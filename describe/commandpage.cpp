@@ -24,12 +24,12 @@ environment.
 tells where a value comes from when the command line does not give it.
 @ABOUT@.SS Grammar
 A short name has one hyphen, a long name two; upper and lower case differ. The
-value is the argument behind it. There is no form with an equals sign, and a
+value is the argument after it. There is no form with an equals sign, and a
 value cannot begin with a hyphen.
 .PP
 A flag without a value is true, or auto where that is allowed. It takes the
-next word unless that begins with a hyphen, so the name of the database stands
-in front of it:
+next word unless that begins with a hyphen, so the name of the database comes
+before it:
 .RB \(lq "@TOOL@ base \-q" \(rq.
 A word that belongs to no option is the name of the database.
 .PP
@@ -51,7 +51,7 @@ The work is done, or
 .B \-\-version
 or
 .B \-\-setup
-was met: these end the program at once, whatever stands behind them.
+was met: these end the program at once, whatever follows them.
 .TP
 .B 1
 An error. It is shown on standard error, and in the log when that is open.

@@ -53,9 +53,9 @@ stand in the section that has the name of the database.
 An option with several values is a family, and each of its values has an
 index. Where the section of the option ends in
 .IR n ,
-that number is the index. Otherwise it stands behind the key:
+that number is the index. Otherwise it follows the key:
 .BR load\-dictionary\-1 .
-A key without a number takes the next free index. An index that stands twice,
+A key without a number takes the next free index. An index given twice,
 also once in each file, is an error. The command line numbers its values from
 0, and then no configured value of that option counts.
 .PP
@@ -94,7 +94,7 @@ the basic file;
 .IP 5. 4
 for the options of [ROOT], the environment variable of that name.
 .PP
-Some options are wanted before the files are open:
+Some options are needed before the files are open:
 .BR metadata ,
 .BR config
 and
@@ -104,7 +104,7 @@ and
 .B changefile\-root
 and
 .B logging
-where folders are made out. For these purposes only the command line, the
+where they need it. For these purposes only the command line, the
 registry and, in [ROOT], the environment count.
 .SH SEE ALSO
 .BR @TOOL@ (1)

@@ -16,7 +16,7 @@ constexpr XSource Here{L".\\console"};
 
 void PrintLine(const CString& line) {
     if (!(std::cout << ToUtf8(line) << '\n')) {
-        throw MakeError(Here(L"PrintLine"), L"The standard output can not be written!");
+        throw MakeError(Here(L"PrintLine"), L"The standard output cannot be written!");
     }
 }
 

@@ -99,7 +99,7 @@ void ReadNameList(XOption& options, const CString& file, const std::function<voi
         } else if (line && isFirst) {
             version = line->version;
         } else {
-            throw MakeError(Here(L"ReadNameList"), L"The name list <%s> can not be understood in line %d: <%s>!", file,
+            throw MakeError(Here(L"ReadNameList"), L"The name list <%s> cannot be understood in line %d: <%s>!", file,
                             lines.Number(), lines.Text());
         }
     }

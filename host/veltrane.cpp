@@ -142,7 +142,7 @@ void Act(Tool& tool) {
     }
     std::vector<NameList> lists = LoadNameLists(tool, isJson);
     CompareLists(tool, lists, isJson);
-    if (!std::cout.flush()) throw MakeError(Here(L"Act"), L"The standard output can not be written!");
+    if (!std::cout.flush()) throw MakeError(Here(L"Act"), L"The standard output cannot be written!");
 }
 
 // The one place that shows errors: box, log, exit code.

@@ -115,7 +115,7 @@ TEST_F(Host, ShowsTheSystemsErrorsWithItsOwnHintsBehind) {
            "must exist but could not be found!\n\t    <---- Looked for in [SOFTWARE\\VORNAK\\veltrane\\dbs] of <" +
                Path("registry.reg") + ">, [dbs] of <" + BasicFile() + "> ---->\n" +
                "\t    <---- Did you mean [db]? ---->\n");
-    expect({"db", "-l", "bad.txt"}, "The name list <bad.txt> can not be understood in line 2: <tabel b>!\n");
+    expect({"db", "-l", "bad.txt"}, "The name list <bad.txt> cannot be understood in line 2: <tabel b>!\n");
     std::string growing;
     for (const char version : {'1', '2', '3'}) {
         growing.append("[db\\TABLENAME RULES\\") += version;
@@ -132,14 +132,14 @@ TEST_F(Host, ShowsTheSystemsErrorsWithItsOwnHintsBehind) {
     expect({"db", "-l", "data"}, "Cannot open file <data>!\n\tAccess denied!\nnumber:\t5\n");
     expect({"db", "-l", "empty.txt", "-d"}, "to load at least two dictionaries (see the '-l' option)!\n");
     expect({"db", "--logfile", "/dev/full"}, "unknown exception occured while opening the log file </dev/full>!\n");
-    expect({"db", "--summary"}, "The standard output can not be written!\n", "/dev/full");
+    expect({"db", "--summary"}, "The standard output cannot be written!\n", "/dev/full");
 }
 
 TEST_F(Host, WritesItsLogBelowTheLoggingFolder) {
     Write("names.txt", "table a\nwhat\n");
     EXPECT_EQ(Run({"--data", Path("data"), "db", "--logfile", "run.log", "-l", "names.txt"}).exitCode, 1);
     for (const char* text : {"For File:     veltrane\r\nVersion:      1.0.0\r\n", ": load names.txt",
-                             "Message:   \tThe name list <names.txt> can not be understood in line 2: <what>!\r\n"
+                             "Message:   \tThe name list <names.txt> cannot be understood in line 2: <what>!\r\n"
                              "Error Code:\t-1\r\n",
                              "finish: "}) {
         ExpectIn(m_Folder.Read("data/log/run.log"), text);

@@ -28,6 +28,11 @@ git ls-files --cached --others --exclude-standard 'veltrane/*.cpp' 'host/*.cpp' 
 step "other ways to build"
 scripts/matrix.sh --fast
 
+step "test threads"
+cmake --preset thread >/dev/null
+cmake --build --preset thread -- -j"$(nproc)"
+build/thread/tests/veltrane_thread_tests --gtest_brief=1
+
 for preset in sanitize release; do
     step "test $preset"
     ctest --preset "$preset" --quiet --output-log "build/$preset/ctest.log" || {

@@ -104,7 +104,7 @@ and
 .B changefile\-root
 and
 .B logging
-where they need it. For these purposes only the command line, the
+while start\-up resolves its folders. For these purposes only the command line, the
 registry and, in [ROOT], the environment count.
 .SH SEE ALSO
 .BR @TOOL@ (1)

@@ -96,6 +96,10 @@ std::size_t CString::Hash() const noexcept {
     return result;
 }
 
+std::string CString::Utf8() const {
+    return ToUtf8(*this);
+}
+
 int CString::CompareNoCase(CStringView other) const noexcept {
     return CompareUnits(m_Text, other.View(), FoldCharacter);
 }

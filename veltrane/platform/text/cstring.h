@@ -43,8 +43,6 @@ private:
     std::wstring_view m_Text;
 };
 
-VELTRANE_API std::string ToUtf8(CStringView text);  // encoding.h
-
 }  // namespace veltrane
 
 /// The wide text of every interface, with value semantics. One element holds one code point; positions count elements
@@ -150,7 +148,7 @@ public:
     /// Writes the text as UTF-8 (ToUtf8).
     template <class Traits>
     friend std::basic_ostream<char, Traits>& operator<<(std::basic_ostream<char, Traits>& out, const CString& text) {
-        return out << veltrane::ToUtf8(text);
+        return out << text.Utf8();
     }
     /// Writes the elements as they are.
     template <class Traits>
@@ -164,6 +162,7 @@ private:
 
     bool Equals(veltrane::CStringView other) const noexcept { return View() == other.View() || Compare(other) == 0; }
     std::size_t Hash() const noexcept;
+    std::string Utf8() const;
     static CString FromNarrow(const char* text);
     /// Cuts the text down to a part of itself.
     CString& Keep(std::wstring_view part) noexcept;

@@ -1,5 +1,9 @@
 #include "veltrane/platform/sources/winreg.h"
 
+#include <sched.h>
+#include <sys/mount.h>
+
+#include "support/childprocess.h"
 #include "support/support.h"
 
 constexpr char HEADER[] = "Windows Registry Editor Version 5.00\r\n\r\n";
@@ -175,4 +179,17 @@ TEST_F(WinReg, FindsItsFileThroughTheEnvironment) {
     EXPECT_FALSE(Exists(L"A"));
     SetRegistryFile({});
     EXPECT_TRUE(Exists(L"A"));
+}
+
+TEST_F(WinReg, LooksForTheDefaultFileExactlyAsSpelled) {
+    m_Folder.Write("Vornak/Registry.reg", HEADER + "[HKLM\\A]\r\n"s);
+    const auto child = RunChild([&] {  // /etc is replaced for the child alone
+        if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return 77;
+        if (mount(m_Folder.Path().c_str(), "/etc", nullptr, MS_BIND, nullptr) != 0) return 77;
+        const bool isFound = Exists(L"A");
+        SetRegistryFile(L"/etc/vornak/registry.reg");
+        return isFound ? 1 : Exists(L"A") ? 7 : 2;
+    });
+    if (child.exitCode == 77) GTEST_SKIP() << "no folders of its own for a process";
+    EXPECT_EQ(child.exitCode, 7) << child.errors;
 }

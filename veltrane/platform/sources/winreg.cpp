@@ -21,6 +21,11 @@ namespace {
 
 constexpr std::wstring_view DEFAULT_FILE = L"/etc/vornak/registry.reg";
 
+struct RegistryFile {
+    CString path;
+    Spelling spelling;
+};
+
 struct OpenKey {
     CString file;
     CString path;  // as asked for
@@ -36,11 +41,12 @@ public:
         return registry;
     }
 
-    CString File() {
+    RegistryFile File() {
         const std::lock_guard lock{m_Mutex};
-        if (!m_File.IsEmpty()) return m_File;
+        if (!m_File.IsEmpty()) return {m_File, Spelling::AnyCase};
         const char* const variable = std::getenv("VORNAK_REGISTRY");
-        return variable && *variable != '\0' ? FromUtf8(variable) : CString{DEFAULT_FILE};
+        if (variable && *variable != '\0') return {FromUtf8(variable), Spelling::AnyCase};
+        return {CString{DEFAULT_FILE}, Spelling::Exact};  // this system's own name: nobody spells it otherwise
     }
     void SetFile(const CString& file) {
         const std::lock_guard lock{m_Mutex};
@@ -71,8 +77,8 @@ private:
 };
 
 /// @return null when there is no such key
-std::shared_ptr<const RegistryValues> ReadKey(const CString& file, CStringView path) {
-    const AskedFile asked{file};
+std::shared_ptr<const RegistryValues> ReadKey(const RegistryFile& file, CStringView path) {
+    const AskedFile asked{file.path, file.spelling};
     const TextFile& text = asked.File();
     if (text.Text().empty() || path.View().starts_with(L'\\')) return nullptr;  // most machines have no registry
     CString folded = CString{path.View()}.MakeLower();
@@ -95,7 +101,7 @@ void Report(const OpenKey& key, const wchar_t* name, const RegistryValue* value)
 }  // namespace
 
 CString veltrane::GetRegistryFile() {
-    return Registry::Shared().File();
+    return Registry::Shared().File().path;
 }
 
 void veltrane::SetRegistryFile(const CString& file) {
@@ -104,13 +110,13 @@ void veltrane::SetRegistryFile(const CString& file) {
 
 long RegOpenKeyExW(HKEY root, const wchar_t* path, std::uint32_t, std::uint32_t, HKEY* key) {
     if (!key) return ERROR_INVALID_PARAMETER;
-    CString file = GetRegistryFile();
+    RegistryFile file = Registry::Shared().File();
     auto values = root == HKEY_LOCAL_MACHINE ? ReadKey(file, path) : nullptr;
     if (!values) {
-        if (IsTracing()) Report({std::move(file), path, {}}, nullptr, nullptr);
+        if (IsTracing()) Report({std::move(file.path), path, {}}, nullptr, nullptr);
         return ERROR_FILE_NOT_FOUND;
     }
-    *key = Registry::Shared().Add({std::move(file), path, std::move(values)});
+    *key = Registry::Shared().Add({std::move(file.path), path, std::move(values)});
     return ERROR_SUCCESS;
 }
 

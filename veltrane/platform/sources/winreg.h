@@ -57,7 +57,8 @@ VELTRANE_API long RegCloseKey(HKEY key);
 namespace veltrane {
 
 /// Names the file that holds the registry; empty restores the default: the file that the environment variable
-/// VORNAK_REGISTRY names when a key is opened, else /etc/vornak/registry.reg.
+/// VORNAK_REGISTRY names when a key is opened, else /etc/vornak/registry.reg, whose name is not searched for in another
+/// case.
 VELTRANE_API void SetRegistryFile(const CString& file);
 
 /// The file that holds the registry now.

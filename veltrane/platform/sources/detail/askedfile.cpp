@@ -1,5 +1,6 @@
 #include "veltrane/platform/sources/detail/askedfile.h"
 
+#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -10,12 +11,20 @@
 
 namespace veltrane::detail {
 
-AskedFile::AskedFile(CStringView path) {
+namespace {
+
+NativeFile Open(const std::string& spelled, Spelling spelling) {
+    return spelling == Spelling::Exact ? OpenWithoutWaiting(spelled, O_RDONLY) : OpenForReading(spelled);
+}
+
+}  // namespace
+
+AskedFile::AskedFile(CStringView path, Spelling spelling) {
     KeptFiles* const keeper = KeptFiles::Current();
-    if (keeper) m_Kept = keeper->Find(path);
+    if (keeper) m_Kept = keeper->Find(path, spelling);
     if (m_Kept) return;
     errno = 0;
-    const NativeFile file = OpenForReading(SpelledPath(path));
+    const NativeFile file = Open(SpelledPath(path), spelling);
     const int error = errno;
     if (!keeper) {
         if (!ReadSmall(file)) m_Own.Read(file, error);
@@ -24,7 +33,7 @@ AskedFile::AskedFile(CStringView path) {
     m_Kept = std::make_shared<KeptFile>();
     m_Kept->file.Read(file, error);
     if (m_Kept->file.Result() != SourceReading::Failed)
-        keeper->Keep(path, m_Kept);  // the next question may have more luck
+        keeper->Keep(path, spelling, m_Kept);  // the next question may have more luck
 }
 
 // FIONREAD costs half of an fstat. Of a regular file it gives the bytes that are left; most devices do not know it, and

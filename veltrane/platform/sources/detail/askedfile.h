@@ -9,11 +9,11 @@
 
 namespace veltrane::detail {
 
-/// The file that a question is asked of, found through the path mapping: read anew, or as the snapshot of this thread
+/// The file that a question is asked of: read anew, or as the snapshot of this thread
 /// keeps it.
 class AskedFile {
 public:
-    explicit AskedFile(CStringView path);
+    explicit AskedFile(CStringView path, Spelling spelling = Spelling::AnyCase);
     AskedFile(const AskedFile&) = delete;
     AskedFile& operator=(const AskedFile&) = delete;
 

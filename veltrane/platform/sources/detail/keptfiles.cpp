@@ -44,14 +44,15 @@ KeptFiles* KeptFiles::Current() {
     return g_Kept;
 }
 
-std::shared_ptr<KeptFile> KeptFiles::Find(CStringView path) const {
-    const auto entry = std::ranges::find_if(
-        m_Entries, [&](const Entry& kept) { return kept.file && kept.path.View() == path.View(); });
+std::shared_ptr<KeptFile> KeptFiles::Find(CStringView path, Spelling spelling) const {
+    const auto entry = std::ranges::find_if(m_Entries, [&](const Entry& kept) {
+        return kept.file && kept.spelling == spelling && kept.path.View() == path.View();
+    });
     return entry == m_Entries.end() ? nullptr : entry->file;
 }
 
-void KeptFiles::Keep(CStringView path, std::shared_ptr<KeptFile> file) {
-    m_Entries[m_nNext++ % m_Entries.size()] = {path.View(), std::move(file)};
+void KeptFiles::Keep(CStringView path, Spelling spelling, std::shared_ptr<KeptFile> file) {
+    m_Entries[m_nNext++ % m_Entries.size()] = {path.View(), spelling, std::move(file)};
 }
 
 }  // namespace veltrane::detail

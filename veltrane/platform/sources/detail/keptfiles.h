@@ -13,6 +13,12 @@
 
 namespace veltrane::detail {
 
+/// How a file is found by its path.
+enum class Spelling {
+    AnyCase,  ///< through the path mapping
+    Exact,    ///< as it is spelled, without a search
+};
+
 /// A file that a snapshot keeps, with what makes the next questions to it short.
 class KeptFile {
 public:
@@ -37,13 +43,14 @@ public:
     static KeptFiles* Current();
 
     /// @return null when the file has to be read
-    std::shared_ptr<KeptFile> Find(CStringView path) const;
+    std::shared_ptr<KeptFile> Find(CStringView path, Spelling spelling) const;
     /// Keeps a file in place of the one that came three before it, which the question that asked for it may still read.
-    void Keep(CStringView path, std::shared_ptr<KeptFile> file);
+    void Keep(CStringView path, Spelling spelling, std::shared_ptr<KeptFile> file);
 
 private:
     struct Entry {
         CString path;
+        Spelling spelling = Spelling::AnyCase;
         std::shared_ptr<KeptFile> file;
     };
     std::array<Entry, 3> m_Entries;  // the two files of a store and the registry

@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "support/benchfile.h"
-#include "veltrane/platform/sources/trace.h"
 #include "veltrane/platform/text/encoding.h"
 
 using namespace veltrane;
@@ -132,16 +131,5 @@ GROWTH(ValueInLinesThatEndAlike, "xlast = last\r\n", VALUE);
 GROWTH(ValueOfHighBytes, "\xFF=\xFF ", VALUE);
 GROWTH(AbsentSection, "[abseny]\nlast=1\n", ABSENT_SECTION);
 GROWTH(AbsentSectionOfBrackets, "[", ABSENT_SECTION);
-
-/// What an observer costs, and that none costs nothing to speak of: without one a question tests a single flag.
-void Observed(benchmark::State& state, bool isObserved) {
-    const BenchFile file{Sections(10 << 10, 8)};
-    if (isObserved) SetSourceTrace([](const SourceEvent& event) { benchmark::DoNotOptimize(event.line); });
-    wchar_t buffer[2048];
-    while (state.KeepRunning()) GetPrivateProfileStringW(L"section8", L"last", L"", buffer, 2048, file.Wide());
-    SetSourceTrace({});
-}
-BENCHMARK_CAPTURE(Observed, No, false);
-BENCHMARK_CAPTURE(Observed, Yes, true);
 
 }  // namespace

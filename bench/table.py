@@ -36,7 +36,6 @@ PAIRS = [
     ("Union<CString>/100000", "UnionVector<CString>/100000", None),
     ("Arithmetic<&XSetString::Sub>", "ArithmeticVector<true>", None),
     ("Arithmetic<&XSetString::Intersection>", "ArithmeticVector<false>", None),
-    ("Observed/Yes", "Observed/No", None),
 ]
 UNITS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 

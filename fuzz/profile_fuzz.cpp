@@ -1,7 +1,7 @@
 // Input: a line with the capacity as a character ('0' is 0), a line with the section and one with the key ("*" is
 // null), then the file. Every answer is compared with that of a reader that goes over the whole file, character by
 // character; so is every answer to what could be asked of the file while a snapshot keeps it, by its index. Each line
-// that is said to answer is the one that the observer is told, and no other.
+// that is said to answer is the one that a question finds, and no other.
 #include <algorithm>
 #include <optional>
 #include <span>
@@ -9,11 +9,10 @@
 
 #include "fuzz_input.h"
 #include "fuzz_text.h"
-#include "veltrane/config/xconfiguration.h"
+#include "veltrane/platform/sources/answerline.h"
 #include "veltrane/platform/sources/profile.h"
 #include "veltrane/platform/sources/snapshot.h"
 #include "veltrane/platform/sources/sourcelines.h"
-#include "veltrane/platform/sources/trace.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;
@@ -131,12 +130,17 @@ void RequireAllAnswers(const MemoryFile& file, const std::vector<Section>& secti
     }
 }
 
-/// The line of an answer as it is told while a snapshot keeps the file, by its index.
-int LineWhileKept(const XConfiguration& reader, const SourceLine& line) {
-    CString value;
-    SourcePlace place;
-    reader.GetKeyValue(value, line.section, line.key, /*assignEmpty*/ true, &place);
-    return place.line;
+/// Each line that is said to answer is the one that a question finds, and no other.
+void RequireSameLines(const MemoryFile& file, std::span<const SourceLine> lines) {
+    wchar_t buffer[512];
+    for (const SourceLine& line : lines) {
+        if (line.kind != SourceLine::Kind::Entry) continue;
+        int found = 0;
+        const unsigned count = GetProfileStringAndLine(line.section.GetString(), line.key.GetString(), L"", buffer, 512,
+                                                       file.Name().GetString(), found);
+        REQUIRE((found == line.number) == line.answers);
+        REQUIRE(!line.answers || (CString{std::wstring_view{buffer, count}} == line.value.Left(511)));
+    }
 }
 
 void RequireLines(const MemoryFile& file, const Text& text) {
@@ -144,25 +148,9 @@ void RequireLines(const MemoryFile& file, const Text& text) {
     REQUIRE(view.reading == SourceReading::Done);
     REQUIRE(static_cast<std::size_t>(view.sectionListLength) == Expected(Sections(text), nullptr, nullptr).size());
     const auto lines = std::span{view.lines}.first(std::min<std::size_t>(50, view.lines.size()));
-    {
-        const SourceSnapshot snapshot;
-        const XConfiguration reader{file.Name()};
-        for (const SourceLine& line : lines) {
-            if (line.kind != SourceLine::Kind::Entry || line.section.IsEmpty()) continue;  // a list
-            REQUIRE((LineWhileKept(reader, line) == line.number) == line.answers);
-        }
-    }
-    SourceEvent told;
-    SetSourceTrace([&](const SourceEvent& event) { told = event; });
-    wchar_t buffer[512];
-    for (const SourceLine& line : lines) {
-        if (line.kind != SourceLine::Kind::Entry) continue;
-        GetPrivateProfileStringW(line.section.GetString(), line.key.GetString(), L"", buffer, 512,
-                                 file.Name().GetString());
-        REQUIRE((told.line == line.number) == line.answers);
-        REQUIRE(!line.answers || told.value == line.value.Left(511));
-    }
-    SetSourceTrace({});
+    RequireSameLines(file, lines);
+    const SourceSnapshot snapshot;  // from the second question on by its index
+    RequireSameLines(file, lines);
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -1,6 +1,6 @@
 // Input: the words of the command line, the settings of the environment ("NAME=value"), the basic file, the user file
-// and the registry file, each after a line "====". Start-up is the same with and without origins, observed, and when it
-// only looks; and what the store tells of a value fits the value.
+// and the registry file, each after a line "====". Start-up is the same with and without origins, and when it only
+// looks; and what the store tells of a value fits the value.
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
@@ -11,7 +11,6 @@
 #include "veltrane/options/xoption.h"
 #include "veltrane/platform/process/process.h"
 #include "veltrane/platform/sources/snapshot.h"
-#include "veltrane/platform/sources/trace.h"
 #include "veltrane/platform/sources/winreg.h"
 
 using namespace veltrane;
@@ -156,10 +155,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     kept.KeepOrigins(true);
     REQUIRE(Start(kept, folder.Path()) == outcome);
     RequireAllTold(kept, outcome, /*areKept*/ true);
-    SetSourceTrace([](const SourceEvent&) {});
-    XOption observed;
-    REQUIRE(Start(observed, folder.Path()) == outcome);
-    SetSourceTrace({});
     if (!isDenied) RequireSameUpToError(Start(looking, folder.Path()), outcome);
     RemoveFolders();
     return 0;

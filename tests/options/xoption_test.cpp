@@ -1,7 +1,6 @@
 #include "veltrane/options/xoption.h"
 
 #include "options/store.h"
-#include "veltrane/platform/sources/trace.h"
 
 using OptionStore = OptionStoreTest;
 
@@ -133,15 +132,4 @@ TEST_F(OptionStore, IndexedSectionsFollowTheDatabaseNameAndShareTheirIndexes) {
     EXPECT_EQ(Texts(L"map-file"), L"2=m2 7=m7 ");
     EXPECT_EQ(Text(L"map-file", 7), L"m7");
     for (const int missing : {0, 3, 6, 8}) EXPECT_EQ(Text(L"map-file", missing), L"") << missing;
-}
-
-TEST_F(OptionStore, AnObserverSeesEveryQuestionAnsweredAnew) {
-    Complete("[USER]\nquiet=true\n");
-    Open({L"db"});
-    SetSourceTrace([&](const SourceEvent& event) {
-        if (event.key == L"create-schema") Complete("[USER]\nquiet=false\n");
-    });
-    m_Store->ReadConfiguration();
-    SetSourceTrace({});
-    EXPECT_EQ(m_Store->GetOptionItem(L"quiet", -1)->GetOptionValue(), L"false") << "the file was changed on the way";
 }

@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 
-#include "veltrane/platform/sources/detail/tracing.h"
 #include "veltrane/platform/text/encoding.h"
 
 namespace veltrane {
@@ -22,11 +21,7 @@ const char* FindVariable(const CString& name) {
 
 bool GetEnvironmentText(CString& value, const CString& name) {
     const char* const text = FindVariable(name);
-    CString answer = text ? FromUtf8(text) : CString{};
-    if (IsTracing()) {
-        ReportToTrace({SourceEvent::Source::Environment, {}, 0, {}, name, answer, text != nullptr});
-    }
-    if (text) value = std::move(answer);
+    if (text) value = FromUtf8(text);
     return text != nullptr;
 }
 

@@ -6,7 +6,6 @@
 #include "veltrane/platform/sources/answerline.h"
 #include "veltrane/platform/sources/detail/askedfile.h"
 #include "veltrane/platform/sources/detail/profilescan.h"
-#include "veltrane/platform/sources/detail/tracing.h"
 #include "veltrane/platform/text/cstring.h"
 #include "veltrane/platform/text/decoding.h"
 
@@ -61,8 +60,6 @@ public:
         return m_Length;
     }
 
-    CString Text() const { return std::wstring_view{m_Buffer, m_Length}; }
-
 private:
     /// Adds the ASCII at the front as far as there is room, nearly always all of it. @return how much that was
     std::size_t PutAscii(std::string_view bytes) noexcept {
@@ -101,8 +98,7 @@ public:
         std::string_view lines;
         const bool hasSection = FindSection(ProfileName{section}, lines);
         if (!key) return List(ProfileKeys{lines});
-        m_Found = hasSection && FindValue(ProfileName{section}, lines, ProfileName{key});
-        if (m_Found) {
+        if (hasSection && FindValue(ProfileName{section}, lines, ProfileName{key})) {
             m_Answer.PutText(m_Value, m_WithSurrogates);
         } else {
             m_Answer.PutText(WithoutTrailingBlanks(defaultText));
@@ -110,7 +106,6 @@ public:
         return m_Answer.EndValue();
     }
 
-    bool Found() const noexcept { return m_Found; }
     /// Line of the value, counted only here; 0 for a list or when nothing was found.
     int Line() const noexcept {
         if (!m_Value.data()) return 0;
@@ -133,7 +128,6 @@ private:
     unsigned List(Names names) {
         for (std::string_view name; names.Next(name);) {
             if (name.empty()) continue;  // it would end the list for every reader
-            m_Found = true;
             if (!m_Answer.PutText(name, m_WithSurrogates) || !m_Answer.Put(L'\0')) {
                 return m_Answer.EndList(/*isCut*/ true);
             }
@@ -146,7 +140,6 @@ private:
     bool m_WithSurrogates;
     const ProfileIndex* m_Index;
     std::string_view m_Value;
-    bool m_Found = false;
 };
 
 // Lines are counted only for those who want to know them.
@@ -157,10 +150,6 @@ unsigned Ask(const wchar_t* section, const wchar_t* key, const wchar_t* defaultT
     Question question{asked, answer};
     const unsigned count = question.Ask(section, key, defaultText);
     if (line) *line = question.Line();
-    if (IsTracing()) {
-        ReportToTrace(
-            {SourceEvent::Source::Profile, fileName, question.Line(), section, key, answer.Text(), question.Found()});
-    }
     return count;
 }
 

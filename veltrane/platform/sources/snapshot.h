@@ -6,7 +6,7 @@ namespace veltrane::detail {
 
 /// While one lives, a file that has answered a question of its thread answers the next ones as it was: for a run of
 /// questions, so that nobody can tell when in the run the file was read. Where code of a host runs between two of them,
-/// such as the handler of a box, the next question looks anew; while an observer of the sources is set, every one does.
+/// such as the handler of a box, the next question looks anew.
 class VELTRANE_API SourceSnapshot {
 public:
     SourceSnapshot() noexcept;

@@ -10,7 +10,6 @@
 #include "veltrane/platform/sources/answerline.h"
 #include "veltrane/platform/sources/detail/askedfile.h"
 #include "veltrane/platform/sources/detail/registryindex.h"
-#include "veltrane/platform/sources/detail/tracing.h"
 #include "veltrane/platform/text/encoding.h"
 #include "veltrane/platform/text/utf16.h"
 
@@ -28,7 +27,6 @@ struct RegistryFile {
 
 struct OpenKey {
     CString file;
-    CString path;  // as asked for
     std::shared_ptr<const RegistryValues> values;
 };
 
@@ -87,17 +85,6 @@ std::shared_ptr<const RegistryValues> ReadKey(const RegistryFile& file, CStringV
     return RegistryIndex{text.Text(), text.WithSurrogates()}.Find(folded);
 }
 
-void Report(const OpenKey& key, const wchar_t* name, const RegistryValue* value) {
-    if (!IsTracing()) return;
-    SourceEvent event{SourceEvent::Source::Registry, key.file, 0, key.path, name, {}, value != nullptr};
-    if (value) {
-        event.line = value->line;
-        event.value = RegistryText(reinterpret_cast<const unsigned char*>(value->data.data()),
-                                   static_cast<std::uint32_t>(value->data.size()));
-    }
-    ReportToTrace(event);
-}
-
 }  // namespace
 
 CString veltrane::GetRegistryFile() {
@@ -112,11 +99,8 @@ long RegOpenKeyExW(HKEY root, const wchar_t* path, std::uint32_t, std::uint32_t,
     if (!key) return ERROR_INVALID_PARAMETER;
     RegistryFile file = Registry::Shared().File();
     auto values = root == HKEY_LOCAL_MACHINE ? ReadKey(file, path) : nullptr;
-    if (!values) {
-        if (IsTracing()) Report({std::move(file.path), path, {}}, nullptr, nullptr);
-        return ERROR_FILE_NOT_FOUND;
-    }
-    *key = Registry::Shared().Add({std::move(file.path), path, std::move(values)});
+    if (!values) return ERROR_FILE_NOT_FOUND;
+    *key = Registry::Shared().Add({std::move(file.path), std::move(values)});
     return ERROR_SUCCESS;
 }
 
@@ -126,20 +110,14 @@ long RegQueryValueExW(HKEY key, const wchar_t* name, std::uint32_t*, std::uint32
     if (!opened) return ERROR_INVALID_HANDLE;
     if (data && !size) return ERROR_INVALID_PARAMETER;
     const auto found = opened->values->find(CString{name}.MakeLower());
-    if (found == opened->values->end()) {
-        Report(*opened, name, nullptr);
-        return ERROR_FILE_NOT_FOUND;
-    }
+    if (found == opened->values->end()) return ERROR_FILE_NOT_FOUND;
     const RegistryValue& value = found->second;
     const auto needed = static_cast<std::uint32_t>(value.data.size());
     const bool fits = !data || *size >= needed;
     if (type) *type = value.type;
     if (size) *size = needed;
     if (!fits) return ERROR_MORE_DATA;
-    if (data) {
-        std::ranges::copy(value.data, data);
-        Report(*opened, name, &value);
-    }
+    if (data) std::ranges::copy(value.data, data);
     return ERROR_SUCCESS;
 }
 

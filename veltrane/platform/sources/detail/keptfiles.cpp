@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "veltrane/platform/files/foreigncode.h"
-#include "veltrane/platform/sources/detail/tracing.h"
 #include "veltrane/platform/sources/snapshot.h"
 
 namespace veltrane::detail {
@@ -38,7 +37,7 @@ SourceSnapshot::~SourceSnapshot() {
 }
 
 KeptFiles* KeptFiles::Current() {
-    if (g_Snapshots == 0 || ForeignCode::IsRunning() || HasObserver()) return nullptr;
+    if (g_Snapshots == 0 || ForeignCode::IsRunning()) return nullptr;
     if (g_Kept && g_Kept->m_nForeignRuns != ForeignCode::Runs()) delete std::exchange(g_Kept, nullptr);
     if (!g_Kept) g_Kept = new KeptFiles;
     return g_Kept;

@@ -39,7 +39,7 @@ private:
 /// reading failed: that may pass.
 class KeptFiles {
 public:
-    /// The files of the snapshot that is in force; null without one, and while an observer is set.
+    /// The files of the snapshot that is in force; null without one.
     static KeptFiles* Current();
 
     /// @return null when the file has to be read

@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "veltrane/platform/sources/answerline.h"
-#include "veltrane/platform/sources/detail/askedfile.h"
 #include "veltrane/platform/sources/detail/profilescan.h"
+#include "veltrane/platform/sources/detail/sourcefile.h"
 #include "veltrane/platform/text/cstring.h"
 #include "veltrane/platform/text/decoding.h"
 
@@ -87,11 +87,8 @@ struct IndexedSections {
 /// One question to a file.
 class Question {
 public:
-    Question(const AskedFile& asked, AnswerBuffer& answer)
-        : m_Answer(answer),
-          m_Text(asked.File().Text()),
-          m_WithSurrogates(asked.File().WithSurrogates()),
-          m_Index(asked.Kept() ? asked.Kept()->Profile() : nullptr) {}
+    Question(SourceFile& file, AnswerBuffer& answer)
+        : m_Answer(answer), m_Text(file.Text()), m_WithSurrogates(file.WithSurrogates()), m_Index(file.Profile()) {}
 
     unsigned Ask(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText) {
         if (!section) return m_Index ? List(IndexedSections{*m_Index}) : List(ProfileSections{m_Text});
@@ -145,9 +142,9 @@ private:
 // Lines are counted only for those who want to know them.
 unsigned Ask(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText, wchar_t* buffer, unsigned capacity,
              const wchar_t* fileName, int* line) {
-    const AskedFile asked{fileName};
+    AskedFile asked{fileName};
     AnswerBuffer answer{buffer, capacity};
-    Question question{asked, answer};
+    Question question{asked.File(), answer};
     const unsigned count = question.Ask(section, key, defaultText);
     if (line) *line = question.Line();
     return count;

@@ -5,9 +5,9 @@
 #include <string>
 
 #include "veltrane/platform/files/filesystem.h"
-#include "veltrane/platform/sources/detail/askedfile.h"
 #include "veltrane/platform/sources/detail/profilescan.h"
 #include "veltrane/platform/sources/detail/registrywalk.h"
+#include "veltrane/platform/sources/detail/sourcefile.h"
 #include "veltrane/platform/sources/winreg.h"
 #include "veltrane/platform/text/decoding.h"
 #include "veltrane/platform/text/encoding.h"
@@ -22,7 +22,7 @@ namespace {
 using Kind = SourceLine::Kind;
 using Reason = SourceLine::Reason;
 
-bool HasWindows1252(const TextFile& file) noexcept {
+bool HasWindows1252(const SourceFile& file) noexcept {
     std::string_view rest = file.Text();
     while (!rest.empty()) {
         const bool isAscii = static_cast<unsigned char>(rest[0]) < 0x80;
@@ -33,7 +33,7 @@ bool HasWindows1252(const TextFile& file) noexcept {
     return false;
 }
 
-SourceFileLines Describe(const CString& path, const TextFile& file) {
+SourceFileLines Describe(const CString& path, const SourceFile& file) {
     SourceFileLines described;
     described.path = FromUtf8(MapPath(path));
     described.reading = file.Result();
@@ -42,7 +42,7 @@ SourceFileLines Describe(const CString& path, const TextFile& file) {
     return described;
 }
 
-CString Decoded(const TextFile& file, std::string_view bytes) {
+CString Decoded(const SourceFile& file, std::string_view bytes) {
     return CString{DecodeFileText(bytes, file.WithSurrogates())};
 }
 
@@ -62,7 +62,7 @@ CString Folded(CString name) {
 /// Tells what each line of an INI file is as the lines come.
 class ProfileLines {
 public:
-    ProfileLines(const TextFile& file, SourceFileLines& result) : m_File(file), m_Result(result) {}
+    ProfileLines(const SourceFile& file, SourceFileLines& result) : m_File(file), m_Result(result) {}
 
     void Read() {
         LineWalk walk{m_File.Text()};
@@ -127,7 +127,7 @@ private:
         if (!m_IsFirst) read.reason = Reason::DuplicateSection;
     }
 
-    const TextFile& m_File;
+    const SourceFile& m_File;
     SourceFileLines& m_Result;
     CString m_Section;
     bool m_IsFirst = false;
@@ -138,7 +138,7 @@ private:
 /// Tells what each line of a registry file is, and takes it back where a later line replaces or removes it.
 class RegistryLines {
 public:
-    RegistryLines(const TextFile& file, std::vector<SourceLine>& lines) : m_File(file), m_Lines(lines) {}
+    RegistryLines(const SourceFile& file, std::vector<SourceLine>& lines) : m_File(file), m_Lines(lines) {}
 
     void Read() {
         ReadBlanksAndComments();
@@ -274,7 +274,7 @@ private:
         m_Current->values[name] = line.number;
     }
 
-    const TextFile& m_File;
+    const SourceFile& m_File;
     std::vector<SourceLine>& m_Lines;
     std::map<std::wstring, Key> m_Keys;  // by folded path
     Key* m_Current = nullptr;
@@ -285,14 +285,14 @@ private:
 }  // namespace
 
 SourceFileLines ReadProfileLines(const CString& path) {
-    const AskedFile asked{path};
+    AskedFile asked{path};
     SourceFileLines result = Describe(path, asked.File());
     ProfileLines{asked.File(), result}.Read();
     return result;
 }
 
 SourceFileLines ReadRegistryLines(const CString& path) {
-    const AskedFile asked{path};
+    AskedFile asked{path};
     SourceFileLines result = Describe(path, asked.File());
     RegistryLines{asked.File(), result.lines}.Read();
     return result;

@@ -3,21 +3,10 @@
 #include <vector>
 
 #include "veltrane/platform/export.h"
+#include "veltrane/platform/sources/sourcereading.h"
 #include "veltrane/platform/text/cstring.h"
 
 namespace veltrane {
-
-/// How the reading of a configuration file went.
-enum class SourceReading {
-    Done,
-    Missing,
-    Folder,
-    NotRegular,  ///< a pipe or a device: it is left alone
-    TooLarge,    ///< more than 256 MiB
-    Failed,      ///< no right, or for a reason that may pass
-};
-
-enum class SourceEncoding { Utf8, Utf8WithMark, Utf16LittleEndian, Utf16BigEndian };
 
 /// One line of a configuration file and what it means to those who ask.
 struct SourceLine {

@@ -8,8 +8,7 @@
 #include <utility>
 
 #include "veltrane/platform/sources/answerline.h"
-#include "veltrane/platform/sources/detail/askedfile.h"
-#include "veltrane/platform/sources/detail/registryindex.h"
+#include "veltrane/platform/sources/detail/sourcefile.h"
 #include "veltrane/platform/text/encoding.h"
 #include "veltrane/platform/text/utf16.h"
 
@@ -76,13 +75,12 @@ private:
 
 /// @return null when there is no such key
 std::shared_ptr<const RegistryValues> ReadKey(const RegistryFile& file, CStringView path) {
-    const AskedFile asked{file.path, file.spelling};
-    const TextFile& text = asked.File();
-    if (text.Text().empty() || path.View().starts_with(L'\\')) return nullptr;  // most machines have no registry
+    AskedFile asked{file.path, file.spelling};
+    if (asked.File().Text().empty() || path.View().starts_with(L'\\'))
+        return nullptr;  // most machines have no registry
     CString folded = CString{path.View()}.MakeLower();
     if (folded[folded.GetLength() - 1] == L'\\') folded = folded.Left(folded.GetLength() - 1);
-    if (asked.Kept()) return asked.Kept()->Registry().Find(folded);
-    return RegistryIndex{text.Text(), text.WithSurrogates()}.Find(folded);
+    return asked.File().Registry().Find(folded);
 }
 
 }  // namespace

@@ -67,7 +67,7 @@ OCIErrorText ReadOCIError(void* errorHandle) {
     const bool isGiven = result == OCI_SUCCESS || result == OCI_SUCCESS_WITH_INFO;
     if (!isGiven && number == 0 && buffer[0] == '\0') return {};
     // Number and text stand as far as they were filled, whatever the call answers.
-    return {true, isGiven || number != 0 ? number : OCIErrorText{}.number, DecodeFileText(std::string_view{buffer})};
+    return {true, isGiven || number != 0 ? number : OCIErrorText{}.number, DecodeFileText({buffer})};
 }
 
 }  // namespace veltrane

@@ -32,10 +32,10 @@ public:
         return true;
     }
 
-    bool PutText(std::string_view bytes, bool withSurrogates) noexcept {
-        while (!bytes.empty()) {
-            bytes.remove_prefix(PutAscii(bytes));
-            if (!bytes.empty() && !Put(TakeFileCharacter(bytes, withSurrogates))) return false;
+    bool PutText(FileText text) noexcept {
+        while (!text.bytes.empty()) {
+            text.bytes.remove_prefix(PutAscii(text.bytes));
+            if (!text.bytes.empty() && !Put(TakeFileCharacter(text))) return false;
         }
         return true;
     }
@@ -87,8 +87,7 @@ struct IndexedSections {
 /// One question to a file.
 class Question {
 public:
-    Question(SourceFile& file, AnswerBuffer& answer)
-        : m_Answer(answer), m_Text(file.Text()), m_WithSurrogates(file.WithSurrogates()), m_Index(file.Profile()) {}
+    Question(SourceFile& file, AnswerBuffer& answer) : m_Answer(answer), m_Text(file.Text()), m_Index(file.Profile()) {}
 
     unsigned Ask(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText) {
         if (!section) return m_Index ? List(IndexedSections{*m_Index}) : List(ProfileSections{m_Text});
@@ -96,7 +95,7 @@ public:
         const bool hasSection = FindSection(ProfileName{section}, lines);
         if (!key) return List(ProfileKeys{lines});
         if (hasSection && FindValue(ProfileName{section}, lines, ProfileName{key})) {
-            m_Answer.PutText(m_Value, m_WithSurrogates);
+            m_Answer.PutText(m_Text.Piece(m_Value));
         } else {
             m_Answer.PutText(WithoutTrailingBlanks(defaultText));
         }
@@ -106,18 +105,18 @@ public:
     /// Line of the value, counted only here; 0 for a list or when nothing was found.
     int Line() const noexcept {
         if (!m_Value.data()) return 0;
-        const auto place = static_cast<std::size_t>(m_Value.data() - m_Text.data());
-        return m_Index ? m_Index->LineNumber(place) : LineNumber(m_Text, place);
+        const auto place = static_cast<std::size_t>(m_Value.data() - m_Text.bytes.data());
+        return m_Index ? m_Index->LineNumber(place) : LineNumber(m_Text.bytes, place);
     }
 
 private:
     bool FindSection(const ProfileName& name, std::string_view& lines) const {
         if (m_Index) return m_Index->FindSection(name, lines);
-        return ProfileSections{m_Text}.Find(name, m_WithSurrogates, lines);
+        return ProfileSections{m_Text}.Find(name, lines);
     }
     bool FindValue(const ProfileName& section, std::string_view lines, const ProfileName& key) {
         if (m_Index) return m_Index->FindValue(section, lines, key, m_Value);
-        return FindProfileValue(lines, key, m_WithSurrogates, m_Value);
+        return FindProfileValue(m_Text.Piece(lines), key, m_Value);
     }
 
     // What comes after a full buffer is not looked at.
@@ -125,7 +124,7 @@ private:
     unsigned List(Names names) {
         for (std::string_view name; names.Next(name);) {
             if (name.empty()) continue;  // it would end the list for every reader
-            if (!m_Answer.PutText(name, m_WithSurrogates) || !m_Answer.Put(L'\0')) {
+            if (!m_Answer.PutText(m_Text.Piece(name)) || !m_Answer.Put(L'\0')) {
                 return m_Answer.EndList(/*isCut*/ true);
             }
         }
@@ -133,8 +132,7 @@ private:
     }
 
     AnswerBuffer& m_Answer;
-    std::string_view m_Text;
-    bool m_WithSurrogates;
+    FileText m_Text;
     const ProfileIndex* m_Index;
     std::string_view m_Value;
 };

@@ -23,12 +23,12 @@ using Kind = SourceLine::Kind;
 using Reason = SourceLine::Reason;
 
 bool HasWindows1252(const SourceFile& file) noexcept {
-    std::string_view rest = file.Text();
-    while (!rest.empty()) {
-        const bool isAscii = static_cast<unsigned char>(rest[0]) < 0x80;
-        const std::size_t length = isAscii ? 1 : ReadUtf8(rest, file.WithSurrogates()).length;
+    FileText rest = file.Text();
+    while (!rest.bytes.empty()) {
+        const bool isAscii = static_cast<unsigned char>(rest.bytes[0]) < 0x80;
+        const std::size_t length = isAscii ? 1 : ReadUtf8(rest.bytes, rest.withSurrogates).length;
         if (length == 0) return true;
-        rest.remove_prefix(length);
+        rest.bytes.remove_prefix(length);
     }
     return false;
 }
@@ -43,7 +43,7 @@ SourceFileLines Describe(const CString& path, const SourceFile& file) {
 }
 
 CString Decoded(const SourceFile& file, std::string_view bytes) {
-    return CString{DecodeFileText(bytes, file.WithSurrogates())};
+    return CString{DecodeFileText(file.Text().Piece(bytes))};
 }
 
 // Blanks are all that a value loses beside its quotes.
@@ -65,7 +65,7 @@ public:
     ProfileLines(const SourceFile& file, SourceFileLines& result) : m_File(file), m_Result(result) {}
 
     void Read() {
-        LineWalk walk{m_File.Text()};
+        LineWalk walk{m_File.Text().bytes};
         for (std::string_view line; walk.Next(line);) {
             if (walk.IsInsidePair()) continue;
             SourceLine read{.number = static_cast<int>(m_Result.lines.size()) + 1, .section = m_Section};
@@ -142,7 +142,7 @@ public:
 
     void Read() {
         ReadBlanksAndComments();
-        RegistryWalk walk{m_File.Text(), m_File.WithSurrogates()};
+        RegistryWalk walk{m_File.Text()};
         RegistryLine line;
         if (!walk.ReadHeader(line)) return;
         if (line.kind == RegistryLine::Kind::BadHeader) return RefuseAll();
@@ -175,7 +175,7 @@ private:
     }
 
     void ReadBlanksAndComments() {
-        LineWalk walk{m_File.Text()};
+        LineWalk walk{m_File.Text().bytes};
         for (std::string_view line; walk.Next(line);) {
             if (walk.IsInsidePair()) continue;
             line = WithoutBlanks(line);

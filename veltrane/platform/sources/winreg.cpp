@@ -76,7 +76,7 @@ private:
 /// @return null when there is no such key
 std::shared_ptr<const RegistryValues> ReadKey(const RegistryFile& file, CStringView path) {
     AskedFile asked{file.path, file.spelling};
-    if (asked.File().Text().empty() || path.View().starts_with(L'\\'))
+    if (asked.File().Text().bytes.empty() || path.View().starts_with(L'\\'))
         return nullptr;  // most machines have no registry
     CString folded = CString{path.View()}.MakeLower();
     if (folded[folded.GetLength() - 1] == L'\\') folded = folded.Left(folded.GetLength() - 1);

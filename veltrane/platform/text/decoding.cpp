@@ -2,11 +2,11 @@
 
 namespace veltrane::detail {
 
-std::wstring DecodeFileText(std::string_view bytes, bool withSurrogates) {
-    std::wstring text;
-    text.reserve(bytes.size());
-    while (!bytes.empty()) text += TakeFileCharacter(bytes, withSurrogates);
-    return text;
+std::wstring DecodeFileText(FileText text) {
+    std::wstring decoded;
+    decoded.reserve(text.bytes.size());
+    while (!text.bytes.empty()) decoded += TakeFileCharacter(text);
+    return decoded;
 }
 
 }  // namespace veltrane::detail

@@ -9,17 +9,25 @@
 
 namespace veltrane::detail {
 
-/// Takes one character from the front of bytes, which must not be empty, as files and clients write it: UTF-8, and a
+/// Text of a file as its bytes.
+struct FileText {
+    std::string_view bytes;
+    bool withSurrogates = false;  ///< lone surrogates count in three-byte form, as text converted from UTF-16 has them
+
+    /// A piece of it.
+    FileText Piece(std::string_view piece) const noexcept { return {piece, withSurrogates}; }
+};
+
+/// Takes one character from the front of a text, which must not be empty, as files and clients write it: UTF-8, and a
 /// byte that starts no valid sequence is one Windows-1252 character, so the bytes of old systems keep their meaning.
-/// @param withSurrogates  also take lone surrogates in three-byte form, as text converted from UTF-16 has them
-inline wchar_t TakeFileCharacter(std::string_view& bytes, bool withSurrogates) noexcept {
-    const auto first = static_cast<std::uint8_t>(bytes[0]);
-    const auto [codePoint, length] = ReadUtf8(bytes, withSurrogates);
-    bytes.remove_prefix(length != 0 ? length : 1);
+inline wchar_t TakeFileCharacter(FileText& text) noexcept {
+    const auto first = static_cast<std::uint8_t>(text.bytes[0]);
+    const auto [codePoint, length] = ReadUtf8(text.bytes, text.withSurrogates);
+    text.bytes.remove_prefix(length != 0 ? length : 1);
     return length != 0 ? static_cast<wchar_t>(codePoint) : FromWindows1252(first);
 }
 
-/// Text of bytes, character by character as TakeFileCharacter.
-std::wstring DecodeFileText(std::string_view bytes, bool withSurrogates = false);
+/// The whole text, character by character as TakeFileCharacter.
+std::wstring DecodeFileText(FileText text);
 
 }  // namespace veltrane::detail

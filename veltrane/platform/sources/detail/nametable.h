@@ -11,11 +11,11 @@
 
 namespace veltrane::detail {
 
-/// Takes one element, folded as the names of files are compared, from the front of bytes that are not empty.
-inline wchar_t TakeFolded(std::string_view& bytes, bool withSurrogates) noexcept {
-    const auto first = static_cast<unsigned char>(bytes[0]);
-    if (first >= 0x80) return FoldCharacter(TakeFileCharacter(bytes, withSurrogates));
-    bytes.remove_prefix(1);
+/// Takes one element, folded as the names of files are compared, from the front of a text that is not empty.
+inline wchar_t TakeFolded(FileText& text) noexcept {
+    const auto first = static_cast<unsigned char>(text.bytes[0]);
+    if (first >= 0x80) return FoldCharacter(TakeFileCharacter(text));
+    text.bytes.remove_prefix(1);
     return FoldCharacter(first);
 }
 
@@ -27,8 +27,8 @@ public:
         for (const wchar_t element : name) Add(FoldCharacter(element));
         return *this;
     }
-    NameHash& AddFolded(std::string_view bytes, bool withSurrogates) noexcept {
-        while (!bytes.empty()) Add(TakeFolded(bytes, withSurrogates));
+    NameHash& AddFolded(FileText name) noexcept {
+        while (!name.bytes.empty()) Add(TakeFolded(name));
         return *this;
     }
     std::uint32_t Value() const noexcept { return m_nHash; }

@@ -10,18 +10,17 @@ constexpr int MARK_DISTANCE = 16;  // lines: one mark takes little memory, and c
 
 }  // namespace
 
-ProfileIndex::ProfileIndex(std::string_view text, bool withSurrogates)
-    : m_Text(text), m_WithSurrogates(withSurrogates) {
+ProfileIndex::ProfileIndex(FileText text) : m_Text(text) {
     constexpr std::size_t bytesOfName = 4;  // at least, on average; a name takes five times that in the tables
     NameHash section;
-    LineWalk lines{text};
+    LineWalk lines{text.bytes};
     int number = 0;
     for (std::string_view line; m_IsUsable && lines.Next(line);) {
         if (!lines.IsInsidePair() && number++ % MARK_DISTANCE == 0) {
             m_Marks.push_back(static_cast<std::uint32_t>(PlaceOf(line)));
         }
         AddLine(line, section);
-        m_IsUsable = m_Sections.Size() + m_Keys.Size() <= text.size() / bytesOfName + bytesOfName;
+        m_IsUsable = m_Sections.Size() + m_Keys.Size() <= text.bytes.size() / bytesOfName + bytesOfName;
     }
     m_Sections.Link();
     m_Keys.Link();
@@ -30,16 +29,16 @@ ProfileIndex::ProfileIndex(std::string_view text, bool withSurrogates)
 void ProfileIndex::AddLine(std::string_view line, NameHash& section) {
     const ProfileLine read = ReadProfileLine(line);
     if (read.kind == ProfileLine::Kind::Header) {
-        section = NameHash{}.AddFolded(read.name, m_WithSurrogates);
+        section = NameHash{}.AddFolded(m_Text.Piece(read.name));
         m_Sections.Add(section, m_Headers.size());
         m_Headers.push_back(static_cast<std::uint32_t>(PlaceOf(read.line)));
     } else if (read.kind == ProfileLine::Kind::Entry && !m_Headers.empty()) {
-        m_Keys.Add(NameHash{section}.AddFolded(read.name, m_WithSurrogates), PlaceOf(read.line));
+        m_Keys.Add(NameHash{section}.AddFolded(m_Text.Piece(read.name)), PlaceOf(read.line));
     }
 }
 
 ProfileLine ProfileIndex::LineAt(std::size_t place) const noexcept {
-    return ReadProfileLine(m_Text.substr(place, EndOfLine(m_Text, place) - place));
+    return ReadProfileLine(m_Text.bytes.substr(place, EndOfLine(m_Text.bytes, place) - place));
 }
 
 bool ProfileIndex::NextSection(std::size_t& number, std::string_view& name) const noexcept {
@@ -51,10 +50,10 @@ bool ProfileIndex::NextSection(std::size_t& number, std::string_view& name) cons
 bool ProfileIndex::FindSection(const ProfileName& name, std::string_view& lines) const noexcept {
     return m_Sections.Find(NameHash{}.AddFolded(name.View()), [&](std::size_t number) {
         const ProfileLine header = LineAt(m_Headers[number]);
-        if (!name.Is(header.name, m_WithSurrogates)) return false;
+        if (!name.Is(m_Text.Piece(header.name))) return false;
         const std::size_t start = m_Headers[number] + header.line.size();
-        const std::size_t end = number + 1 < m_Headers.size() ? m_Headers[number + 1] : m_Text.size();
-        lines = m_Text.substr(start, end - start);
+        const std::size_t end = number + 1 < m_Headers.size() ? m_Headers[number + 1] : m_Text.bytes.size();
+        lines = m_Text.bytes.substr(start, end - start);
         return true;
     });
 }
@@ -65,7 +64,7 @@ bool ProfileIndex::FindValue(const ProfileName& section, std::string_view lines,
     return m_Keys.Find(NameHash{}.AddFolded(section.View()).AddFolded(key.View()), [&](std::size_t place) {
         if (place < start || place >= start + lines.size()) return false;  // of another section of the name
         const ProfileLine entry = LineAt(place);
-        if (!key.Is(entry.name, m_WithSurrogates)) return false;
+        if (!key.Is(m_Text.Piece(entry.name))) return false;
         value = entry.Value();
         return true;
     });
@@ -74,7 +73,7 @@ bool ProfileIndex::FindValue(const ProfileName& section, std::string_view lines,
 int ProfileIndex::LineNumber(std::size_t position) const noexcept {
     const auto mark = std::ranges::upper_bound(m_Marks, position) - 1;  // a position in a line comes after some mark
     const auto before = static_cast<int>(mark - m_Marks.begin()) * MARK_DISTANCE;
-    return before + detail::LineNumber(m_Text.substr(*mark), position - *mark);
+    return before + detail::LineNumber(m_Text.bytes.substr(*mark), position - *mark);
 }
 
 }  // namespace veltrane::detail

@@ -14,7 +14,7 @@ namespace veltrane::detail {
 /// of the same text. It gives the answers of a search from the front. It looks at the text that it was made of.
 class ProfileIndex {
 public:
-    ProfileIndex(std::string_view text, bool withSurrogates);
+    explicit ProfileIndex(FileText text);
 
     /// Whether there is an index: not for a text with a name in nearly every byte, which would grow many times.
     bool IsUsable() const noexcept { return m_IsUsable; }
@@ -32,12 +32,11 @@ public:
 private:
     void AddLine(std::string_view line, NameHash& section);
     std::size_t PlaceOf(std::string_view part) const noexcept {
-        return static_cast<std::size_t>(part.data() - m_Text.data());
+        return static_cast<std::size_t>(part.data() - m_Text.bytes.data());
     }
     ProfileLine LineAt(std::size_t place) const noexcept;
 
-    std::string_view m_Text;
-    bool m_WithSurrogates;
+    FileText m_Text;
     bool m_IsUsable = true;
     std::vector<std::uint32_t> m_Headers;  // places of the brackets
     std::vector<std::uint32_t> m_Marks;    // places of the lines 1, 1 + MARK_DISTANCE ...

@@ -45,24 +45,24 @@ ProfileLine ReadProfileLine(std::string_view line) noexcept {
 ProfileName::ProfileName(std::wstring_view asked) noexcept
     : m_Name(Trimmed(asked, [](wchar_t element) { return element == L' '; })) {}
 
-bool ProfileName::Is(std::string_view name, bool withSurrogates) const noexcept {
+bool ProfileName::Is(FileText name) const noexcept {
     for (const wchar_t element : m_Name) {
-        if (name.empty()) return false;
-        if (static_cast<std::uint32_t>(element) < 0x80 && name[0] == static_cast<char>(element)) {
-            name.remove_prefix(1);  // spelled alike, as most are
-        } else if (TakeFolded(name, withSurrogates) != FoldCharacter(element)) {
+        if (name.bytes.empty()) return false;
+        if (static_cast<std::uint32_t>(element) < 0x80 && name.bytes[0] == static_cast<char>(element)) {
+            name.bytes.remove_prefix(1);  // spelled alike, as most are
+        } else if (TakeFolded(name) != FoldCharacter(element)) {
             return false;
         }
     }
-    return name.empty();
+    return name.bytes.empty();
 }
 
 bool ProfileName::CanEndAt(std::string_view text, std::size_t last) const noexcept {
     constexpr std::size_t looked = 8;  // tells nearly all, and keeps a long name from being read again at every place
     for (std::size_t i = 1; i <= std::min(looked, m_Name.size()); ++i) {
-        std::string_view byte = text.substr(last + 1 - i, 1);
-        if (static_cast<signed char>(byte[0]) < 0) return true;  // an element of several bytes: to be decoded
-        if (TakeFolded(byte, false) != FoldCharacter(m_Name[m_Name.size() - i])) return false;
+        const auto byte = static_cast<signed char>(text[last + 1 - i]);
+        if (byte < 0) return true;  // an element of several bytes: to be decoded
+        if (FoldCharacter(byte) != FoldCharacter(m_Name[m_Name.size() - i])) return false;
         if (last + 1 == i) return i == m_Name.size();
     }
     return true;
@@ -71,35 +71,35 @@ bool ProfileName::CanEndAt(std::string_view text, std::size_t last) const noexce
 bool ProfileSections::Next(std::string_view& name) noexcept {
     if (!NextHeader()) return false;
     const std::size_t bracket = m_At - 1;
-    name = ReadProfileLine(m_Text.substr(bracket, EndOfLine(m_Text, m_At) - bracket)).name;
+    name = ReadProfileLine(m_Text.bytes.substr(bracket, EndOfLine(m_Text.bytes, m_At) - bracket)).name;
     return true;
 }
 
-bool ProfileSections::Find(const ProfileName& name, bool withSurrogates, std::string_view& lines) noexcept {
+bool ProfileSections::Find(const ProfileName& name, std::string_view& lines) noexcept {
     for (std::string_view each; Next(each);) {
-        if (!name.Is(each, withSurrogates)) continue;
-        const std::size_t start = EndOfLine(m_Text, m_At);
-        const std::size_t end = NextHeader() ? m_At - 1 : m_Text.size();
-        lines = m_Text.substr(start, end - start);
+        if (!name.Is(m_Text.Piece(each))) continue;
+        const std::size_t start = EndOfLine(m_Text.bytes, m_At);
+        const std::size_t end = NextHeader() ? m_At - 1 : m_Text.bytes.size();
+        lines = m_Text.bytes.substr(start, end - start);
         return true;
     }
     return false;
 }
 
 bool ProfileSections::NextHeader() noexcept {
-    for (std::size_t at = m_Text.find('[', m_At); at != m_Text.npos; at = m_Text.find('[', at + 1)) {
+    for (std::size_t at = m_Text.bytes.find('[', m_At); at != m_Text.bytes.npos; at = m_Text.bytes.find('[', at + 1)) {
         if (!StandsFirstInLine(at)) continue;
         m_At = at + 1;
         return true;
     }
-    m_At = m_Text.size();
+    m_At = m_Text.bytes.size();
     return false;
 }
 
 // Looks back no further than to the '[' before it, so a text full of them costs no more than one pass.
 bool ProfileSections::StandsFirstInLine(std::size_t position) const noexcept {
-    while (position > 0 && IsFileBlank(m_Text[position - 1])) --position;
-    return position == 0 || IsLineEnd(m_Text[position - 1]);
+    while (position > 0 && IsFileBlank(m_Text.bytes[position - 1])) --position;
+    return position == 0 || IsLineEnd(m_Text.bytes[position - 1]);
 }
 
 bool ProfileKeys::Next(std::string_view& key) noexcept {
@@ -111,8 +111,8 @@ bool ProfileKeys::Next(std::string_view& key) noexcept {
     return false;
 }
 
-bool FindProfileValue(std::string_view lines, const ProfileName& key, bool withSurrogates,
-                      std::string_view& value) noexcept {
+bool FindProfileValue(FileText text, const ProfileName& key, std::string_view& value) noexcept {
+    const std::string_view lines = text.bytes;
     if (key.View().empty() || lines.empty()) return false;
     const NameEndSearch search{key.View()};
     // Each round leaves a line for good, so looking back for a line's start never looks at a byte twice.
@@ -121,7 +121,7 @@ bool FindProfileValue(std::string_view lines, const ProfileName& key, bool withS
         const std::size_t start = StartOfLine(lines, at);
         at = EndOfLine(lines, at);
         const ProfileLine read = ReadProfileLine(lines.substr(start, at - start));
-        if (read.kind != ProfileLine::Kind::Entry || !key.Is(read.name, withSurrogates)) continue;
+        if (read.kind != ProfileLine::Kind::Entry || !key.Is(text.Piece(read.name))) continue;
         value = read.Value();
         return true;
     }

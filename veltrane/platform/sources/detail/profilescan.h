@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "veltrane/platform/sources/detail/lines.h"
+#include "veltrane/platform/text/decoding.h"
 
 namespace veltrane::detail {
 
@@ -36,7 +37,7 @@ public:
 
     std::wstring_view View() const noexcept { return m_Name; }
     /// Whether a name of a profile text is this one, in any case.
-    bool Is(std::string_view name, bool withSurrogates) const noexcept;
+    bool Is(FileText name) const noexcept;
     /// Whether the name can end at a position, as far as a few bytes tell; never false for one that does.
     bool CanEndAt(std::string_view text, std::size_t last) const noexcept;
 
@@ -47,19 +48,19 @@ private:
 /// Walks over the section headers of a profile text.
 class ProfileSections {
 public:
-    explicit ProfileSections(std::string_view text) noexcept : m_Text(text) {}
+    explicit ProfileSections(FileText text) noexcept : m_Text(text) {}
 
     /// Name of the next section in file order; it may be empty.
     bool Next(std::string_view& name) noexcept;
     /// Lines of the first section of a name from here on, the only one that answers: from the end of its header line
     /// to the next header.
-    bool Find(const ProfileName& name, bool withSurrogates, std::string_view& lines) noexcept;
+    bool Find(const ProfileName& name, std::string_view& lines) noexcept;
 
 private:
     bool NextHeader() noexcept;
     bool StandsFirstInLine(std::size_t position) const noexcept;
 
-    std::string_view m_Text;
+    FileText m_Text;
     std::size_t m_At = 0;  // after the '[' of the header found last
 };
 
@@ -75,8 +76,7 @@ private:
     LineWalk m_Lines;
 };
 
-/// Finds the value of the first entry with a key.
-bool FindProfileValue(std::string_view lines, const ProfileName& key, bool withSurrogates,
-                      std::string_view& value) noexcept;
+/// Finds the value of the first entry with a key in the lines of a section.
+bool FindProfileValue(FileText text, const ProfileName& key, std::string_view& value) noexcept;
 
 }  // namespace veltrane::detail

@@ -11,15 +11,15 @@ namespace {
 /// How the path of a line stands to a folded path.
 enum class Relation { Same, Above, Below, Other };
 
-Relation Compare(std::string_view path, std::wstring_view folded, bool withSurrogates) noexcept {
-    const bool isRoot = path.empty() || folded.empty();
-    while (!path.empty() && !folded.empty()) {
-        if (TakeFolded(path, withSurrogates) != folded[0]) return Relation::Other;
+Relation Compare(FileText path, std::wstring_view folded) noexcept {
+    const bool isRoot = path.bytes.empty() || folded.empty();
+    while (!path.bytes.empty() && !folded.empty()) {
+        if (TakeFolded(path) != folded[0]) return Relation::Other;
         folded.remove_prefix(1);
     }
-    if (path.empty() && folded.empty()) return Relation::Same;
-    if (path.empty()) return isRoot || folded[0] == L'\\' ? Relation::Above : Relation::Other;
-    return isRoot || path[0] == '\\' ? Relation::Below : Relation::Other;
+    if (path.bytes.empty() && folded.empty()) return Relation::Same;
+    if (path.bytes.empty()) return isRoot || folded[0] == L'\\' ? Relation::Above : Relation::Other;
+    return isRoot || path.bytes[0] == '\\' ? Relation::Below : Relation::Other;
 }
 
 /// Whether a path begins with the first bytes of another and a separator after them.
@@ -29,9 +29,8 @@ bool SharesParent(std::string_view path, std::string_view other, std::size_t siz
 
 }  // namespace
 
-RegistryIndex::RegistryIndex(std::string_view text, bool withSurrogates)
-    : m_Text(text), m_WithSurrogates(withSurrogates) {
-    RegistryWalk walk{text, withSurrogates};
+RegistryIndex::RegistryIndex(FileText text) : m_Text(text) {
+    RegistryWalk walk{text};
     RegistryLine read;
     m_HasKeys = walk.ReadHeader(read) && read.kind == RegistryLine::Kind::Header;
     m_IsOld = walk.IsOld();
@@ -63,13 +62,13 @@ void RegistryIndex::AddPath(std::string_view path, std::size_t number) {
         m_LastParents.empty() ? std::pair{std::size_t{0}, NameHash{}} : m_LastParents.back();
     NameHash hash = hashOfKnown;
     if (!m_LastPath.data() && !path.empty()) m_Paths.Add(hash, number);  // the root
-    for (std::string_view rest = path.substr(known); !rest.empty();) {
-        const std::size_t size = path.size() - rest.size();
-        if (rest[0] == '\\' && size > known) {
+    for (FileText rest = m_Text.Piece(path.substr(known)); !rest.bytes.empty();) {
+        const std::size_t size = path.size() - rest.bytes.size();
+        if (rest.bytes[0] == '\\' && size > known) {
             m_Paths.Add(hash, number);
             m_LastParents.emplace_back(size, hash);
         }
-        hash.Add(TakeFolded(rest, m_WithSurrogates));
+        hash.Add(TakeFolded(rest));
     }
     m_Paths.Add(hash, number);
     m_LastPath = path;
@@ -88,7 +87,7 @@ std::shared_ptr<const RegistryValues> RegistryIndex::Read(std::wstring_view path
     auto values = std::make_shared<RegistryValues>();
     m_Paths.Find(NameHash{}.AddFolded(path), [&](std::size_t number) {
         if (number < from) return false;
-        const Relation relation = Compare(PathOf(m_KeyLines[number]), path, m_WithSurrogates);
+        const Relation relation = Compare(PathOf(m_KeyLines[number]), path);
         exists = exists || relation == Relation::Same || relation == Relation::Below;
         if (relation == Relation::Same) ReadValues(number, *values);
         return false;
@@ -99,7 +98,7 @@ std::shared_ptr<const RegistryValues> RegistryIndex::Read(std::wstring_view path
 /// Number of the first key line after the last one that removes a path.
 std::size_t RegistryIndex::AfterRemoval(std::wstring_view path) const noexcept {
     const auto removes = [&](std::size_t number) {
-        const Relation relation = Compare(PathOf(m_KeyLines[number]), path, m_WithSurrogates);
+        const Relation relation = Compare(PathOf(m_KeyLines[number]), path);
         return relation == Relation::Same || relation == Relation::Above;
     };
     const auto last = std::find_if(m_Removals.rbegin(), m_Removals.rend(), removes);
@@ -108,13 +107,13 @@ std::size_t RegistryIndex::AfterRemoval(std::wstring_view path) const noexcept {
 
 void RegistryIndex::ReadValues(std::size_t number, RegistryValues& values) const {
     const KeyLine& line = m_KeyLines[number];
-    const std::size_t end = number + 1 < m_KeyLines.size() ? m_KeyLines[number + 1].place : m_Text.size();
-    RegistryWalk walk{m_Text.substr(line.end, end - line.end), m_WithSurrogates, line.number};
+    const std::size_t end = number + 1 < m_KeyLines.size() ? m_KeyLines[number + 1].place : m_Text.bytes.size();
+    RegistryWalk walk{m_Text.Piece(m_Text.bytes.substr(line.end, end - line.end)), line.number};
     walk.SetOld(m_IsOld);
     for (RegistryLine read; walk.Next(read);) {
         using enum RegistryLine::Kind;
         if (read.kind != Value && read.kind != RemovedValue) continue;
-        const CString name = CString{DecodeFileText(read.name, m_WithSurrogates)}.MakeLower();
+        const CString name = CString{DecodeFileText(m_Text.Piece(read.name))}.MakeLower();
         if (read.kind == Value) {
             values.insert_or_assign(name, RegistryValue{read.type, std::move(read.data), read.number});
         } else {

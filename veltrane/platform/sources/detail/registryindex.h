@@ -29,7 +29,7 @@ using RegistryValues = std::map<CString, RegistryValue>;
 /// of a key are read when they are asked for, and kept. It looks at the text that it was made of.
 class RegistryIndex {
 public:
-    RegistryIndex(std::string_view text, bool withSurrogates);
+    explicit RegistryIndex(FileText text);
 
     /// @param path  folded path of the key below the machine's root, without separators at its ends; empty is the root
     /// @return null when the key does not exist at the end of the text
@@ -52,11 +52,14 @@ private:
     std::size_t AfterRemoval(std::wstring_view path) const noexcept;
     void ReadValues(std::size_t number, RegistryValues& values) const;
 
-    std::uint32_t PlaceOf(const char* at) const noexcept { return static_cast<std::uint32_t>(at - m_Text.data()); }
-    std::string_view PathOf(const KeyLine& line) const noexcept { return m_Text.substr(line.pathPlace, line.pathSize); }
+    std::uint32_t PlaceOf(const char* at) const noexcept {
+        return static_cast<std::uint32_t>(at - m_Text.bytes.data());
+    }
+    FileText PathOf(const KeyLine& line) const noexcept {
+        return m_Text.Piece(m_Text.bytes.substr(line.pathPlace, line.pathSize));
+    }
 
-    std::string_view m_Text;
-    bool m_WithSurrogates;
+    FileText m_Text;
     bool m_HasKeys = false;
     bool m_IsOld = false;
     std::vector<KeyLine> m_KeyLines;

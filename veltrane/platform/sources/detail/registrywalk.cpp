@@ -6,7 +6,6 @@
 
 #include "veltrane/platform/sources/winreg.h"
 #include "veltrane/platform/text/characters.h"
-#include "veltrane/platform/text/decoding.h"
 #include "veltrane/platform/text/utf16.h"
 
 namespace veltrane::detail {
@@ -79,9 +78,9 @@ void AppendUnit(std::string& data, char32_t unit) {
 }
 
 /// Appends a text as 16-bit units, little-endian.
-void AppendUtf16(std::string& data, std::string_view bytes, bool withSurrogates) {
-    while (!bytes.empty()) {
-        const auto codePoint = static_cast<char32_t>(TakeFileCharacter(bytes, withSurrogates));
+void AppendUtf16(std::string& data, FileText text) {
+    while (!text.bytes.empty()) {
+        const auto codePoint = static_cast<char32_t>(TakeFileCharacter(text));
         if (codePoint < 0x10000) {
             AppendUnit(data, codePoint);
         } else {
@@ -200,7 +199,7 @@ bool RegistryWalk::ReadText(std::string_view data, RegistryLine& read) const {
     std::string text;
     if (!TakeQuoted(data, text) || !IsTail(data)) return false;
     read.type = REG_SZ;
-    AppendUtf16(read.data, text, m_WithSurrogates);
+    AppendUtf16(read.data, m_Text.Piece(text));
     AppendUnit(read.data, U'\0');
     return true;
 }
@@ -218,7 +217,7 @@ bool RegistryWalk::ReadList(std::string_view part, RegistryLine& read) {
     }
     const bool isNarrow = m_IsOld && (read.type == REG_SZ || read.type == REG_EXPAND_SZ || read.type == REG_MULTI_SZ);
     if (isNarrow) {
-        AppendUtf16(read.data, bytes, /*withSurrogates*/ false);
+        AppendUtf16(read.data, {bytes});
     } else {
         read.data = std::move(bytes);
     }

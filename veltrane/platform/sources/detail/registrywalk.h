@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "veltrane/platform/sources/detail/lines.h"
+#include "veltrane/platform/text/decoding.h"
 
 namespace veltrane::detail {
 
@@ -37,8 +38,8 @@ struct RegistryLine {
 class RegistryWalk {
 public:
     /// @param firstNumber  number of the text's first line
-    RegistryWalk(std::string_view text, bool withSurrogates, int firstNumber = 1) noexcept
-        : m_Lines(text), m_nNumber(firstNumber - 1), m_WithSurrogates(withSurrogates) {}
+    explicit RegistryWalk(FileText text, int firstNumber = 1) noexcept
+        : m_Text(text), m_Lines(text.bytes), m_nNumber(firstNumber - 1) {}
 
     /// Reads the header, the first line that is not empty. @return false for a text without any
     bool ReadHeader(RegistryLine& read);
@@ -59,9 +60,9 @@ private:
     bool ReadText(std::string_view data, RegistryLine& read) const;
     bool ReadList(std::string_view part, RegistryLine& read);
 
+    FileText m_Text;
     LineWalk m_Lines;
     int m_nNumber;  // of the line read last
-    bool m_WithSurrogates;
     bool m_IsOld = false;
 };
 

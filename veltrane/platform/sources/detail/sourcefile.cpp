@@ -97,23 +97,22 @@ void SourceFile::Take(std::string_view bytes) {
     if (isLittle || isBig) {
         m_Encoding = isLittle ? SourceEncoding::Utf16LittleEndian : SourceEncoding::Utf16BigEndian;
         m_Converted = Utf8OfUtf16(bytes.substr(2), isLittle ? Utf16Order::LittleEndian : Utf16Order::BigEndian);
-        m_Text = m_Converted;
-        m_WithSurrogates = true;
+        m_Text = {m_Converted, /*withSurrogates*/ true};
         m_Bytes.reset();
     } else {
         if (isMarked) m_Encoding = SourceEncoding::Utf8WithMark;
-        m_Text = bytes.substr(isMarked ? 3 : 0);
+        m_Text = {bytes.substr(isMarked ? 3 : 0)};
     }
 }
 
 const ProfileIndex* SourceFile::Profile() {
     if (m_nAsked++ == 0) return nullptr;
-    if (!m_Profile) m_Profile.emplace(m_Text, m_WithSurrogates);
+    if (!m_Profile) m_Profile.emplace(m_Text);
     return m_Profile->IsUsable() ? &*m_Profile : nullptr;
 }
 
 RegistryIndex& SourceFile::Registry() {
-    if (!m_Registry) m_Registry.emplace(m_Text, m_WithSurrogates);
+    if (!m_Registry) m_Registry.emplace(m_Text);
     return *m_Registry;
 }
 

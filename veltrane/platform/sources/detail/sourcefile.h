@@ -11,6 +11,7 @@
 #include "veltrane/platform/sources/detail/registryindex.h"
 #include "veltrane/platform/sources/sourcereading.h"
 #include "veltrane/platform/text/cstring.h"
+#include "veltrane/platform/text/decoding.h"
 
 namespace veltrane::detail {
 
@@ -33,9 +34,7 @@ public:
     SourceFile(const SourceFile&) = delete;
     SourceFile& operator=(const SourceFile&) = delete;
 
-    std::string_view Text() const noexcept { return m_Text; }
-    /// Whether the text holds lone surrogates of UTF-16 in three-byte form, to be decoded as such.
-    bool WithSurrogates() const noexcept { return m_WithSurrogates; }
+    FileText Text() const noexcept { return m_Text; }
     SourceReading Result() const noexcept { return m_Reading; }
     SourceEncoding Encoding() const noexcept { return m_Encoding; }
 
@@ -57,8 +56,7 @@ private:
     std::unique_ptr<char[]> m_Bytes;  // of a larger file; not filled before they are read
     std::size_t m_nSize = 0;
     std::string m_Converted;
-    std::string_view m_Text;
-    bool m_WithSurrogates = false;
+    FileText m_Text;
     SourceEncoding m_Encoding = SourceEncoding::Utf8;
     SourceReading m_Reading = SourceReading::Done;
     unsigned m_nAsked = 0;

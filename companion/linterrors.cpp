@@ -28,8 +28,8 @@ CString MessageOf(const XException& error) {
 
 OptionOrigin PlaceOf(const ErrorPlace& known) {
     OptionOrigin place{known, OptionLayer::Environment};
-    for (const OptionLayer layer : {OptionLayer::Registry, OptionLayer::UserFile, OptionLayer::BasicFile}) {
-        if (CString{LayerName(layer)} == known.layer) place.layer = layer;
+    for (const OptionLayerRow& row : OPTION_SOURCES) {
+        if (CString{row.word} == known.layer) place.layer = row.layer;
     }
     return place;
 }

@@ -158,8 +158,7 @@ private:
     // The store tells what the empty value keeps from being asked.
     void LintEmpty(const SourceLine& line, const XOptionDefinition& row) {
         for (const OptionPlace& place : m_Run.startup.options.GetOptionCandidates(row.szLongName, -1).places) {
-            const bool isFile = place.layer == OptionLayer::UserFile || place.layer == OptionLayer::BasicFile;
-            if (!place.found || !isFile) continue;
+            if (!place.found || !IsFile(place.layer)) continue;
             m_Run.Report(m_Source, line, {C20, FormatText(L"the empty value hides %s", ShortPlace(place))});
             return;
         }

@@ -64,9 +64,8 @@ bool IsAsked(const Shown& shown, OptionLayer layer) {
 // The sources that are never asked for this option.
 std::vector<OptionLayer> NotAsked(const Shown& shown) {
     std::vector<OptionLayer> layers;
-    for (const OptionLayer layer :
-         {OptionLayer::Registry, OptionLayer::UserFile, OptionLayer::BasicFile, OptionLayer::Environment}) {
-        if (!IsAsked(shown, layer)) layers.push_back(layer);
+    for (const OptionLayerRow& row : OPTION_SOURCES) {
+        if (!IsAsked(shown, row.layer)) layers.push_back(row.layer);
     }
     return layers;
 }
@@ -229,12 +228,11 @@ void AddTable(Answer& answer, const std::vector<Shown>& all) {
 
 CString LayerOf(const Request& request) {
     CString layer = FromUtf8(request.Value("--only"));
-    constexpr auto last = static_cast<int>(OptionLayer::Environment);
     CString names;
-    for (int i = 0; i <= last; ++i) {
-        const CString name = LayerName(static_cast<OptionLayer>(i));
-        if (layer.IsEmpty() || layer == name) return layer;
-        names += (i == 0 ? L"" : i == last ? L" or " : L", ") + name;
+    for (const OptionLayerRow& row : OPTION_LAYERS) {
+        const bool isLast = &row == &OPTION_SOURCES.back();
+        if (layer.IsEmpty() || layer == row.word) return layer;
+        names += (names.IsEmpty() ? L"" : isLast ? L" or " : L", ") + CString{row.word};
     }
     throw Refusal{L"--only must be " + names};
 }

@@ -43,7 +43,7 @@ const wchar_t* ReadingName(SourceReading reading) {
 bool IsNamedTooLate(XOption& options, const OptionLocation& location) {
     const bool isUserFile = location.kind == OptionLocation::Kind::UserFile;
     const OptionLayer layer = options.GetOptionOrigin(options.GetFirstOptionItem(location.option)).layer;
-    return isUserFile && (layer == OptionLayer::UserFile || layer == OptionLayer::BasicFile);
+    return isUserFile && IsFile(layer);
 }
 
 CString UnreadableText(const CString& file, const CString& fault) {

@@ -1,5 +1,6 @@
 // What the store tells of itself: where values come from, what else the sources have, where start-up looks.
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include "veltrane/foundation/xpath.h"
@@ -95,7 +96,7 @@ OptionCandidates XOption::CandidatesOf(const XOptionDefinition& definition, int 
     }
     const auto [entry, isNew] = families.try_emplace(&definition);
     XOptionFamily& family = entry->second;
-    if (isNew) family = m_pSources->ReadFamily(section, key);
+    if (isNew) family = m_pSources->ReadFamily(section, key, /*withPlaces*/ true);
     auto places = m_pSources->PlacesIn(family, section, key, index);
     if (family.Gives(index)) {
         found.AddSources(std::move(places), /*isEnvironmentEarly*/ false);
@@ -148,11 +149,11 @@ CString XOption::ExplainSingle(XKeptOrigin& kept, const XOptionDefinition& defin
 
 CString XOption::ExplainFamily(XKeptOrigin& kept, const XOptionDefinition& definition, int index) const {
     const CString section = m_pRetrieval->SectionName(definition.eSection, /*isStoring*/ false);
-    const XOptionFamily family = m_pSources->ReadFamily(section, definition.szLongName);
+    const XOptionFamily family = m_pSources->ReadFamily(section, definition.szLongName, /*withPlaces*/ true);
     kept.answers = {{{}, m_pSources->PlacesIn(family, section, definition.szLongName, index)}};
     XKeptAnswer& given = kept.answers.front();
     std::ranges::reverse(given.places);  // the order of the questions
-    if (family.fault) throw *family.fault;
+    if (family.fault) std::rethrow_exception(family.fault);
     const auto found = std::ranges::find(given.places, true, &OptionPlace::found);
     if (found != given.places.end() && family.Gives(index)) given.text = found->text;
     CString value = given.text;
@@ -177,7 +178,7 @@ bool XOption::IsTooLateForFiles(const XOptionDefinition& definition) const {
     const XOptionDefinition& data = *FindOptionDefinition(L"data");
     const XOptionItem* const item = m_pItems->Find(data, -1);
     const OptionLayer layer = GetOptionOrigin(item).layer;
-    if (item && layer != OptionLayer::UserFile && layer != OptionLayer::BasicFile) {
+    if (item && !IsFile(layer)) {
         return !item->GetOptionValue().IsEmpty();
     }
     const auto places = m_pSources->AskEach(GetSectionName(data.eSection), data.szLongName, /*withFiles*/ false);

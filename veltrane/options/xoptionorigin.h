@@ -11,23 +11,6 @@
 
 namespace veltrane {
 
-/// What a value can come from, the strongest first. A fact of the host gives way to the command line alone.
-enum class OptionLayer : std::uint8_t { Host, StartUp, CommandLine, Registry, UserFile, BasicFile, Environment };
-
-/// The word for a layer: "host", "start-up", "command line", "registry", "user file", "basic file", "environment".
-VELTRANE_API const wchar_t* LayerName(OptionLayer layer) noexcept;
-
-/// Where a value comes from: the layer and, as far as the layer has them, file, line, section, key and text.
-struct OptionOrigin : SourcePlace {
-    OptionLayer layer = OptionLayer::Host;
-    int word = -1;  ///< command line: number of the word that names the option, the program being 0; else -1
-};
-
-/// A place that was asked for a value.
-struct OptionPlace : OptionOrigin {
-    bool found = false;  ///< an empty value in a file or in the environment counts as none
-};
-
 /// One step from a key to its value.
 struct OptionStep {
     enum class Kind : std::uint8_t {

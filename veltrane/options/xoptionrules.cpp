@@ -58,11 +58,11 @@ void XOption::ReadNamingRules(enumOption option) {
     const bool areKept = m_pOrigins->AreKept();
     ForEachRule(names, format, [&](int version, const CString& section, const CString& key) {
         CString value;
-        OptionOrigin origin;
-        OptionOrigin* const wanted = areKept ? &origin : nullptr;
-        if (!m_pSources->GetKeyValue(value, section, key, /*assignEmpty*/ true, wanted)) return;
+        std::vector<OptionPlace> places;
+        if (!m_pSources->GetKeyValue(value, section, key, /*assignEmpty*/ true, areKept ? &places : nullptr)) return;
         rules.InsertRule(version, key, value);
         if (!areKept) return;
+        OptionOrigin origin = OriginOf(places);
         if (origin.line == 0) FindEmptyKey(origin, m_pSources->userFile.get(), section, key);
         m_pOrigins->NoteRule(option, rules.Size() - 1, std::move(origin));
     });

@@ -5,18 +5,6 @@
 
 namespace veltrane::detail {
 
-namespace {
-
-bool IsSource(OptionLayer layer) {
-    return layer >= OptionLayer::Registry;
-}
-
-bool IsFile(OptionLayer layer) {
-    return layer == OptionLayer::UserFile || layer == OptionLayer::BasicFile;
-}
-
-}  // namespace
-
 // A source that start-up has read a folder from is asked again like the others.
 XOptionCandidates::XOptionCandidates(const std::vector<XKeptOrigin>& values) {
     for (auto value = values.rbegin(); value != values.rend(); ++value) {

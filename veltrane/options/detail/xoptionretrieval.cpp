@@ -1,6 +1,6 @@
 #include "veltrane/options/detail/xoptionretrieval.h"
 
-#include <map>
+#include <exception>
 #include <optional>
 #include <utility>
 
@@ -52,7 +52,7 @@ void XOptionRetrieval::AddSubject(XException& error, const XOptionDefinition& de
         for (const OptionPlace& place : m_Sources.AskEach(section, definition.szLongName, /*withFiles*/ true))
             add(place);
     } else if (error.GetSubject() && error.GetSubject()->reference.IsEmpty()) {  // an index is given twice
-        const XOptionFamily family = m_Sources.ReadFamily(section, definition.szLongName);
+        const XOptionFamily family = m_Sources.ReadFamily(section, definition.szLongName, /*withPlaces*/ true);
         const auto [first, last] = family.places.equal_range(error.GetSubject()->index);
         for (auto place = first; place != last; ++place) add({place->second, true});
     }
@@ -87,6 +87,7 @@ void XOptionRetrieval::RetrieveSingle(XOptionDefinition& definition, const CStri
     if (m_Origins.AreKept()) kept.emplace();
     const CString value = Value(section, definition.szLongName, kept ? &*kept : nullptr);
     if (!value.IsEmpty()) {
+        if (kept) kept->origin = OriginOf(kept->answers.front().places);
         Insert(definition, value, -1, kept ? std::move(*kept) : XKeptOrigin{});
     } else if (definition.IsMandatory()) {
         throw MakeError(Here(L"XOption::RetrieveOption"), L"The option <%s> must exist but could not be found!",
@@ -95,17 +96,14 @@ void XOptionRetrieval::RetrieveSingle(XOptionDefinition& definition, const CStri
 }
 
 void XOptionRetrieval::RetrieveMultiple(XOptionDefinition& definition, const CString& section) {
-    XMapInt2CString values;
-    std::vector<XOptionSources::IndexedOrigin> origins;
     const bool areKept = m_Origins.AreKept();
-    if (!m_Sources.GetKeyValueSet(values, section, definition.szLongName, areKept ? &origins : nullptr)) return;
-    std::map<int, OptionOrigin> winners;  // of each index the one found first
-    for (auto& [index, origin] : origins) winners.try_emplace(index, std::move(origin));
+    XOptionFamily family = m_Sources.ReadFamily(section, definition.szLongName, areKept);
+    if (family.fault) std::rethrow_exception(family.fault);
     CString value;
-    for (int index = values.GetFirst(value); index != -1; index = values.GetNext(value)) {
+    for (int index = family.values.GetFirst(value); index != -1; index = family.values.GetNext(value)) {
         if (value.IsEmpty()) continue;
         XKeptOrigin kept;
-        if (areKept) kept.origin = std::move(winners.at(index));
+        if (areKept) kept.origin = std::move(family.places.find(index)->second);
         Expand(value, section, areKept ? &kept : nullptr);
         Insert(definition, value, index, std::move(kept));
     }
@@ -151,13 +149,12 @@ XOptionExpansion XOptionRetrieval::NewExpansion(XKeptOrigin* kept) {
 }
 
 // A key's own text; a ROOT option that no file and no registry knows is taken from the environment, then from the
-// store. The first question is that of the value itself, all others are those of references.
+// store.
 CString XOptionRetrieval::SourceValue(const CString& section, const CString& key, XKeptOrigin* kept) {
     CString value;
-    OptionOrigin* const origin = kept && kept->answers.empty() ? &kept->origin : nullptr;
     XKeptAnswer* const answer = kept ? &kept->answers.emplace_back() : nullptr;
     std::vector<OptionPlace>* const places = answer ? &answer->places : nullptr;
-    m_Sources.GetValue(value, section, key, origin, places);
+    m_Sources.GetValue(value, section, key, places);
     if (value.IsEmpty() && IsRootSection(section)) value = ItemValue(key, places);
     if (!answer) return value;
     answer->text = value;

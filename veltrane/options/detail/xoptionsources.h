@@ -1,9 +1,8 @@
 #pragma once
 
+#include <exception>
 #include <map>
 #include <memory>
-#include <optional>
-#include <utility>
 #include <vector>
 
 #include "veltrane/config/xconfiguration.h"
@@ -13,10 +12,12 @@
 
 namespace veltrane::detail {
 
-/// Where the values of a family stand: the places of each index, the basic file before the user file.
+/// The values of a family by their index and, if wanted, where they stand, the basic file before the user file.
 struct XOptionFamily {
-    std::multimap<int, OptionOrigin> places;
-    std::optional<XException> fault = {};  ///< the error that has ended the reading
+    XMapInt2CString values = {};
+    std::multimap<int, OptionOrigin> places = {};
+    std::exception_ptr fault =
+        {};  ///< an index that is given twice has ended the reading; its second place is the last
 
     /// Whether a value of an index becomes an item: one at -1 ends a retrieval, an index given twice keeps all away.
     bool Gives(int index) const { return !fault && (index < -1 || !places.contains(-1)); }
@@ -32,30 +33,20 @@ public:
 
     /// The value of a key from the strongest source that has one.
     /// @param assignEmpty  whether the basic file answers for a missing or empty key, too
-    /// @param origin       receives where the value stands; may be null
-    /// @param places       receives each place that is asked, in the order of the questions, for Complete; may be null
+    /// @param places       receives each place that is asked, in the order of the questions, for Complete: the last one
+    ///                     found has the value; may be null
     /// @return found; otherwise value keeps what it held
     bool GetKeyValue(CString& value, const CString& section, const CString& key, bool assignEmpty,
-                     OptionOrigin* origin = nullptr, std::vector<OptionPlace>* places = nullptr) const;
+                     std::vector<OptionPlace>* places) const;
 
     /// GetKeyValue and, for a key of ROOT that has no text so far, the environment.
-    void GetValue(CString& value, const CString& section, const CString& key, OptionOrigin* origin = nullptr,
-                  std::vector<OptionPlace>* places = nullptr) const;
+    void GetValue(CString& value, const CString& section, const CString& key, std::vector<OptionPlace>* places) const;
 
     /// Puts in full what was asked without an answer.
     void Complete(std::vector<OptionPlace>& places) const;
 
-    /// An origin and the index of the value that has it.
-    using IndexedOrigin = std::pair<int, OptionOrigin>;
-
-    /// The values of a family from both files.
-    /// @param origins  receives where each stands, in the order of reading; may be null
-    /// @throws XException  an index that is given twice; origins then ends with the second one
-    bool GetKeyValueSet(XMapInt2CString& values, const CString& section, const CString& pattern,
-                        std::vector<IndexedOrigin>* origins = nullptr) const;
-
-    /// Where the values of a family stand in both files.
-    XOptionFamily ReadFamily(const CString& section, const CString& pattern) const;
+    /// The values of a family from both files. @param withPlaces  whether it is told where they stand
+    XOptionFamily ReadFamily(const CString& section, const CString& pattern, bool withPlaces) const;
 
     /// The key names of each section of a form from both files. @return false when no file is open
     bool GetOptionNameSet(XMapInt2CString& names, const CString& sectionFormat) const;
@@ -68,14 +59,17 @@ public:
                                       int index) const;
 
 private:
-    template <class Ask>
-    bool AskFiles(Ask ask) const;
-    bool Has(OptionLayer layer) const;
-    bool AskLayer(OptionLayer layer, CString& value, const CString& section, const CString& key, bool assignEmpty,
-                  OptionOrigin* origin) const;
-    OptionPlace AskAlone(OptionLayer layer, const CString& section, const CString& key) const;
+    const XConfiguration* FileOf(OptionLayer layer) const;  // null unless the layer is an open file
+    bool Has(const OptionLayerRow& row) const;
+    bool Ask(OptionLayer layer, CString& value, const CString& section, const CString& key, bool assignEmpty,
+             SourcePlace* place) const;
+    bool AskNoting(OptionLayer layer, CString& value, const CString& section, const CString& key, bool assignEmpty,
+                   std::vector<OptionPlace>* places) const;
     OptionPlace PlaceOf(OptionLayer layer, const CString& section, const CString& key) const;
 };
+
+/// The last place that was found, which has the value; the host without one.
+OptionOrigin OriginOf(const std::vector<OptionPlace>& places);
 
 /// Whether options of a section are looked for in the environment, too.
 bool IsRootSection(const CString& section);

@@ -26,14 +26,6 @@ CString MessageOf(const XException& error) {
                    : FormatText(L"%s (%s)", WithoutStop(json["message"]), WithoutStop(remarks[0]));
 }
 
-OptionOrigin PlaceOf(const ErrorPlace& known) {
-    OptionOrigin place{known, OptionLayer::Environment};
-    for (const OptionLayerRow& row : OPTION_SOURCES) {
-        if (CString{row.word} == known.layer) place.layer = row.layer;
-    }
-    return place;
-}
-
 CString NearestOption(CString name) {
     std::vector<CString> names;
     for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) names.emplace_back(row->szLongName);
@@ -48,14 +40,14 @@ public:
         if (!m_Meant.IsEmpty()) LintDatabase();
         for (const XException& error : m_Run.startup.errors) {
             const ErrorSubject subject = error.GetSubject() ? *error.GetSubject() : ErrorSubject{};
-            const auto found = std::ranges::find(subject.places, true, &ErrorPlace::found);
+            const auto found = std::ranges::find(subject.places, true, &OptionPlace::found);
             const bool isFound = found != subject.places.end();
             if (!subject.reference.IsEmpty()) {
                 LintReference(error, subject);
             } else if (subject.index >= 0 && !subject.places.empty()) {
                 continue;  // told with both places
             } else if (!subject.places.empty()) {
-                LintMissing(subject, isFound ? PlaceOf(*found) : LikelyPlace(subject));
+                LintMissing(subject, isFound ? OptionOrigin{*found} : LikelyPlace(subject));
             } else if (!IsOfBasicFile(error)) {
                 LintOther(error, subject);
             }
@@ -114,8 +106,9 @@ private:
                 if (asked.found && asked.text.Find(L"%" + subject.reference + L"%") >= 0) place = asked;
             }
         }
-        const auto found = std::ranges::find(subject.places, true, &ErrorPlace::found);
-        return place.line == 0 && found != subject.places.end() ? PlaceOf(*found) : place;
+        const auto found = std::ranges::find(subject.places, true, &OptionPlace::found);
+        if (place.line == 0 && found != subject.places.end()) place = *found;
+        return place;
     }
 
     void LintMissing(const ErrorSubject& subject, const OptionOrigin& place) {

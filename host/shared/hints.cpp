@@ -50,10 +50,10 @@ std::vector<CString> SectionNames(const CString& file) {
 }
 
 // Where a missing value was looked for, and the section that may have been meant.
-void AddPlaces(XException& error, const std::vector<ErrorPlace>& places) {
+void AddPlaces(XException& error, const std::vector<OptionPlace>& places) {
     CString hint;
     CString nearest;
-    for (const ErrorPlace& place : places) {
+    for (const OptionPlace& place : places) {
         if (place.file.IsEmpty()) continue;
         AddString(hint, FormatText(L"[%s] of <%s>", place.section, place.file));
         const std::vector<CString> sections = SectionNames(place.file);
@@ -65,7 +65,7 @@ void AddPlaces(XException& error, const std::vector<ErrorPlace>& places) {
     if (!nearest.IsEmpty()) AddHint(error, FormatText(L"Did you mean [%s]?", nearest));
 }
 
-void AddLine(XException& error, const ErrorPlace& place) {
+void AddLine(XException& error, const OptionPlace& place) {
     if (place.line == 0) return;
     AddHint(error, FormatText(L"See <%s>, line %d: %s=%s", place.file, place.line, place.key, place.text));
 }
@@ -86,11 +86,11 @@ void AddHints(XException& error) {
         if (!nearest.IsEmpty()) AddHint(error, FormatText(L"Did you mean <%%%s%%>?", nearest));
     }
     if (IsMetadataMissing(subject)) AddHint(error, L"Name the folder with <--metadata FOLDER>");
-    const auto found = std::ranges::find(subject.places, true, &ErrorPlace::found);
+    const auto found = std::ranges::find(subject.places, true, &OptionPlace::found);
     if (found == subject.places.end()) {
         AddPlaces(error, subject.places);
     } else if (subject.index >= 0) {
-        for (const ErrorPlace& place : subject.places) AddLine(error, place);
+        for (const OptionPlace& place : subject.places) AddLine(error, place);
     } else {
         AddLine(error, *found);
     }

@@ -164,7 +164,8 @@ TEST_F(OptionStartUp, ErrorsTellWhatIsWrongAndWhatItIsAbout) {
            reading + L"<load-dictionary>!\r\nreason: \tMultiple options <load-dictionary> for index <-3>!");
     CString told;
     const XException twice = ErrorOf([&] { m_Store->RetrieveOption(L"load-dictionary"); });
-    for (const ErrorPlace& place : twice.GetSubject()->places) told += FormatText(L"%s:%d ", place.layer, place.line);
+    for (const auto& place : twice.GetSubject()->places)
+        told += FormatText(L"%s:%d ", LayerName(place.layer), place.line);
     EXPECT_EQ(told, L"basic file:2 user file:2 ");
     m_Store->KeepOrigins(false);
     const XException plain = ErrorOf([&] { m_Store->RetrieveOption(L"load-dictionary"); });

@@ -7,19 +7,13 @@
 
 namespace veltrane {
 
-/// A place that has to do with an error, and the word for the layer that it belongs to ("user file").
-struct ErrorPlace : SourcePlace {
-    const wchar_t* layer = L"";
-    bool found = true;  ///< false: the place was asked and had nothing
-};
-
 /// What an error is about, as far as those know who raised it and passed it on, so that nobody has to search its texts.
 struct ErrorSubject {
     CString option = {};     ///< long name of the option that was to be read or retrieved
     CString argument = {};   ///< the word of the command line, or the name, that is not understood
     CString reference = {};  ///< name of the reference that leads nowhere, back to itself or too deep
     int index = -1;          ///< of the value, where an index is given twice, any int; else -1
-    std::vector<ErrorPlace> places = {};
+    std::vector<OptionPlace> places = {};  ///< that have to do with it
 };
 
 }  // namespace veltrane

@@ -45,16 +45,12 @@ void XOptionRetrieval::Retrieve(XOptionDefinition& definition) {
 // The option and the places that were asked for it.
 void XOptionRetrieval::AddSubject(XException& error, const XOptionDefinition& definition, const CString& section) {
     ErrorSubject subject{.option = definition.szLongName};
-    const auto add = [&](const OptionPlace& place) {
-        subject.places.push_back({place, LayerName(place.layer), place.found});
-    };
     if (definition.IsSingle()) {
-        for (const OptionPlace& place : m_Sources.AskEach(section, definition.szLongName, /*withFiles*/ true))
-            add(place);
+        subject.places = m_Sources.AskEach(section, definition.szLongName, /*withFiles*/ true);
     } else if (error.GetSubject() && error.GetSubject()->reference.IsEmpty()) {  // an index is given twice
         const XOptionFamily family = m_Sources.ReadFamily(section, definition.szLongName, /*withPlaces*/ true);
         const auto [first, last] = family.places.equal_range(error.GetSubject()->index);
-        for (auto place = first; place != last; ++place) add({place->second, true});
+        for (auto place = first; place != last; ++place) subject.places.push_back({place->second, true});
     }
     error.AddSubject(subject);
 }

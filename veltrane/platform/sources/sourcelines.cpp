@@ -6,6 +6,7 @@
 
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/sources/detail/profilescan.h"
+#include "veltrane/platform/sources/detail/registryindex.h"
 #include "veltrane/platform/sources/detail/registrywalk.h"
 #include "veltrane/platform/sources/detail/sourcefile.h"
 #include "veltrane/platform/sources/winreg.h"
@@ -161,7 +162,7 @@ private:
     /// What holds for the values of a key and for the lines that name it.
     struct Key {
         std::vector<int> lines;
-        std::map<CString, int> values;  // the line that answers, by folded name
+        RegistryValues values;
     };
 
     SourceLine& At(int number) { return m_Lines[static_cast<std::size_t>(number) - 1]; }
@@ -191,7 +192,7 @@ private:
         }
     }
 
-    void Tell(const RegistryLine& line, SourceLine& read) {
+    void Tell(RegistryLine& line, SourceLine& read) {
         switch (line.kind) {
             case RegistryLine::Kind::Key:
                 TellKey(line, read);
@@ -254,24 +255,20 @@ private:
 
     std::map<std::wstring, Key>::iterator Remove(std::map<std::wstring, Key>::iterator key) {
         for (const int number : key->second.lines) TakeBack(number, Reason::RemovedLater);
-        for (const auto& [name, number] : key->second.values) TakeBack(number, Reason::RemovedLater);
+        for (const auto& [name, value] : key->second.values) TakeBack(value.line, Reason::RemovedLater);
         return m_Keys.erase(key);
     }
 
-    void TellValue(const RegistryLine& line, SourceLine& read) {
+    void TellValue(RegistryLine& line, SourceLine& read) {
         const bool isRemoved = line.kind == RegistryLine::Kind::RemovedValue;
         read.key = Decoded(m_File, line.name);
         if (!m_Current) return Set(read, Kind::Ignored, Reason::NoCurrentKey);
-        const CString name = Folded(read.key);
-        if (const auto before = m_Current->values.find(name); before != m_Current->values.end()) {
-            TakeBack(before->second, isRemoved ? Reason::RemovedLater : Reason::ReplacedLater);
-            m_Current->values.erase(before);
-        }
-        if (isRemoved) return Set(read, Kind::Removal, Reason::None);
         read.value = RegistryText(reinterpret_cast<const unsigned char*>(line.data.data()),
                                   static_cast<std::uint32_t>(line.data.size()));
+        const int before = ApplyValue(line, Folded(read.key), m_Current->values);
+        if (before != 0) TakeBack(before, isRemoved ? Reason::RemovedLater : Reason::ReplacedLater);
+        if (isRemoved) return Set(read, Kind::Removal, Reason::None);
         Answer(read, Kind::Entry, m_IsAskable && read.key.Find(L'\0') < 0);
-        m_Current->values[name] = line.number;
     }
 
     const SourceFile& m_File;

@@ -29,6 +29,17 @@ bool SharesParent(std::string_view path, std::string_view other, std::size_t siz
 
 }  // namespace
 
+int ApplyValue(RegistryLine& read, const CString& name, RegistryValues& values) {
+    if (read.kind == RegistryLine::Kind::RemovedValue) {
+        const auto removed = values.extract(name);
+        return removed ? removed.mapped().line : 0;
+    }
+    RegistryValue& value = values[name];
+    const int before = value.line;
+    value = {read.type, std::move(read.data), read.number};
+    return before;
+}
+
 RegistryIndex::RegistryIndex(FileText text) : m_Text(text) {
     RegistryWalk walk{text};
     RegistryLine read;
@@ -113,12 +124,7 @@ void RegistryIndex::ReadValues(std::size_t number, RegistryValues& values) const
     for (RegistryLine read; walk.Next(read);) {
         using enum RegistryLine::Kind;
         if (read.kind != Value && read.kind != RemovedValue) continue;
-        const CString name = CString{DecodeFileText(m_Text.Piece(read.name))}.MakeLower();
-        if (read.kind == Value) {
-            values.insert_or_assign(name, RegistryValue{read.type, std::move(read.data), read.number});
-        } else {
-            values.erase(name);
-        }
+        ApplyValue(read, CString{DecodeFileText(m_Text.Piece(read.name))}.MakeLower(), values);
     }
 }
 

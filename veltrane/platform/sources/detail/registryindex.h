@@ -25,6 +25,11 @@ struct RegistryValue {
 /// The values of one key by their folded names; the default value has the empty name.
 using RegistryValues = std::map<CString, RegistryValue>;
 
+/// Applies a line that sets or removes a value to the values of its key; its data moves there.
+/// @param name  the value's, folded
+/// @return line of the value that was in force until now; 0 if there was none
+int ApplyValue(RegistryLine& read, const CString& name, RegistryValues& values);
+
 /// The places of all keys of a registry export, found in one pass from top to bottom as an import would go. The values
 /// of a key are read when they are asked for, and kept. It looks at the text that it was made of.
 class RegistryIndex {

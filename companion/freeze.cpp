@@ -1,6 +1,5 @@
 // One basic file that alone brings the values of this start-up.
 #include <algorithm>
-#include <map>
 
 #include "commands.h"
 #include "printable.h"
@@ -58,9 +57,7 @@ private:
 
 class Freezing {
 public:
-    Freezing(Answer& answer, Startup& startup) : m_Answer(answer), m_Options(startup.options), m_Files(startup) {
-        for (const OptionLocation& location : m_Options.GetLocations()) m_Locations[location.option] = location.kind;
-    }
+    Freezing(Answer& answer, Startup& startup) : m_Answer(answer), m_Options(startup.options), m_Files(startup) {}
 
     void Run() {
         m_Answer.document["not_carried"] = Json::array();
@@ -134,12 +131,7 @@ private:
 
     // What names the places of the sources themselves, and the folders that are asked for in no file now.
     bool IsTooLate(const XOptionDefinition& row) {
-        const auto location = m_Locations.find(row.szLongName);
-        if (location == m_Locations.end() || location->second == OptionLocation::Kind::Data) return false;
-        if (location->second == OptionLocation::Kind::UserFile) return true;
-        const OptionCandidates found = m_Options.GetOptionCandidates(row.szLongName, -1);
-        return std::ranges::none_of(found.places,
-                                    [](const OptionPlace& place) { return place.layer == OptionLayer::BasicFile; });
+        return row.eOption != eOptionData && m_Options.ComesTooLate(row.szLongName);
     }
 
     void AddRules(enumOption option) {
@@ -167,7 +159,6 @@ private:
     Answer& m_Answer;
     XOption& m_Options;
     StartupFiles m_Files;
-    std::map<CString, OptionLocation::Kind> m_Locations;  // by the option that names them
     File m_File;
 };
 

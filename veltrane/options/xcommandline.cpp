@@ -1,6 +1,7 @@
 #include "veltrane/options/xcommandline.h"
 
 #include "veltrane/foundation/xraise.h"
+#include "veltrane/options/detail/optionlookup.h"
 #include "veltrane/platform/process/process.h"
 
 using namespace veltrane;
@@ -47,7 +48,7 @@ XOptionDefinition* XCommandLine::GetNext(CString& value) {
     const CString& argument = (*m_Arguments)[static_cast<std::size_t>(m_nCurrent)];
     if (!LooksLikeOption(argument)) {
         value = argument;
-        return FindOptionDefinition(L"--name");
+        return &detail::LibraryRow(eOptionName);
     }
     XOptionDefinition* const definition = FindOptionDefinition(argument);
     if (!definition) {

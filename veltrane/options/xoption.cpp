@@ -1,6 +1,6 @@
 #include "veltrane/options/xoption.h"
 
-#include "veltrane/options/detail/xoptionlocation.h"
+#include "veltrane/options/detail/xoptiongetter.h"
 #include "veltrane/options/detail/xoptionretrieval.h"
 
 using namespace veltrane;
@@ -10,7 +10,7 @@ XOption::XOption()
     : m_pItems(std::make_unique<XOptionItems>()),
       m_pSources(std::make_unique<XOptionSources>()),
       m_pOrigins(std::make_unique<XOptionOrigins>()),
-      m_pRetrieval(std::make_unique<XOptionRetrieval>(*this, *m_pItems, *m_pSources, *m_pOrigins)) {
+      m_pRetrieval(std::make_unique<XOptionRetrieval>(*m_pItems, *m_pSources, *m_pOrigins)) {
     OptionRegistry::StoreMade();
 }
 
@@ -26,17 +26,7 @@ XOption::~XOption() {
 }
 
 XOptionDefinition* XOption::GetOptionDefinition(const CString& name) {
-    return DefinitionOf(name);
-}
-
-XOptionDefinition* XOption::DefinitionOf(const CString& name) {
-    if (name.IsEmpty()) return nullptr;
-    XOptionDefinition* const definition = FindOptionDefinition(name);
-    if (!definition) {
-        throw About({.argument = name}, MakeError(Here(L"XOption::GetOptionDefinition"),
-                                                  L"The option <%s> is not known by the system!", name));
-    }
-    return definition;
+    return KnownOption(name);
 }
 
 void XOption::RetrieveOption(const CString& name) {
@@ -50,7 +40,7 @@ void XOption::RetrieveOption(XOptionDefinition* definition) {
 XOptionItem* XOption::InsertOptionItem(const CString& name, const CString& value, int index) {
     XOptionDefinition* const definition = GetOptionDefinition(name);
     if (!definition) return nullptr;
-    return m_pRetrieval->Insert(*definition, value, index, {{{{}, 0, {}, {}, value}, OptionLayer::Host}});
+    return m_pRetrieval->Insert(*definition, value, index, OptionLayer::Host);
 }
 
 XOptionItem* XOption::GetFirstOptionItem(const CString& name) {

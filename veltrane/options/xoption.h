@@ -17,6 +17,7 @@ class XOptionItems;
 class XOptionOrigins;
 class XOptionRetrieval;
 class XOptionSources;
+struct StartupFolder;
 struct XKeptOrigin;
 struct XOptionFamily;
 using XOptionFamilies = std::map<const XOptionDefinition*, XOptionFamily>;  // read for several values of an option
@@ -140,14 +141,12 @@ public:
     std::vector<veltrane::OptionLocation> GetLocations() const;
 
 private:
-    static XOptionDefinition* DefinitionOf(const CString& name);
-    void InsertFolder(const CString& name, const CString& folder);
     void ParseCommandLine();
     void OpenRegistry();
     void ActOnCommand(const XOptionDefinition& definition);
     void ShowVersion();
     void RetrieveMetadataFolder();
-    void RetrieveUserPath(const CString& optionName, const CString& defaultFolder);
+    void RetrieveUserPath(const veltrane::detail::StartupFolder& folder);
     void OpenUserConfiguration();
     void OpenBasicConfiguration();
     static CString BasicFilePath(const CString& metadata, const CString& exeName);
@@ -165,7 +164,6 @@ private:
                           int index) const;
     CString ExplainSingle(veltrane::detail::XKeptOrigin& kept, const XOptionDefinition& definition) const;
     CString ExplainFamily(veltrane::detail::XKeptOrigin& kept, const XOptionDefinition& definition, int index) const;
-    CString StoredText(const wchar_t* option) const;
 
     bool m_bLookOnly = false;
     std::optional<bool> m_bDataKnown;  // when the folders were made out, if one of them needed the option "data"

@@ -4,7 +4,9 @@
 #include <utility>
 
 #include "veltrane/foundation/xpath.h"
+#include "veltrane/options/detail/startupfolders.h"
 #include "veltrane/options/detail/xoptioncandidates.h"
+#include "veltrane/options/detail/xoptiongetter.h"
 #include "veltrane/options/detail/xoptionretrieval.h"
 #include "veltrane/options/detail/xoptionsteps.h"
 #include "veltrane/options/xoption.h"
@@ -20,12 +22,6 @@ namespace {
 
 OptionLocation LocationOf(OptionLocation::Kind kind, const CString& option, const CString& path) {
     return {kind, option, path, FromUtf8(MapPath(path)), FileExists(path)};
-}
-
-// Whether start-up makes a folder of the option out.
-bool IsFolder(const XOptionDefinition& definition) {
-    constexpr std::wstring_view FOLDERS[] = {L"metadata", L"config", L"changefile-root", L"logging"};
-    return std::ranges::find(FOLDERS, std::wstring_view{definition.szLongName}) != std::end(FOLDERS);
 }
 
 // An item has the value that it has; without a known origin the steps may be those of another value.
@@ -50,8 +46,7 @@ void XOption::LookOnly(bool wanted) {
 }
 
 OptionOrigin XOption::GetOptionOrigin(const XOptionItem* item) const {
-    const std::vector<XKeptOrigin> values = ValuesOf(item);
-    return values.empty() ? OptionOrigin{} : values.back().origin;
+    return item ? m_pOrigins->LastOf(*item) : OptionOrigin{};
 }
 
 std::vector<XKeptOrigin> XOption::ValuesOf(const XOptionItem* item) const {
@@ -59,7 +54,7 @@ std::vector<XKeptOrigin> XOption::ValuesOf(const XOptionItem* item) const {
 }
 
 OptionCandidates XOption::GetOptionCandidates(const CString& name, int index) const {
-    const XOptionDefinition* const definition = DefinitionOf(name);
+    const XOptionDefinition* const definition = KnownOption(name);
     if (!definition) return {};
     const SourceSnapshot snapshot;
     XOptionFamilies families;
@@ -70,7 +65,7 @@ std::vector<OptionCandidates> XOption::GetAllOptionCandidates(const CString& nam
     std::vector<OptionCandidates> all;
     const SourceSnapshot snapshot;
     XOptionFamilies families;
-    for (const XOptionItem* item : m_pItems->ItemsOf(DefinitionOf(name))) {
+    for (const XOptionItem* item : m_pItems->ItemsOf(KnownOption(name))) {
         all.push_back(CandidatesOf(XOptionItems::DefinitionOf(*item), item->GetOptionIndex(), item, families));
     }
     return all;
@@ -108,7 +103,7 @@ OptionCandidates XOption::CandidatesOf(const XOptionDefinition& definition, int 
 
 OptionExplanation XOption::ExplainOption(const CString& name, int index) const {
     OptionExplanation explanation;
-    const XOptionDefinition* const definition = DefinitionOf(name);
+    const XOptionDefinition* const definition = KnownOption(name);
     if (!definition) return explanation;
     const SourceSnapshot snapshot;
     const XOptionItem* const item = m_pItems->FindExactly(*definition, index);
@@ -172,15 +167,13 @@ CString XOption::GetSectionName(enumCfgSection section) const {
 // The folders are made out before a file is open: "metadata" always, the others when the folder "data" is known by
 // then.
 bool XOption::IsTooLateForFiles(const XOptionDefinition& definition) const {
-    if (std::wstring_view{definition.szLongName} == L"metadata") return true;
-    if (!IsFolder(definition)) return false;
+    if (definition.eOption == eOptionMetadata) return true;
+    if (!IsStartupFolder(definition)) return false;
     if (m_bDataKnown) return *m_bDataKnown;
-    const XOptionDefinition& data = *FindOptionDefinition(L"data");
+    const XOptionDefinition& data = LibraryRow(eOptionData);
     const XOptionItem* const item = m_pItems->Find(data, -1);
     const OptionLayer layer = GetOptionOrigin(item).layer;
-    if (item && !IsFile(layer)) {
-        return !item->GetOptionValue().IsEmpty();
-    }
+    if (item && !IsFile(layer)) return !item->GetOptionValue().IsEmpty();
     const auto places = m_pSources->AskEach(GetSectionName(data.eSection), data.szLongName, /*withFiles*/ false);
     return std::ranges::any_of(places, [](const OptionPlace& place) { return !place.text.IsEmpty(); });
 }
@@ -188,13 +181,14 @@ bool XOption::IsTooLateForFiles(const XOptionDefinition& definition) const {
 // Whether start-up asks the environment for the option while no file is open, and gets a value. One whose references
 // lead to nothing leaves the option to the files.
 bool XOption::IsEnvironmentEarly(const XOptionDefinition& definition, const std::vector<OptionPlace>& places) const {
-    const bool isAskedEarly = definition.eOption == eOptionData ? m_bDataKnown.has_value() : IsFolder(definition);
+    const bool isAskedEarly =
+        definition.eOption == eOptionData ? m_bDataKnown.has_value() : IsStartupFolder(definition);
     const bool isAnswered = !places.empty() && places.back().layer == OptionLayer::Environment && places.back().found;
     return isAskedEarly && isAnswered && m_pRetrieval->GivesEarly(places.back().text);
 }
 
 bool XOption::ComesTooLate(const CString& name) const {
-    const XOptionDefinition* const definition = DefinitionOf(name);
+    const XOptionDefinition* const definition = KnownOption(name);
     if (!definition) return false;
     const bool isAskedEarly = definition->eOption == eOptionData || definition->eOption == eOptionIni;
     return isAskedEarly || IsTooLateForFiles(*definition);
@@ -203,27 +197,28 @@ bool XOption::ComesTooLate(const CString& name) const {
 std::vector<OptionLocation> XOption::GetLocations() const {
     using enum OptionLocation::Kind;
     std::vector<OptionLocation> locations{LocationOf(Registry, {}, GetRegistryFile())};
-    const auto add = [&](OptionLocation::Kind kind, const wchar_t* option) {
-        locations.push_back(LocationOf(kind, option, StoredText(option)));
+    const auto stored = [this](const XOptionDefinition& row) -> const CString& {
+        return TextOf(m_pItems->Find(row, -1));
     };
-    add(MetadataFolder, L"metadata");
-    const bool isStarted = m_pItems->Find(*FindOptionDefinition(L"exe-name"), -1);
-    const CString basic = isStarted ? BasicFilePath(StoredText(L"metadata"), StoredText(L"exe-name")) : CString{};
-    locations.push_back(LocationOf(BasicFile, {}, basic));
-    const CString user = StoredText(L"ini");
-    if (!user.IsEmpty()) locations.push_back(LocationOf(UserFile, L"ini", user));
+    const auto add = [&](OptionLocation::Kind kind, const XOptionDefinition& row) {
+        locations.push_back(LocationOf(kind, row.szLongName, stored(row)));
+    };
+    constexpr XOptionDefinition& metadata = LibraryRow(eOptionMetadata);
+    constexpr XOptionDefinition& exeName = LibraryRow(eOptionExeName);
+    constexpr XOptionDefinition& ini = LibraryRow(eOptionIni);
+    add(MetadataFolder, metadata);
+    const bool isStarted = m_pItems->Find(exeName, -1);
+    locations.push_back(
+        LocationOf(BasicFile, {}, isStarted ? BasicFilePath(stored(metadata), stored(exeName)) : CString{}));
+    const CString user = stored(ini);
+    if (!user.IsEmpty()) add(UserFile, ini);
     if (!user.IsEmpty() && !IsAbsolutePath(user)) {
-        locations.push_back(LocationOf(UserFile, L"ini", BuildFileName(StoredText(L"config"), user)));
+        const CString path = BuildFileName(stored(LibraryRow(eOptionConfig)), user);
+        locations.push_back(LocationOf(UserFile, ini.szLongName, path));
     }
-    add(Data, L"data");
-    for (const wchar_t* option : {L"config", L"changefile-root", L"logging"}) add(UserFolder, option);
+    add(Data, LibraryRow(eOptionData));
+    for (const StartupFolder& folder : USER_FOLDERS) add(UserFolder, folder.option);
     return locations;
-}
-
-// What the getter gives, which is not const for those who know it.
-CString XOption::StoredText(const wchar_t* option) const {
-    const XOptionItem* const item = m_pItems->Find(*FindOptionDefinition(option), -1);
-    return item ? item->GetOptionValue() : CString{};
 }
 
 std::vector<OptionRenaming> XOption::PreviewTableName(const CString& name, int version, bool keepCase) const {

@@ -15,7 +15,7 @@ using namespace veltrane::detail;
 namespace {
 
 const XOptionDefinition& RuleDefinition(enumOption option) {
-    return *FindOptionDefinition(option == eOptionTableNameRules ? L"tablename-rules" : L"columnname-rules");
+    return option == eOptionTableNameRules ? LibraryRow(eOptionTableNameRules) : LibraryRow(eOptionColumnNameRules);
 }
 
 /// Calls take(field) for each field of a comma-separated list, up to the first empty one.

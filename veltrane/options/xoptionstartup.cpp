@@ -4,7 +4,8 @@
 #include <utility>
 
 #include "veltrane/foundation/xpath.h"
-#include "veltrane/options/detail/xoptionlocation.h"
+#include "veltrane/options/detail/startupfolders.h"
+#include "veltrane/options/detail/xoptiongetter.h"
 #include "veltrane/options/detail/xoptionretrieval.h"
 #include "veltrane/options/xcommandline.h"
 #include "veltrane/options/xoption.h"
@@ -18,19 +19,16 @@ using namespace veltrane::detail;
 
 namespace {
 
-constexpr wchar_t DEFAULT_METADATA_FOLDER[] = L".metadata";
-
-struct UserFolder {
-    const wchar_t* option;
-    const wchar_t* defaultFolder;
-};
-
-// In the order in which they are resolved.
-constexpr UserFolder USER_FOLDERS[] = {
-    {L"config", L"configuration"},
-    {L"changefile-root", L"changefile"},
-    {L"logging", L"log"},
-};
+// The rows of start-up's own questions.
+constexpr XOptionDefinition& EXE_PATH = LibraryRow(eOptionExePath);
+constexpr XOptionDefinition& EXE_NAME = LibraryRow(eOptionExeName);
+constexpr XOptionDefinition& COMPILE_TIME = LibraryRow(eOptionCompileTime);
+constexpr XOptionDefinition& VERSION_INFO = LibraryRow(eOptionVersionInfo);
+constexpr XOptionDefinition& DATE_TIME = LibraryRow(eOptionDateTime);
+constexpr XOptionDefinition& METADATA = METADATA_FOLDER.option;
+constexpr XOptionDefinition& CONFIG = LibraryRow(eOptionConfig);
+constexpr XOptionDefinition& DATA = LibraryRow(eOptionData);
+constexpr XOptionDefinition& INI = LibraryRow(eOptionIni);
 
 constexpr XFailure<> OPENING{L"Error locating and opening the configuration!",
                              L"An unknown exception occured while locating and opening the configuration!"};
@@ -63,18 +61,18 @@ private:
 
 void XOption::Initialize(const CString& exePath, const CString& exeName, const CString& compileTime,
                          const CString& versionInfo, const CString& dateTime) {
-    InsertOptionItem(L"exe-path", exePath, -1);
-    InsertOptionItem(L"exe-name", exeName, -1);
-    InsertOptionItem(L"compile-time", compileTime, -1);
-    InsertOptionItem(L"version-info", versionInfo, -1);
-    InsertOptionItem(L"datetime", dateTime, -1);
+    m_pRetrieval->Insert(EXE_PATH, exePath, -1, OptionLayer::Host);
+    m_pRetrieval->Insert(EXE_NAME, exeName, -1, OptionLayer::Host);
+    m_pRetrieval->Insert(COMPILE_TIME, compileTime, -1, OptionLayer::Host);
+    m_pRetrieval->Insert(VERSION_INFO, versionInfo, -1, OptionLayer::Host);
+    m_pRetrieval->Insert(DATE_TIME, dateTime, -1, OptionLayer::Host);
     Steps steps{m_bLookOnly};
     steps.Take([this] { ParseCommandLine(); });  // which may end the process: no snapshot stands while exit runs
     const SourceSnapshot snapshot;               // of all that follows no host sees when it is read
     steps.Take([this] { OpenRegistry(); });
     steps.Take([this] { RetrieveMetadataFolder(); });
-    for (const UserFolder& folder : USER_FOLDERS) {
-        steps.Take([&] { RetrieveUserPath(folder.option, folder.defaultFolder); });
+    for (const StartupFolder& folder : USER_FOLDERS) {
+        steps.Take([&] { RetrieveUserPath(folder); });
     }
     steps.Finish();
 }
@@ -92,7 +90,7 @@ void XOption::ParseCommandLine() {
 
 void XOption::OpenRegistry() {
     auto& registry = m_pSources->registry;
-    if (!registry) registry = std::make_unique<XRegistry>(GetFileNameBase(GetOptionString(L"exe-name", -1)));
+    if (!registry) registry = std::make_unique<XRegistry>(GetFileNameBase(OptionText(*m_pItems, EXE_NAME)));
 }
 
 // Options that end the process, what follows them unseen.
@@ -115,57 +113,55 @@ void XOption::ActOnCommand(const XOptionDefinition& definition) {
 
 void XOption::ShowVersion() {
     AfxMessageBox(
-        FormatText(L"Program Name:\t%s\r\nProgram Version:\t%s\r\nCompile Time:\t%s", GetOptionString(L"exe-name", -1),
-                   GetOptionString(L"version-info", -1), GetOptionString(L"compile-time", -1)),
+        FormatText(L"Program Name:\t%s\r\nProgram Version:\t%s\r\nCompile Time:\t%s", OptionText(*m_pItems, EXE_NAME),
+                   OptionText(*m_pItems, VERSION_INFO), OptionText(*m_pItems, COMPILE_TIME)),
         MB_ICONINFORMATION);
 }
 
 void XOption::RetrieveMetadataFolder() {
-    RetrieveOption(L"metadata");
-    CString folder = GetOptionString(L"metadata", -1);
+    m_pRetrieval->Retrieve(METADATA);
+    CString folder = OptionText(*m_pItems, METADATA);
     if (!IsAbsolutePath(folder)) {
-        folder = BuildFileName(GetOptionString(L"exe-path", -1), folder.IsEmpty() ? DEFAULT_METADATA_FOLDER : folder);
-        InsertFolder(L"metadata", folder);
+        folder =
+            BuildFileName(OptionText(*m_pItems, EXE_PATH), folder.IsEmpty() ? METADATA_FOLDER.defaultFolder : folder);
+        m_pRetrieval->Insert(METADATA, folder, -1, OptionLayer::StartUp);
     }
     if (!FileExists(folder)) {
-        throw About({.option = L"metadata"},
+        throw About({.option = METADATA.szLongName},
                     MakeMissingFolder(Here(L"XOption::RetrieveMetadataFolder"), folder,
                                       L"The folder with the metadata information does not exist!"));
     }
 }
 
-void XOption::RetrieveUserPath(const CString& optionName, const CString& defaultFolder) {
+void XOption::RetrieveUserPath(const StartupFolder& folder) {
     constexpr auto method = L"XOption::RetrieveUserPath";
-    RetrieveOption(optionName);
-    CString path = GetOptionString(optionName, -1);
+    XOptionDefinition& option = folder.option;
+    m_pRetrieval->Retrieve(option);
+    CString path = OptionText(*m_pItems, option);
     bool isDefault = false;
     if (!IsAbsolutePath(path)) {
-        RetrieveOption(L"data");
-        const CString data = GetOptionString(L"data", -1);
+        m_pRetrieval->Retrieve(DATA);
+        const CString data = OptionText(*m_pItems, DATA);
         m_bDataKnown = !data.IsEmpty();
         if (data.IsEmpty()) return;
         if (!FileExists(data)) {
-            throw About({.option = L"data"},
+            throw About({.option = DATA.szLongName},
                         MakeMissingFolder(Here(method), data, L"The global output data folder does not exist!"));
         }
         isDefault = path.IsEmpty();
-        path = BuildFileName(data, isDefault ? defaultFolder : path);
-        InsertFolder(optionName, path);
+        path = BuildFileName(data, isDefault ? folder.defaultFolder : path);
+        m_pRetrieval->Insert(option, path, -1, OptionLayer::StartUp);
     }
     if (FileExists(path) || (isDefault && m_bLookOnly)) return;
     if (!isDefault) {
-        throw About({.option = optionName},
-                    MakeMissingFolder(Here(method), path, L"The folder for <%s> does not exist!", optionName));
+        throw About({.option = option.szLongName},
+                    MakeMissingFolder(Here(method), path, L"The folder for <%s> does not exist!", option.szLongName));
     }
     if (!CreateDirectoryW(path)) {
-        throw About({.option = optionName},
+        throw About({.option = option.szLongName},
                     MakeMissingFolder(Here(method), path, L"The folder for <%s> does not exist and can not be created!",
-                                      optionName));
+                                      option.szLongName));
     }
-}
-
-void XOption::InsertFolder(const CString& name, const CString& folder) {
-    m_pRetrieval->Insert(*GetOptionDefinition(name), folder, -1, {{{{}, 0, {}, {}, folder}, OptionLayer::StartUp}});
 }
 
 void XOption::OpenConfiguration() {
@@ -180,8 +176,8 @@ void XOption::OpenConfiguration() {
 
 void XOption::OpenUserConfiguration() {
     constexpr auto method = L"XOption::OpenConfiguration";
-    RetrieveOption(L"ini");
-    CString file = GetOptionString(L"ini", -1);
+    m_pRetrieval->Retrieve(INI);
+    CString file = OptionText(*m_pItems, INI);
     if (file.IsEmpty()) return;
     CFileStatus status;
     if (CFile::GetStatus(file, status)) {
@@ -189,23 +185,23 @@ void XOption::OpenUserConfiguration() {
         return;
     }
     if (!IsAbsolutePath(file)) {
-        const CString folder = GetOptionString(L"config", -1);
+        const CString folder = OptionText(*m_pItems, CONFIG);
         if (!FileExists(folder)) {
             throw About(
-                {.option = L"config"},
+                {.option = CONFIG.szLongName},
                 MakeMissingFolder(Here(method), folder, L"The userspace configuration location does not exist!"));
         }
         file = BuildFileName(folder, file);
     }
     if (!FileExists(file)) {
-        throw About({.option = L"ini"},
+        throw About({.option = INI.szLongName},
                     MakeMissingFile(Here(method), file, L"The specified user configuration file does not exist!"));
     }
     m_pSources->userFile = std::make_unique<XConfiguration>(file);
 }
 
 void XOption::OpenBasicConfiguration() {
-    const CString path = BasicFilePath(GetOptionString(L"metadata", -1), GetOptionString(L"exe-name", -1));
+    const CString path = BasicFilePath(OptionText(*m_pItems, METADATA), OptionText(*m_pItems, EXE_NAME));
     if (!FileExists(path)) {
         throw MakeMissingFile(Here(L"XOption::OpenConfiguration"), path,
                               L"The basic configuration could not be found!");
@@ -236,9 +232,9 @@ void XOption::ReadConfiguration() {
 
 // Each item ends with its own classes and those of every item before it.
 void XOption::MergeObsoleteClasses() {
-    const CString option = L"obsolete-classes";
+    const XOptionDefinition* const option = &LibraryRow(eOptionObsoleteClasses);
     XSetInt all;
-    for (XOptionItem* item = GetFirstOptionItem(option); item; item = GetNextOptionItem(option)) {
+    for (XOptionItem* item = m_pItems->GetFirst(option); item; item = m_pItems->GetNext(option)) {
         if (const XSetInt* const list = item->GetOptionIList()) all.Union(*list);
         item->SetOptionIList(all);
     }

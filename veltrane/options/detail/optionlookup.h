@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <functional>
@@ -25,6 +26,13 @@ inline int OptionRow(const XOptionDefinition& definition) {
     const OptionRegistry* const own = OptionRegistry::Registered();
     const int row = own ? own->RowOf(definition) : -1;
     return row < 0 ? -1 : OPTION_COUNT + row;
+}
+
+/// The row of an option that the library itself asks for.
+consteval XOptionDefinition& LibraryRow(enumOption option) {
+    const auto* const row = std::ranges::find(g_OptionDefinitions, option, &XOptionDefinition::eOption);
+    if (row == std::end(g_OptionDefinitions) || option == eOptionTitle) throw "no option of the table has that id";
+    return const_cast<XOptionDefinition&>(*row);  // as hosts know the rows; nobody changes them
 }
 
 /// Mixes the length and five elements of a name; the names of the table spread well over it.

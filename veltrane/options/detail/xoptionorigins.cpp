@@ -43,6 +43,11 @@ std::vector<XKeptOrigin> XOptionOrigins::Of(const XOptionItem& item) const {
     return values;
 }
 
+OptionOrigin XOptionOrigins::LastOf(const XOptionItem& item) const {
+    const std::vector<XKeptOrigin> values = Of(item);
+    return values.empty() ? OptionOrigin{} : values.back().origin;
+}
+
 void XOptionOrigins::NoteRule(enumOption option, int number, OptionOrigin origin) {
     const bool isThere = !m_RulePlaces.empty() && m_RulePlaces.back().layer == origin.layer &&
                          m_RulePlaces.back().section == origin.section && m_RulePlaces.back().file == origin.file;

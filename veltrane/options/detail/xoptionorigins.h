@@ -39,6 +39,9 @@ public:
     /// All values that an item has had, the newest last. One that a host has put into the item itself comes from it.
     std::vector<XKeptOrigin> Of(const XOptionItem& item) const;
 
+    /// Where the value of an item comes from; the host without an answer.
+    OptionOrigin LastOf(const XOptionItem& item) const;
+
     /// Notes where the text of a naming rule stands. @param number  of the rule among those of its kind, from 0
     void NoteRule(enumOption option, int number, OptionOrigin origin);
     /// Fills in the origins of all rules of one kind.

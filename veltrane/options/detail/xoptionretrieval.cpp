@@ -5,8 +5,7 @@
 #include <utility>
 
 #include "veltrane/options/detail/optionregistry.h"
-#include "veltrane/options/detail/xoptionlocation.h"
-#include "veltrane/options/xoption.h"
+#include "veltrane/options/detail/xoptiongetter.h"
 
 namespace veltrane::detail {
 
@@ -17,9 +16,8 @@ constexpr XFailure<const wchar_t*> RETRIEVAL{L"Error retrieving option <%s>!",
 
 }  // namespace
 
-XOptionRetrieval::XOptionRetrieval(XOption& store, XOptionItems& items, XOptionSources& sources,
-                                   XOptionOrigins& origins)
-    : m_Store(store), m_Items(items), m_Sources(sources), m_Origins(origins) {}
+XOptionRetrieval::XOptionRetrieval(XOptionItems& items, XOptionSources& sources, XOptionOrigins& origins)
+    : m_Items(items), m_Sources(sources), m_Origins(origins) {}
 
 void XOptionRetrieval::Retrieve(XOptionDefinition& definition) {
     const wchar_t* const name = definition.szLongName;
@@ -62,6 +60,11 @@ XOptionItem* XOptionRetrieval::Insert(XOptionDefinition& definition, const CStri
     return item;
 }
 
+XOptionItem* XOptionRetrieval::Insert(XOptionDefinition& definition, const CString& value, int index,
+                                      OptionLayer layer) {
+    return Insert(definition, value, index, XKeptOrigin{{{{}, 0, {}, {}, value}, layer}});
+}
+
 CString XOptionRetrieval::SectionName(enumCfgSection section, bool isStoring) {
     const XConfigSection* const row = FindConfigSection(section);
     if (!row) return {};
@@ -69,10 +72,10 @@ CString XOptionRetrieval::SectionName(enumCfgSection section, bool isStoring) {
     CString own = row->szName;
     if (own.Left(2) == L"--") {
         const CString option = own.Mid(2);
-        XOptionDefinition* const definition = m_Store.GetOptionDefinition(option);
+        XOptionDefinition* const definition = KnownOption(option);
         if (isStoring) Retrieve(*definition);
         own = isStoring || m_Items.Find(*definition, -1)
-                  ? m_Store.GetOptionString(option, -1)
+                  ? OptionText(m_Items, option, -1)
                   : Value(SectionName(definition->eSection, isStoring), option, nullptr);
     }
     return parent.IsEmpty() || own.IsEmpty() ? own : FormatText(L"%s\\%s", parent, own);
@@ -165,11 +168,11 @@ CString XOptionRetrieval::ItemValue(const CString& key, std::vector<OptionPlace>
     // The getter takes plain texts alone, and all of the library's ROOT are; of others no item is no value.
     const bool isPlainText = !own || (own->IsString() && !own->IsValueOptional());
     if (!isPlainText && own->IsSingle() && !m_Items.Find(*own, -1)) return {};
-    CString value = m_Store.GetOptionString(key, -1);
-    const XOptionDefinition* const definition = places ? m_Store.GetOptionDefinition(key) : nullptr;
+    CString value = OptionText(m_Items, key, -1);
+    const XOptionDefinition* const definition = places ? KnownOption(key) : nullptr;
     const XOptionItem* const item = definition ? m_Items.Find(*definition, -1) : nullptr;
     if (!item) return value;
-    OptionPlace place{m_Store.GetOptionOrigin(item), true};
+    OptionPlace place{m_Origins.LastOf(*item), true};
     place.text = value;
     places->push_back(place);
     return value;

@@ -5,20 +5,20 @@
 #include "veltrane/options/detail/xoptionorigins.h"
 #include "veltrane/options/detail/xoptionsources.h"
 
-class XOption;
-
 namespace veltrane::detail {
 
 /// Asks the sources of a store for options and puts what they answer among its items.
 class XOptionRetrieval {
 public:
-    XOptionRetrieval(XOption& store, XOptionItems& items, XOptionSources& sources, XOptionOrigins& origins);
+    XOptionRetrieval(XOptionItems& items, XOptionSources& sources, XOptionOrigins& origins);
 
     /// Fills an option that has no item yet. @throws XException  as XOption::RetrieveOption
     void Retrieve(XOptionDefinition& definition);
 
     /// Stores a value and notes where it comes from.
     XOptionItem* Insert(XOptionDefinition& definition, const CString& value, int index, XKeptOrigin origin);
+    /// Likewise one that a layer gives of its own accord.
+    XOptionItem* Insert(XOptionDefinition& definition, const CString& value, int index, OptionLayer layer);
 
     /// Full name of a section; "%d" stays in it. The option that names the database is retrieved for it and, with
     /// isStoring, becomes an item.
@@ -40,7 +40,6 @@ private:
     CString SourceValue(const CString& section, const CString& key, XKeptOrigin* kept);
     CString ItemValue(const CString& key, std::vector<OptionPlace>* places);
 
-    XOption& m_Store;
     XOptionItems& m_Items;
     XOptionSources& m_Sources;
     XOptionOrigins& m_Origins;

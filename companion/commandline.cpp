@@ -78,6 +78,7 @@ public:
         m_App.formatter(std::make_shared<HelpText>());
         m_App.allow_extras();
         m_App.fallthrough();
+        m_App.require_subcommand(0, 1);  // what follows the first is a word of it
         m_App.get_formatter()->column_width(24);
         for (const CommandRow& row : COMMANDS) AddCommand(row);
         AddSwitches(m_App, "");

@@ -5,6 +5,7 @@
 #include "printable.h"
 #include "startupfiles.h"
 #include "veltrane/config/xconfiguration.h"
+#include "veltrane/foundation/xstring.h"
 #include "veltrane/platform/process/localtime.h"
 #include "veltrane/platform/process/process.h"
 #include "veltrane/platform/text/indexformat.h"
@@ -101,8 +102,10 @@ private:
                 AddValue(row, index, places[0].text);
                 continue;
             }
+            CString twice;
+            for (const OptionPlace& place : places) AddString(twice, PlaceText(place));
             for (const OptionPlace& place : places) {
-                Leave(LabelOf(row, index), place.text, L"the index is given twice, here in " + PlaceText(place));
+                if (!place.text.IsEmpty()) Leave(LabelOf(row, index), place.text, L"index given twice: " + twice);
             }
         }
     }

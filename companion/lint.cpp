@@ -8,6 +8,7 @@
 #include "commands.h"
 #include "nearest.h"
 #include "printable.h"
+#include "startupfiles.h"
 #include "veltrane/platform/files/filesystem.h"
 
 namespace veltrane::config {
@@ -85,9 +86,7 @@ private:
 };
 
 // By file, line and code, each told once; a line that stops the tool is not told to be a second one, too.
-std::vector<LintRun::Placed> Sorted(const LintRun& run, const Request& request) {
-    const CodeFilter codes{request.Value("--code")};
-    const FileFilter files{run, request.words};
+std::vector<LintRun::Placed> Sorted(const LintRun& run, const CodeFilter& codes, const FileFilter& files) {
     std::set<std::pair<int, int>> stopping;
     for (const LintRun::Placed& finding : run.Findings()) {
         if (finding.code == LintCode::C08) stopping.emplace(finding.source, finding.line);
@@ -138,15 +137,18 @@ std::string Counted(std::ptrdiff_t count, const std::string& what) {
     return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
-void AddSummary(Answer& answer, const LintRun& run, const std::ptrdiff_t (&counts)[3]) {
-    const auto files = std::ranges::count_if(run.sources, [](const LintSource& source) {
-        return source.layer != OptionLayer::Registry && source.view.reading == SourceReading::Done;
-    });
-    const bool hasRegistry = std::ranges::any_of(run.sources, [](const LintSource& source) {
-        return source.layer == OptionLayer::Registry && source.view.reading == SourceReading::Done;
-    });
-    answer.text += Counted(files, "file") + (hasRegistry ? ", 1 registry" : "") + ": " + Counted(counts[0], "error") +
-                   ", " + Counted(counts[1], "warning") + ", " + Counted(counts[2], "note") + '\n';
+void AddSummary(Answer& answer, const LintRun& run, const FileFilter& wanted, const std::ptrdiff_t (&counts)[3]) {
+    std::ptrdiff_t files = 0;
+    std::ptrdiff_t registries = 0;
+    for (const LintSource& source : run.sources) {
+        const bool isLooked = wanted.Has(run.SourceNumber(source.layer)) && source.view.reading == SourceReading::Done;
+        if (isLooked) ++(source.layer == OptionLayer::Registry ? registries : files);
+    }
+    const std::string sources = registries == 0 ? Counted(files, "file")
+                                : files == 0    ? "1 registry"
+                                                : Counted(files, "file") + ", 1 registry";
+    answer.text += sources + ": " + Counted(counts[0], "error") + ", " + Counted(counts[1], "warning") + ", " +
+                   Counted(counts[2], "note") + '\n';
 }
 
 // A paragraph of at most TEXT_WIDTH characters a line.
@@ -182,6 +184,13 @@ Answer Explain(const std::string& list) {
     return answer;
 }
 
+// Whether a finding tells that a source cannot be read.
+bool IsOfUnreadable(const LintRun& run, const LintRun::Placed& finding) {
+    if (finding.code != LintCode::C19 || finding.source >= static_cast<int>(run.sources.size())) return false;
+    const LintSource& source = run.sources[static_cast<std::size_t>(finding.source)];
+    return IsUnreadable(source.path, source.view);
+}
+
 }  // namespace
 
 Answer Lint(const Request& request, Startup& startup) {
@@ -194,17 +203,19 @@ Answer Lint(const Request& request, Startup& startup) {
     LintValues(run);
     LintErrors(run);
     LintUnused(run);
+    const FileFilter files{run, request.words};
     Answer answer;
     answer.tellsErrors = true;
     answer.document["findings"] = Json::array();
     std::ptrdiff_t counts[3] = {};
-    for (const LintRun::Placed& finding : Sorted(run, request)) {
+    for (const LintRun::Placed& finding : Sorted(run, CodeFilter{request.Value("--code")}, files)) {
+        answer.hasFindings = answer.hasFindings || IsOfUnreadable(run, finding);
         ++counts[static_cast<int>(finding.severity)];
         AddLine(answer, run, finding, request.isColoured);
         answer.document["findings"].push_back(FindingJson(finding));
     }
-    AddSummary(answer, run, counts);
-    answer.hasFindings = counts[0] > 0 || (counts[1] > 0 && request.Has("--strict"));
+    AddSummary(answer, run, files, counts);
+    answer.hasFindings = answer.hasFindings || counts[0] > 0 || (counts[1] > 0 && request.Has("--strict"));
     return answer;
 }
 

@@ -103,7 +103,6 @@ public:
     std::vector<LintSource> sources;
 
 private:
-    void AddSources();
     void AddSource(OptionLayer layer, const CString& path);
     void AddSections();
     void AddRegistryKeys();

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "lint.h"
+#include "startupfiles.h"
 #include "veltrane/platform/sources/environment.h"
 
 namespace veltrane::config {
@@ -19,10 +20,8 @@ const wchar_t* FaultOf(SourceReading reading) {
             return L"this is not a regular file; it counts as an empty one";
         case SourceReading::TooLarge:
             return L"the file is larger than 256 MiB; it counts as empty";
-        case SourceReading::Failed:
-            return L"the file cannot be read; it counts as empty";
         default:
-            return nullptr;
+            return L"the file cannot be read; it counts as empty";
     }
 }
 
@@ -54,8 +53,7 @@ void LintMissing(LintRun& run, const LintSource& source) {
 
 void LintFile(LintRun& run, const LintSource& source) {
     const auto report = [&](LintCode code, const CString& text) { run.Report(source, SourceLine{}, {code, text}); };
-    const wchar_t* const fault = FaultOf(source.view.reading);
-    if (fault && source.path != L"/dev/null") report(C19, fault);
+    if (IsUnreadable(source.path, source.view)) report(C19, FaultOf(source.view.reading));
     if (source.view.reading == SourceReading::Missing) LintMissing(run, source);
     if (source.isUnmarkedUtf16) {
         report(C19, L"this looks like UTF-16 without a mark at its start, which is not read as such; save it as UTF-8");

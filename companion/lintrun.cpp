@@ -2,6 +2,7 @@
 #include <fstream>
 
 #include "lint.h"
+#include "startupfiles.h"
 #include "veltrane/config/xconfiguration.h"
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/text/indexformat.h"
@@ -26,25 +27,12 @@ bool IsUnmarkedUtf16(const CString& path) {
 }  // namespace
 
 LintRun::LintRun(Startup& started) : startup(started) {
-    AddSources();
+    for (const auto& [layer, path] : SourcePaths(startup.options)) AddSource(layer, path);
     AddSections();
     AddRegistryKeys();
     AddDatabases();
     FindMeantDatabase();
     AddReferences();
-}
-
-void LintRun::AddSources() {
-    std::optional<OptionLocation> user;
-    CString registry;
-    for (const OptionLocation& place : startup.options.GetLocations()) {
-        using enum OptionLocation::Kind;
-        if (place.kind == Registry) registry = place.path;
-        if (place.kind == BasicFile) AddSource(OptionLayer::BasicFile, place.path);
-        if (place.kind == UserFile && (!user || (!user->exists && place.exists))) user = place;
-    }
-    if (user) AddSource(OptionLayer::UserFile, user->path);
-    AddSource(OptionLayer::Registry, registry);
 }
 
 void LintRun::AddSource(OptionLayer layer, const CString& path) {

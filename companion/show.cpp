@@ -181,11 +181,21 @@ private:
     void AddLost(const XOptionDefinition& row, const std::optional<int>& index) {
         for (const auto& [at, places] : m_Files.LostFamily(row)) {
             if (index && *index != at) continue;
-            Shown shown{&row, at, nullptr, {{places.rbegin(), places.rend()}, {places.rbegin(), places.rend()}}};
+            Shown shown{&row, at, nullptr, {{places.rbegin(), places.rend()}, AllPlaces(row, at, places)}};
             shown.state = places.size() > 1 ? Shown::State::Twice : Shown::State::Unread;
             shown.notes.push_back(LossNote(places));
             m_All.push_back(std::move(shown));
         }
+    }
+
+    /// Those that have something, and one for each other source that is asked; the strongest first.
+    std::vector<OptionPlace> AllPlaces(const XOptionDefinition& row, int index, const std::vector<OptionPlace>& found) {
+        std::vector<OptionPlace> all{found.rbegin(), found.rend()};
+        for (const OptionPlace& asked : m_Options.GetOptionCandidates(row.szLongName, index).places) {
+            if (std::ranges::find(all, asked.layer, &OptionPlace::layer) == all.end()) all.push_back(asked);
+        }
+        std::ranges::stable_sort(all, {}, &OptionPlace::layer);
+        return all;
     }
 
     void AddUnset(const XOptionDefinition& row, const std::optional<int>& index) {

@@ -46,6 +46,26 @@ bool IsNamedTooLate(XOption& options, const OptionLocation& location) {
     return isUserFile && IsFile(layer);
 }
 
+std::vector<std::pair<OptionLayer, CString>> SourcePaths(XOption& options) {
+    std::vector<std::pair<OptionLayer, CString>> paths;
+    std::optional<OptionLocation> user;
+    CString registry;
+    for (const OptionLocation& place : options.GetLocations()) {
+        using enum OptionLocation::Kind;
+        if (IsNamedTooLate(options, place)) continue;
+        if (place.kind == Registry) registry = place.path;
+        if (place.kind == BasicFile) paths.emplace_back(OptionLayer::BasicFile, place.path);
+        if (place.kind == UserFile && (!user || (!user->exists && place.exists))) user = place;
+    }
+    if (user) paths.emplace_back(OptionLayer::UserFile, user->path);
+    paths.emplace_back(OptionLayer::Registry, registry);
+    return paths;
+}
+
+bool IsUnreadable(const CString& path, const SourceFileLines& view) {
+    return view.reading != SourceReading::Done && view.reading != SourceReading::Missing && path != L"/dev/null";
+}
+
 CString UnreadableText(const CString& file, const CString& fault) {
     const CString plain = ReadingName(SourceReading::Failed);
     return plain + L": " + file + (fault == plain ? CString{} : L" (" + fault + L")");
@@ -58,29 +78,16 @@ CString LossNote(const std::vector<OptionPlace>& places) {
 }
 
 StartupFiles::StartupFiles(Startup& startup) : m_Startup(startup) {
-    std::optional<OptionLocation> user;
-    CString registry;
-    for (const OptionLocation& place : startup.options.GetLocations()) {
-        using enum OptionLocation::Kind;
-        if (IsNamedTooLate(startup.options, place)) continue;
-        if (place.kind == Registry) registry = place.path;
-        if (place.kind == BasicFile) Add(OptionLayer::BasicFile, place.path);
-        if (place.kind == UserFile && (!user || (!user->exists && place.exists))) user = place;
+    for (const auto& [layer, path] : SourcePaths(startup.options)) {
+        m_Sources.push_back(
+            {layer, path, layer == OptionLayer::Registry ? ReadRegistryLines(path) : ReadProfileLines(path)});
     }
-    if (user) Add(OptionLayer::UserFile, user->path);
-    Add(OptionLayer::Registry, registry);
-}
-
-void StartupFiles::Add(OptionLayer layer, const CString& path) {
-    m_Sources.push_back(
-        {layer, path, layer == OptionLayer::Registry ? ReadRegistryLines(path) : ReadProfileLines(path)});
 }
 
 CString StartupFiles::FaultOf(OptionLayer layer) const {
     const auto source = std::ranges::find(m_Sources, layer, &Source::layer);
-    const bool isSound = source == m_Sources.end() || source->view.reading == SourceReading::Done ||
-                         source->view.reading == SourceReading::Missing;
-    return isSound ? CString{} : CString{ReadingName(source->view.reading)};
+    const bool isFaulty = source != m_Sources.end() && IsUnreadable(source->path, source->view);
+    return isFaulty ? CString{ReadingName(source->view.reading)} : CString{};
 }
 
 std::vector<CString> StartupFiles::FaultTexts() const {

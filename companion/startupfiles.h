@@ -16,6 +16,12 @@ const wchar_t* ReadingName(SourceReading reading);
 /// Whether a place is a user file that start-up never looks at, because a file has named it.
 bool IsNamedTooLate(XOption& options, const OptionLocation& location);
 
+/// The files that start-up reads, the weakest first: basic file, the user file in force, registry.
+std::vector<std::pair<OptionLayer, CString>> SourcePaths(XOption& options);
+
+/// Whether a source is there and cannot be read. /dev/null is an empty file.
+bool IsUnreadable(const CString& path, const SourceFileLines& view);
+
 /// What stands where the value of a place would, when its file cannot be read.
 CString UnreadableText(const CString& file, const CString& fault);
 
@@ -47,7 +53,6 @@ private:
         CString path;
         SourceFileLines view;
     };
-    void Add(OptionLayer layer, const CString& path);
     void AddValues(Family& family, const Source& source, const XOptionDefinition& row) const;
     static void AddNumbered(Family& family, const SourceLine& line, OptionPlace place, int index);
 

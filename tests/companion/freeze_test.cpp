@@ -47,8 +47,10 @@ TEST_F(Freeze, TellsWhatItCannotSee) {
     ExpectIn(result.output, "\n; cannot be read: registry.reg (is a folder)\n");
     ExpectIn(result.output, "\n[db\\FILES\\2]\nmap-file = n\n");
     ExpectIn(result.errors,
-             "not carried: map-file[1] = m (the index is given twice, here in meta/veltrane.ini:6 [db\\FILES\\1])\n"
-             "not carried: map-file[1] = y (the index is given twice, here in team.ini:2 [db\\FILES\\01])\n"
+             "not carried: map-file[1] = m (index given twice: meta/veltrane.ini:6 [db\\FILES\\1], team.ini:2 "
+             "[db\\FILES\\01])\n"
+             "not carried: map-file[1] = y (index given twice: meta/veltrane.ini:6 [db\\FILES\\1], team.ini:2 "
+             "[db\\FILES\\01])\n"
              "not carried: columnname-rules[0] = x (only the command line can give it)\n");
     EXPECT_EQ(Ask({"show"}).errors, "cannot be read: registry.reg (is a folder)\n");
 }

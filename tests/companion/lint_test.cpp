@@ -115,6 +115,9 @@ TEST_F(Lint, TellsFilesThatAreNotReadAndValuesOfTheEnvironment) {
     expect({}, "registry.reg: warning C19: the file does not exist\n");
     Write("registry.reg", "REGEDIT4\n");
     expect({"-i", "folder"}, "folder: warning C19: this is a folder; it counts as an empty file\n");
+    EXPECT_EQ(m_Result.exitCode, 1);
+    expect({"-i", "/dev/null"}, "");
+    EXPECT_EQ(Ask({"show"}, {"-i", "/dev/null"}).exitCode + m_Result.exitCode, 0);
     expect({"-i", "/dev/zero"}, "/dev/zero: warning C19: this is not a regular file; it counts as an empty one\n");
     expect({"-i", "team.ini"},
            "team.ini: warning C18: 'TEAM.INI' beside it differs in case only; is this the one that is meant?\n");
@@ -145,6 +148,7 @@ TEST_F(Lint, TellsWhatIsAskedForAlone) {
     EXPECT_EQ(m_Result.exitCode, 0);
     EXPECT_EQ(count({"--strict", "team.ini"}), 1);
     EXPECT_EQ(m_Result.exitCode, 1);
+    ExpectIn(m_Result.output, "\n1 file: 0 errors, 1 warning, 0 notes\n");
     EXPECT_EQ(count({"--code", "C04"}), 1);
     EXPECT_EQ(count({"--code=-C05,-C16"}), 1);
     const std::pair<Words, std::string> refusals[] = {

@@ -180,6 +180,7 @@ TEST_F(Show, AnswersItsOwnFaultsInOneLine) {
     const std::pair<Words, std::string> cases[] = {
         {{"shwo"}, "no command is called 'shwo'; did you mean 'show'?"},
         {{"show", "--al"}, "no option is called '--al'; did you mean '--all'?"},
+        {{"show", "lint"}, "no option is called 'lint'"},
         {{"show", "logfil"}, "no option is called 'logfil'; did you mean 'logfile'?"},
         {{"show", "--only", "usr"},
          "--only must be host, start-up, command line, registry, user file, basic file or environment"},

@@ -94,7 +94,8 @@ public:
         }
         const std::vector<CLI::App*> commands = m_App.get_subcommands();
         if (!commands.empty()) m_Request.command = commands[0]->get_name();
-        if (commands.empty() && !m_Request.Has("--generate")) throw Refusal{L"no command is given; --help lists them"};
+        if (commands.empty() && !m_Request.Has("--generate"))
+            throw Refusal{L"missing command; --help lists the commands"};
         m_Request.isColoured = IsColoured(m_Request.Value("--color"), "1");
         return m_Request;
     }
@@ -143,6 +144,8 @@ private:
         if (isOption && !hasArguments && FindOptionDefinition(word)) {
             throw Refusal{L"'" + word + L"' is an option of the tool" + FORGOTTEN_HYPHENS};
         }
+        if (!isOption && !m_App.get_subcommands().empty())
+            throw Refusal{FormatText(L"'%s' takes no argument", FromUtf8(m_App.get_subcommands()[0]->get_name()))};
         std::vector<CString> names;
         if (!isOption) {
             for (const CommandRow& row : COMMANDS) names.emplace_back(row.name);
@@ -151,7 +154,7 @@ private:
             for (const SwitchRow& row : SWITCHES) names.emplace_back(row.name);
         }
         const CString nearest = Nearest(word, names);
-        throw Refusal{FormatText(L"no %s is called '%s'%s", isOption ? L"option" : L"command", word,
+        throw Refusal{FormatText(L"unknown %s '%s'%s", isOption ? L"option" : L"command", word,
                                  nearest.IsEmpty() ? L"" : L"; did you mean '" + nearest + L"'?")};
     }
 

@@ -37,7 +37,7 @@ inline constexpr CommandRow COMMANDS[] = {
     {"show",    "[NAME ...]", WordKind::Option, "values, where they come from and what they overrode",  "show logfile -- base -i team.ini"},
     {"lint",    "[FILE ...]", WordKind::File,   "everything that is wrong with the configuration",      "lint --strict -- base -i team.ini"},
     {"explain", "NAME ...",   WordKind::Option, "the steps from a key to its value",                    "explain spool -- base -i team.ini"},
-    {"names",   "[FILE ...]", WordKind::File,   "what the naming rules make of names",                  "names --version 3,5 names.txt -- base"},
+    {"names",   "[FILE ...]", WordKind::File,   "names as the naming rules change them",                  "names --version 3,5 names.txt -- base"},
     {"freeze",  "",           WordKind::None,   "one basic file that gives the same values on its own", "freeze -- base -i team.ini >frozen.ini"},
     {"files",   "",           WordKind::None,   "every place where start-up looks, and what is there",  "files -- base -i team.ini"},
     {"errors",  "LOG ...",    WordKind::File,   "the errors of a log",                                  "errors base-run.log"},

@@ -29,8 +29,8 @@ constexpr char MAN_PAGE[] = R"(.TH "@TITLE@" 1 "" "@NAME@ @VERSION@" "@NAME@"
 .SH DESCRIPTION
 .B @NAME@
 starts the tool up as far as its configuration goes, looks, and answers one
-question. It changes and creates nothing, and what is wrong does not stop it:
-all errors are told, and the rest is shown.
+question. It changes and creates nothing. Errors do not stop it: all of them
+are reported, and the rest is shown.
 .PP
 Everything after
 .B \-\-
@@ -42,17 +42,17 @@ is the tool's own command line.
 @EXITS@.SH ENVIRONMENT
 .TP
 .B NO_COLOR
-With any value: no colour.
+If it has a value, no colours are used.
 .SH EXAMPLES
 .TP
 .B @NAME@ show logfile \-\- base \-i team.ini
 Where the value of one option comes from, and what it overrode.
 .TP
 .B @NAME@ freeze \-\- base >frozen.ini
-One file that alone brings the values of this start-up.
+One file that gives the values of this start-up on its own.
 .SH SEE ALSO
-The form of the answers as JSON: veltrane\-config.schema.json among the
-documents of the library.
+veltrane\-config.schema.json among the documents of the library describes the
+answers in JSON.
 )";
 
 constexpr char BASH[] = R"(# bash completion for @NAME@, made by @NAME@ --generate bash
@@ -224,8 +224,7 @@ std::string FishCompletion() {
         if (row.kind == WordKind::Text) rest += " -xa " + FishQuoted(Joined(Choices(row), " "));
         text += FishLine(seen, rest);
     }
-    return text + FishLine("", "-l help -s h -d 'what the program takes'") +
-           FishLine("", "-l version -d 'the version'");
+    return text + FishLine("", "-l help -s h -d 'show the help'") + FishLine("", "-l version -d 'show the version'");
 }
 
 }  // namespace

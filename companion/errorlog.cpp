@@ -103,7 +103,7 @@ void AddText(Answer& answer, const CString& file, const Json& error) {
 }  // namespace
 
 Answer Errors(const Request& request) {
-    if (request.words.empty()) throw Refusal{L"the errors of which log?"};
+    if (request.words.empty()) throw Refusal{L"missing name of a log"};
     Answer answer;
     answer.document["errors"] = Json::array();
     for (const std::string& word : request.words) {

@@ -74,7 +74,7 @@ void Add(Answer& answer, Columns& columns, XOption& options, const OptionLocatio
     json["exists"] = location.exists;
     CString state = FolderState(options, location);
     if (IsNamedTooLate(options, location)) {
-        state = L"not read: named by a file, which is too late";
+        state = L"not read: a file names it, which is too late";
     } else if (IsFile(location)) {
         DescribeFile(location, state, json);
     }

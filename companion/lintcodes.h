@@ -27,7 +27,7 @@ struct LintRow {
 
 inline constexpr LintRow LINTS[] = {
     {"C01", Severity::Warning, "section that nothing reads",
-     "No option stands in a section of this name, as in [USR] for [USER], so nothing in it is "
+     "No option belongs in a section of this name, as in [USR] for [USER], so nothing in it is "
      "read. The sections are those of the table of options and those of the database; any "
      "other section with a key of a database is taken as that of another database. Correct "
      "the name, or the name of the database on the command line, or remove the section."},
@@ -51,7 +51,7 @@ inline constexpr LintRow LINTS[] = {
      "begins with no number is skipped, '12y' is read as 12, and a number above 2147483647 as "
      "2147483647. Write the number."},
     {"C07", Severity::Error, "mandatory option without a value",
-     "The tool stops without it. The finding stands where it was probably meant: at a misspelt "
+     "The tool stops without it. It is reported where the value was probably meant: at a misspelt "
      "key or section, at an empty value of the registry, else at the section that should have "
      "it. Give the option a value there."},
     {"C08", Severity::Error, "index given twice",
@@ -99,7 +99,7 @@ inline constexpr LintRow LINTS[] = {
      "Names of files count in any case. Of files whose names differ in case only, the one spelled "
      "as asked for is read, else the first in the order of their bytes. Rename one of them."},
     {"C19", Severity::Warning, "file or folder that cannot be used",
-     "A file that is missing, no regular file, unreadable or not in UTF-8, Windows-1252 or UTF-16 "
+     "A file that is missing, not a regular file, unreadable or not in UTF-8, Windows-1252 or UTF-16 "
      "with a mark counts as empty. It is an error where the tool stops, as without its basic "
      "file or with a word of the command line that it does not know."},
     {"C20", Severity::Warning, "empty value that hides others",
@@ -107,7 +107,7 @@ inline constexpr LintRow LINTS[] = {
      "an empty value counts as none. Remove the value from the registry, or give it a text."},
     {"C21", Severity::Note, "signs that are ordinary text",
      "A value runs to the end of its line: ' ; text' or ' # text' after it is no comment, a quote "
-     "without its partner and a single '%' stay. Put comments on lines of their own, and quotes "
+     "without its partner and a single '%' are part of it. Put comments on lines of their own, and quotes "
      "around a text that is meant so."},
     {"C22", Severity::Warning, "log file in a folder that does not exist",
      "The tool creates its log file but not the folder for it, unless that is the default one. "

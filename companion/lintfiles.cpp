@@ -61,7 +61,7 @@ void LintFile(LintRun& run, const LintSource& source) {
     if (source.view.path.IsEmpty()) return;
     const CString other = OtherSpelling(ToUtf8(source.view.path));
     if (other.IsEmpty()) return;
-    report(C18, FormatText(L"'%s' beside it differs in case only; is this the one that is meant?", other));
+    report(C18, FormatText(L"'%s' beside it differs in case only; which of them is meant?", other));
 }
 
 }  // namespace

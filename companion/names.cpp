@@ -33,6 +33,10 @@ const char* KindOf(bool isTable) {
     return isTable ? "table" : "column";
 }
 
+CString NewText(const OptionRule& rule) {
+    return rule.newText.IsEmpty() ? CString{L"(nothing)"} : Printable(rule.newText);
+}
+
 /// What a run of the command works with.
 class Renaming {
 public:
@@ -62,7 +66,7 @@ private:
     static int ReadNumber(const CString& text) {
         int number = 0;
         if (!ScanInteger(text.View(), number) || FormatText(L"%d", number) != text) {
-            throw Refusal{FormatText(L"'%s' is no number", text)};
+            throw Refusal{FormatText(L"'%s' is not a number", text)};
         }
         return number;
     }
@@ -82,8 +86,7 @@ private:
 
     void ReadInput() {
         Read(std::cin, L"standard input");
-        if (std::ferror(stdin) != 0)
-            throw Refusal{L"the standard input cannot be read"};  // std::cin takes it for the end
+        if (std::ferror(stdin) != 0) throw Refusal{L"standard input cannot be read"};  // std::cin takes it for the end
     }
 
     // The version of a list counts unless one was asked for.
@@ -129,9 +132,9 @@ private:
                              : m_Options.PreviewColumnsName(name.name, version, KEEP_CASE);
             for (const OptionRenaming& change : changes) m_Fired.insert({name.isTable, change.rule});
             name.changes = changes;
-            if (result.IsEmpty()) AddFault(name, FormatText(L"empty in %d", version));
+            if (result.IsEmpty()) AddFault(name, FormatText(L"empty in version %d", version));
             const int bytes = static_cast<int>(ToUtf8(result).size());
-            if (bytes > m_Limit) name.problems.push_back(FormatText(L"%d bytes in %d", bytes, version));
+            if (bytes > m_Limit) name.problems.push_back(FormatText(L"%d bytes in version %d", bytes, version));
         }
     }
 
@@ -147,7 +150,7 @@ private:
             for (Name& name : m_Names) {
                 const Name* const other = first.emplace(std::pair{name.isTable, name.results[i]}, &name).first->second;
                 if (other == &name || other->name.CompareNoCase(name.name) == 0) continue;
-                AddFault(name, FormatText(L"collision with '%s' in %d", other->name, m_Versions[i]));
+                AddFault(name, FormatText(L"collision with '%s' in version %d", other->name, m_Versions[i]));
             }
         }
     }
@@ -156,7 +159,7 @@ private:
         const CString place = rule.origin.file.IsEmpty()
                                   ? CString{}
                                   : CString{FormatText(L" (%s:%d)", DisplayPath(rule.origin.file), rule.origin.line)};
-        return FormatText(L"rule %d %s -> %s%s", rule.version, Printable(rule.oldText), Printable(rule.newText), place);
+        return FormatText(L"rule %d %s -> %s%s", rule.version, Printable(rule.oldText), NewText(rule), place);
     }
 
     void AddNames(Answer& answer) {
@@ -170,16 +173,14 @@ private:
                 row.push_back(FormatText(L"%d: %s", m_Versions[i], Printable(name.results[i])));
                 json["results"].push_back({{"version", m_Versions[i]}, {"name", ToUtf8(name.results[i])}});
             }
-            CString remarks;
             for (const OptionRenaming& change : name.changes) {
-                AddString(remarks, RuleText(RulesOf(name.isTable)[static_cast<std::size_t>(change.rule)]));
+                row.push_back(RuleText(RulesOf(name.isTable)[static_cast<std::size_t>(change.rule)]));
                 json["rules"].push_back(change.rule);
             }
             for (const CString& problem : name.problems) {
-                AddString(remarks, problem);
+                row.push_back(problem);
                 json["problems"].push_back(ToUtf8(problem));
             }
-            row.push_back(remarks);
             columns.Add(std::move(row));
             answer.document["names"].push_back(std::move(json));
         }
@@ -221,7 +222,7 @@ Answer ListRules(XOption& options) {
         for (const OptionRule& rule :
              options.GetNamingRules(isTable ? eOptionTableNameRules : eOptionColumnNameRules)) {
             columns.Add({FromUtf8(KindOf(isTable)), FormatText(L"%d", rule.version), Printable(rule.oldText),
-                         L"-> " + Printable(rule.newText), PlaceText(rule.origin),
+                         L"-> " + NewText(rule), PlaceText(rule.origin),
                          rule.isInForce ? L"" : L"hidden by the user file"});
             Json json{{"kind", KindOf(isTable)},
                       {"version", rule.version},

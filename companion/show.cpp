@@ -104,7 +104,7 @@ void AddPlaces(Answer& answer, const Shown& shown, const StartupFiles& files) {
         const bool isWinner = winner && IsSame(place, *winner);
         columns.Add(place.found ? FoundRow(place, isWinner) : MissedRow(place, files));
     }
-    for (const OptionLayer layer : NotAsked(shown)) columns.Add({CString{L"  "} + LayerName(layer), L"not asked"});
+    for (const OptionLayer layer : NotAsked(shown)) columns.Add({CString{L"  "} + LayerName(layer), L"not used"});
     columns.Print(answer, 2);
 }
 

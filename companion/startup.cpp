@@ -141,7 +141,7 @@ AskedOption ParseOption(const std::string& word) {
     } else if (GetArguments().size() == 1) {
         hint = FORGOTTEN_HYPHENS;
     }
-    throw Refusal{FormatText(L"no option is called '%s'%s", name, hint)};
+    throw Refusal{FormatText(L"unknown option '%s'%s", name, hint)};
 }
 
 bool IsRule(const XOptionDefinition& row) {

@@ -44,7 +44,7 @@ struct AskedOption {
     std::optional<int> index;
 };
 
-/// @throws Refusal  no option is called so
+/// @throws Refusal  there is no such option
 AskedOption ParseOption(const std::string& word);
 
 /// Whether a row names naming rules, which the files give without items.

@@ -120,7 +120,7 @@ TEST_F(Lint, TellsFilesThatAreNotReadAndValuesOfTheEnvironment) {
     EXPECT_EQ(Ask({"show"}, {"-i", "/dev/null"}).exitCode + m_Result.exitCode, 0);
     expect({"-i", "/dev/zero"}, "/dev/zero: warning C19: this is not a regular file; it counts as an empty one\n");
     expect({"-i", "team.ini"},
-           "team.ini: warning C18: 'TEAM.INI' beside it differs in case only; is this the one that is meant?\n");
+           "team.ini: warning C18: 'TEAM.INI' beside it differs in case only; which of them is meant?\n");
     const std::string error = "command line: error ";
     expect({"-q", "maybe"},
            error + "C19: The option string <maybe> for the boolean parameter <-q> is invalid; the tool stops\n");

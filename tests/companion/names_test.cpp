@@ -8,13 +8,20 @@ TEST_F(Names, ShowsEachVersionWithRulesAndCollisions) {
     Write("list", "\xEF\xBB\xBFversion 4\n; comment\ntable old_x\ntable new_x\r\ntable  GONE\ntable abcd\ncolumn ab\n");
     ExpectOutput(Ask({"names", "--version=3,5", "--limit", "4", "list"}), 1,
                  R"(table   old_x  3: NEW_X  5: NEW_Y
-          rule 3 OLD_ -> NEW_ (meta/veltrane.ini:6), rule 5 X -> Y
-          (meta/veltrane.ini:9), 5 bytes in 3, 5 bytes in 5
+          rule 3 OLD_ -> NEW_ (meta/veltrane.ini:6)
+          rule 5 X -> Y (meta/veltrane.ini:9)
+          5 bytes in version 3
+          5 bytes in version 5
 table   new_x  3: NEW_X  5: NEW_Y
-          rule 5 X -> Y (meta/veltrane.ini:9), 5 bytes in 3, 5 bytes in 5,
-          collision with 'old_x' in 3, collision with 'old_x' in 5
+          rule 5 X -> Y (meta/veltrane.ini:9)
+          5 bytes in version 3
+          5 bytes in version 5
+          collision with 'old_x' in version 3
+          collision with 'old_x' in version 5
 table   GONE   3:        5:
-          rule 3 GONE ->  (meta/veltrane.ini:7), empty in 3, empty in 5
+          rule 3 GONE -> (nothing) (meta/veltrane.ini:7)
+          empty in version 3
+          empty in version 5
 table   abcd   3: ABCD   5: ABCD
 column  ab     3: AB     5: BB
           rule 5 A -> B (meta/veltrane.ini:11)
@@ -22,7 +29,7 @@ column  ab     3: AB     5: BB
     Write("list", "column a\n");
     ExpectOutput(Ask({"names", "--version", "3", "list"}), 0,
                  "column  a  3: A\nnever fired: table rule 3 OLD_ -> NEW_ (meta/veltrane.ini:6)\n"
-                 "never fired: table rule 3 GONE ->  (meta/veltrane.ini:7)\n");
+                 "never fired: table rule 3 GONE -> (nothing) (meta/veltrane.ini:7)\n");
 }
 
 TEST_F(Names, ListsTheRulesThatAreHiddenLast) {

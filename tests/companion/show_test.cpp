@@ -20,7 +20,7 @@ quiet = true ; no, means false
     user file    -  team.ini [USER]
     basic file   meta/veltrane.ini:8 [USER]
                    quiet = yes
-    environment  not asked
+    environment  not used
 metadata = )" + Path("meta") +
                      R"(
   > command line  word 1  )" +
@@ -28,14 +28,14 @@ metadata = )" + Path("meta") +
                      R"(
     registry      -  registry.reg [SOFTWARE\VORNAK\veltrane\ROOT]
     environment   -
-    user file     not asked
-    basic file    not asked
+    user file     not used
+    basic file    not used
 )");
 }
 
 TEST_F(Show, TellsValuesOfFamiliesAndWhatListsMean) {
     WriteBasic("obsolete-classes-2=7, 3\nobsolete-classes-5=4\n[db\\FILES\\2]\nmap-file=a\tb\n");
-    const std::string others = "    registry     not asked\n    user file    not asked\n    environment  not asked\n";
+    const std::string others = "    registry     not used\n    user file    not used\n    environment  not used\n";
     ExpectOutput(Ask({"show", "obsolete-classes[5]", "map-file", "index-file"}), 1,
                  "obsolete-classes[5] = 4, means 3, 4, 7\n"
                  "  > basic file   meta/veltrane.ini:6 [db]  obsolete-classes-5 = 4\n" +
@@ -84,7 +84,7 @@ TEST_F(Show, TellsWhatIsWrongWithAnswerAndPlaces) {
     Write("registry.reg", "REGEDIT4\n[HKLM\\SOFTWARE\\VORNAK\\veltrane\\ROOT]\n\"logfile\"=\"\"\n");
     std::filesystem::create_directories(m_Folder.Path() / "folder");
     const Words user = {"-i", "team.ini"};
-    const std::string others = "    registry     not asked\n    environment  not asked\n";
+    const std::string others = "    registry     not used\n    environment  not used\n";
     const struct {
         Words question;
         Words arguments;
@@ -95,7 +95,7 @@ TEST_F(Show, TellsWhatIsWrongWithAnswerAndPlaces) {
          "role: no value, mandatory: the tool stops here\n"
          "    registry     -  registry.reg [SOFTWARE\\VORNAK\\veltrane\\dbx]\n"
          "    basic file   -  meta/veltrane.ini [dbx]\n"
-         "    user file    not asked\n    environment  not asked\n"
+         "    user file    not used\n    environment  not used\n"
          "    note: the database 'dbx' (command line, word 4) has no section; did you mean\n    'db' "
          "(meta/veltrane.ini:1)?\n"},
         {{"show", "map-file"},
@@ -165,7 +165,7 @@ TEST_F(Show, HintsAtForgottenHyphensAndAtOptionsOfTheTool) {
     const std::string hint = "; did you forget '--' before the tool's own command line?\n";
     ExpectOutput(Run({"show", "base", "-i", "team.ini"}), 2, "",
                  "veltrane-config: '-i' is an option of the tool" + hint);
-    ExpectOutput(Run({"show", "base"}), 2, "", "veltrane-config: no option is called 'base'" + hint);
+    ExpectOutput(Run({"show", "base"}), 2, "", "veltrane-config: unknown option 'base'" + hint);
     ExpectIn(Ask({"show"}, {"--logfil", "x"}).errors, "<---- Did you mean <--logfile>? ---->\n");
     ExpectIn(Ask({"show"}, {"-ini", "x"}).errors, "<---- Did you mean <--ini>? ---->\n");
     const std::string unnamed = Run({"show", "--only", "registry", "--", "-m", Path("meta")}).errors;
@@ -178,16 +178,17 @@ TEST_F(Show, AnswersItsOwnFaultsInOneLine) {
     Write("list", "table a\ntabel b\n");
     Write("long", "table " + std::string(65'531, 'x'));
     const std::pair<Words, std::string> cases[] = {
-        {{"shwo"}, "no command is called 'shwo'; did you mean 'show'?"},
-        {{"show", "--al"}, "no option is called '--al'; did you mean '--all'?"},
-        {{"show", "lint"}, "no option is called 'lint'"},
-        {{"show", "logfil"}, "no option is called 'logfil'; did you mean 'logfile'?"},
+        {{"shwo"}, "unknown command 'shwo'; did you mean 'show'?"},
+        {{"show", "--al"}, "unknown option '--al'; did you mean '--all'?"},
+        {{"show", "lint"}, "unknown option 'lint'"},
+        {{"freeze", "now"}, "'freeze' takes no argument"},
+        {{"show", "logfil"}, "unknown option 'logfil'; did you mean 'logfile'?"},
         {{"show", "--only", "usr"},
          "--only must be host, start-up, command line, registry, user file, basic file or environment"},
         {{"show", "--format", "xml"}, "--format must be text or json"},
         {{"show", "--only"}, "--only needs a value"},
         {{"show", "logfile[1]"}, "'logfile' has one value; leave out its index"},
-        {{}, "no command is given; --help lists them"},
+        {{}, "missing command; --help lists the commands"},
         {{"show", "--tool", "/none"}, "tool </none> not found; name it with --tool PATH"},
         {{"show", "--", "-q", "-h"}, "--help ends the tool at once; there is nothing to show"},
         {{"names", "list"}, "list, line 2: neither 'table NAME' nor 'column NAME'"},
@@ -195,12 +196,12 @@ TEST_F(Show, AnswersItsOwnFaultsInOneLine) {
         {{"names", "none"}, "the name list <none> cannot be read"},
         {{"names", "meta"}, "the name list <meta> cannot be read"},
         {{"names", "/proc/self/mem"}, "the name list </proc/self/mem> cannot be read"},
-        {{"names", "--version", "3,x"}, "'x' is no number"},
+        {{"names", "--version", "3,x"}, "'x' is not a number"},
         {{"errors", "none"}, "the log <none> cannot be read"},
         {{"errors", "/proc/self/mem"}, "the log </proc/self/mem> cannot be read"},
         {{"explain"}, "missing option name"},
     };
     for (const auto& [words, text] : cases) ExpectOutput(Ask(words), 2, "", "veltrane-config: " + text + "\n");
-    ExpectIn(Run({"shwo", "--format=json"}).output, "\"message\": \"no command is called 'shwo'");
+    ExpectIn(Run({"shwo", "--format=json"}).output, "\"message\": \"unknown command 'shwo'");
     EXPECT_EQ(Run({"--version"}).output, "veltrane-config 1.0.0\n");
 }

@@ -35,7 +35,7 @@ find "$libraries" -name '*.a' -exec nm -C --defined-only {} + >"$temporary/names
 ! grep -E '^[0-9a-f]+ [ABCDRT] ' "$temporary/names" | grep -vE '^[0-9a-f]+ . veltrane::' || fail "names that a tool's own would replace"
 companion=$temporary/package-consumer/companion
 ! "$companion" shwo 2>"$temporary/errors" || fail "there is no command 'shwo'"
-expect "a\"b^c\\d@e'f-config: no command is called 'shwo'; did you mean 'show'?" "$temporary/errors"
+expect "a\"b^c\\d@e'f-config: unknown command 'shwo'; did you mean 'show'?" "$temporary/errors"
 timeout 10 "$companion" --help >"$temporary/help" || fail "the help does not end"
 for kind in man bash zsh fish; do
     "$companion" $kind "$temporary/tool.$kind" && "$companion" --generate $kind >"$temporary/config.$kind"

@@ -32,21 +32,28 @@ std::vector<Columns::Column> Columns::Measured(int indent) const {
     return columns;
 }
 
+CString Columns::Joined(const std::vector<CString>& row, const std::vector<Column>& columns) {
+    CString line;
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        if (row[i].IsEmpty() || columns[i].isBroken) continue;
+        const int gap = line.IsEmpty() ? 0 : BETWEEN;
+        line += Blanks(std::max(columns[i].start - line.GetLength(), gap)) + row[i];
+    }
+    return line;
+}
+
 void Columns::PrintRow(Answer& answer, const std::vector<CString>& row, const std::vector<Column>& columns,
                        int margin) {
-    CString line;
-    std::vector<CString> broken;
+    CString lead = Joined(row, columns);
+    CString last;
     for (std::size_t i = 0; i < row.size(); ++i) {
-        if (row[i].IsEmpty()) continue;
-        if (columns[i].isBroken) {
-            broken.push_back(row[i]);
-        } else {
-            const int gap = line.IsEmpty() ? 0 : BETWEEN;
-            line += Blanks(std::max(columns[i].start - line.GetLength(), gap)) + row[i];
-        }
+        if (!row[i].IsEmpty() && !columns[i].isBroken) last = row[i];
     }
-    answer.AddLine(line.TrimRight());
-    for (const CString& text : broken) AddWrapped(answer.text, text, margin);
+    lead = lead.Left(lead.GetLength() - last.GetLength());
+    AddWrapped(answer.text, last, margin, lead);
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        if (!row[i].IsEmpty() && columns[i].isBroken) AddWrapped(answer.text, row[i], margin);
+    }
 }
 
 void Columns::Print(Answer& answer, int indent, std::size_t hanging) const {
@@ -62,7 +69,7 @@ void Columns::Print(Answer& answer, int indent, std::size_t hanging) const {
 
 void Columns::PrintUnbroken(Answer& answer) const {
     const std::vector<Column> columns = Measured(0);
-    for (const auto& row : m_Rows) PrintRow(answer, row, columns, 0);
+    for (const auto& row : m_Rows) answer.AddLine(Joined(row, columns).TrimRight());
 }
 
 void AddNote(Answer& answer, const CString& text) {

@@ -31,7 +31,8 @@ std::string Coloured(const std::string& severity);
 void AddNote(Answer& answer, const CString& text);
 
 /// Texts of one line each in columns that are as wide as their widest text, two blanks between. The last text of a row
-/// may be wider than its column. Columns that would go past LINE_WIDTH begin a line of their own in every row.
+/// may be wider than its column. Columns that would go past LINE_WIDTH begin a line of their own in every row, and
+/// texts break at their blanks.
 class Columns {
 public:
     void Add(std::vector<CString> row) { m_Rows.push_back(std::move(row)); }
@@ -50,6 +51,7 @@ private:
         bool isBroken = false;
     };
     std::vector<Column> Measured(int indent) const;
+    static CString Joined(const std::vector<CString>& row, const std::vector<Column>& columns);
     static void PrintRow(Answer& answer, const std::vector<CString>& row, const std::vector<Column>& columns,
                          int margin);
 

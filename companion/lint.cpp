@@ -10,12 +10,13 @@
 #include "printable.h"
 #include "startupfiles.h"
 #include "veltrane/platform/files/filesystem.h"
+#include "wrapped.h"
 
 namespace veltrane::config {
 
 namespace {
 
-constexpr int TEXT_WIDTH = 78;
+constexpr int TEXT_INDENT = 4;  // of what follows the first line
 
 const LintRow* FindLint(const std::string& name) {
     const auto* const row = std::ranges::find(LINTS, std::string_view{name}, &LintRow::name);
@@ -115,10 +116,13 @@ void AddLine(Answer& answer, const LintRun& run, const LintRun::Placed& finding,
     const bool isFile = finding.source < static_cast<int>(run.sources.size());
     CString place = isFile ? DisplayPath(finding.file) : finding.file;
     if (finding.line > 0) place += FormatText(L":%d", finding.line);
-    std::string severity = SEVERITIES[static_cast<int>(finding.severity)];
-    if (isColoured) severity = Coloured(severity);
-    answer.text += ToUtf8(place) + ": " + severity + ' ' + RowOf(finding.code).name + ": " +
-                   ToUtf8(Printable(finding.text) + MeantText(finding.suggestion)) + '\n';
+    place += L": ";
+    const std::string severity = SEVERITIES[static_cast<int>(finding.severity)];
+    const CString head = place + FromUtf8(severity + ' ' + RowOf(finding.code).name + ": ");
+    std::string lines;
+    AddWrapped(lines, Printable(finding.text) + MeantText(finding.suggestion), TEXT_INDENT, head);
+    if (isColoured) lines.replace(ToUtf8(place).size(), severity.size(), Coloured(severity));
+    answer.text += lines;
 }
 
 Json FindingJson(const LintRun::Placed& finding) {
@@ -151,18 +155,6 @@ void AddSummary(Answer& answer, const LintRun& run, const FileFilter& wanted, co
                    Counted(counts[2], "note") + '\n';
 }
 
-// A paragraph of at most TEXT_WIDTH characters a line.
-std::string Wrapped(const char* text, const std::string& indent) {
-    std::istringstream words{text};
-    std::string lines;
-    std::string line = indent;
-    for (std::string word; words >> word;) {
-        if (line.size() + word.size() >= TEXT_WIDTH) lines += std::exchange(line, indent) + '\n';
-        line.append(line.size() > indent.size() ? " " : "").append(word);
-    }
-    return lines + line + '\n';
-}
-
 Answer Explain(const std::string& list) {
     Answer answer;
     answer.tellsErrors = true;  // none of them is asked for
@@ -176,8 +168,8 @@ Answer Explain(const std::string& list) {
     for (const std::string& word : words) {
         const LintRow& row = AskedLint(word);
         const char* const severity = SEVERITIES[static_cast<int>(row.severity)];
-        answer.text +=
-            std::string{row.name} + ' ' + severity + ": " + row.title + '\n' + Wrapped(row.explanation, "    ");
+        answer.text += std::string{row.name} + ' ' + severity + ": " + row.title + '\n';
+        AddWrapped(answer.text, FromUtf8(row.explanation), TEXT_INDENT);
         answer.document["codes"].push_back(
             {{"code", row.name}, {"severity", severity}, {"title", row.title}, {"explanation", row.explanation}});
     }

@@ -12,15 +12,15 @@ CString Blanks(int count) {
 
 void AddWrapped(std::string& text, CString words, int margin, CString lead) {
     if (lead.IsEmpty()) lead = Blanks(margin);
-    while (margin + words.GetLength() > LINE_WIDTH) {
-        const int last = words.Left(LINE_WIDTH - margin + 1).ReverseFind(L' ');
+    for (int used = std::max(margin, lead.GetLength()); used + words.GetLength() > LINE_WIDTH; used = margin) {
+        const int last = words.Left(std::max(LINE_WIDTH - used, 0) + 1).ReverseFind(L' ');
         const int end = last > 0 ? last : words.Find(L' ');
         if (end <= 0) break;
         text += ToUtf8(lead + words.Left(end)) + '\n';
         lead = Blanks(margin);
         words = words.Mid(end + 1);
     }
-    text += ToUtf8(lead + words) + '\n';
+    text += ToUtf8((lead + words).TrimRight()) + '\n';
 }
 
 }  // namespace veltrane::config

@@ -6,13 +6,13 @@
 
 class Lint : public Companion {
 protected:
-    /// The findings of a run, without the line that counts them.
+    /// The findings of a run, each in one line, without the line that counts them.
     std::string Findings(const Words& words = {}, const Words& arguments = {"-i", "team.ini"}, Words environment = {}) {
         Words all{"lint"};
         all.insert(all.end(), words.begin(), words.end());
         m_Result = Ask(all, arguments, std::move(environment));
         EXPECT_EQ(m_Result.errors, "");
-        const std::string& text = m_Result.output;
+        const std::string text = std::regex_replace(m_Result.output, std::regex{"\n    "}, " ");
         return text.substr(0, text.rfind('\n', text.size() - 2) + 1);
     }
     /// Without the folder and the end of the files' names.
@@ -45,6 +45,7 @@ TEST_F(Lint, NamesEverySlipAndNothingElse) {
         if (row[0] == '#') continue;
         SCOPED_TRACE(row);
         std::smatch cells;
+        static const std::regex wide{"[^\n]{81}"};
         static const std::regex form{R"(([^|]*)\|([^|]*)\|(!?)([^|]*)\|(.*))"};
         ASSERT_TRUE(std::regex_match(row, cells, form));
         WriteBasic(Bytes(cells[1]));
@@ -52,6 +53,7 @@ TEST_F(Lint, NamesEverySlipAndNothingElse) {
         Write("registry.reg", (cells[3] == "!" ? "" : "REGEDIT4\n") + Bytes(cells[4]));
         const std::string wanted = cells[5];
         EXPECT_EQ(Short(Findings()), std::regex_replace(wanted, std::regex{" // |$"}, wanted.empty() ? "" : "\n"));
+        EXPECT_FALSE(std::regex_search(m_Result.output, wide));
         EXPECT_EQ(m_Result.exitCode, wanted.find(": error ") == std::string::npos ? 0 : 1);
         ++(wanted.empty() ? legal : slips);
     }

@@ -60,7 +60,8 @@ with tempfile.TemporaryDirectory() as work:
     arguments = ["-m", work, "db", "-i", "team.ini", "--data", f"{work}/data", "-l", "a b"]
     questions = (["show", "--all"], ["show", *names], ["explain", *names], ["lint"], ["lint", "--explain", "C05"], ["names", "list"],
                  ["names", "--version", "4", "list"], ["names", "--rules"], ["freeze"], ["files"],
-                 ["errors", "run.log", "run.log"], ["nothing"], ["show", "nothing"], ["explain"], ["errors", "folder"])
+                 ["errors", "run.log", "run.log"], ["nothing"], ["show", "nothing"], ["explain"], ["errors", "folder"],
+                 ["show", "--tool", "none"], ["lint", "none"], ["lint", "--code", "X"], ["names", "none"], ["freeze", "now"])
     worlds = (arguments, ["-m", work, "db", "-i", "folder"], ["-m", work, "dbx"], ["-m", f"{work}/none"], ["--nothing"],
               ["-m", work, "db", "-i", "twice.ini"], ["--help"], [])
     for words in worlds:

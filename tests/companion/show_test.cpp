@@ -1,5 +1,6 @@
 #include "companion.h"
 
+#include <csignal>
 #include <regex>
 
 using Show = Companion;
@@ -131,6 +132,12 @@ TEST_F(Show, TellsWhatIsWrongWithAnswerAndPlaces) {
     }
 }
 
+TEST_F(Show, BreaksLinesAtTheirBlanks) {
+    const std::string database(56, 'x');
+    ExpectIn(Ask({"show", "role"}, {"-n", database}).output,
+             "\n    registry     -  registry.reg\n                   [SOFTWARE\\VORNAK\\veltrane\\" + database + "]\n");
+}
+
 TEST_F(Show, ToldTheValueThatFollowsWhenTheWinnerIsGone) {
     // One bit for each layer that has the option, the strongest in front.
     for (int layers = 31; layers >= 0; --layers) {
@@ -170,8 +177,32 @@ TEST_F(Show, HintsAtForgottenHyphensAndAtOptionsOfTheTool) {
     ExpectIn(Ask({"show"}, {"-ini", "x"}).errors, "<---- Did you mean <--ini>? ---->\n");
     const std::string unnamed = Run({"show", "--only", "registry", "--", "-m", Path("meta")}).errors;
     EXPECT_EQ(unnamed.find("error:"), unnamed.rfind("error:")) << "the sections of the database have no name either";
-    const ChildResult full = RunTool(VELTRANE_CONFIG, {"veltrane-config", "--help"}, {}, "/dev/full");
-    ExpectOutput(full, 2, "", "veltrane-config: standard output cannot be written\n");
+}
+
+TEST_F(Show, MindsWhereItsOutputGoes) {
+    WriteBasic("[USER]\nquiet=yes\n");
+    std::string names;
+    for (int i = 0; i < 9'999; ++i) names += "table a_name_that_fills_the_pipe\n";
+    Write("list", names);
+    const auto shell = [&](const std::string& line, const Words& environment = {}) {
+        Words all{"PATH=/usr/bin:/bin", "META=" + Path("meta")};
+        all.insert(all.end(), environment.begin(), environment.end());
+        return RunTool("/bin/bash", {"bash", "-c", line, VELTRANE_CONFIG}, all);
+    };
+    for (const std::string words : {"show", "show quiet --format=json", "lint", "explain quiet", "names list", "files",
+                                    "names --rules --format=json", "freeze", "--generate man", "--help", "--version"}) {
+        const ChildResult full =
+            shell("$0 " + words + " -- db -m $META >/dev/full 2>errors; code=$?; tail -1 errors; exit $code");
+        ExpectOutput(full, 2, "veltrane-config: standard output cannot be written\n");
+    }
+    const std::string first = "table  a_name_that_fills_the_pipe  0: A_NAME_THAT_FILLS_THE_PIPE\n";
+    ExpectOutput(shell("$0 names list -- db -m $META | head -1; exit ${PIPESTATUS[0]}"), 128 + SIGPIPE, first);
+    const std::string terminal = "script -qec \"$0 lint -- db -m $META\" /dev/null";
+    ExpectIn(shell(terminal).output, "ini:6: \x1B[1;35mwarning\x1B[0m C05");
+    ExpectIn(shell(terminal, {"NO_COLOR=1"}).output, "ini:6: warning C05");
+    ExpectIn(shell("$0 lint -- db -m $META").output, "ini:6: warning C05");
+    ExpectOutput(shell("cp $0 . && ./veltrane-config show -- db"), 2, "",
+                 "veltrane-config: tool <" + Path("veltrane") + "> not found; name it with --tool PATH\n");
 }
 
 TEST_F(Show, AnswersItsOwnFaultsInOneLine) {

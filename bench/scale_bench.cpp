@@ -6,8 +6,8 @@
 
 #include "support/benchfile.h"
 #include "support/ratio.h"
+#include "veltrane/platform/sources/internal/snapshot.h"
 #include "veltrane/platform/sources/profile.h"
-#include "veltrane/platform/sources/snapshot.h"
 #include "veltrane/platform/sources/winreg.h"
 
 using namespace veltrane;

@@ -10,12 +10,9 @@ install(TARGETS veltrane_base EXPORT veltrane_base-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 
-# Neither installed nor documented: what lies in detail/, and what the rooms of the platform share with each other only.
-set(VELTRANE_INTERNAL_HEADERS utf8 utf16 windows1252 decoding trim indexformat nativefile openfile foreigncode loading snapshot answerline)
-list(JOIN VELTRANE_INTERNAL_HEADERS "|" internal)
+# Neither installed nor documented: detail/, what a room keeps to itself, and internal/, what it shares with others only.
 install(DIRECTORY veltrane/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/veltrane COMPONENT development
-    FILES_MATCHING PATTERN "*.h" PATTERN "detail" EXCLUDE
-    REGEX "/(${internal})\\.h$" EXCLUDE)
+    FILES_MATCHING PATTERN "*.h" PATTERN "detail" EXCLUDE PATTERN "internal" EXCLUDE)
 install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development PATTERN "*.in" EXCLUDE)
 

@@ -8,7 +8,7 @@
 #include "veltrane/foundation/xstring.h"
 #include "veltrane/platform/process/localtime.h"
 #include "veltrane/platform/process/process.h"
-#include "veltrane/platform/text/indexformat.h"
+#include "veltrane/platform/text/internal/indexformat.h"
 
 namespace veltrane::config {
 

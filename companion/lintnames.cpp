@@ -3,7 +3,7 @@
 
 #include "lint.h"
 #include "nearest.h"
-#include "veltrane/platform/text/indexformat.h"
+#include "veltrane/platform/text/internal/indexformat.h"
 
 namespace veltrane::config {
 

@@ -4,7 +4,7 @@
 
 #include "lint.h"
 #include "nearest.h"
-#include "veltrane/platform/sources/snapshot.h"
+#include "veltrane/platform/sources/internal/snapshot.h"
 #include "veltrane/platform/sources/winreg.h"
 
 namespace veltrane::config {

@@ -1,7 +1,7 @@
 // Checks of the naming rules.
 #include "lint.h"
 #include "printable.h"
-#include "veltrane/platform/text/indexformat.h"
+#include "veltrane/platform/text/internal/indexformat.h"
 
 namespace veltrane::config {
 

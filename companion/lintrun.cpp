@@ -5,7 +5,7 @@
 #include "startupfiles.h"
 #include "veltrane/config/xconfiguration.h"
 #include "veltrane/platform/files/filesystem.h"
-#include "veltrane/platform/text/indexformat.h"
+#include "veltrane/platform/text/internal/indexformat.h"
 
 namespace veltrane::config {
 

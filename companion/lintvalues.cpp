@@ -5,7 +5,7 @@
 #include "printable.h"
 #include "veltrane/foundation/xpath.h"
 #include "veltrane/platform/sources/environment.h"
-#include "veltrane/platform/text/indexformat.h"
+#include "veltrane/platform/text/internal/indexformat.h"
 
 namespace veltrane::config {
 

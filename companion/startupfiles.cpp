@@ -6,7 +6,7 @@
 #include "answer.h"
 #include "nearest.h"
 #include "veltrane/config/xconfiguration.h"
-#include "veltrane/platform/text/indexformat.h"
+#include "veltrane/platform/text/internal/indexformat.h"
 
 namespace veltrane::config {
 

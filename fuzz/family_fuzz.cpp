@@ -8,7 +8,7 @@
 #include "fuzz_text.h"
 #include "veltrane/config/xconfiguration.h"
 #include "veltrane/foundation/xexception.h"
-#include "veltrane/platform/sources/snapshot.h"
+#include "veltrane/platform/sources/internal/snapshot.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;

@@ -9,8 +9,8 @@
 
 #include "veltrane/platform/text/characters.h"
 #include "veltrane/platform/text/encoding.h"
-#include "veltrane/platform/text/utf16.h"
-#include "veltrane/platform/text/windows1252.h"
+#include "veltrane/platform/text/internal/utf16.h"
+#include "veltrane/platform/text/internal/windows1252.h"
 
 // What the readers of files do to texts, done the plainest way to compare with.
 

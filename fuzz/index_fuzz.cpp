@@ -2,7 +2,7 @@
 #include <climits>
 
 #include "fuzz_input.h"
-#include "veltrane/platform/text/indexformat.h"
+#include "veltrane/platform/text/internal/indexformat.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;

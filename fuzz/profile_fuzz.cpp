@@ -9,9 +9,9 @@
 
 #include "fuzz_input.h"
 #include "fuzz_text.h"
-#include "veltrane/platform/sources/answerline.h"
+#include "veltrane/platform/sources/internal/answerline.h"
+#include "veltrane/platform/sources/internal/snapshot.h"
 #include "veltrane/platform/sources/profile.h"
-#include "veltrane/platform/sources/snapshot.h"
 #include "veltrane/platform/sources/sourcelines.h"
 
 using namespace veltrane;

@@ -10,7 +10,7 @@
 #include "veltrane/options/xcommandline.h"
 #include "veltrane/options/xoption.h"
 #include "veltrane/platform/process/process.h"
-#include "veltrane/platform/sources/snapshot.h"
+#include "veltrane/platform/sources/internal/snapshot.h"
 #include "veltrane/platform/sources/winreg.h"
 
 using namespace veltrane;

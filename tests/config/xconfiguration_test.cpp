@@ -1,7 +1,7 @@
 #include "veltrane/config/xconfiguration.h"
 
 #include "support/support.h"
-#include "veltrane/platform/sources/snapshot.h"
+#include "veltrane/platform/sources/internal/snapshot.h"
 
 class XConfigurationTest : public testing::Test {
 protected:

@@ -10,7 +10,7 @@ cmake --install "$1" --prefix "$temporary/first" >/dev/null
 prefix="$temporary/moved prefix"
 mv "$temporary/first" "$prefix"
 
-[ -z "$(find "$prefix" -path '*/detail*')" ] || fail "internal headers are installed"
+[ -z "$(find "$prefix" -path '*/detail*' -o -path '*/internal*')" ] || fail "internal headers are installed"
 [ -f "$prefix/include/veltrane/foundation/xexception.h" ] || fail "the headers are not in their folders"
 libraries=$(dirname "$(find "$prefix" -name libveltrane_base.so.1)")
 [ -L "$libraries/libveltrane_base.so" ] && [ -L "$libraries/libveltrane_base.so.1" ] ||

@@ -40,9 +40,8 @@ function room(file, parts) {
     other = room(target)
     if (!(other in level)) { wrong("a room that is none"); next }
     if (other != own && level[other] >= level[own]) wrong("points upwards")
-    if (target ~ /\/detail\//) {
-        if (other != own) wrong("what is private to another room")
-        if ($1 ~ /^veltrane.*\.h$/ && $1 !~ /\/detail\//) wrong("a header that is not installed")
-    }
+    if (target ~ /\/detail\// && other != own) wrong("what is private to another room")
+    if (target ~ /\/(detail|internal)\// && $1 ~ /^veltrane.*\.h$/ && $1 !~ /\/(detail|internal)\//)
+        wrong("a header that is not installed")
 }
 END { exit failed }' "$temporary/includes" || fail "includes that break the layers"

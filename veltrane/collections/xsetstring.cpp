@@ -6,7 +6,7 @@
 
 #include "veltrane/collections/matchsorted.h"
 #include "veltrane/platform/text/characters.h"
-#include "veltrane/platform/text/trim.h"
+#include "veltrane/platform/text/internal/trim.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;

@@ -4,9 +4,9 @@
 #include <string_view>
 
 #include "veltrane/foundation/xraise.h"
-#include "veltrane/platform/sources/answerline.h"
+#include "veltrane/platform/sources/internal/answerline.h"
 #include "veltrane/platform/sources/profile.h"
-#include "veltrane/platform/text/indexformat.h"
+#include "veltrane/platform/text/internal/indexformat.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;

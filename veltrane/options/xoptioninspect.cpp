@@ -11,7 +11,7 @@
 #include "veltrane/options/detail/xoptionsteps.h"
 #include "veltrane/options/xoption.h"
 #include "veltrane/platform/files/filesystem.h"
-#include "veltrane/platform/sources/snapshot.h"
+#include "veltrane/platform/sources/internal/snapshot.h"
 #include "veltrane/platform/sources/winreg.h"
 #include "veltrane/platform/text/encoding.h"
 

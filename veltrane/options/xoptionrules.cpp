@@ -6,8 +6,8 @@
 
 #include "veltrane/options/detail/xoptionretrieval.h"
 #include "veltrane/options/xoption.h"
-#include "veltrane/platform/sources/snapshot.h"
-#include "veltrane/platform/text/indexformat.h"
+#include "veltrane/platform/sources/internal/snapshot.h"
+#include "veltrane/platform/text/internal/indexformat.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;

@@ -12,7 +12,7 @@
 #include "veltrane/platform/files/cfile.h"
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/process/messagebox.h"
-#include "veltrane/platform/sources/snapshot.h"
+#include "veltrane/platform/sources/internal/snapshot.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;

@@ -1,7 +1,7 @@
 #include "veltrane/platform/sources/profile.h"
 
 #include "support/support.h"
-#include "veltrane/platform/sources/snapshot.h"
+#include "veltrane/platform/sources/internal/snapshot.h"
 
 class Profile : public testing::Test {
 protected:

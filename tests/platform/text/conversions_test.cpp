@@ -3,7 +3,7 @@
 
 #include "support/support.h"
 #include "veltrane/platform/text/characters.h"
-#include "veltrane/platform/text/indexformat.h"
+#include "veltrane/platform/text/internal/indexformat.h"
 #include "veltrane/platform/text/numbers.h"
 
 TEST(Characters, FoldOneElementToOne) {

@@ -2,7 +2,7 @@
 #include <cstddef>
 #include <new>
 
-#include "veltrane/platform/process/loading.h"
+#include "veltrane/platform/process/internal/loading.h"
 #include "veltrane/platform/text/cstring.h"
 
 // The memory of what xoptiondefinition.h declares as CString[]. All copies of the library in a process have it

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "veltrane/options/detail/xoptionlocation.h"
-#include "veltrane/platform/text/indexformat.h"
+#include "veltrane/platform/text/internal/indexformat.h"
 
 namespace veltrane::detail {
 

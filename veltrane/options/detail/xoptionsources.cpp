@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "veltrane/platform/sources/environment.h"
-#include "veltrane/platform/text/indexformat.h"
+#include "veltrane/platform/text/internal/indexformat.h"
 
 namespace veltrane::detail {
 

@@ -8,7 +8,7 @@
 #include <memory>
 
 #include "veltrane/platform/files/filesystem.h"
-#include "veltrane/platform/files/nativefile.h"
+#include "veltrane/platform/files/internal/nativefile.h"
 #include "veltrane/platform/text/characters.h"
 #include "veltrane/platform/text/encoding.h"
 

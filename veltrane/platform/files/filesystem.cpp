@@ -10,10 +10,10 @@
 #include <optional>
 
 #include "veltrane/platform/files/detail/missingpath.h"
-#include "veltrane/platform/files/nativefile.h"
+#include "veltrane/platform/files/internal/nativefile.h"
 #include "veltrane/platform/text/characters.h"
 #include "veltrane/platform/text/encoding.h"
-#include "veltrane/platform/text/utf8.h"
+#include "veltrane/platform/text/internal/utf8.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;

@@ -10,8 +10,8 @@
 
 #include "veltrane/platform/files/cfile.h"
 #include "veltrane/platform/files/filesystem.h"
-#include "veltrane/platform/files/nativefile.h"
-#include "veltrane/platform/text/utf8.h"
+#include "veltrane/platform/files/internal/nativefile.h"
+#include "veltrane/platform/text/internal/utf8.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;

@@ -6,8 +6,8 @@
 #include <memory>
 #include <utility>
 
-#include "veltrane/platform/files/foreigncode.h"
-#include "veltrane/platform/files/nativefile.h"
+#include "veltrane/platform/files/internal/foreigncode.h"
+#include "veltrane/platform/files/internal/nativefile.h"
 #include "veltrane/platform/text/encoding.h"
 
 using namespace veltrane;

@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "veltrane/platform/process/loading.h"
+#include "veltrane/platform/process/internal/loading.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;

@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "veltrane/platform/text/decoding.h"
+#include "veltrane/platform/text/internal/decoding.h"
 
 namespace veltrane {
 

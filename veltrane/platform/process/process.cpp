@@ -6,7 +6,7 @@
 #include <chrono>
 #include <optional>
 
-#include "veltrane/platform/files/nativefile.h"
+#include "veltrane/platform/files/internal/nativefile.h"
 #include "veltrane/platform/text/encoding.h"
 
 namespace veltrane {

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <string_view>
 
-#include "veltrane/platform/sources/answerline.h"
 #include "veltrane/platform/sources/detail/profilescan.h"
 #include "veltrane/platform/sources/detail/sourcefile.h"
+#include "veltrane/platform/sources/internal/answerline.h"
 #include "veltrane/platform/text/cstring.h"
-#include "veltrane/platform/text/decoding.h"
+#include "veltrane/platform/text/internal/decoding.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;

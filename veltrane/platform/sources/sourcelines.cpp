@@ -10,9 +10,9 @@
 #include "veltrane/platform/sources/detail/registrywalk.h"
 #include "veltrane/platform/sources/detail/sourcefile.h"
 #include "veltrane/platform/sources/winreg.h"
-#include "veltrane/platform/text/decoding.h"
 #include "veltrane/platform/text/encoding.h"
-#include "veltrane/platform/text/utf8.h"
+#include "veltrane/platform/text/internal/decoding.h"
+#include "veltrane/platform/text/internal/utf8.h"
 
 namespace veltrane {
 

@@ -7,10 +7,10 @@
 #include <mutex>
 #include <utility>
 
-#include "veltrane/platform/sources/answerline.h"
 #include "veltrane/platform/sources/detail/sourcefile.h"
+#include "veltrane/platform/sources/internal/answerline.h"
 #include "veltrane/platform/text/encoding.h"
-#include "veltrane/platform/text/utf16.h"
+#include "veltrane/platform/text/internal/utf16.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;

@@ -8,8 +8,8 @@
 
 #include "veltrane/platform/text/characters.h"
 #include "veltrane/platform/text/encoding.h"
-#include "veltrane/platform/text/trim.h"
-#include "veltrane/platform/text/utf16.h"
+#include "veltrane/platform/text/internal/trim.h"
+#include "veltrane/platform/text/internal/utf16.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "veltrane/platform/text/utf8.h"
+#include "veltrane/platform/text/internal/utf8.h"
 
 namespace veltrane {
 

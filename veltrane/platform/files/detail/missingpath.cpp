@@ -7,10 +7,10 @@
 #include <algorithm>
 #include <string_view>
 
-#include "veltrane/platform/files/nativefile.h"
+#include "veltrane/platform/files/internal/nativefile.h"
 #include "veltrane/platform/text/characters.h"
 #include "veltrane/platform/text/encoding.h"
-#include "veltrane/platform/text/utf8.h"
+#include "veltrane/platform/text/internal/utf8.h"
 
 namespace veltrane::detail {
 

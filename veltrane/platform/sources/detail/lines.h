@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "veltrane/platform/text/trim.h"
+#include "veltrane/platform/text/internal/trim.h"
 
 namespace veltrane::detail {
 

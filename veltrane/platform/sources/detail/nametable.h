@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "veltrane/platform/text/characters.h"
-#include "veltrane/platform/text/decoding.h"
+#include "veltrane/platform/text/internal/decoding.h"
 
 namespace veltrane::detail {
 

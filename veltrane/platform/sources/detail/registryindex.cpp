@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "veltrane/platform/text/decoding.h"
+#include "veltrane/platform/text/internal/decoding.h"
 
 namespace veltrane::detail {
 

@@ -6,7 +6,7 @@
 
 #include "veltrane/platform/sources/winreg.h"
 #include "veltrane/platform/text/characters.h"
-#include "veltrane/platform/text/utf16.h"
+#include "veltrane/platform/text/internal/utf16.h"
 
 namespace veltrane::detail {
 

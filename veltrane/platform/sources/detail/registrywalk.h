@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "veltrane/platform/sources/detail/lines.h"
-#include "veltrane/platform/text/decoding.h"
+#include "veltrane/platform/text/internal/decoding.h"
 
 namespace veltrane::detail {
 

@@ -11,11 +11,11 @@
 #include <utility>
 
 #include "veltrane/platform/files/filesystem.h"
-#include "veltrane/platform/files/foreigncode.h"
-#include "veltrane/platform/files/openfile.h"
-#include "veltrane/platform/sources/snapshot.h"
-#include "veltrane/platform/text/utf16.h"
-#include "veltrane/platform/text/utf8.h"
+#include "veltrane/platform/files/internal/foreigncode.h"
+#include "veltrane/platform/files/internal/openfile.h"
+#include "veltrane/platform/sources/internal/snapshot.h"
+#include "veltrane/platform/text/internal/utf16.h"
+#include "veltrane/platform/text/internal/utf8.h"
 
 namespace veltrane::detail {
 

@@ -6,12 +6,12 @@
 #include <string>
 #include <string_view>
 
-#include "veltrane/platform/files/nativefile.h"
+#include "veltrane/platform/files/internal/nativefile.h"
 #include "veltrane/platform/sources/detail/profileindex.h"
 #include "veltrane/platform/sources/detail/registryindex.h"
 #include "veltrane/platform/sources/sourcereading.h"
 #include "veltrane/platform/text/cstring.h"
-#include "veltrane/platform/text/decoding.h"
+#include "veltrane/platform/text/internal/decoding.h"
 
 namespace veltrane::detail {
 

@@ -1,4 +1,4 @@
-#include "veltrane/platform/process/loading.h"
+#include "veltrane/platform/process/internal/loading.h"
 
 #include <unistd.h>
 

@@ -1,4 +1,4 @@
-#include "veltrane/platform/files/nativefile.h"
+#include "veltrane/platform/files/internal/nativefile.h"
 
 #include <fcntl.h>
 #include <poll.h>

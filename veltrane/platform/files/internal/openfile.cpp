@@ -1,4 +1,4 @@
-#include "veltrane/platform/files/openfile.h"
+#include "veltrane/platform/files/internal/openfile.h"
 
 #include <fcntl.h>
 

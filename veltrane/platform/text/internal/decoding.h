@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "veltrane/platform/text/utf8.h"
-#include "veltrane/platform/text/windows1252.h"
+#include "veltrane/platform/text/internal/utf8.h"
+#include "veltrane/platform/text/internal/windows1252.h"
 
 namespace veltrane::detail {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "veltrane/platform/text/utf16.h"
+#include "veltrane/platform/text/internal/utf16.h"
 
 namespace veltrane::detail {
 

@@ -1,10 +1,10 @@
-#include "veltrane/platform/text/indexformat.h"
+#include "veltrane/platform/text/internal/indexformat.h"
 
 #include <string>
 
 #include "veltrane/platform/text/characters.h"
+#include "veltrane/platform/text/internal/trim.h"
 #include "veltrane/platform/text/numbers.h"
-#include "veltrane/platform/text/trim.h"
 
 namespace veltrane {
 

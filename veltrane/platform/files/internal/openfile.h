@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "veltrane/platform/files/nativefile.h"
+#include "veltrane/platform/files/internal/nativefile.h"
 
 namespace veltrane::detail {
 

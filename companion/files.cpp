@@ -1,4 +1,6 @@
 // Every file and folder that start-up looks at, and what is there.
+#include <algorithm>
+
 #include "commands.h"
 #include "startupfiles.h"
 #include "veltrane/foundation/xstring.h"
@@ -66,14 +68,14 @@ CString PathText(const OptionLocation& location) {
     return isSame ? shown : location.path + L" = " + shown;
 }
 
-void Add(Answer& answer, Columns& columns, XOption& options, const OptionLocation& location) {
+void Add(Answer& answer, Columns& columns, XOption& options, const OptionLocation& location, bool isUserFileRead) {
     Json json{{"kind", ToUtf8(NameOf(KINDS, location.kind))}};
     if (!location.option.IsEmpty()) json["option"] = ToUtf8(location.option);
     json["path"] = ToUtf8(location.path);
     json["spelled"] = ToUtf8(location.spelled);
     json["exists"] = location.exists;
     CString state = FolderState(options, location);
-    if (IsNamedTooLate(options, location)) {
+    if (location.kind == Kind::UserFile && !isUserFileRead) {
         state = L"not read: a file names it, which is too late";
     } else if (IsFile(location)) {
         DescribeFile(location, state, json);
@@ -93,8 +95,12 @@ Answer Files(const Request& /*request*/, Startup& startup) {
     Answer answer;
     answer.document["files"] = Json::array();
     Columns columns;
-    for (const OptionLocation& location : startup.options.GetLocations()) {
-        Add(answer, columns, startup.options, location);
+    const std::vector<OptionLocation> locations = startup.options.GetLocations();
+    const bool isUserFileRead = std::ranges::any_of(locations, [](const OptionLocation& location) {
+        return location.kind == Kind::UserFile && location.isInForce;
+    });
+    for (const OptionLocation& location : locations) {
+        Add(answer, columns, startup.options, location, isUserFileRead);
     }
     columns.Print(answer);
     StartupFiles{startup}.AddFaults(answer);

@@ -27,7 +27,7 @@ bool IsUnmarkedUtf16(const CString& path) {
 }  // namespace
 
 LintRun::LintRun(Startup& started) : startup(started) {
-    for (const auto& [layer, path] : SourcePaths(startup.options)) AddSource(layer, path);
+    for (const auto& [layer, path] : SourceFiles(startup.options)) AddSource(layer, path);
     AddSections();
     AddRegistryKeys();
     AddDatabases();
@@ -61,14 +61,13 @@ void LintRun::AddSections() {
 
 // The store tells in which keys it looks.
 void LintRun::AddRegistryKeys() {
+    m_ToolKey = Folded(startup.options.GetLocations().front().key);
     for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
         const auto isKnown = [&](const RegistryKey& key) { return key.section == row->eSection; };
         if (row->eOption == eOptionTitle || !row->IsSingle() || std::ranges::any_of(m_RegistryKeys, isKnown)) continue;
         for (const OptionPlace& place : startup.options.GetOptionCandidates(row->szLongName, -1).places) {
             if (place.layer != OptionLayer::Registry) continue;
             m_RegistryKeys.push_back({place.section, row->eSection});
-            const int below = startup.options.GetSectionName(row->eSection).GetLength() + 1;
-            m_ToolKey = Folded(place.section.Left(place.section.GetLength() - below));
         }
     }
 }

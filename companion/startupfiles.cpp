@@ -1,6 +1,7 @@
 #include "startupfiles.h"
 
 #include <algorithm>
+#include <functional>
 #include <set>
 
 #include "answer.h"
@@ -40,26 +41,17 @@ const wchar_t* ReadingName(SourceReading reading) {
     return READINGS[static_cast<std::size_t>(reading)];
 }
 
-bool IsNamedTooLate(XOption& options, const OptionLocation& location) {
-    const bool isUserFile = location.kind == OptionLocation::Kind::UserFile;
-    const OptionLayer layer = options.GetOptionOrigin(options.GetFirstOptionItem(location.option)).layer;
-    return isUserFile && IsFile(layer);
-}
-
-std::vector<std::pair<OptionLayer, CString>> SourcePaths(XOption& options) {
-    std::vector<std::pair<OptionLayer, CString>> paths;
-    std::optional<OptionLocation> user;
-    CString registry;
-    for (const OptionLocation& place : options.GetLocations()) {
+std::vector<SourceFile> SourceFiles(const XOption& options) {
+    std::vector<SourceFile> files;
+    for (const OptionLocation& location : options.GetLocations()) {
         using enum OptionLocation::Kind;
-        if (IsNamedTooLate(options, place)) continue;
-        if (place.kind == Registry) registry = place.path;
-        if (place.kind == BasicFile) paths.emplace_back(OptionLayer::BasicFile, place.path);
-        if (place.kind == UserFile && (!user || (!user->exists && place.exists))) user = place;
+        if (!location.isInForce) continue;
+        if (location.kind == Registry) files.push_back({OptionLayer::Registry, location.path});
+        if (location.kind == UserFile) files.push_back({OptionLayer::UserFile, location.path});
+        if (location.kind == BasicFile) files.push_back({OptionLayer::BasicFile, location.path});
     }
-    if (user) paths.emplace_back(OptionLayer::UserFile, user->path);
-    paths.emplace_back(OptionLayer::Registry, registry);
-    return paths;
+    std::ranges::sort(files, std::ranges::greater{}, &SourceFile::layer);
+    return files;
 }
 
 bool IsUnreadable(const CString& path, const SourceFileLines& view) {
@@ -78,9 +70,9 @@ CString LossNote(const std::vector<OptionPlace>& places) {
 }
 
 StartupFiles::StartupFiles(Startup& startup) : m_Startup(startup) {
-    for (const auto& [layer, path] : SourcePaths(startup.options)) {
-        m_Sources.push_back(
-            {layer, path, layer == OptionLayer::Registry ? ReadRegistryLines(path) : ReadProfileLines(path)});
+    for (const auto& [layer, path] : SourceFiles(startup.options)) {
+        const bool isRegistry = layer == OptionLayer::Registry;
+        m_Sources.push_back({layer, path, isRegistry ? ReadRegistryLines(path) : ReadProfileLines(path)});
     }
 }
 

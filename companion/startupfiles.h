@@ -13,11 +13,14 @@ struct Answer;
 /// "read", "missing", "is a folder" and so on.
 const wchar_t* ReadingName(SourceReading reading);
 
-/// Whether a place is a user file that start-up never looks at, because a file has named it.
-bool IsNamedTooLate(XOption& options, const OptionLocation& location);
+/// A file that options are read from.
+struct SourceFile {
+    OptionLayer layer;
+    CString path;
+};
 
-/// The files that start-up reads, the weakest first: basic file, the user file in force, registry.
-std::vector<std::pair<OptionLayer, CString>> SourcePaths(XOption& options);
+/// Those of a start-up, the weakest first.
+std::vector<SourceFile> SourceFiles(const XOption& options);
 
 /// Whether a source is there and cannot be read. /dev/null is an empty file.
 bool IsUnreadable(const CString& path, const SourceFileLines& view);

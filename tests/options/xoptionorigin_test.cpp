@@ -239,9 +239,14 @@ TEST_F(Origins, LocationsAreTheFilesAndFoldersOfStartUp) {
     CString told;
     const int folder = m_Folder.Wide().GetLength() + 1;
     for (const OptionLocation& place : m_Store->GetLocations()) {
-        told += FormatText(L"%s %s%s\n", place.option, place.exists ? L"" : L"- ", place.spelled.Mid(folder));
+        told += FormatText(L"%s %s%s%s%s\n", place.option, place.exists ? L"" : L"- ", place.spelled.Mid(folder),
+                           place.key, place.isInForce ? L"" : L"not used");
     }
     EXPECT_EQ(told,
-              L" - registry.reg\nmetadata .metadata\n .metadata/tool.ini\nini - \nini data/Configuration/My.ini\n"
+              L" - registry.regSOFTWARE\\VORNAK\\Tool\nmetadata .metadata\n .metadata/tool.ini\nini - not used\nini "
+              L"data/Configuration/My.ini\n"
               L"data data\nconfig data/Configuration\nchangefile-root data/changefile\nlogging data/log\n");
+    Complete("[USER]\nini=my.ini\n");
+    Start({L"db", L"--data", DataFolder()});
+    for (const OptionLocation& place : m_Store->GetLocations()) EXPECT_EQ(place.isInForce, place.option != L"ini");
 }

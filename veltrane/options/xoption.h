@@ -167,6 +167,7 @@ private:
 
     bool m_bLookOnly = false;
     std::optional<bool> m_bDataKnown;  // when the folders were made out, if one of them needed the option "data"
+    std::optional<bool> m_bIniKnown;   // when the user file was determined, if that has come
     std::unique_ptr<veltrane::detail::XOptionItems> m_pItems;
     std::unique_ptr<veltrane::detail::XOptionSources> m_pSources;
     std::unique_ptr<veltrane::detail::XOptionOrigins> m_pOrigins;

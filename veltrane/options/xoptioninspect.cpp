@@ -1,6 +1,7 @@
 // What the store tells of itself: where values come from, what else the sources have, where start-up looks.
 #include <algorithm>
 #include <exception>
+#include <iterator>
 #include <utility>
 
 #include "veltrane/foundation/xpath.h"
@@ -22,6 +23,21 @@ namespace {
 
 OptionLocation LocationOf(OptionLocation::Kind kind, const CString& option, const CString& path) {
     return {kind, option, path, FromUtf8(MapPath(path)), FileExists(path)};
+}
+
+// Where the user file is looked for; the first place that has it is the one, unless a file has named it, too late.
+std::vector<OptionLocation> UserFiles(const CString& file, const CString& folder, bool isInTime) {
+    std::vector<OptionLocation> places;
+    const auto add = [&](const CString& path) {
+        places.push_back(LocationOf(OptionLocation::Kind::UserFile, LibraryRow(eOptionIni).szLongName, path));
+        places.back().isInForce = false;
+    };
+    if (file.IsEmpty()) return places;
+    add(file);
+    if (!IsAbsolutePath(file)) add(BuildFileName(folder, file));
+    const auto found = std::ranges::find(places, true, &OptionLocation::exists);
+    (found == places.end() ? places.front() : *found).isInForce = isInTime;
+    return places;
 }
 
 // An item has the value that it has; without a known origin the steps may be those of another value.
@@ -205,17 +221,14 @@ std::vector<OptionLocation> XOption::GetLocations() const {
     };
     constexpr XOptionDefinition& metadata = LibraryRow(eOptionMetadata);
     constexpr XOptionDefinition& exeName = LibraryRow(eOptionExeName);
-    constexpr XOptionDefinition& ini = LibraryRow(eOptionIni);
+    if (m_pSources->registry) locations.front().key = m_pSources->registry->KeyPath({});
     add(MetadataFolder, metadata);
     const bool isStarted = m_pItems->Find(exeName, -1);
     locations.push_back(
         LocationOf(BasicFile, {}, isStarted ? BasicFilePath(stored(metadata), stored(exeName)) : CString{}));
-    const CString user = stored(ini);
-    if (!user.IsEmpty()) add(UserFile, ini);
-    if (!user.IsEmpty() && !IsAbsolutePath(user)) {
-        const CString path = BuildFileName(stored(LibraryRow(eOptionConfig)), user);
-        locations.push_back(LocationOf(UserFile, ini.szLongName, path));
-    }
+    std::ranges::move(
+        UserFiles(stored(LibraryRow(eOptionIni)), stored(LibraryRow(eOptionConfig)), m_bIniKnown.value_or(true)),
+        std::back_inserter(locations));
     add(Data, LibraryRow(eOptionData));
     for (const StartupFolder& folder : USER_FOLDERS) add(UserFolder, folder.option);
     return locations;

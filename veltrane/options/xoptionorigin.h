@@ -68,6 +68,9 @@ struct OptionLocation {
     CString path;     ///< as the store asks for it; empty when nothing is named
     CString spelled;  ///< as it is spelled on the disk, drives replaced; empty when the drive has no folder
     bool exists = false;
+    CString key = {};  ///< the registry: that of the tool; empty before Initialize
+    /// Whether start-up uses it: of the two places of a user file one, of one that only a file has named none.
+    bool isInForce = true;
 };
 
 }  // namespace veltrane

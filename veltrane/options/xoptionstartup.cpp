@@ -178,6 +178,7 @@ void XOption::OpenUserConfiguration() {
     constexpr auto method = L"XOption::OpenConfiguration";
     m_pRetrieval->Retrieve(INI);
     CString file = OptionText(*m_pItems, INI);
+    m_bIniKnown = !file.IsEmpty();
     if (file.IsEmpty()) return;
     CFileStatus status;
     if (CFile::GetStatus(file, status)) {

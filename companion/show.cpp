@@ -162,17 +162,16 @@ public:
     void Add(const XOptionDefinition& row, const std::optional<int>& index) {
         const std::size_t count = m_All.size();
         const CString name = row.szLongName;
-        std::vector<const XOptionItem*> items;
-        for (const auto* item = m_Options.GetFirstOptionItem(name); item; item = m_Options.GetNextOptionItem(name)) {
-            if (!index || *index == item->GetOptionIndex()) items.push_back(item);
-        }
-        for (const XOptionItem* item : items) {
+        const XOptionItem* item = m_Options.GetFirstOptionItem(name);
+        for (OptionCandidates& found : m_Options.GetAllOptionCandidates(name)) {
             const int at = item->GetOptionIndex();
-            m_All.push_back({&row, at, item, m_Options.GetOptionCandidates(name, at)});
-            if (IsRule(row)) m_All.back().found.places.clear();
+            if (!index || *index == at) m_All.push_back({&row, at, item, std::move(found)});
+            item = m_Options.GetNextOptionItem(name);
         }
-        if (items.empty()) AddLost(row, index);
+        if (m_All.size() == count) AddLost(row, index);
         if (m_All.size() == count) AddUnset(row, index);
+        if (!IsRule(row)) return;
+        for (std::size_t i = count; i < m_All.size(); ++i) m_All[i].found.places.clear();
     }
 
     std::vector<Shown> Take() { return std::move(m_All); }
@@ -202,7 +201,6 @@ private:
         Shown shown{&row, index.value_or(-1), nullptr, {}};
         shown.found = m_Options.GetOptionCandidates(row.szLongName, shown.index);
         if (!row.IsSingle() && !index) shown.found.places = FamilyPlaces(m_Options, row);
-        if (IsRule(row)) shown.found.places.clear();
         if (IsRule(row)) shown.notes.emplace_back(L"'names --rules' lists the rules of the files");
         m_All.push_back(std::move(shown));
     }

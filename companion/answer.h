@@ -5,19 +5,18 @@
 
 #include <nlohmann/json.hpp>
 
+#include "json.h"
 #include "request.h"
 
 // What a command answers.
 
 namespace veltrane::config {
 
-using Json = nlohmann::ordered_json;
-
 /// The same answer in both forms, for standard output, and whether there is something to look at.
 struct Answer {
     Json document = Json::object();
     std::string text;
-    std::string talk = {};  ///< for standard error, beside the text
+    std::string errorText = {};  ///< for standard error, beside the text
     bool hasFindings = false;
     bool tellsErrors = false;  ///< of start-up, among its findings
 

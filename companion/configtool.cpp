@@ -9,6 +9,7 @@
 #include "commands.h"
 #include "commandtable.h"
 #include "documents.h"
+#include "errorjson.h"
 #include "veltrane/platform/process/messagebox.h"
 
 namespace veltrane {
@@ -77,7 +78,7 @@ private:
             PrintDocument(Document(answer, startup));
         } else {
             std::cout << answer.text << std::flush;
-            std::cerr << answer.talk;
+            std::cerr << answer.errorText;
             if (hasErrors) PrintErrors(*startup, isColoured);
         }
         return !answer.hasFindings && !hasErrors ? EXIT_ANSWERED : EXIT_FINDINGS;

@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "commands.h"
+#include "errorjson.h"
 #include "printable.h"
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/text/numbers.h"
@@ -23,7 +24,7 @@ struct Block {
     CString code = {};
 
     /// The field that a line begins, its title taken off; null for one that goes on.
-    CString* TakeTitle(CString& text) {
+    CString* CutTitle(CString& text) {
         const struct {
             const wchar_t* title;
             CString& field;
@@ -67,7 +68,7 @@ std::vector<Block> ReadBlocks(std::istream& log) {
         const bool isMark = text.Find(START) > 0 || text.Find(END) > 0;
         if (isMark) isInside = text.Find(START) > 0;
         if (!isInside || isMark) continue;
-        CString* const begun = blocks.back().TakeTitle(text);
+        CString* const begun = blocks.back().CutTitle(text);
         if (begun) field = begun;
         if (field) *field += (begun ? L"" : L"\r\n") + text;
     }

@@ -1,7 +1,10 @@
 // How a value came about, step by step.
 #include <algorithm>
 
+#include "askedoption.h"
 #include "commands.h"
+#include "errorjson.h"
+#include "places.h"
 #include "printable.h"
 #include "startupfiles.h"
 #include "veltrane/foundation/xstring.h"
@@ -106,9 +109,9 @@ CString RemarkOf(XOption& options, const OptionStep& step) {
     const XOptionItem* const item = row ? options.GetFirstOptionItem(row->szLongName) : nullptr;
     if (!item || options.GetOptionOrigin(item).layer != OptionLayer::CommandLine) return {};
     const auto place = std::ranges::find(step.places, true, &OptionPlace::found);
-    const bool isOther =
+    const bool isAnotherValue =
         place != step.places.end() && place->layer != OptionLayer::CommandLine && place->text != item->GetOptionValue();
-    if (!isOther) return {};
+    if (!isAnotherValue) return {};
     return FormatText(L"%%%s%% took the configured value; the command line says '%s'", step.reference,
                       Printable(item->GetOptionValue()));
 }
@@ -139,8 +142,8 @@ Explained Lost(const XOptionDefinition& row, int index, const std::vector<Option
     Explained explained{{}, &row, index};
     for (const OptionPlace& place : places)
         explained.steps.push_back({OptionStep::Kind::Given, 0, {}, {place}, place.text});
-    const bool isTwice = places.size() > 1;
-    explained.hasValue = !isTwice && places[0].text.Find(L'%') < 0;
+    const bool isGivenTwice = places.size() > 1;
+    explained.hasValue = !isGivenTwice && places[0].text.Find(L'%') < 0;
     if (explained.hasValue) explained.value = places[0].text;
     explained.notes.push_back(LossNote(places));
     return explained;

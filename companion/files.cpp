@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "commands.h"
+#include "places.h"
 #include "startupfiles.h"
 #include "veltrane/foundation/xstring.h"
 

@@ -1,7 +1,9 @@
 // One basic file that alone brings the values of this start-up.
 #include <algorithm>
 
+#include "askedoption.h"
 #include "commands.h"
+#include "places.h"
 #include "printable.h"
 #include "startupfiles.h"
 #include "veltrane/config/xconfiguration.h"
@@ -62,7 +64,7 @@ public:
 
     void Run() {
         m_Answer.document["not_carried"] = Json::array();
-        for (const CString& text : m_Files.FaultTexts()) Tell(text);
+        for (const CString& text : m_Files.FaultTexts()) AddRemark(text);
         m_Files.AddFaults(m_Answer);
         for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
             if (row->eOption == eOptionTitle) continue;
@@ -148,15 +150,15 @@ private:
 
     void Leave(const CString& label, const CString& value, const CString& reason) {
         const CString line = FormatText(L"not carried: %s = %s (%s)", label, Printable(value), reason);
-        Tell(line);
+        AddRemark(line);
         m_Answer.document["not_carried"].push_back(
             {{"name", ToUtf8(label)}, {"value", ToUtf8(value)}, {"reason", ToUtf8(reason)}});
         m_Answer.hasFindings = true;
     }
 
-    void Tell(const CString& line) {
+    void AddRemark(const CString& line) {
         m_Answer.AddLine(L"; " + line);
-        m_Answer.talk += ToUtf8(line) + '\n';
+        m_Answer.errorText += ToUtf8(line) + '\n';
     }
 
     Answer& m_Answer;

@@ -7,6 +7,7 @@
 
 #include "commands.h"
 #include "nearest.h"
+#include "places.h"
 #include "printable.h"
 #include "startupfiles.h"
 #include "veltrane/platform/files/filesystem.h"
@@ -97,8 +98,8 @@ std::vector<LintRun::Placed> Sorted(const LintRun& run, const CodeFilter& codes,
     };
     std::vector<LintRun::Placed> findings;
     for (const LintRun::Placed& finding : run.Findings()) {
-        const bool isTwice = finding.code == LintCode::C04 && stopping.contains({finding.source, finding.line});
-        if (codes.Has(finding.code) && files.Has(finding.source) && !isTwice) findings.push_back(finding);
+        const bool isToldAsStop = finding.code == LintCode::C04 && stopping.contains({finding.source, finding.line});
+        if (codes.Has(finding.code) && files.Has(finding.source) && !isToldAsStop) findings.push_back(finding);
     }
     std::ranges::sort(findings, {}, keyOf);
     const auto isSame = [&](const auto& left, const auto& right) { return keyOf(left) == keyOf(right); };

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "answer.h"
+#include "errorjson.h"
 #include "lint.h"
 #include "nearest.h"
 #include "printable.h"

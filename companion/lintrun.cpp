@@ -2,6 +2,7 @@
 #include <fstream>
 
 #include "lint.h"
+#include "places.h"
 #include "startupfiles.h"
 #include "veltrane/config/xconfiguration.h"
 #include "veltrane/platform/files/filesystem.h"

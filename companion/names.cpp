@@ -9,6 +9,7 @@
 
 #include "commands.h"
 #include "nameline.h"
+#include "places.h"
 #include "printable.h"
 #include "veltrane/foundation/xstring.h"
 #include "veltrane/platform/files/filesystem.h"

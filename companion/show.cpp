@@ -1,6 +1,8 @@
 #include <algorithm>
 
+#include "askedoption.h"
 #include "commands.h"
+#include "places.h"
 #include "printable.h"
 #include "startupfiles.h"
 #include "veltrane/foundation/xstring.h"
@@ -12,9 +14,9 @@ namespace {
 /// One value of an option, or the lack of one, with all that is known of it.
 struct Shown {
     enum class State {
-        Stored,  // as the store has it, or has none
-        Twice,   // the index is given twice: the tool stops
-        Unread,  // another index of its family is: the store has none of them
+        Stored,      // as the store has it, or has none
+        GivenTwice,  // the index is: the tool stops
+        Unread,      // another index of its family is: the store has none of them
     };
     const XOptionDefinition* row;
     int index;
@@ -109,7 +111,7 @@ void AddPlaces(Answer& answer, const Shown& shown, const StartupFiles& files) {
 }
 
 CString ValueText(const Shown& shown) {
-    if (shown.state == Shown::State::Twice) return L"no value";
+    if (shown.state == Shown::State::GivenTwice) return L"no value";
     if (shown.state == Shown::State::Unread) return Printable(shown.Winner()->text);
     if (shown.IsMissing()) return L"no value, mandatory: the tool stops here";
     if (!shown.item) return L"no value";
@@ -174,14 +176,14 @@ public:
         for (std::size_t i = count; i < m_All.size(); ++i) m_All[i].found.places.clear();
     }
 
-    std::vector<Shown> Take() { return std::move(m_All); }
+    std::vector<Shown> Release() { return std::move(m_All); }
 
 private:
     void AddLost(const XOptionDefinition& row, const std::optional<int>& index) {
         for (const auto& [at, places] : m_Files.LostFamily(row)) {
             if (index && *index != at) continue;
             Shown shown{&row, at, nullptr, {{places.rbegin(), places.rend()}, AllPlaces(row, at, places)}};
-            shown.state = places.size() > 1 ? Shown::State::Twice : Shown::State::Unread;
+            shown.state = places.size() > 1 ? Shown::State::GivenTwice : Shown::State::Unread;
             shown.notes.push_back(LossNote(places));
             m_All.push_back(std::move(shown));
         }
@@ -215,7 +217,7 @@ std::vector<Shown> CollectTable(Collection collection, bool withUnset, const CSt
     for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
         if (row->eOption != eOptionTitle) collection.Add(*row, {});
     }
-    std::vector<Shown> all = collection.Take();
+    std::vector<Shown> all = collection.Release();
     std::erase_if(all, [&](const Shown& shown) {
         const bool isOfLayer = layer.IsEmpty() || (shown.Winner() && layer == LayerName(shown.Winner()->layer));
         return !isOfLayer || (!shown.IsSet() && (!withUnset || IsRule(*shown.row)));
@@ -257,7 +259,7 @@ Answer Show(const Request& request, Startup& startup) {
     }
     const bool isTable = request.words.empty();
     std::vector<Shown> all =
-        isTable ? CollectTable(collection, request.Has("--all"), LayerOf(request)) : collection.Take();
+        isTable ? CollectTable(collection, request.Has("--all"), LayerOf(request)) : collection.Release();
     if (isTable) AddTable(answer, all);
     answer.document["options"] = Json::array();
     for (Shown& shown : all) {

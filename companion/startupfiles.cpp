@@ -6,6 +6,7 @@
 
 #include "answer.h"
 #include "nearest.h"
+#include "places.h"
 #include "veltrane/config/xconfiguration.h"
 #include "veltrane/platform/text/internal/indexformat.h"
 
@@ -101,7 +102,7 @@ void StartupFiles::AddFaults(Answer& answer) const {
     }
     for (const CString& fault : FaultTexts()) {
         const std::string text = ToUtf8(fault);
-        if (answer.text.find(text) == std::string::npos) answer.talk += text + '\n';
+        if (answer.text.find(text) == std::string::npos) answer.errorText += text + '\n';
     }
 }
 

@@ -1,4 +1,7 @@
-#include "commands.h"
+#include "errorjson.h"
+
+#include <nlohmann/json.hpp>
+
 #include "veltrane/platform/text/characters.h"
 #include "veltrane/platform/text/numbers.h"
 

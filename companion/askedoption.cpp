@@ -1,0 +1,47 @@
+#include "askedoption.h"
+
+#include "nearest.h"
+#include "request.h"
+#include "veltrane/platform/process/process.h"
+#include "veltrane/platform/text/numbers.h"
+
+namespace veltrane::config {
+
+using namespace detail;
+
+AskedOption ParseOption(const std::string& word) {
+    CString name = FromUtf8(word);
+    std::optional<int> index;
+    const int bracket = name.Find(L'[');
+    if (int number = 0; bracket > 0 && ScanInteger(name.Mid(bracket + 1).View(), number)) {
+        index = number;
+        name = name.Left(bracket);
+    }
+    const XOptionDefinition* const row = FindOptionDefinition(name);
+    const bool isOption = row && row->eOption != eOptionTitle;
+    if (isOption && index && row->IsSingle()) {
+        throw Refusal{FormatText(L"'%s' has one value; leave out its index", name)};
+    }
+    if (isOption) return {row, index};
+    std::vector<CString> names;
+    for (int i = 0; const auto* other = GetOptionDefinitionAt(i); ++i) names.emplace_back(other->szLongName);
+    const CString nearest = Nearest(name, names);
+    CString hint;
+    if (!nearest.IsEmpty()) {
+        hint = FormatText(L"; did you mean '%s'?", nearest);
+    } else if (GetArguments().size() == 1) {
+        hint = FORGOTTEN_HYPHENS;
+    }
+    throw Refusal{FormatText(L"unknown option '%s'%s", name, hint)};
+}
+
+bool IsRule(const XOptionDefinition& row) {
+    return row.eOption == eOptionTableNameRules || row.eOption == eOptionColumnNameRules;
+}
+
+CString LabelOf(const XOptionDefinition& row, int index) {
+    return row.IsSingle() || index < 0 ? CString{row.szLongName}
+                                       : CString{FormatText(L"%s[%d]", row.szLongName, index)};
+}
+
+}  // namespace veltrane::config

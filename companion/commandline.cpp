@@ -145,7 +145,8 @@ private:
             throw Refusal{L"'" + word + L"' is an option of the tool" + FORGOTTEN_HYPHENS};
         }
         if (!isOption && !m_App.get_subcommands().empty())
-            throw Refusal{FormatText(L"'%s' takes no argument", FromUtf8(m_App.get_subcommands()[0]->get_name()))};
+            throw Refusal{FormatText(L"'%s' takes no argument%s", FromUtf8(m_App.get_subcommands()[0]->get_name()),
+                                     hasArguments ? L"" : FORGOTTEN_HYPHENS)};
         std::vector<CString> names;
         if (!isOption) {
             for (const CommandRow& row : COMMANDS) names.emplace_back(row.name);

@@ -11,6 +11,7 @@
 #include "printable.h"
 #include "startupfiles.h"
 #include "veltrane/platform/files/filesystem.h"
+#include "veltrane/platform/process/process.h"
 #include "wrapped.h"
 
 namespace veltrane::config {
@@ -69,7 +70,8 @@ public:
         for (const std::string& file : files) {
             std::error_code failure;
             if (!std::filesystem::exists(file, failure))
-                throw Refusal{FormatText(L"file <%s> not found", FromUtf8(file))};
+                throw Refusal{FormatText(L"file <%s> not found%s", FromUtf8(file),
+                                         GetArguments().size() == 1 ? FORGOTTEN_HYPHENS : L"")};
             const auto isFile = [&](const LintSource& source) {
                 return std::filesystem::equivalent(MapPath(source.path), file, failure);
             };

@@ -172,6 +172,8 @@ TEST_F(Show, HintsAtForgottenHyphensAndAtOptionsOfTheTool) {
     const std::string hint = "; did you forget '--' before the tool's own command line?\n";
     ExpectOutput(Run({"show", "base", "-i", "team.ini"}), 2, "",
                  "veltrane-config: '-i' is an option of the tool" + hint);
+    ExpectOutput(Run({"lint", "base"}), 2, "", "veltrane-config: file <base> not found" + hint);
+    ExpectOutput(Run({"freeze", "base"}), 2, "", "veltrane-config: 'freeze' takes no argument" + hint);
     ExpectOutput(Run({"show", "base"}), 2, "", "veltrane-config: unknown option 'base'" + hint);
     ExpectIn(Ask({"show"}, {"--logfil", "x"}).errors, "<---- Did you mean <--logfile>? ---->\n");
     ExpectIn(Ask({"show"}, {"-ini", "x"}).errors, "<---- Did you mean <--ini>? ---->\n");

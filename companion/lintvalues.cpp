@@ -109,6 +109,12 @@ void LintItems(LintRun& run) {
     for (const XOptionItem* item : items) LintItem(run, *item);
 }
 
+bool HasFinding(const LintRun& run, LintCode code, const SourcePlace& place) {
+    return std::ranges::any_of(run.Findings(), [&](const LintRun::Placed& known) {
+        return known.code == code && known.file == place.file && known.line == place.line;
+    });
+}
+
 // The path as the tool opens it: a relative one goes below the folder of logs.
 void LintLogFile(LintRun& run) {
     XOption& options = run.startup.options;
@@ -121,9 +127,10 @@ void LintLogFile(LintRun& run) {
     CString name;
     SplitFileName(folder, name, isBelow ? BuildFileName(logs, file) : file);
     if (folder.IsEmpty() || folder == logs || FileExists(folder)) return;
-    run.Report(options.GetOptionOrigin(item),
-               {C22, FormatText(L"the folder <%s> of the log file does not exist; the tool cannot open its log",
-                                Printable(folder))});
+    const OptionOrigin origin = options.GetOptionOrigin(item);
+    if (HasFinding(run, C10, origin)) return;  // a list of sections is no folder that is missed
+    run.Report(origin, {C22, FormatText(L"the folder <%s> of the log file does not exist; the tool cannot open its log",
+                                        Printable(folder))});
 }
 
 CString Folded(CString text) {

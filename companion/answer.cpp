@@ -22,7 +22,9 @@ std::vector<Columns::Column> Columns::Measured(int indent) const {
             Column& column = columns[i];
             const int length = row[i].GetLength();
             column.widest = std::max(column.widest, length);
-            if (i + 1 < row.size() && length <= WIDEST) column.width = std::max(column.width, length);
+            if (i + 1 == row.size()) continue;
+            column.widestInside = std::max(column.widestInside, length);
+            if (length <= WIDEST) column.width = std::max(column.width, length);
         }
     }
     for (Column& column : columns) {
@@ -60,7 +62,8 @@ void Columns::Print(Answer& answer, int indent, std::size_t hanging) const {
     std::vector<Column> columns = Measured(indent);
     bool isBroken = false;
     for (std::size_t i = hanging + 1; i < columns.size(); ++i) {
-        isBroken = isBroken || columns[i].start + columns[i].widest > LINE_WIDTH;
+        const int start = std::max(columns[i].start, columns[i - 1].start + columns[i - 1].widestInside + BETWEEN);
+        isBroken = isBroken || start + columns[i].widest > LINE_WIDTH;
         columns[i].isBroken = isBroken;
     }
     const int margin = hanging < columns.size() ? columns[hanging].start + 2 : indent;

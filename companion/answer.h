@@ -45,7 +45,8 @@ public:
 private:
     struct Column {
         int width = 0;
-        int widest = 0;  // texts that end a row, too
+        int widestInside = 0;  // of texts that do not end their row
+        int widest = 0;
         int start = 0;
         bool isBroken = false;
     };

@@ -133,7 +133,10 @@ TEST_F(Show, TellsWhatIsWrongWithAnswerAndPlaces) {
 }
 
 TEST_F(Show, BreaksLinesAtTheirBlanks) {
-    const std::string database(56, 'x');
+    const std::string database(46, 'x');
+    WriteBasic("[" + database + "\\FILES\\1]\nmap-file=m\n");
+    for (const Words& question : {Words{"show", "map-file"}, {"explain", "map-file"}})
+        EXPECT_FALSE(std::regex_search(Ask(question, {"-n", database}).output, std::regex{"[^\n]{81}"}));
     ExpectIn(Ask({"show", "role"}, {"-n", database}).output,
              "\n    registry     -  registry.reg\n                   [SOFTWARE\\VORNAK\\veltrane\\" + database + "]\n");
 }

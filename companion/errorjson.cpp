@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "veltrane/platform/text/characters.h"
+#include "veltrane/platform/text/encoding.h"
 #include "veltrane/platform/text/numbers.h"
 
 namespace veltrane::config {

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "veltrane/config_tool.h"
 #include "request.h"
+#include "veltrane/config_tool.h"
 
 // The command line of the program itself, without that of the tool.
 

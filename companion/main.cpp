@@ -1,5 +1,5 @@
-#include "veltrane/config_tool.h"
 #include "shortmemory.h"
+#include "veltrane/config_tool.h"
 
 namespace {
 

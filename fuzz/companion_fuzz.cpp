@@ -7,8 +7,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "veltrane/config_tool.h"
 #include "fuzz_program.h"
+#include "veltrane/config_tool.h"
 #include "veltrane/platform/sources/winreg.h"
 
 using namespace veltrane;

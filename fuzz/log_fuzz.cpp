@@ -7,9 +7,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "veltrane/config_tool.h"
 #include "fuzz_program.h"
 #include "fuzz_text.h"
+#include "veltrane/config_tool.h"
 #include "veltrane/foundation/xexception.h"
 #include "veltrane/foundation/xstring.h"
 #include "veltrane/logging/xlogging.h"

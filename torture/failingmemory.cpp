@@ -51,18 +51,25 @@ bool torture::EndFailing() noexcept {
     return g_HasFailed;
 }
 
+// As the standard has it: a program may install a handler that ends it.
 void* operator new(std::size_t size) {
-    if (void* const memory = Allocate(size)) return memory;
-    throw std::bad_alloc{};
+    for (;;) {
+        if (void* const memory = Allocate(size)) return memory;
+        const std::new_handler handler = std::get_new_handler();
+        if (!handler) throw std::bad_alloc{};
+        handler();
+    }
 }
 void* operator new[](std::size_t size) {
     return operator new(size);
 }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return Allocate(size);
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept try {
+    return operator new(size);
+} catch (const std::bad_alloc&) {
+    return nullptr;
 }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    return Allocate(size);
+void* operator new[](std::size_t size, const std::nothrow_t& nothrow) noexcept {
+    return operator new(size, nothrow);
 }
 void operator delete(void* memory) noexcept {
     std::free(memory);

@@ -10,12 +10,10 @@ namespace veltrane::detail {
 // The vocabulary of the tool. To add an option:
 //  1. Add its text for the right column of the help (HELP_...), if it has one.
 //  2. Add its enumerator to enumOption, with a number that its group has not used.
-//  3. Add its row below, at its place in the help, and raise OPTION_COUNT.
-//  4. Describe it in docs/ and show it in examples/config; the tests compare both with this table.
+//  3. Add its row below, at its place in the help.
+//  4. List it in docs/values.md and show it in examples/config/metadata/veltrane.ini; the tests compare both with this
+//     table. Man pages and completions follow by themselves.
 // The compiler then checks that texts fit, ids and names differ and the section exists.
-
-inline constexpr int OPTION_COUNT = 67;
-inline constexpr int SECTION_COUNT = 8;
 
 // Descriptions begin with the tabulators that bring them to their column.
 // clang-format off
@@ -163,7 +161,8 @@ inline constexpr XConfigSection g_ConfigSections[] = {
 };
 // clang-format on
 
-static_assert(std::size(g_OptionDefinitions) == OPTION_COUNT && std::size(g_ConfigSections) == SECTION_COUNT);
+inline constexpr int OPTION_COUNT = static_cast<int>(std::size(g_OptionDefinitions));
+inline constexpr int SECTION_COUNT = static_cast<int>(std::size(g_ConfigSections));
 static_assert(eOptionCreateViews == 0x1148 && eOptionName == 0x101C1 && eOptionWorkingDirectory == 0x2800C1);
 static_assert(eOptionTableNameRules == 0x10000001 && eOptionColumnNameRules == 0x20000001);  // hosts compare these
 

@@ -1,7 +1,7 @@
 #include "veltrane/options/detail/xoptionsources.h"
 
 #include <algorithm>
-#include <ranges>
+#include <array>
 #include <utility>
 
 #include "veltrane/platform/sources/environment.h"
@@ -12,7 +12,11 @@ namespace veltrane::detail {
 namespace {
 
 // In the order of the questions, the weakest source first. One for ROOT alone comes after them and overrides nothing.
-constexpr auto QUESTIONS = std::views::reverse(OPTION_SOURCES);
+constexpr auto QUESTIONS = [] {
+    std::array<OptionLayerRow, OPTION_SOURCES.size()> rows{};
+    std::ranges::reverse_copy(OPTION_SOURCES, rows.begin());
+    return rows;
+}();
 
 }  // namespace
 

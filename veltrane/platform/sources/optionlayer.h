@@ -18,22 +18,22 @@ VELTRANE_API const wchar_t* LayerName(OptionLayer layer) noexcept;
 
 /// A layer and what tells it from the others. A new one is a row of the table and an answer in XOptionSources.
 struct OptionLayerRow {
-    OptionLayer layer;
     const wchar_t* word;
+    OptionLayer layer;
     bool isFile;      ///< an INI file: holds families, too, and is asked as soon as it is open
     bool isRootOnly;  ///< asked for options of ROOT alone, after all others have no text
 };
 
 // clang-format off
 inline constexpr OptionLayerRow OPTION_LAYERS[] = {
-    // layer                   word             file   ROOT only
-    {OptionLayer::Host,        L"host",         false, false},
-    {OptionLayer::StartUp,     L"start-up",     false, false},
-    {OptionLayer::CommandLine, L"command line", false, false},
-    {OptionLayer::Registry,    L"registry",     false, false},
-    {OptionLayer::UserFile,    L"user file",    true,  false},
-    {OptionLayer::BasicFile,   L"basic file",   true,  false},
-    {OptionLayer::Environment, L"environment",  false, true},
+    // word            layer                     file   ROOT only
+    {L"host",         OptionLayer::Host,        false, false},
+    {L"start-up",     OptionLayer::StartUp,     false, false},
+    {L"command line", OptionLayer::CommandLine, false, false},
+    {L"registry",     OptionLayer::Registry,    false, false},
+    {L"user file",    OptionLayer::UserFile,    true,  false},
+    {L"basic file",   OptionLayer::BasicFile,   true,  false},
+    {L"environment",  OptionLayer::Environment, false, true},
 };
 // clang-format on
 

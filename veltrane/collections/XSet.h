@@ -17,7 +17,7 @@
 #include "veltrane/collections/xsetp.h"
 
 /// An ordered sequence of values with a flag each, in the order of insertion until it is sorted; duplicates are kept
-/// unless a caller asks otherwise. A set marked sorted is searched in halves, any other from its front.
+/// unless a caller asks otherwise. A search is binary in a set marked sorted, else linear.
 ///
 /// T needs a default value, copy construction, assignment and `<`, each only if an operation that calls it is used. The
 /// set owns its elements; they are moved, not copied, where T can move.

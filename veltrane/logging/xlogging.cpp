@@ -1,7 +1,5 @@
 #include "veltrane/logging/xlogging.h"
 
-#include <utility>
-
 #include "veltrane/foundation/xdebug.h"
 #include "veltrane/foundation/xpath.h"
 #include "veltrane/foundation/xraise.h"
@@ -21,6 +19,18 @@ constexpr wchar_t ERROR_START[] = L"########################## Error info start 
 constexpr wchar_t ERROR_END[] = L"##########################  Error info end  ##########################\r\n";
 constexpr int RULE_WIDTH = 105;
 constexpr int LONGEST_KEPT = 4096;  // elements of an entry whose memory the next one uses
+
+/// Marks a line as taken while it is being written, whatever the writing throws.
+class InUse {
+public:
+    explicit InUse(bool& mark) noexcept : m_bMark(mark) { m_bMark = true; }
+    InUse(const InUse&) = delete;
+    InUse& operator=(const InUse&) = delete;
+    ~InUse() { m_bMark = false; }
+
+private:
+    bool& m_bMark;
+};
 
 CString Rule(wchar_t element) {
     return CString{element, RULE_WIDTH} + LINE_END;
@@ -65,7 +75,7 @@ bool XLogging::OpenLogFile(const CString& linePrefix) {
         }
         m_bOpen = true;
         m_LinePrefix = linePrefix;
-        ForgetTimedLine();
+        m_nLineStart = 0;
         LogWrite(Rule(L'*') + Rule(L'*') + FormatText(L"Log output of %s\r\nstart: %s\r\n", m_LogFile, Now()) +
                  Rule(L'-'));
         return true;
@@ -122,27 +132,27 @@ void XLogging::WriteLog(const CString& text, bool newLine, bool timeStamp) {
     }
 }
 
-// The line is taken along: a host's own WriteString may write entries to the log while it has this one. What those
-// leave is newer.
+// A host's own WriteString may write entries to the log while it has this line: those get lines of their own.
 void XLogging::WriteTimedLine(const CString& text) {
-    StartTimedLine();
-    const unsigned made = m_nLinesMade;
-    const int start = std::exchange(m_nLineStart, 0);
-    CString line = std::move(m_TimedLine);
-    line += text;
-    LogWrite(line);
-    if (m_nLinesMade != made || line.GetLength() > LONGEST_KEPT) return;
-    line.Truncate(start);
-    m_TimedLine = std::move(line);
-    m_nLineStart = start;
+    if (m_bLineInUse || text.GetLength() > LONGEST_KEPT) {
+        LogWrite(LineStart() + text);
+        return;
+    }
+    if (m_Stamp.Update() || m_nLineStart == 0) {
+        m_nLineStart = 0;  // should the line not come about, the next entry tries again
+        m_TimedLine = LineStart();
+        m_nLineStart = m_TimedLine.GetLength();
+    }
+    m_TimedLine.Truncate(m_nLineStart);
+    m_TimedLine += text;
+    const InUse guard{m_bLineInUse};
+    LogWrite(m_TimedLine);
 }
 
-// Leaves the line with its start alone: line end, time of now and prefix, put together once a second.
-void XLogging::StartTimedLine() {
-    if (!m_Stamp.Update() && m_nLineStart > 0) return;
-    ForgetTimedLine();  // should it not come about, the next entry tries again
-    m_TimedLine = LINE_END + m_Stamp.Text() + m_LinePrefix;
-    m_nLineStart = m_TimedLine.GetLength();
+// Line end, time of now and prefix. What is kept of an older time is out of date then.
+CString XLogging::LineStart() {
+    if (m_Stamp.Update()) m_nLineStart = 0;
+    return LINE_END + m_Stamp.Text() + m_LinePrefix;
 }
 
 void XLogging::ShowError(CString code, CString location, CString message) {

@@ -52,12 +52,8 @@ public:
     void ShowError(CString code, CString file, CString method, int line, CString message);
 
 private:
-    void StartTimedLine();
     void WriteTimedLine(const CString& text);
-    void ForgetTimedLine() {
-        m_nLineStart = 0;
-        ++m_nLinesMade;
-    }
+    CString LineStart();
     void CloseQuietly();
 
     CString m_LinePrefix;
@@ -67,7 +63,7 @@ private:
     CString m_LastErrorMessage;
     std::int32_t m_nLastErrorCode = 0;
     veltrane::TimeStamp m_Stamp{L"%H:%M:%S: "};
-    unsigned m_nLinesMade = 0;
-    int m_nLineStart = 0;  // length of the line below; 0 while there is none
-    CString m_TimedLine;  // line end, time and prefix of the last entry with a time, and memory for the next one's text
+    bool m_bLineInUse = false;
+    int m_nLineStart = 0;  // length of the start of the line below, in front of the text; 0: to be made anew
+    CString m_TimedLine;   // the last entry with a time; kept to spare the next one most of the work
 };

@@ -25,7 +25,7 @@ bool IsTooLarge(const CString& digits) {
     return number.GetLength() > largest.GetLength() || (number.GetLength() == largest.GetLength() && number > largest);
 }
 
-// What a list makes of a field that is no plain number; empty for one that is.
+// What a list reads a field as that is not a plain number; empty for one that is.
 CString FaultOf(const CString& field) {
     const int number = _wtoi(field);
     if (field.IsEmpty()) return L"the list has an empty entry, which is skipped";

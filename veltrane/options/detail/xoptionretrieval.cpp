@@ -165,7 +165,8 @@ CString XOptionRetrieval::SourceValue(const CString& section, const CString& key
 CString XOptionRetrieval::ItemValue(const CString& key, std::vector<OptionPlace>* places) {
     const OptionRegistry* const registry = OptionRegistry::Registered();
     const XOptionDefinition* const own = registry ? registry->FindLong(key.View()) : nullptr;
-    // The getter takes plain texts alone, and all of the library's ROOT are; of others no item is no value.
+    // The getter takes plain texts alone, as all of the library's ROOT are; another option without an item has no
+    // value.
     const bool isPlainText = !own || (own->IsString() && !own->IsValueOptional());
     if (!isPlainText && own->IsSingle() && !m_Items.Find(*own, -1)) return {};
     CString value = OptionText(m_Items, key, -1);

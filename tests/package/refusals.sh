@@ -1,21 +1,28 @@
 #!/usr/bin/env bash
-# A table that breaks a rule does not compile, with g++ and clang++, and the compiler shows the rule.
+# A table that breaks a rule and a name that no option has do not compile, with g++ and clang++, and the compiler shows why.
 # Usage: refusals.sh SOURCE_FOLDER
 . "$(dirname "$0")/common.sh"
 cd "$1"
-source=tests/package/refused_tables.cpp
 
-lines() { grep -n "// $1" $source | cut -d: -f1; }
-lines refused >"$temporary/expected"
+lines() { grep -n "// $1" "$source" | cut -d: -f1; }
+# Lines that are refused are those marked; what the compiler has to show comes from standard input.
+check() {
+    source=$2
+    limit=$([ "$1" = g++ ] && echo -fmax-errors=0 || echo -ferror-limit=0)
+    "$1" -std=c++20 -Werror "$limit" -fsyntax-only -I. "$source" 2>"$temporary/out" && fail "$1 compiles $source"
+    # Both name the line in the expansions that lead to an error inside a header.
+    sed -nE "s|^$source:([0-9]+):[0-9]+:( error\|   in\|   required from here\| note: in inst).*|\1|p" "$temporary/out" |
+        sort -nu | grep -vxFf <(lines within) >"$temporary/refused"
+    diff <(lines refused) "$temporary/refused" || fail "$1 refuses other lines: $(cat "$temporary/out")"
+    while read -r text; do
+        grep -qF -- "$text" "$temporary/out" || fail "$1 does not show: $text"
+    done
+}
+
+names=tests/package/refused_names.cpp
 for compiler in g++ clang++; do
-    limit=$([ $compiler = g++ ] && echo -fmax-errors=0 || echo -ferror-limit=0)
-    "$compiler" -std=c++20 -Werror "$limit" -fsyntax-only -I. $source 2>"$temporary/out" && fail "$compiler compiles it"
-    # g++ names the line in the expansions that lead to an error inside a header.
-    sed -nE "s|^$source:([0-9]+):[0-9]+:( error\|   in).*|\1|p" "$temporary/out" | sort -nu |
-        grep -vxFf <(lines within) >"$temporary/refused"
-    diff "$temporary/expected" "$temporary/refused" || fail "$compiler refuses other lines: $(cat "$temporary/out")"
-    grep -ohE 'L"The (option|section) [^"]*' veltrane/options/optionrules.h | sort -u >"$temporary/rules"
-    while read -r rule; do
-        grep -qF -- "$rule" "$temporary/out" || fail "$compiler does not show: $rule"
-    done <"$temporary/rules"
+    check $compiler tests/package/refused_tables.cpp \
+        < <(grep -ohE 'L"The (option|section) [^"]*' veltrane/options/optionrules.h | sort -u)
+    check $compiler $names \
+        < <(sed -n 's|.*// refused: ||p' $names; sed -n 's/.*sizeof(Name) == 0, "\(.*\)");/\1/p' veltrane/options/optionname.h)
 done

@@ -63,6 +63,14 @@ void XOption::DeleteOption(const CString& name) {
     m_pItems->Delete(*definition);
 }
 
+std::span<XOptionItem* const> XOption::GetOptionItems(const XOptionDefinition& option) const {
+    return m_pItems->ItemsOf(&option);
+}
+
+XOptionItem* XOption::FindOptionItem(const XOptionDefinition& option, int index) const {
+    return m_pItems->Find(option, index);
+}
+
 void XOption::ReplaceTableName(CString& name, int version, bool keepCase) {
     m_TableNameRules.ReplaceName(name, version, keepCase);
 }

@@ -1,0 +1,29 @@
+// Names of options that do not compile: each marked line is refused, and the compiler shows what its mark says.
+#include "veltrane/options/typed.h"
+
+using namespace veltrane;
+
+constexpr XOptionDefinition ROWS[] = {OptionRow(OwnOption(1, eString | eSingle), eSectionRoot, L"", L"unit", -1)};
+constexpr OwnTable OWN{ROWS};
+
+// clang-format off
+void Ask(XOption& store) {
+    const TypedOptions<OWN> options{store};
+    options.Get<"unit">();
+    options.Get<"logfile">();
+    options.Get<"unti">();              // refused: DidYouMean<'u', 'n', 'i', 't'>
+    options.Get<"map-flie">(1);         // refused: DidYouMean<'m', 'a', 'p', '-', 'f', 'i', 'l', 'e'>
+    options.Get<"autodoc-nonpersistent-class-property-fil">();  // refused: 'f', 'i', 'l', 'e'>
+    options.Get<"nonsense">();          // refused: NoOptionIsCalled<veltrane::detail::Spelled<'n', 'o', 'n', 's',
+    Get<"unit">(store);                 // refused: NoOptionIsCalled<veltrane::detail::Spelled<'u', 'n', 'i', 't'>
+    options.Has<"log">();               // refused: NoOptionIsCalled<veltrane::detail::Spelled<'l', 'o', 'g'>
+    options.Get<"--">();                // refused: NotAName<veltrane::detail::Spelled<'-', '-'>
+    options.Get<"">();                  // refused: NotAName<veltrane::detail::Spelled<>
+    options.Get<"\xC3\xBCnit">();       // refused: , 'n', 'i', 't'>
+    Get<"map-file">(store);             // refused: HasSeveralValues<veltrane::detail::Spelled<'m', 'a', 'p', '-', 'f',
+    options.Origin<"index-file">();     // refused: HasSeveralValues<veltrane::detail::Spelled<'i', 'n', 'd', 'e', 'x',
+    All<"name">(store);                 // refused: HasOneValue<veltrane::detail::Spelled<'n', 'a', 'm', 'e'>
+    options.Get<"role">(1);             // refused: HasOneValue<veltrane::detail::Spelled<'r', 'o', 'l', 'e'>
+    options.GetText<"quiet">();         // refused: HasNoText<veltrane::detail::Spelled<'q', 'u', 'i', 'e', 't'>
+}
+// clang-format on

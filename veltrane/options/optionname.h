@@ -1,0 +1,163 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+#include "veltrane/options/xowntable.h"
+
+// Names of options that the compiler looks up, and what it shows where it cannot.
+
+namespace veltrane {
+
+/// The long name of an option as a template argument: Get<"logfile">.
+template <std::size_t Size>
+struct OptionName {
+    consteval OptionName(const char (&name)[Size]) : text{} { std::ranges::copy(name, text); }  // NOLINT(*-explicit-*)
+    constexpr std::wstring_view View() const { return {text, Size - 1}; }
+
+    wchar_t text[Size];  // as in the table
+};
+
+/// The table of a tool without options of its own.
+inline constexpr OwnTable LIBRARY_ALONE{};
+
+namespace detail {
+
+// --- What compilers show ---
+
+// A name letter by letter, for not every compiler shows the text of a template argument.
+template <char...>
+struct Spelled {};
+template <char...>
+struct DidYouMean {};
+
+template <class Name>
+struct NotAName {
+    static_assert(sizeof(Name) == 0, "the name of an option is made of ASCII letters, digits, '-' and '_'");
+};
+template <class Name, class... Near>
+struct NoOptionIsCalled {
+    static_assert(sizeof(Name) == 0, "neither the library nor the given table has an option of that name");
+};
+template <class Name>
+struct HasSeveralValues {
+    static_assert(sizeof(Name) == 0, "the option has several values: name an index, or use All");
+};
+template <class Name>
+struct HasOneValue {
+    static_assert(sizeof(Name) == 0, "the option has one value: use Get, without an index");
+};
+template <class Name>
+struct HasNoText {
+    static_assert(sizeof(Name) == 0, "the option is not a text: use Get");
+};
+
+// --- Rows by name ---
+
+/// The row at a place: those of the library, then those of the table.
+constexpr const XOptionDefinition& RowAt(const OwnTable& table, int place) {
+    return place < OPTION_COUNT ? g_OptionDefinitions[place]
+                                : table.options[static_cast<std::size_t>(place - OPTION_COUNT)];
+}
+
+constexpr int CountRows(const OwnTable& table) {
+    return OPTION_COUNT + static_cast<int>(table.options.size());
+}
+
+/// Place of the option with that long name; -1 for none.
+consteval int FindPlace(const OwnTable& table, std::wstring_view name) {
+    for (int place = 0; place < CountRows(table); ++place) {
+        const XOptionDefinition& row = RowAt(table, place);
+        if (!IsTitle(row) && name == row.szLongName) return place;
+    }
+    return -1;
+}
+
+inline constexpr std::size_t NAME_WIDTH = std::size(XOptionDefinition{}.szLongName);
+
+/// Number of elements to insert, delete, change or swap with their neighbour until one name is the other.
+consteval std::size_t EditDistance(std::wstring_view left, std::wstring_view right) {
+    std::size_t rows[NAME_WIDTH][NAME_WIDTH] = {};
+    for (std::size_t i = 0; i <= left.size(); ++i) {
+        for (std::size_t j = 0; j <= right.size(); ++j) {
+            if (i == 0 || j == 0) {
+                rows[i][j] = i + j;
+                continue;
+            }
+            const std::size_t change = left[i - 1] == right[j - 1] ? 0 : 1;
+            rows[i][j] = std::min({rows[i - 1][j] + 1, rows[i][j - 1] + 1, rows[i - 1][j - 1] + change});
+            const bool isSwap = i > 1 && j > 1 && left[i - 1] == right[j - 2] && left[i - 2] == right[j - 1];
+            if (isSwap) rows[i][j] = std::min(rows[i][j], rows[i - 2][j - 2] + 1);
+        }
+    }
+    return rows[left.size()][right.size()];
+}
+
+/// Place of the option whose name is nearest, about one slip in three letters and never more than three; -1 for none.
+consteval int FindNearest(const OwnTable& table, std::wstring_view name) {
+    int nearest = -1;
+    if (name.size() >= NAME_WIDTH) return nearest;
+    std::size_t best = std::min<std::size_t>(3, name.size() / 3) + 1;
+    for (int place = 0; place < CountRows(table); ++place) {
+        const std::wstring_view other = RowAt(table, place).szLongName;
+        const bool isFar = name.size() >= other.size() + best || other.size() >= name.size() + best;
+        if (isFar || IsTitle(RowAt(table, place))) continue;
+        const std::size_t distance = EditDistance(name, other);
+        if (distance >= best) continue;
+        best = distance;
+        nearest = place;
+    }
+    return nearest;
+}
+
+// --- An option that the compiler knows ---
+
+template <OptionName Name, std::size_t... At>
+Spelled<static_cast<char>(Name.text[At])...> SpellLetters(std::index_sequence<At...>);
+template <OptionName Name>
+using Spell = decltype(SpellLetters<Name>(std::make_index_sequence<Name.View().size()>{}));
+
+template <const OwnTable& Table, int Place, std::size_t... At>
+DidYouMean<static_cast<char>(RowAt(Table, Place).szLongName[At])...> SpellNear(std::index_sequence<At...>);
+template <const OwnTable& Table, int Place>
+using NearName = decltype(SpellNear<Table, Place>(
+    std::make_index_sequence<std::wstring_view{RowAt(Table, Place).szLongName}.size()>{}));
+
+/// How many values an option has to have.
+enum class Values { Any, One, Several };
+
+struct NotRefused {};
+
+template <OptionName Name, const OwnTable& Table, int Nearest = FindNearest(Table, Name.View())>
+consteval auto RefusalOfName() {
+    if constexpr (Name.View().empty() || !IsTypeable(Name.View())) {
+        return std::type_identity<NotAName<Spell<Name>>>{};
+    } else if constexpr (Nearest < 0) {
+        return std::type_identity<NoOptionIsCalled<Spell<Name>>>{};
+    } else {
+        return std::type_identity<NoOptionIsCalled<Spell<Name>, NearName<Table, Nearest>>>{};
+    }
+}
+
+/// The class that the compiler shows when it cannot make it; NotRefused where nothing is wrong.
+template <OptionName Name, const OwnTable& Table, Values Wanted>
+consteval auto RefusalOf() {
+    constexpr int PLACE = FindPlace(Table, Name.View());
+    if constexpr (PLACE < 0) {
+        return RefusalOfName<Name, Table>();
+    } else if constexpr (Wanted == Values::One && !RowAt(Table, PLACE).IsSingle()) {
+        return std::type_identity<HasSeveralValues<Spell<Name>>>{};
+    } else if constexpr (Wanted == Values::Several && RowAt(Table, PLACE).IsSingle()) {
+        return std::type_identity<HasOneValue<Spell<Name>>>{};
+    } else {
+        return std::type_identity<NotRefused>{};
+    }
+}
+
+}  // namespace detail
+
+}  // namespace veltrane

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "support/ratio.h"
+#include "veltrane/options/typed.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;
@@ -39,6 +40,64 @@ void GetOptionString(benchmark::State& state) {
         });
 }
 BENCHMARK(GetOptionString)->Iterations(300);
+
+// Options by a name that the compiler looks up, beside the getters with ready names.
+constexpr XOptionDefinition OWN_ROWS[] = {OptionRow(OwnOption(1, eString | eSingle), eSectionRoot, L"", L"unit", -1)};
+constexpr OwnTable OWN{OWN_ROWS};
+
+template <class Getter, class Typed>
+void BesideGetter(benchmark::State& state, Getter getter, Typed typed) {
+    const OwnOptions registered{OWN};
+    XOption options;
+    for (const wchar_t* name : {L"logfile", L"unit"}) {
+        if (state.range(0) != 0) options.InsertOptionItem(name, L"D:\\Out\\value of the option", -1);
+    }
+    options.InsertOptionItem(L"quiet", L"true", -1);
+    for (int i = 0; i < 10; ++i) options.InsertOptionItem(L"map-file", L"a", i);
+    CompareToFloor(
+        state, 1000, [&] { benchmark::DoNotOptimize(getter(options)); },
+        [&] { benchmark::DoNotOptimize(typed(options)); });
+}
+
+void TypedText(benchmark::State& state) {
+    const CString name = L"logfile";
+    BesideGetter(
+        state, [&](auto& options) { return &options.GetOptionString(name, -1); },
+        [](auto& options) { return &GetText<"logfile">(options); });
+}
+BENCHMARK(TypedText)->Arg(0)->Arg(1)->Iterations(300);
+
+void TypedTextOfTool(benchmark::State& state) {
+    const CString name = L"unit";
+    BesideGetter(
+        state, [&](auto& options) { return &options.GetOptionString(name, -1); },
+        [](auto& options) { return &GetText<"unit", OWN>(options); });
+}
+BENCHMARK(TypedTextOfTool)->Arg(0)->Arg(1)->Iterations(300);
+
+void TypedUtf8(benchmark::State& state) {
+    const CString name = L"logfile";
+    BesideGetter(
+        state, [&](auto& options) { return ToUtf8(options.GetOptionString(name, -1)); },
+        [](auto& options) { return Get<"logfile">(options); });
+}
+BENCHMARK(TypedUtf8)->Arg(0)->Arg(1)->Iterations(300);
+
+void TypedIndexedText(benchmark::State& state) {
+    const CString name = L"map-file";
+    BesideGetter(
+        state, [&](auto& options) { return &options.GetOptionString(name, 7); },
+        [](auto& options) { return &GetText<"map-file">(options, 7); });
+}
+BENCHMARK(TypedIndexedText)->Arg(1)->Iterations(300);
+
+void TypedFlag(benchmark::State& state) {
+    const CString name = L"quiet";
+    BesideGetter(
+        state, [&](auto& options) { return options.GetOptionBoolean(name, -1); },
+        [](auto& options) { return Get<"quiet">(options); });
+}
+BENCHMARK(TypedFlag)->Arg(1)->Iterations(300);
 
 // What one item costs among many of an option, beside the same among a thousand. Bar: 1.2.
 template <class Ask>

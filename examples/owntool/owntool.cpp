@@ -1,18 +1,19 @@
 // A tool with options of its own: reads them like those of the library and tells what it would do.
 #include <filesystem>
 #include <iostream>
+#include <optional>
+#include <string>
 
 #include "options.h"
-#include "veltrane/collections/xsetint.h"
 #include "veltrane/foundation/xexception.h"
-#include "veltrane/options/xoption.h"
+#include "veltrane/options/typed.h"
 #include "veltrane/platform/text/encoding.h"
 
 using veltrane::ToUtf8;
 
 namespace {
 
-constexpr const char* ROUNDING[] = {"never", "always", "as the unit wants"};
+using Options = veltrane::TypedOptions<OWN_TABLE>;
 
 void StartUp(XOption& options) {
     const std::filesystem::path program = std::filesystem::canonical("/proc/self/exe");
@@ -23,29 +24,27 @@ void StartUp(XOption& options) {
 }
 
 // Where a value comes from, as the store knows it.
-std::string Place(XOption& options, const CString& name) {
-    const XOptionItem* const item = options.GetOptionItem(name, -1);
-    if (!item) return " (not set)";
-    const veltrane::OptionOrigin origin = options.GetOptionOrigin(item);
+template <veltrane::OptionName Name>
+std::string Place(const Options& options) {
+    if (!options.Has<Name>()) return " (not set)";
+    const veltrane::OptionOrigin origin = options.Origin<Name>();
     return " (" + ToUtf8(veltrane::LayerName(origin.layer)) +
            (origin.line > 0 ? ':' + std::to_string(origin.line) : "") + ')';
 }
 
-void Measure(XOption& options) {
-    std::cout << "database: " << ToUtf8(options.GetOptionString(L"name", -1)) << Place(options, L"name") << '\n'
-              << "team:     " << ToUtf8(options.GetOptionString(L"team", -1)) << Place(options, L"team") << '\n'
-              << "unit:     " << ToUtf8(options.GetOptionString(L"unit", -1)) << Place(options, L"unit") << '\n'
-              << "rounded:  " << ROUNDING[options.GetOptionTrillian(L"round", -1)] << '\n';
-    for (auto* item = options.GetFirstOptionItem(L"source"); item; item = options.GetNextOptionItem(L"source")) {
-        std::cout << "source " << item->GetOptionIndex() << ": " << ToUtf8(item->GetOptionString()) << '\n';
-    }
-    for (const XSetInt* steps = options.GetFirstOptionIList(L"steps"); steps;
-         steps = options.GetNextOptionIList(L"steps")) {
+void Measure(const Options& options) {
+    std::cout << "database: " << options.Get<"name">() << Place<"name">(options) << '\n'
+              << "team:     " << options.Get<"team">() << Place<"team">(options) << '\n'
+              << "unit:     " << options.Get<"unit">() << Place<"unit">(options) << '\n';
+    const std::optional<bool> rounded = options.Get<"round">();
+    std::cout << "rounded:  " << (!rounded ? "as the unit wants" : *rounded ? "always" : "never") << '\n';
+    for (const auto& [index, file] : options.All<"source">()) std::cout << "source " << index << ": " << file << '\n';
+    for (const auto& [index, steps] : options.All<"steps">()) {
         std::cout << "steps:   ";
-        for (int i = 0; i < steps->Size(); ++i) std::cout << ' ' << steps->GetConstRefAt(i);
+        for (const int step : steps) std::cout << ' ' << step;
         std::cout << '\n';
     }
-    std::cout << (options.GetOptionBoolean(L"dry-run", -1) ? "nothing is done\n" : "done\n");
+    std::cout << (options.Get<"dry-run">() ? "nothing is done\n" : "done\n");
 }
 
 }  // namespace
@@ -55,7 +54,7 @@ int main() {
         const veltrane::OwnOptions registered{OWN_TABLE};
         XOption options;
         StartUp(options);
-        Measure(options);
+        Measure(Options{options});
         return 0;
     } catch (XException& error) {
         error.Show();

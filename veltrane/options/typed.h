@@ -81,7 +81,9 @@ VELTRANE_API const XOptionDefinition* FindKnownRow(const XOptionDefinition& know
 template <OptionName Name, const OwnTable& Table, Values Wanted>
 class NamedOption {
     static constexpr int PLACE = std::max(0, FindPlace(Table, Name.View()));  // the title for a refused name
-    static_assert(sizeof(typename decltype(RefusalOf<Name, Table, Wanted>())::type) > 0);  // else its class tells why
+    // A refusal tells why when the compiler looks into its class.
+    // NOLINTNEXTLINE(bugprone-sizeof-expression)
+    static_assert(sizeof(typename decltype(RefusalOf<Name, Table, Wanted>())::type) > 0);
 
 public:
     static constexpr const XOptionDefinition& ROW = RowAt(Table, PLACE);
@@ -111,6 +113,7 @@ public:
 
     static const CString& GetText(XOption& store, int index) {
         constexpr bool isRefused = !ROW.IsString() && !IsTitle(ROW);
+        // NOLINTNEXTLINE(bugprone-sizeof-expression)
         static_assert(sizeof(std::conditional_t<isRefused, HasNoText<Spell<Name>>, NotRefused>) > 0);
         const XOptionItem* const item = Find(store, index);
         if (!ROW.IsValueOptional()) return item ? item->GetOptionString() : ROW.GetDefaultValue();  // which is empty

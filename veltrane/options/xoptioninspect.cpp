@@ -81,7 +81,9 @@ std::vector<OptionCandidates> XOption::GetAllOptionCandidates(const CString& nam
     std::vector<OptionCandidates> all;
     const SourceSnapshot snapshot;
     XOptionFamilies families;
-    for (const XOptionItem* item : m_pItems->ItemsOf(KnownOption(name))) {
+    const auto& items = m_pItems->ItemsOf(KnownOption(name));
+    all.reserve(items.size());
+    for (const XOptionItem* item : items) {
         all.push_back(CandidatesOf(XOptionItems::DefinitionOf(*item), item->GetOptionIndex(), item, families));
     }
     return all;
@@ -162,12 +164,12 @@ CString XOption::ExplainFamily(XKeptOrigin& kept, const XOptionDefinition& defin
     const CString section = m_pRetrieval->SectionName(definition.eSection, /*isStoring*/ false);
     const XOptionFamily family = m_pSources->ReadFamily(section, definition.szLongName, /*withPlaces*/ true);
     kept.answers = {{{}, m_pSources->PlacesIn(family, section, definition.szLongName, index)}};
-    XKeptAnswer& given = kept.answers.front();
-    std::ranges::reverse(given.places);  // the order of the questions
+    std::vector<OptionPlace>& places = kept.answers.front().places;
+    std::ranges::reverse(places);  // the order of the questions
     if (family.fault) std::rethrow_exception(family.fault);
-    const auto found = std::ranges::find(given.places, true, &OptionPlace::found);
-    if (found != given.places.end() && family.Gives(index)) given.text = found->text;
-    CString value = given.text;
+    const auto found = std::ranges::find(places, true, &OptionPlace::found);
+    if (found != places.end() && family.Gives(index)) kept.origin = *found;
+    CString value = kept.origin.text;
     m_pRetrieval->Expand(value, section, &kept);
     return value;
 }

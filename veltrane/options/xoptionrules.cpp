@@ -62,7 +62,7 @@ void XOption::ReadNamingRules(enumOption option) {
         if (!m_pSources->GetKeyValue(value, section, key, /*assignEmpty*/ true, areKept ? &places : nullptr)) return;
         rules.InsertRule(version, key, value);
         if (!areKept) return;
-        OptionOrigin origin = OriginOf(places);
+        OptionOrigin origin = ReleaseOrigin(places);
         if (origin.line == 0) FindEmptyKey(origin, m_pSources->userFile.get(), section, key);
         m_pOrigins->NoteRule(option, rules.Size() - 1, std::move(origin));
     });

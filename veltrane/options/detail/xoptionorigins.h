@@ -10,9 +10,9 @@ namespace veltrane::detail {
 
 /// What the sources answered to one question of a retrieval, and the places that were asked.
 struct XKeptAnswer {
-    CString text = {};
-    std::vector<OptionPlace> places = {};
-    bool isWhole = false;  ///< else the question ended in an error
+    CString text = {};                     ///< not of the first answer: that is the text of the origin
+    std::vector<OptionPlace> places = {};  ///< of the first answer, the one of the origin without its text
+    bool isWhole = false;                  ///< else the question ended in an error
 };
 
 /// A value that an item got, and how: the answers are enough to replace its references once more, and take no more
@@ -20,9 +20,8 @@ struct XKeptAnswer {
 struct XKeptOrigin {
     OptionOrigin origin = {};
     CString value = {};
-    CString section = {};  ///< of the value, in which its references are looked up first
-    std::vector<XKeptAnswer> answers =
-        {};  ///< the text of the value itself, then those of its references, as asked for
+    CString section = {};                   ///< of the value, in which its references are looked up first
+    std::vector<XKeptAnswer> answers = {};  ///< to the value itself, then to its references, as asked for
 };
 
 /// The origins of the values of a store's items, those overridden in the store included. Costs nothing until somebody

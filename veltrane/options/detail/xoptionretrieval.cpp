@@ -86,7 +86,6 @@ void XOptionRetrieval::RetrieveSingle(XOptionDefinition& definition, const CStri
     if (m_Origins.AreKept()) kept.emplace();
     const CString value = Value(section, definition.szLongName, kept ? &*kept : nullptr);
     if (!value.IsEmpty()) {
-        if (kept) kept->origin = OriginOf(kept->answers.front().places);
         Insert(definition, value, -1, kept ? std::move(*kept) : XKeptOrigin{});
     } else if (definition.IsMandatory()) {
         throw MakeError(Here(L"XOption::RetrieveOption"), L"The option <%s> must exist but could not be found!",
@@ -118,7 +117,7 @@ CString XOptionRetrieval::Value(const CString& section, const CString& key, XKep
 void XOptionRetrieval::Expand(CString& value, const CString& section, XKeptOrigin* kept) {
     if (kept) {
         kept->section = section;
-        if (kept->answers.empty()) kept->answers.push_back({value, {}, /*isWhole*/ true});
+        if (kept->answers.empty()) kept->answers.push_back({.isWhole = true});
     }
     NewExpansion(kept).Expand(value, section);
 }
@@ -156,8 +155,12 @@ CString XOptionRetrieval::SourceValue(const CString& section, const CString& key
     m_Sources.GetValue(value, section, key, places);
     if (value.IsEmpty() && IsRootSection(section)) value = ItemValue(key, places);
     if (!answer) return value;
-    answer->text = value;
     answer->isWhole = true;
+    if (kept->answers.size() == 1) {
+        kept->origin = ReleaseOrigin(*places);
+    } else {
+        answer->text = value;
+    }
     return value;
 }
 

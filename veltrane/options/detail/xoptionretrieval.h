@@ -27,7 +27,7 @@ public:
     /// The text of a key with its references replaced. @param kept  receives the origin and the answers; may be null
     CString Value(const CString& section, const CString& key, XKeptOrigin* kept);
     /// Replaces the references in a value of a section.
-    /// @param kept  receives the answers, the value as the first one unless there is one; may be null
+    /// @param kept  has the origin with the text of the value; receives the answers; may be null
     void Expand(CString& value, const CString& section, XKeptOrigin* kept);
     /// Whether a text of ROOT gave a value while no file was open; one that ended in an error counts as one.
     bool GivesEarly(CString text);

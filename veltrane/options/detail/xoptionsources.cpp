@@ -20,10 +20,19 @@ constexpr auto QUESTIONS = [] {
 
 }  // namespace
 
-OptionOrigin OriginOf(const std::vector<OptionPlace>& places) {
+OptionPlace* LastFound(std::vector<OptionPlace>& places) {
     const auto last =
         std::find_if(places.rbegin(), places.rend(), [](const OptionPlace& place) { return place.found; });
-    return last == places.rend() ? OptionOrigin{} : OptionOrigin{*last};
+    return last == places.rend() ? nullptr : &*last;
+}
+
+OptionOrigin ReleaseOrigin(std::vector<OptionPlace>& places) {
+    OptionPlace* const last = LastFound(places);
+    if (!last) return {};
+    CString text = std::exchange(last->text, {});
+    OptionOrigin origin = *last;
+    origin.text = std::move(text);
+    return origin;
 }
 
 bool IsRootSection(const CString& section) {

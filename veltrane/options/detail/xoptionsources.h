@@ -68,8 +68,10 @@ private:
     OptionPlace PlaceOf(OptionLayer layer, const CString& section, const CString& key) const;
 };
 
-/// The last place that was found, which has the value; the host without one.
-OptionOrigin OriginOf(const std::vector<OptionPlace>& places);
+/// The last place that was found, which has the value; null without one.
+OptionPlace* LastFound(std::vector<OptionPlace>& places);
+/// That place as an origin; the host without one. The text, which may be long, moves from the place to the origin.
+OptionOrigin ReleaseOrigin(std::vector<OptionPlace>& places);
 
 /// Whether options of a section are looked for in the environment, too.
 bool IsRootSection(const CString& section);

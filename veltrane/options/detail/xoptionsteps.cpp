@@ -2,15 +2,28 @@
 
 #include "veltrane/foundation/xexception.h"
 #include "veltrane/options/detail/xoptionexpansion.h"
+#include "veltrane/options/detail/xoptionsources.h"
 
 namespace veltrane::detail {
+
+namespace {
+
+// The place of the value gets back the text that the origin has kept for it.
+std::vector<OptionPlace> PlacesOf(const XKeptOrigin& kept) {
+    std::vector<OptionPlace> places = kept.answers.front().places;
+    OptionPlace* const last = LastFound(places);
+    if (last && last->text.IsEmpty()) last->text = kept.origin.text;
+    return places;
+}
+
+}  // namespace
 
 std::vector<OptionStep> StepsOf(const XKeptOrigin& kept, const CString& key) {
     if (kept.answers.empty()) return {};
     XOptionRecord record;
     auto next = kept.answers.begin();
-    CString value = next->text;
-    record.Add(OptionStep::Kind::Given, value, next->places);
+    CString value = kept.origin.text;
+    record.Add(OptionStep::Kind::Given, value, PlacesOf(kept));
     XOptionExpansion expansion{[&](const CString&, const CString&) {
                                    if (++next == kept.answers.end()) throw XException{};
                                    record.AddPlaces(next->places);

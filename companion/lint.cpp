@@ -135,6 +135,7 @@ Json FindingJson(const LintRun::Placed& finding) {
               {"line", finding.line}};
     if (!finding.section.IsEmpty()) json["section"] = ToUtf8(finding.section);
     if (!finding.key.IsEmpty()) json["key"] = ToUtf8(finding.key);
+    json["part"] = LINE_PARTS[static_cast<int>(finding.part)];
     json["text"] = ToUtf8(finding.text);
     if (!finding.suggestion.IsEmpty()) json["suggestion"] = ToUtf8(finding.suggestion);
     return json;

@@ -18,6 +18,7 @@ struct Finding {
     CString text;
     CString suggestion = {};  ///< that may have been meant; the text does not name it
     Severity severity = RowOf(code).severity;
+    LinePart part = RowOf(code).part;  ///< of an entry; the report sets that of any other line
 };
 
 /// One source with all its lines.

@@ -214,9 +214,11 @@ private:
     void EndSection() {
         if (m_FirstCut && m_Run.IsListed(m_Use)) {
             Report(*m_FirstCut,
-                   {C11, FormatText(L"the names of the keys above fill the list of %d characters; no family "
-                                    L"and no rule sees '%s' and what follows in [%s]",
-                                    XConfiguration::MAX_LIST, m_FirstCut->key, m_FirstCut->section)});
+                   {.code = C11,
+                    .text = FormatText(L"the names of the keys above fill the list of %d characters; no family "
+                                       L"and no rule sees '%s' and what follows in [%s]",
+                                       XConfiguration::MAX_LIST, m_FirstCut->key, m_FirstCut->section),
+                    .part = LinePart::Key});
         }
         m_FirstCut = nullptr;
         m_nKeys = 0;

@@ -147,12 +147,19 @@ private:
     }
 
     void LintValue(const SourceLine& line, const XOptionDefinition& row, bool isOwn) {
-        if (!IsText(line)) return Report(line, FormatText(L"'%s' is not a text; its bytes are read as one", line.key));
+        if (!IsText(line)) return LintBytes(line);
         const std::vector<Finding> faults = CheckText(line.key, line.value, row);
         for (const Finding& fault : faults) m_Run.Report(m_Source, line, fault);
         const auto sign = CheckPercent(line.value);
         if (sign && faults.empty()) m_Run.Report(m_Source, line, *sign);
         if (isOwn && line.value.IsEmpty()) LintEmpty(line, row);
+    }
+
+    void LintBytes(const SourceLine& line) {
+        m_Run.Report(m_Source, line,
+                     {.code = C15,
+                      .text = FormatText(L"'%s' is not a text; its bytes are read as one", line.key),
+                      .part = LinePart::Value});
     }
 
     // The store tells what the empty value keeps from being asked.

@@ -25,6 +25,18 @@ bool IsUnmarkedUtf16(const CString& path) {
     return (isZero(0) && !isZero(1) && isZero(2) && !isZero(3)) || (!isZero(0) && isZero(1) && !isZero(2) && isZero(3));
 }
 
+// What a finding is about on a line that need not be an entry.
+LinePart PartOn(const SourceLine& line, LinePart part) {
+    const bool isWhole = line.number == 0 || part == LinePart::Line;
+    if (!isWhole && line.kind == SourceLine::Kind::Section) return LinePart::Section;
+    return !isWhole && line.kind == SourceLine::Kind::Entry ? part : LinePart::Line;
+}
+
+LinePart PartAt(const OptionOrigin& place, LinePart part) {
+    if (place.line == 0) return LinePart::Line;
+    return place.key.IsEmpty() ? LinePart::Section : part;
+}
+
 }  // namespace
 
 LintRun::LintRun(Startup& started) : startup(started) {
@@ -150,11 +162,13 @@ const RegistryKey* LintRun::FindRegistryKey(const CString& path) const {
 
 void LintRun::Report(const LintSource& source, const SourceLine& line, Finding finding) {
     const CString key = line.kind == SourceLine::Kind::Ignored ? CString{} : line.key;
+    finding.part = PartOn(line, finding.part);
     m_Findings.push_back({std::move(finding), SourceNumber(source.layer), source.path, line.number, line.section, key});
 }
 
 void LintRun::Report(const OptionOrigin& place, Finding finding) {
     const CString file = place.file.IsEmpty() ? CString{LayerName(place.layer)} : place.file;
+    finding.part = PartAt(place, finding.part);
     m_Findings.push_back({std::move(finding), SourceNumber(place.layer), file, place.line, place.section, place.key});
 }
 

@@ -168,6 +168,17 @@ TEST_F(Lint, TellsWhatIsAskedForAlone) {
              "\"code\": \"C04\",\n      \"severity\": \"warning\"");
 }
 
+TEST_F(Lint, TellsWhichPartOfALineIsMeant) {
+    Write("registry.reg", "REGEDIT4\n[HKLM\\SOFTWARE\\VORNAK\\veltrane\\USER]\n\"quiet\"=dword:00000001\n");
+    WriteBasic("[USR]\n[USER\nquiet=yes\nqueit=true\nno value\n");
+    const std::string document = Ask({"lint", "--format", "json"}).output;
+    const std::regex pair{R"re("line": (\d+)[^}]*"part": "(\w+)")re"};
+    std::string parts;
+    for (std::sregex_iterator found{document.begin(), document.end(), pair}, end; found != end; ++found)
+        parts += found->format("$1 $2, ");
+    EXPECT_EQ(parts, "5 section, 6 line, 7 value, 8 key, 9 line, 3 value, ");
+}
+
 TEST_F(Lint, ExplainsTheCodesThatTheManualLists) {
     std::ifstream manual{VELTRANE_SOURCE_FOLDER "/docs/veltrane-config.md"};
     std::string told, listed;

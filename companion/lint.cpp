@@ -2,11 +2,9 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <iterator>
-#include <sstream>
 
+#include "codelist.h"
 #include "commands.h"
-#include "nearest.h"
 #include "places.h"
 #include "printable.h"
 #include "startupfiles.h"
@@ -20,28 +18,13 @@ namespace {
 
 constexpr int TEXT_INDENT = 4;  // of what follows the first line
 
-const LintRow* FindLint(const std::string& name) {
-    const auto* const row = std::ranges::find(LINTS, std::string_view{name}, &LintRow::name);
-    return row == std::end(LINTS) ? nullptr : row;
-}
-
 /// @throws Refusal  there is no such code
 const LintRow& AskedLint(const std::string& word) {
-    const CString name = FromUtf8(word).MakeUpper();
-    if (const LintRow* const row = FindLint(ToUtf8(name))) return *row;
-    std::vector<CString> names;
-    for (const LintRow& row : LINTS) names.emplace_back(row.name);
-    const CString padded = L"C0" + name.Right(1);  // "5" and "C5" are no codes
-    const bool isShort = name.GetLength() < 3 && FindLint(ToUtf8(padded));
-    const CString nearest = isShort ? padded : Nearest(name, names);
+    const CString name = FromUtf8(word);
+    if (const LintRow* const row = FindLint(name)) return *row;
+    const CString nearest = NearestCode(name);
     if (nearest.IsEmpty()) throw Refusal{FormatText(L"'%s' is not a code of lint; --explain all shows them", name)};
     throw Refusal{FormatText(L"'%s' is not a code of lint; did you mean '%s'?", name, nearest)};
-}
-
-std::vector<std::string> SplitList(std::string list) {
-    std::ranges::replace(list, ',', ' ');
-    std::istringstream words{list};
-    return {std::istream_iterator<std::string>{words}, {}};
 }
 
 /// The codes that are wanted: those of a list, or all but those with a hyphen in front.
@@ -199,6 +182,7 @@ Answer Lint(const Request& request, Startup& startup) {
     LintValues(run);
     LintErrors(run);
     LintUnused(run);
+    SilenceFindings(run);
     const FileFilter files{run, request.words};
     Answer answer;
     answer.tellsErrors = true;

@@ -99,6 +99,10 @@ public:
     };
     int SourceNumber(OptionLayer layer) const;
     const std::vector<Placed>& Findings() const { return m_Findings; }
+    template <class IsRemoved>
+    void Remove(IsRemoved isRemoved) {
+        std::erase_if(m_Findings, isRemoved);
+    }
 
     Startup& startup;
     std::vector<LintSource> sources;
@@ -164,7 +168,8 @@ void LintLines(LintRun& run);
 void LintRegistry(LintRun& run);
 void LintRules(LintRun& run);
 void LintValues(LintRun& run);
-void LintErrors(LintRun& run);  ///< after those: it looks at what they have found
-void LintUnused(LintRun& run);  ///< after the errors
+void LintErrors(LintRun& run);       ///< after those: it looks at what they have found
+void LintUnused(LintRun& run);       ///< after the errors
+void SilenceFindings(LintRun& run);  ///< after all of them
 
 }  // namespace veltrane::config

@@ -20,7 +20,7 @@ inline constexpr const char* LINE_PARTS[] = {"line", "section", "key", "value"};
 
 /// One for each row of LINTS.
 // clang-format off
-enum class LintCode { C01, C02, C03, C04, C05, C06, C07, C08, C09, C10, C11, C12, C13, C14, C15, C16, C17, C18, C19, C20, C21, C22 };
+enum class LintCode { C01, C02, C03, C04, C05, C06, C07, C08, C09, C10, C11, C12, C13, C14, C15, C16, C17, C18, C19, C20, C21, C22, C23 };
 // clang-format on
 
 struct LintRow {
@@ -118,6 +118,10 @@ inline constexpr LintRow LINTS[] = {
     {"C22", Severity::Warning, LinePart::Value, "log file in a folder that does not exist",
      "The tool creates its log file but not the folder for it, unless that is the default one. "
      "Create the folder, or correct logfile or logging."},
+    {"C23", Severity::Warning, LinePart::Line, "lint comment without effect",
+     "A comment '; lint: C05' silences the findings of these codes on the line after it, '; lint: file "
+     "C05,C21' those of its file. One of an unknown code silences nothing; one that finds nothing to "
+     "silence is a note. Correct the code, move the comment to the line above the finding, or remove it."},
 };
 
 /// Whether each row stands at the place of its code.
@@ -128,7 +132,7 @@ consteval bool AreLintsInOrder() {
         const char ones = static_cast<char>('0' + (i + 1) % 10);
         if (name.size() != 3 || name[0] != 'C' || name[1] != tens || name[2] != ones) return false;
     }
-    return std::size(LINTS) == static_cast<std::size_t>(LintCode::C22) + 1;
+    return std::size(LINTS) == static_cast<std::size_t>(LintCode::C23) + 1;
 }
 static_assert(AreLintsInOrder());
 

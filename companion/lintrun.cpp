@@ -161,7 +161,7 @@ const RegistryKey* LintRun::FindRegistryKey(const CString& path) const {
 }
 
 void LintRun::Report(const LintSource& source, const SourceLine& line, Finding finding) {
-    const CString key = line.kind == SourceLine::Kind::Ignored ? CString{} : line.key;
+    const CString key = line.kind == SourceLine::Kind::Entry ? line.key : CString{};
     finding.part = PartOn(line, finding.part);
     m_Findings.push_back({std::move(finding), SourceNumber(source.layer), source.path, line.number, line.section, key});
 }

@@ -31,7 +31,7 @@ TEST(SourceLines, TellWhatEachLineOfAnIniFileIs) {
         {"[Main] ; x", Kind::Section, Reason::None, true, L"Main||"},
         {" k = ' v ' ", Kind::Entry, Reason::None, true, L"Main|k| v "},
         {"", Kind::Blank, Reason::None, false, L"Main||"},
-        {"\t;k=2", Kind::Comment, Reason::None, false, L"Main||"},
+        {"\t;k=2 ", Kind::Comment, Reason::None, false, L"Main|;k=2|"},
         {"K=2", Kind::Entry, Reason::DuplicateKey, false, L"Main|K|2"},
         {" bare\t", Kind::Ignored, Reason::NoEquals, false, L"Main|bare|"},
         {" =2", Kind::Ignored, Reason::EmptyKey, false, L"Main||"},
@@ -56,7 +56,7 @@ TEST(SourceLines, TellWhatEachLineOfARegistryIs) {
                {"[HKLM\\A\\B]", Kind::Section, Reason::None, true, L"A\\B||"},
                {"\"v\"=\"a\"", Kind::Entry, Reason::ReplacedLater, false, L"A\\B|v|a"},
                {"\"V\"=hex(1):62,\\", Kind::Entry, Reason::None, true, L"A\\B|V|bc"},
-               {" ; between", Kind::Comment, Reason::None, false, L"||"},
+               {" ; between", Kind::Comment, Reason::None, false, L"|; between|"},
                {" 63", Kind::Continuation, Reason::None, false, L"||"},
                {"@=\"a\"", Kind::Entry, Reason::RemovedLater, false, L"A\\B||a"},
                {"@=-", Kind::Removal, Reason::None, false, L"A\\B||"},
@@ -73,7 +73,7 @@ TEST(SourceLines, TellWhatEachLineOfARegistryIs) {
            },
            "\r\n");
     Expect(ReadRegistryLines,
-           {{"; x", Kind::Ignored, Reason::BadHeader, false, L"||"},
+           {{"; x", Kind::Ignored, Reason::BadHeader, false, L"|; x|"},
             {"[HKLM\\A]", Kind::Ignored, Reason::BadHeader, false, L"||"}},
            "\n");
 }

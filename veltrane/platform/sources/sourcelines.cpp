@@ -82,6 +82,7 @@ private:
                 break;
             case ProfileLine::Kind::Comment:
                 read.kind = Kind::Comment;
+                read.key = Decoded(m_File, WithoutBlanks(line.line));
                 break;
             case ProfileLine::Kind::Header:
                 TellSection(line, read);
@@ -182,6 +183,7 @@ private:
             line = WithoutBlanks(line);
             SourceLine read{.number = static_cast<int>(m_Lines.size()) + 1};
             if (!line.empty()) read.kind = line[0] == ';' ? Kind::Comment : Kind::Ignored;
+            if (read.kind == Kind::Comment) read.key = Decoded(m_File, line);
             m_Lines.push_back(std::move(read));
         }
     }

@@ -45,7 +45,7 @@ struct SourceLine {
     Reason reason = Reason::None;
     bool answers = false;   ///< whether a question is answered by an entry; whether the entries of a section can be
     CString section = {};   ///< as spelled; of a registry the path below the machine's root, with OtherRoot the whole
-    CString key = {};       ///< of an INI file's line without '=' all its text
+    CString key = {};       ///< of a comment and of an INI file's line without '=' all its text
     bool isQuoted = false;  ///< whether the value of an INI file stands in a pair of quotes
     CString value =
         {};  ///< whole, as a question gives it: without blanks and quotes around it, references not replaced

@@ -1,7 +1,7 @@
 #include "askedoption.h"
 
-#include "nearest.h"
 #include "request.h"
+#include "veltrane/foundation/nearest.h"
 #include "veltrane/platform/process/process.h"
 #include "veltrane/platform/text/numbers.h"
 

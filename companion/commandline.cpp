@@ -19,7 +19,7 @@ const struct MemoryGuard {
 #include <CLI/CLI.hpp>
 
 #include "commandtable.h"
-#include "nearest.h"
+#include "veltrane/foundation/nearest.h"
 #include "veltrane/options/xoptiondefinition.h"
 #include "veltrane/platform/sources/environment.h"
 #include "wrapped.h"

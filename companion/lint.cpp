@@ -8,6 +8,7 @@
 #include "places.h"
 #include "printable.h"
 #include "startupfiles.h"
+#include "veltrane/foundation/nearest.h"
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/process/process.h"
 #include "wrapped.h"

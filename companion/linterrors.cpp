@@ -4,8 +4,8 @@
 #include "answer.h"
 #include "errorjson.h"
 #include "lint.h"
-#include "nearest.h"
 #include "printable.h"
+#include "veltrane/foundation/nearest.h"
 
 namespace veltrane::config {
 

@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "lint.h"
-#include "nearest.h"
+#include "veltrane/foundation/nearest.h"
 #include "veltrane/platform/text/internal/indexformat.h"
 
 namespace veltrane::config {

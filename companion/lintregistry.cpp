@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "lint.h"
-#include "nearest.h"
+#include "veltrane/foundation/nearest.h"
 #include "veltrane/platform/sources/internal/snapshot.h"
 #include "veltrane/platform/sources/winreg.h"
 

@@ -5,9 +5,9 @@
 #include <set>
 
 #include "answer.h"
-#include "nearest.h"
 #include "places.h"
 #include "veltrane/config/xconfiguration.h"
+#include "veltrane/foundation/nearest.h"
 #include "veltrane/platform/text/internal/indexformat.h"
 
 namespace veltrane::config {

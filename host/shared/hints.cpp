@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "nearest.h"
 #include "veltrane/config/xconfiguration.h"
+#include "veltrane/foundation/nearest.h"
 #include "veltrane/foundation/xstring.h"
 #include "veltrane/options/xoptiondefinition.h"
 

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <iterator>
 #include <string_view>
 #include <type_traits>
 #include <utility>
 
+#include "veltrane/foundation/nearest.h"
 #include "veltrane/options/xowntable.h"
 
 // Names of options that the compiler looks up, and what it shows where it cannot.
@@ -77,39 +77,12 @@ consteval int FindPlace(const OwnTable& table, std::wstring_view name) {
     return -1;
 }
 
-inline constexpr std::size_t NAME_WIDTH = std::size(XOptionDefinition{}.szLongName);
-
-/// Number of elements to insert, delete, change or swap with their neighbour until one name is the other.
-consteval std::size_t EditDistance(std::wstring_view left, std::wstring_view right) {
-    std::size_t rows[NAME_WIDTH][NAME_WIDTH] = {};
-    for (std::size_t i = 0; i <= left.size(); ++i) {
-        for (std::size_t j = 0; j <= right.size(); ++j) {
-            if (i == 0 || j == 0) {
-                rows[i][j] = i + j;
-                continue;
-            }
-            const std::size_t change = left[i - 1] == right[j - 1] ? 0 : 1;
-            rows[i][j] = std::min({rows[i - 1][j] + 1, rows[i][j - 1] + 1, rows[i - 1][j - 1] + change});
-            const bool isSwap = i > 1 && j > 1 && left[i - 1] == right[j - 2] && left[i - 2] == right[j - 1];
-            if (isSwap) rows[i][j] = std::min(rows[i][j], rows[i - 2][j - 2] + 1);
-        }
-    }
-    return rows[left.size()][right.size()];
-}
-
-/// Place of the option whose name is nearest, about one slip in three letters and never more than three; -1 for none.
+/// Place of the option whose name is nearest; -1 for none.
 consteval int FindNearest(const OwnTable& table, std::wstring_view name) {
+    NearestText search{name};
     int nearest = -1;
-    if (name.size() >= NAME_WIDTH) return nearest;
-    std::size_t best = std::min<std::size_t>(3, name.size() / 3) + 1;
     for (int place = 0; place < CountRows(table); ++place) {
-        const std::wstring_view other = RowAt(table, place).szLongName;
-        const bool isFar = name.size() >= other.size() + best || other.size() >= name.size() + best;
-        if (isFar || IsTitle(RowAt(table, place))) continue;
-        const std::size_t distance = EditDistance(name, other);
-        if (distance >= best) continue;
-        best = distance;
-        nearest = place;
+        if (!IsTitle(RowAt(table, place)) && search.IsNearer(RowAt(table, place).szLongName)) nearest = place;
     }
     return nearest;
 }

@@ -73,6 +73,8 @@ class CommandLine {
 public:
     CommandLine(const ConfigTool& tool, const std::string& name)
         : m_App("answers questions about the configuration of " + std::string{tool.name}, name) {
+        m_Request.program = name;
+        m_Request.version = tool.version;
         m_App.set_version_flag("--version", name + ' ' + tool.version, "show the version");
         m_App.set_help_flag("-h,--help", "show this help; after a command, help for that command");
         m_App.formatter(std::make_shared<HelpText>());
@@ -96,6 +98,7 @@ public:
         if (!commands.empty()) m_Request.command = commands[0]->get_name();
         if (commands.empty() && !m_Request.Has("--generate"))
             throw Refusal{L"missing command; --help lists the commands"};
+        RefuseFormat();
         m_Request.isColoured = IsColoured(m_Request.Value("--color"), "1");
         return m_Request;
     }
@@ -133,6 +136,15 @@ private:
             text += (i == 0 ? L"" : i + 1 == words.size() ? L" or " : L", ") + FromUtf8(words[i]);
         }
         throw Refusal{text};
+    }
+
+    // Services for code review know findings, no other answers.
+    void RefuseFormat() const {
+        const std::string format = m_Request.Value("--format");
+        const bool isOfLint = format == "github" || format == "sarif";
+        const bool isFindings = m_Request.command == "lint" && !m_Request.Has("--explain");
+        if (isOfLint && !isFindings)
+            throw Refusal{FormatText(L"--format %s is for the findings of lint alone", FromUtf8(format))};
     }
 
     // The first word that is no command and no option.

@@ -45,13 +45,14 @@ inline constexpr CommandRow COMMANDS[] = {
 
 inline constexpr SwitchRow SWITCHES[] = {
     {"",      "--tool",      "PATH",               WordKind::File, "the tool; default: the one beside this program"},
-    {"",      "--format",    "text|json",          WordKind::Text, "form of the answer"},
+    {"",      "--format",    "text|json|github|sarif", WordKind::Text, "form of the answer; the last two for lint alone"},
     {"",      "--color",     "auto|never",         WordKind::Text, "colour of errors and warnings on a terminal"},
     {"",      "--generate",  "man|bash|zsh|fish",  WordKind::Text, "print a man page or completion instead of an answer"},
     {"show",  "--all",       "",                   WordKind::None, "also options without a value"},
     {"show",  "--only",      "LAYER",              WordKind::Text, "only values from one layer, such as 'user file'"},
     {"lint",  "--strict",    "",                   WordKind::None, "warnings count as errors"},
     {"lint",  "--code",      "LIST",               WordKind::Text, "only these codes (C01,C02), or all but some (-C13)"},
+    {"lint",  "--root",      "FOLDER",             WordKind::File, "where paths for github and sarif begin; default: here"},
     {"lint",  "--explain",   "LIST",               WordKind::Text, "what codes mean (C05, or 'all')"},
     {"names", "--version",   "N[,M ...]",          WordKind::Text, "versions of the rules; default: all"},
     {"names", "--rules",     "",                   WordKind::None, "the rules themselves, in the order they apply"},

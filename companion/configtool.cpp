@@ -46,7 +46,7 @@ public:
     }
 
     int Refuse(const CString& text) const {
-        if (IsJson()) {
+        if (Format() == "json") {
             PrintDocument({{"schema", 1}, {"errors", Json::array({ErrorJson(-1, {}, text)})}});
         } else {
             std::cerr << m_Name << ": " << ToUtf8(text) << '\n';
@@ -56,10 +56,13 @@ public:
 
 private:
     // Known before the command line is: its own faults are told in the form that is wanted.
-    bool IsJson() const {
-        const auto form = std::ranges::find(m_Own, "--format");
-        const bool isApart = form != m_Own.end() && form + 1 != m_Own.end() && form[1] == "json";
-        return isApart || std::ranges::find(m_Own, "--format=json") != m_Own.end();
+    std::string Format() const {
+        const std::string name = "--format";
+        for (std::size_t i = 0; i < m_Own.size(); ++i) {
+            if (m_Own[i] == name && i + 1 < m_Own.size()) return m_Own[i + 1];
+            if (m_Own[i].starts_with(name + '=')) return m_Own[i].substr(name.size() + 1);
+        }
+        return {};
     }
 
     int Do(const Request& request) {
@@ -74,8 +77,11 @@ private:
 
     int Print(const Answer& answer, const Startup* startup, bool isColoured) const {
         const bool hasErrors = startup && !startup->errors.empty() && !answer.tellsErrors;
-        if (IsJson()) {
+        const std::string format = Format();
+        if (format == "json") {
             PrintDocument(Document(answer, startup));
+        } else if (format == "sarif") {
+            PrintDocument(answer.document);
         } else {
             std::cout << answer.text << std::flush;
             std::cerr << answer.errorText;

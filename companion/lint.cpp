@@ -5,6 +5,7 @@
 
 #include "codelist.h"
 #include "commands.h"
+#include "lintforms.h"
 #include "places.h"
 #include "printable.h"
 #include "startupfiles.h"
@@ -93,21 +94,14 @@ std::vector<LintRun::Placed> Sorted(const LintRun& run, const CodeFilter& codes,
     return findings;
 }
 
-CString MeantText(const CString& suggestion) {
-    if (suggestion.IsEmpty()) return {};
-    const bool isSection = suggestion[0] == L'[';
-    return isSection ? FormatText(L"; did you mean %s?", suggestion) : FormatText(L"; did you mean '%s'?", suggestion);
-}
-
-void AddLine(Answer& answer, const LintRun& run, const LintRun::Placed& finding, bool isColoured) {
-    const bool isFile = finding.source < static_cast<int>(run.sources.size());
-    CString place = isFile ? DisplayPath(finding.file) : finding.file;
+void AddLine(Answer& answer, const LintRun::Placed& finding, bool isColoured) {
+    CString place = finding.isInFile ? DisplayPath(finding.file) : finding.file;
     if (finding.line > 0) place += FormatText(L":%d", finding.line);
     place += L": ";
     const std::string severity = SEVERITIES[static_cast<int>(finding.severity)];
     const CString head = place + FromUtf8(severity + ' ' + RowOf(finding.code).name + ": ");
     std::string lines;
-    AddWrapped(lines, Printable(finding.text) + MeantText(finding.suggestion), TEXT_INDENT, head);
+    AddWrapped(lines, TextOf(finding), TEXT_INDENT, head);
     if (isColoured) lines.replace(ToUtf8(place).size(), severity.size(), Coloured(severity));
     answer.text += lines;
 }
@@ -143,6 +137,21 @@ void AddSummary(Answer& answer, const LintRun& run, const FileFilter& wanted, co
                    Counted(counts[2], "note") + '\n';
 }
 
+// In the form that is asked for; text and JSON are made at once.
+void AddFindings(Answer& answer, const std::vector<LintRun::Placed>& findings, const Request& request) {
+    const std::string format = request.Value("--format");
+    if (format == "github") return AddGithub(answer, findings, request);
+    if (format == "sarif") {
+        answer.document = SarifDocument(findings, request);
+        return;
+    }
+    answer.document["findings"] = Json::array();
+    for (const LintRun::Placed& finding : findings) {
+        AddLine(answer, finding, request.isColoured);
+        answer.document["findings"].push_back(FindingJson(finding));
+    }
+}
+
 Answer Explain(const std::string& list) {
     Answer answer;
     answer.tellsErrors = true;  // none of them is asked for
@@ -166,7 +175,7 @@ Answer Explain(const std::string& list) {
 
 // Whether a finding tells that a source cannot be read.
 bool IsOfUnreadable(const LintRun& run, const LintRun::Placed& finding) {
-    if (finding.code != LintCode::C19 || finding.source >= static_cast<int>(run.sources.size())) return false;
+    if (finding.code != LintCode::C19 || !finding.isInFile) return false;
     const LintSource& source = run.sources[static_cast<std::size_t>(finding.source)];
     return IsUnreadable(source.path, source.view);
 }
@@ -185,17 +194,16 @@ Answer Lint(const Request& request, Startup& startup) {
     LintUnused(run);
     SilenceFindings(run);
     const FileFilter files{run, request.words};
+    const std::vector<LintRun::Placed> findings = Sorted(run, CodeFilter{request.Value("--code")}, files);
     Answer answer;
     answer.tellsErrors = true;
-    answer.document["findings"] = Json::array();
     std::ptrdiff_t counts[3] = {};
-    for (const LintRun::Placed& finding : Sorted(run, CodeFilter{request.Value("--code")}, files)) {
+    for (const LintRun::Placed& finding : findings) {
         answer.hasFindings = answer.hasFindings || IsOfUnreadable(run, finding);
         ++counts[static_cast<int>(finding.severity)];
-        AddLine(answer, run, finding, request.isColoured);
-        answer.document["findings"].push_back(FindingJson(finding));
     }
-    AddSummary(answer, run, files, counts);
+    AddFindings(answer, findings, request);
+    if (request.Value("--format") != "sarif") AddSummary(answer, run, files, counts);
     answer.hasFindings = answer.hasFindings || counts[0] > 0 || (counts[1] > 0 && request.Has("--strict"));
     return answer;
 }

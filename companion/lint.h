@@ -91,8 +91,9 @@ public:
     /// @param place  of a source, of the environment, or a word of the command line
     void Report(const OptionOrigin& place, Finding finding);
     struct Placed : Finding {
-        int source;  ///< place among the sources; one more for the environment, two for the command line
-        CString file;
+        int source;    ///< place among the sources; one more for the environment, two for the command line
+        CString file;  ///< or the name of the environment or the command line
+        bool isInFile;
         int line;
         CString section;
         CString key;

@@ -124,10 +124,9 @@ private:
         if (!m_Meant.IsEmpty()) return DatabasePlace();
         const CString section = m_Run.startup.options.GetSectionName(FindOptionDefinition(subject.option)->eSection);
         for (const LintRun::Placed& known : m_Run.Findings()) {
-            const bool isInFile = known.source < static_cast<int>(m_Run.sources.size());
             const bool isOfSection =
-                isInFile && known.suggestion == L"[" + section + L"]" && Holds(known, subject.option);
-            if (!isInFile || (known.suggestion != subject.option && !isOfSection)) continue;
+                known.isInFile && known.suggestion == L"[" + section + L"]" && Holds(known, subject.option);
+            if (!known.isInFile || (known.suggestion != subject.option && !isOfSection)) continue;
             const LintSource& source = m_Run.sources[static_cast<std::size_t>(known.source)];
             return {{known.file, known.line, known.section, known.key}, source.layer};
         }

@@ -163,13 +163,16 @@ const RegistryKey* LintRun::FindRegistryKey(const CString& path) const {
 void LintRun::Report(const LintSource& source, const SourceLine& line, Finding finding) {
     const CString key = line.kind == SourceLine::Kind::Entry ? line.key : CString{};
     finding.part = PartOn(line, finding.part);
-    m_Findings.push_back({std::move(finding), SourceNumber(source.layer), source.path, line.number, line.section, key});
+    m_Findings.push_back({std::move(finding), SourceNumber(source.layer), source.path, /*isInFile*/ true, line.number,
+                          line.section, key});
 }
 
 void LintRun::Report(const OptionOrigin& place, Finding finding) {
-    const CString file = place.file.IsEmpty() ? CString{LayerName(place.layer)} : place.file;
+    const bool isInFile = !place.file.IsEmpty();
+    const CString file = isInFile ? place.file : CString{LayerName(place.layer)};
     finding.part = PartAt(place, finding.part);
-    m_Findings.push_back({std::move(finding), SourceNumber(place.layer), file, place.line, place.section, place.key});
+    m_Findings.push_back(
+        {std::move(finding), SourceNumber(place.layer), file, isInFile, place.line, place.section, place.key});
 }
 
 int LintRun::SourceNumber(OptionLayer layer) const {

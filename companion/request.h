@@ -13,6 +13,8 @@ namespace veltrane::config {
 
 /// What was asked for after the name of the command.
 struct Request {
+    std::string program;  ///< its name
+    std::string version;
     std::string command;                         ///< may be empty where a document is asked for
     std::map<std::string, std::string> options;  ///< by name with its hyphens; "" for one without a value
     std::vector<std::string> words;

@@ -179,6 +179,28 @@ TEST_F(Lint, TellsWhichPartOfALineIsMeant) {
     EXPECT_EQ(parts, "5 section, 6 line, 7 value, 8 key, 9 line, 3 value, ");
 }
 
+TEST_F(Lint, AnnotatesLinesForGithub) {
+    Write("registry.reg", "REGEDIT4\n");
+    Write("a/b,c:%.ini", "[USER]\nquiet=100%25\n[USRE]\n");
+    const auto ask = [&](const std::string& root) {
+        return Ask({"lint", "--format=github", "--root", root}, {"-i", "a/b,c:%.ini"},
+                   {"logfile=x", "data=" + Path("data")});
+    };
+    const std::string rest =
+        ",line=2,title=C05::'100%2525' is neither 'true' nor 'false'; quiet is taken as false\n"
+        "::warning file=@,line=3,title=C01::[USRE] is not a known section; did you mean [USER]?\n"
+        "::notice title=C13::environment: the environment variable 'logfile' sets this option\n"
+        "2 files, 1 registry: 0 errors, 2 warnings, 1 note\n";
+    const auto expected = [&](const std::string& file) {
+        return std::regex_replace("::warning file=@" + rest, std::regex{"@"}, file);
+    };
+    ExpectOutput(ask("a"), 0, expected("b%2Cc%3A%25.ini"));
+    ExpectOutput(ask("data"), 0, expected(Path("a/b%2Cc%3A%25.ini")));
+    ExpectOutput(ask("none"), 2, "", "veltrane-config: folder <none> not found\n");
+    ExpectOutput(Ask({"show", "--format", "github"}), 2, "",
+                 "veltrane-config: --format github is for the findings of lint alone\n");
+}
+
 TEST_F(Lint, ExplainsTheCodesThatTheManualLists) {
     std::ifstream manual{VELTRANE_SOURCE_FOLDER "/docs/veltrane-config.md"};
     std::string told, listed;

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Every answer as JSON, those about faults too, fits the schema that is told to users, and every field of the schema
-occurs in an answer. The exit codes of the documentation are those of the help.
+occurs in an answer. The findings in SARIF are those in JSON and fit the parts of its published schema that
+sarif.schema.json has. The exit codes of the documentation are those of the help.
 Usage: schema.py SOURCE_FOLDER PROGRAM"""
 import json
 import os
@@ -12,17 +13,21 @@ import tempfile
 
 source, program = sys.argv[1:]
 schema = json.load(open(f"{source}/docs/veltrane-config.schema.json"))
+sarif = json.load(open(f"{source}/tests/companion/sarif.schema.json"))
+definitions = {**schema["$defs"], **sarif["$defs"]}
 types = {"object": dict, "array": list, "string": str, "integer": int, "boolean": bool, "null": type(None)}
 seen = set()
 
 
 def walk(value, rule, path):
     name = rule.get("$ref", "")
-    rule = schema["$defs"][name.rsplit("/")[-1]] if name else rule
+    rule = definitions[name.rsplit("/")[-1]] if name else rule
     wanted = rule.get("type", [])
     wanted = [wanted] if isinstance(wanted, str) else wanted
     assert not wanted or any(type(value) is types[kind] for kind in wanted), f"{path}: {value!r} is no {wanted}"
     assert "const" not in rule or value == rule["const"], f"{path}: {value!r}"
+    assert "pattern" not in rule or re.search(rule["pattern"], value), f"{path}: {value!r}"
+    assert "minimum" not in rule or value >= rule["minimum"], f"{path}: {value!r}"
     assert "enum" not in rule or value in rule["enum"], f"{path}: {value!r}"
     if isinstance(value, dict):
         known = rule["properties"]
@@ -64,13 +69,29 @@ with tempfile.TemporaryDirectory() as work:
                  ["show", "--tool", "none"], ["lint", "none"], ["lint", "--code", "X"], ["names", "none"], ["freeze", "now"])
     worlds = (arguments, ["-m", work, "db", "-i", "folder"], ["-m", work, "dbx"], ["-m", f"{work}/none"], ["--nothing"],
               ["-m", work, "db", "-i", "twice.ini"], ["--help"], [])
+
+    def ask(question, form, words):
+        done = subprocess.run([program, *question, "--format", form, "--", *words], cwd=work, text=True,
+                              capture_output=True, env={"VORNAK_REGISTRY": f"{work}/none", "VORNAK_DRIVES": ""})
+        is_plain = done.returncode == 2 and form != "json"
+        assert done.returncode in (0, 1, 2) and (done.stderr != "") == is_plain, f"{question}: {done}"
+        return {} if is_plain else json.loads(done.stdout)
+
     for words in worlds:
         for question in questions:
-            done = subprocess.run([program, *question, "--format", "json", "--", *words], cwd=work, text=True,
-                                  capture_output=True, env={"VORNAK_REGISTRY": f"{work}/none", "VORNAK_DRIVES": ""})
-            assert done.stderr == "" and done.returncode in (0, 1, 2), f"{question}: {done}"
-            walk(json.loads(done.stdout), schema, " ".join(question))
-missing = [path for name, rule in {"": schema, **schema["$defs"]}.items() for path in unseen(rule, name)]
+            walk(ask(question, "json", words), schema, " ".join(question))
+        findings = ask(["lint"], "json", words).get("findings", [])
+        wanted = [(each["code"], each["severity"], each["line"], each["text"]) for each in findings]
+        for root in (".", "folder"):
+            log = ask(["lint", "--root", root], "sarif", words)
+            walk(log, sarif, "sarif") if log else None
+            told = []
+            for each in log["runs"][0]["results"] if log else ():
+                region = each["locations"][0].get("physicalLocation", {}).get("region", {"startLine": 0})
+                told.append((each["ruleId"], each["level"], region["startLine"], each["message"]["text"].split("; did you")[0]))
+                assert log["runs"][0]["tool"]["driver"]["rules"][each["ruleIndex"]]["id"] == each["ruleId"], each
+            assert told == wanted, f"{words}: {told} {wanted}"
+missing = [path for name, rule in {"": schema, " ": sarif, **definitions}.items() for path in unseen(rule, name)]
 assert not missing, f"never answered: {missing}"
 told = " ".join(subprocess.run([program, "--help"], capture_output=True, text=True).stdout.split())
 codes = re.findall(r"^\| (\d) \| (.*) \|$", open(f"{source}/docs/veltrane-config.md").read(), re.MULTILINE)

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "answer.h"
+#include "lint.h"
+
+// The findings in the forms that services for code review read.
+
+namespace veltrane::config {
+
+/// What a finding says: its text, and what may have been meant.
+CString TextOf(const LintRun::Placed& finding);
+
+/// Appends one workflow command of GitHub a finding.
+/// @throws Refusal  the folder of --root is missing
+void AddGithub(Answer& answer, const std::vector<LintRun::Placed>& findings, const Request& request);
+
+/// The findings as one log of the Static Analysis Results Interchange Format 2.1.0.
+/// @throws Refusal  likewise
+Json SarifDocument(const std::vector<LintRun::Placed>& findings, const Request& request);
+
+}  // namespace veltrane::config

@@ -4,7 +4,7 @@
 #include <iterator>
 #include <sstream>
 
-#include "nearest.h"
+#include "veltrane/foundation/nearest.h"
 #include "veltrane/platform/text/encoding.h"
 
 namespace veltrane::config {
@@ -28,7 +28,7 @@ CString NearestCode(CString name) {
     if (name.GetLength() < 3 && FindLint(padded)) return padded;
     std::vector<CString> names;
     for (const LintRow& row : LINTS) names.emplace_back(row.name);
-    return detail::Nearest(name, names);
+    return Nearest(name, names);
 }
 
 }  // namespace veltrane::config

@@ -74,26 +74,6 @@ private:
     std::set<int> m_Wanted;
 };
 
-// By file, line and code, each told once; a line that stops the tool is not told to be a second one, too.
-std::vector<LintRun::Placed> Sorted(const LintRun& run, const CodeFilter& codes, const FileFilter& files) {
-    std::set<std::pair<int, int>> stopping;
-    for (const LintRun::Placed& finding : run.Findings()) {
-        if (finding.code == LintCode::C08) stopping.emplace(finding.source, finding.line);
-    }
-    const auto keyOf = [](const LintRun::Placed& finding) {
-        return std::tuple(finding.source, finding.line, finding.code, finding.text.View());
-    };
-    std::vector<LintRun::Placed> findings;
-    for (const LintRun::Placed& finding : run.Findings()) {
-        const bool isToldAsStop = finding.code == LintCode::C04 && stopping.contains({finding.source, finding.line});
-        if (codes.Has(finding.code) && files.Has(finding.source) && !isToldAsStop) findings.push_back(finding);
-    }
-    std::ranges::sort(findings, {}, keyOf);
-    const auto isSame = [&](const auto& left, const auto& right) { return keyOf(left) == keyOf(right); };
-    findings.erase(std::unique(findings.begin(), findings.end(), isSame), findings.end());
-    return findings;
-}
-
 void AddLine(Answer& answer, const LintRun::Placed& finding, bool isColoured) {
     CString place = finding.isInFile ? DisplayPath(finding.file) : finding.file;
     if (finding.line > 0) place += FormatText(L":%d", finding.line);
@@ -185,16 +165,12 @@ bool IsOfUnreadable(const LintRun& run, const LintRun::Placed& finding) {
 Answer Lint(const Request& request, Startup& startup) {
     if (request.Has("--explain")) return Explain(request.Value("--explain"));
     LintRun run{startup};
-    LintFiles(run);
-    LintLines(run);
-    LintRegistry(run);
-    LintRules(run);
-    LintValues(run);
-    LintErrors(run);
-    LintUnused(run);
-    SilenceFindings(run);
+    std::vector<LintRun::Placed> findings = FindAll(run);
+    const CodeFilter codes{request.Value("--code")};
     const FileFilter files{run, request.words};
-    const std::vector<LintRun::Placed> findings = Sorted(run, CodeFilter{request.Value("--code")}, files);
+    std::erase_if(findings, [&](const LintRun::Placed& finding) {
+        return !codes.Has(finding.code) || !files.Has(finding.source);
+    });
     Answer answer;
     answer.tellsErrors = true;
     std::ptrdiff_t counts[3] = {};

@@ -163,6 +163,9 @@ std::optional<Finding> CheckPercent(const CString& value);
 /// "team.ini:4", to be named in a text.
 CString ShortPlace(const SourcePlace& place);
 
+/// Runs the checks. @return what they find, by source, line and code, each told once
+std::vector<LintRun::Placed> FindAll(LintRun& run);
+
 // The checks.
 void LintFiles(LintRun& run);
 void LintLines(LintRun& run);

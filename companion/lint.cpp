@@ -9,7 +9,6 @@
 #include "places.h"
 #include "printable.h"
 #include "startupfiles.h"
-#include "veltrane/foundation/nearest.h"
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/process/process.h"
 #include "wrapped.h"

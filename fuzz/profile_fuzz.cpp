@@ -10,6 +10,7 @@
 #include "fuzz_input.h"
 #include "fuzz_text.h"
 #include "veltrane/platform/sources/internal/answerline.h"
+#include "veltrane/platform/sources/internal/replacement.h"
 #include "veltrane/platform/sources/internal/snapshot.h"
 #include "veltrane/platform/sources/profile.h"
 #include "veltrane/platform/sources/sourcelines.h"
@@ -143,8 +144,29 @@ void RequireSameLines(const MemoryFile& file, std::span<const SourceLine> lines)
     }
 }
 
-void RequireLines(const MemoryFile& file, const Text& text) {
-    const auto view = ReadProfileLines(file.Name());
+/// The lines follow one another through all bytes of a file, and names and values stand where they are said to.
+void RequirePlaces(const SourceFileLines& view, std::string_view bytes) {
+    std::size_t at = view.lines.empty() ? 0 : view.lines[0].place.start;
+    const auto textOf = [&](const SourceRange& place) { return DecodeSource(place.In(bytes), view.encoding); };
+    for (const SourceLine& line : view.lines) {
+        using enum SourceLine::Kind;
+        REQUIRE(line.place.start == at);
+        at = line.place.End() + line.endLength;
+        REQUIRE(textOf({line.place.End(), line.endLength}).Trim(L"\r\n").IsEmpty());
+        REQUIRE((line.endLength == 0) <= (&line == &view.lines.back()));
+        REQUIRE(textOf(line.valuePlace) == line.value);
+        REQUIRE(line.kind != Blank && line.kind != Comment
+                    ? textOf(line.namePlace) == (line.kind == Section ? line.section : line.key)
+                    : line.namePlace.length == 0);
+    }
+    REQUIRE(bytes.size() - at < 2 || view.lines.empty());  // a last odd byte of UTF-16 is dropped
+}
+
+void RequireLines(const MemoryFile& file, const Text& text, std::string_view bytes) {
+    const SourceReplacement given{L"/missing", std::string{bytes}};
+    const auto view = ReadProfileLines(L"/missing");
+    RequirePlaces(view, bytes);
+    REQUIRE(view.lines.size() == ReadProfileLines(file.Name()).lines.size());
     REQUIRE(view.reading == SourceReading::Done);
     REQUIRE(static_cast<std::size_t>(view.sectionListLength) == Expected(Sections(text), nullptr, nullptr).size());
     const auto lines = std::span{view.lines}.first(std::min<std::size_t>(50, view.lines.size()));
@@ -174,6 +196,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         for (int i = 0; i < 3; ++i) RequireAnswer(file, sectionText, keyText, expected, expected.size() + 2);
     }
     RequireAllAnswers(file, sections);
-    RequireLines(file, Decoded(input));
+    RequireLines(file, Decoded(input), input);
     return 0;
 }

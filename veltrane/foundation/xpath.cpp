@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "veltrane/platform/files/cfile.h"
+#include "veltrane/platform/sources/internal/replacement.h"
 #include "veltrane/platform/text/characters.h"
 
 using namespace veltrane::detail;
@@ -31,7 +32,7 @@ bool IsAbsolutePath(const CString& path) {
 
 bool FileExists(const CString& path) {
     CFileStatus status;
-    return CFile::GetStatus(path, status);
+    return CFile::GetStatus(path, status) || SourceReplacement::Find(path);
 }
 
 bool FileExists(const CString& path, const CString& name) {

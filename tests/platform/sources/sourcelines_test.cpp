@@ -1,6 +1,12 @@
 #include "veltrane/platform/sources/sourcelines.h"
 
+#include <memory>
+#include <thread>
+
 #include "support/support.h"
+#include "veltrane/foundation/xpath.h"
+#include "veltrane/platform/sources/internal/replacement.h"
+#include "veltrane/platform/sources/internal/snapshot.h"
 
 using Kind = SourceLine::Kind;
 using Reason = SourceLine::Reason;
@@ -98,4 +104,26 @@ TEST(SourceLines, TellHowTheFileWasRead) {
     const auto marked = ReadProfileLines(folder.Write("a.ini", "\xEF\xBB\xBF[\xC3\x84]"));
     EXPECT_EQ(marked.encoding, SourceEncoding::Utf8WithMark);
     EXPECT_FALSE(marked.hasWindows1252);
+}
+
+TEST(SourceReplacement, AnswersForItsFileWhicheverPathLeadsThere) {
+    const TempFolder folder;
+    const CString path = folder.Write("a.ini", "[A]\nk=disk\n");
+    std::filesystem::create_symlink("a.ini", folder.Path() / "link");
+    const auto read = [&](const char* name) {
+        const SourceFileLines view = ReadProfileLines(folder.Wide(name));
+        return view.lines.size() == 2 ? view.lines[1].value : CString{};
+    };
+    const SourceSnapshot snapshot;
+    EXPECT_EQ(read("a.ini"), L"disk");
+    auto first = std::make_unique<SourceReplacement>(folder.Wide("link"), "[A]\nk=first\n");
+    EXPECT_EQ(read("A.INI"), L"first");
+    const SourceReplacement second{path, "\xFF\xFE[\0A\0]\0\r\0\n\0k\0=\0"s + "2\0"s};
+    first.reset();
+    EXPECT_EQ(read("./a.ini"), L"2");
+    EXPECT_FALSE(FileExists(folder.Wide("b.ini")));
+    const SourceReplacement missing{folder.Wide("b.ini"), "[A]\nk=b"};
+    EXPECT_EQ(read("b.ini"), L"b");
+    EXPECT_TRUE(FileExists(folder.Wide("./b.ini")));
+    std::thread{[&] { EXPECT_EQ(read("a.ini"), L"disk"); }}.join();
 }

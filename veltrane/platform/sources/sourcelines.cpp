@@ -3,6 +3,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/sources/detail/profilescan.h"
@@ -12,6 +13,7 @@
 #include "veltrane/platform/sources/winreg.h"
 #include "veltrane/platform/text/encoding.h"
 #include "veltrane/platform/text/internal/decoding.h"
+#include "veltrane/platform/text/internal/utf16.h"
 #include "veltrane/platform/text/internal/utf8.h"
 
 namespace veltrane {
@@ -50,10 +52,59 @@ CString Decoded(const SourceFile& file, std::string_view bytes) {
 // Blanks are all that a value loses beside its quotes.
 bool IsQuoted(const ProfileLine& line) {
     const std::string_view value = line.Value();
-    if (value.empty() || value.data() == line.right.data()) return false;
+    if (value.data() == line.right.data()) return false;
     const char before = line.right[static_cast<std::size_t>(value.data() - line.right.data()) - 1];
     return before == '"' || before == '\'';
 }
+
+/// Where the value of an entry stands; an empty one without quotes after the blanks in front of it.
+std::string_view PlaceOfValue(const ProfileLine& line) {
+    const std::string_view value = line.Value();
+    return value.empty() && !IsQuoted(line) ? WithoutLeadingBlanks(line.right).substr(0, 0) : value;
+}
+
+/// Turns pieces of a text into their places in the file that it was read from. UTF-16 is counted from the last place
+/// on, so pieces that come in order, and one inside another, cost one pass.
+class FilePlaces {
+public:
+    explicit FilePlaces(const SourceFile& file)
+        : m_Text(file.Text()), m_Encoding(file.Encoding()), m_nAt(MarkLength(m_Encoding)) {}
+
+    SourceRange PlaceOf(std::string_view piece) {
+        const auto start = static_cast<std::size_t>(piece.data() - m_Text.bytes.data());
+        m_nAt += LengthOf(m_Text.bytes.substr(m_nCounted, start - m_nCounted));
+        m_nCounted = start;
+        return {m_nAt, LengthOf(piece)};
+    }
+    /// The line after those that are known, with its number and its place.
+    SourceLine Begin(std::string_view line, const std::vector<SourceLine>& known) {
+        const auto end = static_cast<std::size_t>(line.data() - m_Text.bytes.data()) + line.size();
+        const std::size_t endLength = m_Text.bytes.substr(end, 2) == "\r\n" ? 2 : 1;
+        return {.number = static_cast<int>(known.size()) + 1,
+                .place = PlaceOf(line),
+                .endLength = LengthOf(m_Text.bytes.substr(end, endLength))};
+    }
+
+private:
+    static std::uint32_t MarkLength(SourceEncoding encoding) {
+        return encoding == SourceEncoding::Utf8 ? 0 : encoding == SourceEncoding::Utf8WithMark ? 3 : 2;
+    }
+    std::uint32_t LengthOf(std::string_view piece) const {
+        if (!m_Text.withSurrogates) return static_cast<std::uint32_t>(piece.size());
+        std::uint32_t units = 0;
+        for (const char byte : piece) {  // one for each character, two for one that takes four bytes
+            const auto value = static_cast<unsigned char>(byte);
+            units += (value & 0xC0) != 0x80 ? 1U : 0U;
+            units += value >= 0xF0 ? 1U : 0U;
+        }
+        return 2 * units;
+    }
+
+    FileText m_Text;
+    SourceEncoding m_Encoding;
+    std::size_t m_nCounted = 0;  // of the text
+    std::uint32_t m_nAt;         // of the file
+};
 
 CString Folded(CString name) {
     name.MakeLower();
@@ -63,13 +114,14 @@ CString Folded(CString name) {
 /// Tells what each line of an INI file is as the lines come.
 class ProfileLines {
 public:
-    ProfileLines(const SourceFile& file, SourceFileLines& result) : m_File(file), m_Result(result) {}
+    ProfileLines(const SourceFile& file, SourceFileLines& result) : m_File(file), m_Result(result), m_Places(file) {}
 
     void Read() {
         LineWalk walk{m_File.Text().bytes};
         for (std::string_view line; walk.Next(line);) {
             if (walk.IsInsidePair()) continue;
-            SourceLine read{.number = static_cast<int>(m_Result.lines.size()) + 1, .section = m_Section};
+            SourceLine read = m_Places.Begin(line, m_Result.lines);
+            read.section = m_Section;
             Tell(ReadProfileLine(line), read);
             m_Result.lines.push_back(std::move(read));
         }
@@ -91,7 +143,7 @@ private:
                 TellEntry(line, read);
                 break;
             case ProfileLine::Kind::NoEquals:
-                read.key = Decoded(m_File, WithoutBlanks(line.line));
+                TellKey(WithoutBlanks(line.line), read);
                 Ignore(read, Reason::NoEquals);
                 break;
             case ProfileLine::Kind::NoKey:
@@ -105,8 +157,14 @@ private:
         read.reason = m_Sections.empty() ? Reason::BeforeFirstSection : reason;
     }
 
+    void TellKey(std::string_view key, SourceLine& read) {
+        read.key = Decoded(m_File, key);
+        read.namePlace = m_Places.PlaceOf(key);
+    }
+
     void TellSection(const ProfileLine& line, SourceLine& read) {
         m_Section = Decoded(m_File, line.name);
+        read.namePlace = m_Places.PlaceOf(line.name);
         m_IsFirst = m_Sections.insert(Folded(m_Section)).second;
         m_Keys.clear();
         if (!m_Section.IsEmpty()) m_Result.sectionListLength += m_Section.GetLength() + 1;
@@ -118,8 +176,9 @@ private:
     }
 
     void TellEntry(const ProfileLine& line, SourceLine& read) {
-        read.key = Decoded(m_File, line.name);
+        TellKey(line.name, read);
         read.value = Decoded(m_File, line.Value());
+        read.valuePlace = m_Places.PlaceOf(PlaceOfValue(line));
         read.isQuoted = IsQuoted(line);
         if (m_Sections.empty()) return Ignore(read, Reason::None);
         read.kind = Kind::Entry;
@@ -131,6 +190,7 @@ private:
 
     const SourceFile& m_File;
     SourceFileLines& m_Result;
+    FilePlaces m_Places;
     CString m_Section;
     bool m_IsFirst = false;
     std::set<CString> m_Sections;  // folded, as are the keys
@@ -178,10 +238,11 @@ private:
 
     void ReadBlanksAndComments() {
         LineWalk walk{m_File.Text().bytes};
+        FilePlaces places{m_File};
         for (std::string_view line; walk.Next(line);) {
             if (walk.IsInsidePair()) continue;
+            SourceLine read = places.Begin(line, m_Lines);
             line = WithoutBlanks(line);
-            SourceLine read{.number = static_cast<int>(m_Lines.size()) + 1};
             if (!line.empty()) read.kind = line[0] == ';' ? Kind::Comment : Kind::Ignored;
             if (read.kind == Kind::Comment) read.key = Decoded(m_File, line);
             m_Lines.push_back(std::move(read));
@@ -295,6 +356,15 @@ SourceFileLines ReadRegistryLines(const CString& path) {
     SourceFileLines result = Describe(path, asked.File());
     RegistryLines{asked.File(), result.lines}.Read();
     return result;
+}
+
+CString DecodeSource(std::string_view bytes, SourceEncoding encoding) {
+    using enum SourceEncoding;
+    if (encoding == Utf8 || encoding == Utf8WithMark) return CString{DecodeFileText({bytes})};
+    std::wstring text;
+    const Utf16Order order = encoding == Utf16LittleEndian ? Utf16Order::LittleEndian : Utf16Order::BigEndian;
+    for (Utf16Reader reader{bytes, order}; reader.More();) text += static_cast<wchar_t>(reader.Next());
+    return CString{std::move(text)};
 }
 
 }  // namespace veltrane

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <string_view>
 #include <vector>
 
 #include "veltrane/platform/export.h"
@@ -7,6 +9,16 @@
 #include "veltrane/platform/text/cstring.h"
 
 namespace veltrane {
+
+/// A piece of a file, counted in the bytes that are stored, a mark at the start included.
+struct SourceRange {
+    std::uint32_t start = 0;
+    std::uint32_t length = 0;
+
+    std::uint32_t End() const noexcept { return start + length; }
+    /// The piece itself. @param bytes  of the whole file
+    std::string_view In(std::string_view bytes) const noexcept { return bytes.substr(start, length); }
+};
 
 /// One line of a configuration file and what it means to those who ask.
 struct SourceLine {
@@ -49,6 +61,13 @@ struct SourceLine {
     bool isQuoted = false;  ///< whether the value of an INI file stands in a pair of quotes
     CString value =
         {};  ///< whole, as a question gives it: without blanks and quotes around it, references not replaced
+
+    SourceRange place = {};       ///< the line, without its end
+    std::uint32_t endLength = 0;  ///< bytes of its end; 0 for a last line without one
+    /// Of an INI file: where the name of a section stands, or the key; and where the value, an empty one too, after the
+    /// blanks. Empty for lines that have none.
+    SourceRange namePlace = {};
+    SourceRange valuePlace = {};
 };
 
 struct SourceFileLines {
@@ -68,5 +87,8 @@ VELTRANE_API SourceFileLines ReadProfileLines(const CString& path);
 
 /// Reads a registry file likewise. An entry answers if RegQueryValueExW gives its value.
 VELTRANE_API SourceFileLines ReadRegistryLines(const CString& path);
+
+/// The text of a piece of a file, character by character as the readers take it. @param bytes  without the mark
+VELTRANE_API CString DecodeSource(std::string_view bytes, SourceEncoding encoding);
 
 }  // namespace veltrane

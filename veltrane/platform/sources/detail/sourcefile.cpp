@@ -13,6 +13,7 @@
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/files/internal/foreigncode.h"
 #include "veltrane/platform/files/internal/openfile.h"
+#include "veltrane/platform/sources/internal/replacement.h"
 #include "veltrane/platform/sources/internal/snapshot.h"
 #include "veltrane/platform/text/internal/utf16.h"
 #include "veltrane/platform/text/internal/utf8.h"
@@ -47,6 +48,11 @@ std::string Utf8OfUtf16(std::string_view bytes, Utf16Order order) {
 }  // namespace
 
 SourceFile::SourceFile(CStringView path, Spelling spelling) {
+    if (const auto replacement = SourceReplacement::Find(path)) {
+        if (replacement->size() > MAX_SIZE) m_Reading = SourceReading::TooLarge;
+        if (m_Reading == SourceReading::Done) Take(*replacement);
+        return;
+    }
     errno = 0;
     const NativeFile file = Open(SpelledPath(path), spelling);
     const int error = errno;

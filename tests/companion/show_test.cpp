@@ -221,7 +221,7 @@ TEST_F(Show, AnswersItsOwnFaultsInOneLine) {
         {{"show", "logfil"}, "unknown option 'logfil'; did you mean 'logfile'?"},
         {{"show", "--only", "usr"},
          "--only must be host, start-up, command line, registry, user file, basic file or environment"},
-        {{"show", "--format", "xml"}, "--format must be text or json"},
+        {{"show", "--format", "xml"}, "--format must be text, json, github or sarif"},
         {{"show", "--only"}, "--only needs a value"},
         {{"show", "logfile[1]"}, "'logfile' has one value; leave out its index"},
         {{}, "missing command; --help lists the commands"},

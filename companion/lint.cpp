@@ -88,7 +88,7 @@ void AddLine(Answer& answer, const LintRun::Placed& finding, bool isColoured) {
 Json FindingJson(const LintRun::Placed& finding) {
     Json json{{"code", RowOf(finding.code).name},
               {"severity", SEVERITIES[static_cast<int>(finding.severity)]},
-              {"file", ToUtf8(finding.file)},
+              {"file", finding.isInFile ? SpelledPath(finding.file) : ToUtf8(finding.file)},
               {"line", finding.line}};
     if (!finding.section.IsEmpty()) json["section"] = ToUtf8(finding.section);
     if (!finding.key.IsEmpty()) json["key"] = ToUtf8(finding.key);

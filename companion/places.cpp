@@ -13,6 +13,11 @@ bool IsEmptyAnswer(const OptionOrigin& origin) {
     return origin.layer == OptionLayer::Registry && origin.text.IsEmpty();
 }
 
+std::string SpelledPath(const CString& file) {
+    const std::string path = MapPath(file);
+    return path.empty() ? ToUtf8(file) : path;
+}
+
 CString DisplayPath(const CString& file) {
     const std::filesystem::path path = MapPath(file);
     if (path.empty()) return file;
@@ -48,7 +53,7 @@ std::vector<OptionPlace> FamilyPlaces(XOption& options, const XOptionDefinition&
 Json PlaceJson(const OptionOrigin& origin) {
     Json json{{"layer", ToUtf8(LayerName(origin.layer))}};
     if (!origin.file.IsEmpty()) {
-        json["file"] = ToUtf8(origin.file);
+        json["file"] = SpelledPath(origin.file);
         json["line"] = origin.line;
         json["section"] = ToUtf8(origin.section);
         json["key"] = ToUtf8(origin.key);

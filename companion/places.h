@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "json.h"
@@ -12,6 +13,9 @@ namespace veltrane::config {
 /// What an empty text of the registry means: other than one of a file it is an answer.
 inline constexpr wchar_t EMPTY_ANSWER[] = L"(empty, hides both files)";
 bool IsEmptyAnswer(const OptionOrigin& origin);
+
+/// A file as it is spelled on the disk, whole; as given when its drive leads nowhere.
+std::string SpelledPath(const CString& file);
 
 /// A file as people write it: spelled as on the disk, and from the current folder on when that is shorter.
 CString DisplayPath(const CString& file);

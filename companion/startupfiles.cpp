@@ -98,7 +98,7 @@ void StartupFiles::AddFaults(Answer& answer) const {
         if (fault.IsEmpty()) continue;
         answer.hasFindings = true;
         answer.document["unreadable"].push_back(
-            {{"layer", ToUtf8(LayerName(layer))}, {"file", ToUtf8(path)}, {"reading", ToUtf8(fault)}});
+            {{"layer", ToUtf8(LayerName(layer))}, {"file", SpelledPath(path)}, {"reading", ToUtf8(fault)}});
     }
     for (const CString& fault : FaultTexts()) {
         const std::string text = ToUtf8(fault);

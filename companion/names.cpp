@@ -11,6 +11,7 @@
 #include "nameline.h"
 #include "places.h"
 #include "printable.h"
+#include "rules.h"
 #include "veltrane/foundation/xstring.h"
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/text/numbers.h"
@@ -29,10 +30,6 @@ struct Name {
     std::vector<OptionRenaming> changes = {};  // of the last version
     std::vector<CString> problems = {};
 };
-
-const char* KindOf(bool isTable) {
-    return isTable ? "table" : "column";
-}
 
 CString NewText(const OptionRule& rule) {
     return rule.newText.IsEmpty() ? CString{L"(nothing)"} : Printable(rule.newText);
@@ -219,20 +216,11 @@ Answer ListRules(XOption& options) {
     Answer answer;
     answer.document["rules"] = Json::array();
     Columns columns;
-    for (const bool isTable : {true, false}) {
-        for (const OptionRule& rule :
-             options.GetNamingRules(isTable ? eOptionTableNameRules : eOptionColumnNameRules)) {
-            columns.Add({FromUtf8(KindOf(isTable)), FormatText(L"%d", rule.version), Printable(rule.oldText),
-                         L"-> " + NewText(rule), PlaceText(rule.origin),
-                         rule.isInForce ? L"" : L"hidden by the user file"});
-            Json json{{"kind", KindOf(isTable)},
-                      {"version", rule.version},
-                      {"old", ToUtf8(rule.oldText)},
-                      {"new", ToUtf8(rule.newText)},
-                      {"in_force", rule.isInForce}};
-            json["origin"] = PlaceJson(rule.origin);
-            answer.document["rules"].push_back(std::move(json));
-        }
+    for (const OptionRule& rule : AllRules(options)) {
+        columns.Add({FromUtf8(KindOf(rule)), FormatText(L"%d", rule.version), Printable(rule.oldText),
+                     L"-> " + NewText(rule), PlaceText(rule.origin),
+                     rule.isInForce ? L"" : L"hidden by the user file"});
+        answer.document["rules"].push_back(RuleJson(rule));
     }
     columns.Print(answer);
     return answer;

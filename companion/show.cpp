@@ -4,6 +4,7 @@
 #include "commands.h"
 #include "places.h"
 #include "printable.h"
+#include "rules.h"
 #include "startupfiles.h"
 #include "veltrane/foundation/xstring.h"
 
@@ -247,6 +248,12 @@ CString LayerOf(const Request& request) {
     throw Refusal{L"--only must be " + names};
 }
 
+// With them one document is a whole machine.
+void AddRules(Answer& answer, const XOption& options) {
+    answer.document["rules"] = Json::array();
+    for (const OptionRule& rule : AllRules(options)) answer.document["rules"].push_back(RuleJson(rule));
+}
+
 }  // namespace
 
 Answer Show(const Request& request, Startup& startup) {
@@ -267,6 +274,7 @@ Answer Show(const Request& request, Startup& startup) {
         if (!isTable && !shown.item) answer.hasFindings = true;
         answer.document["options"].push_back(OptionJson(shown));
     }
+    if (isTable && request.Has("--all") && !request.Has("--only")) AddRules(answer, startup.options);
     files.AddFaults(answer);
     return answer;
 }

@@ -34,36 +34,39 @@ struct ExitRow {
 
 // clang-format off
 inline constexpr CommandRow COMMANDS[] = {
-    {"show",    "[NAME ...]", WordKind::Option, "values, where they come from and what they overrode",  "show logfile -- base -i team.ini"},
-    {"lint",    "[FILE ...]", WordKind::File,   "everything that is wrong with the configuration",      "lint --strict -- base -i team.ini"},
-    {"explain", "NAME ...",   WordKind::Option, "the steps from a key to its value",                    "explain spool -- base -i team.ini"},
-    {"names",   "[FILE ...]", WordKind::File,   "names as the naming rules change them",                  "names --version 3,5 names.txt -- base"},
-    {"freeze",  "",           WordKind::None,   "one basic file that gives the same values on its own", "freeze -- base -i team.ini >frozen.ini"},
-    {"files",   "",           WordKind::None,   "every place where start-up looks, and what is there",  "files -- base -i team.ini"},
-    {"errors",  "LOG ...",    WordKind::File,   "the errors of a log",                                  "errors base-run.log"},
+    {"show",    "[NAME ...]",     WordKind::Option, "values, where they come from and what they overrode",  "show logfile -- base -i team.ini"},
+    {"lint",    "[FILE ...]",     WordKind::File,   "everything that is wrong with the configuration",      "lint --strict -- base -i team.ini"},
+    {"explain", "NAME ...",       WordKind::Option, "the steps from a key to its value",                    "explain spool -- base -i team.ini"},
+    {"names",   "[FILE ...]",     WordKind::File,   "names as the naming rules change them",                "names --version 3,5 names.txt -- base"},
+    {"diff",    "[DOCUMENT ...]", WordKind::File,   "how two configurations differ",                        "diff -- base -i team.ini -- base -i other.ini"},
+    {"freeze",  "",               WordKind::None,   "one basic file that gives the same values on its own", "freeze -- base -i team.ini >frozen.ini"},
+    {"files",   "",               WordKind::None,   "every place where start-up looks, and what is there",  "files -- base -i team.ini"},
+    {"errors",  "LOG ...",        WordKind::File,   "the errors of a log",                                  "errors base-run.log"},
 };
 
 inline constexpr SwitchRow SWITCHES[] = {
-    {"",      "--tool",      "PATH",               WordKind::File, "the tool; default: the one beside this program"},
-    {"",      "--format",    "text|json|github|sarif", WordKind::Text, "form of the answer; the last two for lint alone"},
-    {"",      "--color",     "auto|never",         WordKind::Text, "colour of errors and warnings on a terminal"},
-    {"",      "--generate",  "man|bash|zsh|fish",  WordKind::Text, "print a man page or completion instead of an answer"},
-    {"show",  "--all",       "",                   WordKind::None, "also options without a value"},
-    {"show",  "--only",      "LAYER",              WordKind::Text, "only values from one layer, such as 'user file'"},
-    {"lint",  "--strict",    "",                   WordKind::None, "warnings count as errors"},
-    {"lint",  "--code",      "LIST",               WordKind::Text, "only these codes (C01,C02), or all but some (-C13)"},
-    {"lint",  "--root",      "FOLDER",             WordKind::File, "where paths for github and sarif begin; default: here"},
-    {"lint",  "--explain",   "LIST",               WordKind::Text, "what codes mean (C05, or 'all')"},
-    {"names", "--version",   "N[,M ...]",          WordKind::Text, "versions of the rules; default: all"},
-    {"names", "--rules",     "",                   WordKind::None, "the rules themselves, in the order they apply"},
-    {"names", "--limit",     "BYTES",              WordKind::Text, "longest name; default: 30"},
+    {"",      "--tool",     "PATH",                   WordKind::File, "the tool; default: the one beside this program"},
+    {"",      "--format",   "text|json|github|sarif", WordKind::Text, "form of the answer; the last two for lint alone"},
+    {"",      "--color",    "auto|never",             WordKind::Text, "colour of errors and warnings on a terminal"},
+    {"",      "--generate", "man|bash|zsh|fish",      WordKind::Text, "print a man page or completion instead of an answer"},
+    {"show",  "--all",      "",                       WordKind::None, "also options without a value"},
+    {"show",  "--only",     "LAYER",                  WordKind::Text, "only values from one layer, such as 'user file'"},
+    {"lint",  "--strict",   "",                       WordKind::None, "warnings count as errors"},
+    {"lint",  "--code",     "LIST",                   WordKind::Text, "only these codes (C01,C02), or all but some (-C13)"},
+    {"lint",  "--root",     "FOLDER",                 WordKind::File, "where paths for github and sarif begin; default: here"},
+    {"lint",  "--explain",  "LIST",                   WordKind::Text, "what codes mean (C05, or 'all')"},
+    {"diff",  "--places",   "",                       WordKind::None, "also values that only stand elsewhere"},
+    {"diff",  "--all",      "",                       WordKind::None, "also facts of the host: paths of the program, times"},
+    {"names", "--version",  "N[,M ...]",              WordKind::Text, "versions of the rules; default: all"},
+    {"names", "--rules",    "",                       WordKind::None, "the rules themselves, in the order they apply"},
+    {"names", "--limit",    "BYTES",                  WordKind::Text, "longest name; default: 30"},
 };
 
 inline constexpr ExitRow EXITS[] = {
     {EXIT_ANSWERED, "answered"},
     {EXIT_FINDINGS, "answered, and there is something to look at: an error that lint finds (with --strict a warning, too), "
-                     "a collision, an option without a value, a value that freeze cannot carry, a source that cannot be "
-                     "read, a start-up that would fail"},
+                    "a difference, a collision, an option without a value, a value that freeze cannot carry, a source "
+                    "that cannot be read, a start-up that would fail"},
     {EXIT_REFUSED,  "not answered: the command line is wrong, the tool is not found, a file cannot be read or written, "
                     "or memory is short"},
 };

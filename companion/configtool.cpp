@@ -31,6 +31,7 @@ public:
         const std::vector<std::string> all(argv + std::min(argc, 1), argv + argc);
         const auto end = std::ranges::find(all, "--");
         m_Own.assign(all.begin(), end);
+        m_HasArguments = end != all.end();
         for (auto word = end; word != all.end() && ++word != all.end();) m_Arguments.push_back(FromUtf8(*word));
     }
 
@@ -68,11 +69,26 @@ private:
     int Do(const Request& request) {
         if (request.command == "errors") return Print(Errors(request), nullptr, /*isColoured*/ false);
         const std::string beside = std::filesystem::canonical("/proc/self/exe").parent_path() / m_Tool.name;
-        Startup startup{FromUtf8(request.Has("--tool") ? request.Value("--tool") : beside), m_Arguments,
-                        FromUtf8(m_Tool.version)};
+        const CString tool = FromUtf8(request.Has("--tool") ? request.Value("--tool") : beside);
+        if (request.command == "diff") return Print(Diff(request, tool, CommandLines()), nullptr, /*isColoured*/ false);
+        Startup startup{tool, m_Arguments, FromUtf8(m_Tool.version)};
         const auto* const found =
             std::ranges::find(WITH_STARTUP, request.command, [](const auto& row) { return row.command; });
         return Print(found->run(request, startup), &startup, IsColoured(request.Value("--color"), "2"));
+    }
+
+    // Each after a "--" of its own.
+    std::vector<std::vector<CString>> CommandLines() const {
+        std::vector<std::vector<CString>> lines;
+        if (m_HasArguments) lines.emplace_back();
+        for (const CString& word : m_Arguments) {
+            if (word == L"--") {
+                lines.emplace_back();
+            } else {
+                lines.back().push_back(word);
+            }
+        }
+        return lines;
     }
 
     int Print(const Answer& answer, const Startup* startup, bool isColoured) const {
@@ -119,6 +135,7 @@ private:
     std::string m_Name;
     std::vector<std::string> m_Own;
     std::vector<CString> m_Arguments;
+    bool m_HasArguments = false;
 };
 
 }  // namespace

@@ -65,13 +65,17 @@ with tempfile.TemporaryDirectory() as work:
     arguments = ["-m", work, "db", "-i", "team.ini", "--data", f"{work}/data", "-l", "a b"]
     questions = (["show", "--all"], ["show", *names], ["explain", *names], ["lint"], ["lint", "--explain", "C05"], ["names", "list"],
                  ["names", "--version", "4", "list"], ["names", "--rules"], ["freeze"], ["files"],
+                 ["diff", "other.json"], ["diff", "--", "-m", work, "db"], ["diff", "list"],
                  ["errors", "run.log", "run.log"], ["nothing"], ["show", "nothing"], ["explain"], ["errors", "folder"],
                  ["show", "--tool", "none"], ["lint", "none"], ["lint", "--code", "X"], ["names", "none"], ["freeze", "now"])
     worlds = (arguments, ["-m", work, "db", "-i", "folder"], ["-m", work, "dbx"], ["-m", f"{work}/none"], ["--nothing"],
               ["-m", work, "db", "-i", "twice.ini"], ["--help"], [])
 
+    other = subprocess.run([program, "show", "--all", "--format=json", "--", "-m", work, "db"], cwd=work, capture_output=True)
+    pathlib.Path(work, "other.json").write_bytes(other.stdout)
+
     def ask(question, form, words):
-        done = subprocess.run([program, *question, "--format", form, "--", *words], cwd=work, text=True,
+        done = subprocess.run([program, "--format", form, *question, "--", *words], cwd=work, text=True,
                               capture_output=True, env={"VORNAK_REGISTRY": f"{work}/none", "VORNAK_DRIVES": ""})
         is_plain = done.returncode == 2 and form != "json"
         assert done.returncode in (0, 1, 2) and (done.stderr != "") == is_plain, f"{question}: {done}"

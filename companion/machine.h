@@ -1,0 +1,48 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "json.h"
+#include "veltrane/platform/text/cstring.h"
+
+// A whole configuration in force, of this machine or another, as `show --all --format json` tells it.
+
+namespace veltrane::config {
+
+/// A value, or the new text of a naming rule, and where it stands.
+struct Held {
+    CString text;
+    CString means = {};  ///< what the tool makes of the text of a flag or a list
+    CString layer = {};
+    CString file = {};  ///< empty for a layer without files
+    int line = 0;
+    int position = 0;  ///< of a rule in its version, from 1
+};
+
+struct Machine {
+    struct Rule {
+        bool isTable;
+        int version;
+        CString oldText;
+        Held held;
+    };
+    using Key = std::pair<CString, std::optional<int>>;  ///< name, and index of a family
+
+    std::vector<CString> names;  ///< of all options that it knows, in its order
+    std::map<Key, Held> values;
+    std::vector<Rule> rules;  ///< those in force, in the order of their application
+    bool hasFailed = false;   ///< start-up has
+};
+
+/// @param name  of the document, for refusals
+/// @throws Refusal  it is no answer of `show --all --format json`
+Machine ReadMachine(const Json& document, const CString& name);
+
+/// @throws Refusal  the file cannot be read, or is no JSON document that could be such an answer
+Json ReadDocument(const std::string& file);
+
+}  // namespace veltrane::config

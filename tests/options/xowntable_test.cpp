@@ -4,6 +4,8 @@
 #include <cstring>
 
 #include "options/store.h"
+#include "veltrane/foundation/xpath.h"
+#include "veltrane/options/typed.h"
 
 constexpr enumOption eOptionScale = OwnOption(1, eString | eSingle | eHelp);
 constexpr enumOption eOptionDry = OwnOption(2, eBoolean | eSingle | eHelp);
@@ -145,6 +147,62 @@ TEST(OwnOptions, RefuseWhatIsInUse) {
     const XOption store;
     EXPECT_EQ(ErrorOf([] { const OwnOptions own{{}}; }).GetMessage(),
               L"Options can be registered only before a store is made!");
+}
+
+constexpr XOptionDefinition SPOOL[] = {OptionRow(OwnOption(11, eBoolean | eSingle | eHelp), eSectionRoot, L"sp",
+                                                 L"spool", 2, L"-sp,\t--spool", L"\t\tVeltrane.")};
+constexpr OwnTable BASE{.options = SPOOL, .library = BASE_ROWS};
+static_assert(FitsLibrary(BASE));
+
+TEST_F(OptionStoreTest, AToolMayLeaveOutRowsOfTheLibrary) {
+    m_Store.reset();
+    const OwnOptions registered{BASE};
+    for (const wchar_t* name : {L"create-autodoc", L"-ca", L"role", L"tablename-rules", L"changefile-root"}) {
+        EXPECT_EQ(FindOptionDefinition(name), nullptr) << ToUtf8(name);
+    }
+    EXPECT_EQ(FindOptionDefinition(L"-sp"), GetOptionDefinitionAt(GetOptionDefinitionCount() - 1));
+    EXPECT_STREQ(FindOptionDefinition(L"-")->szLongName, L"summary");
+    Basic(
+        "[ROOT]\nspool=true\nunit=%role%\n[db]\nrole=r\n[db\\TABLENAME RULES\\1]\nA=B\n[db\\TABLENAME "
+        "RULES\\2]\nC=D\n");
+    User("[db\\TABLENAME RULES\\1]\n");
+    Start({L"tool", L"db", L"-dat", DataFolder(), L"--ini", UserFile()});
+    EXPECT_TRUE((Get<"spool", BASE>(*m_Store)));
+    EXPECT_TRUE(m_Store->GetNamingRules(eOptionTableNameRules).empty());
+    EXPECT_EQ(m_Store->GetLocations().end()[-2].option, L"config");
+    EXPECT_TRUE(FileExists(DataFolder() + L"/log") && !FileExists(DataFolder() + L"/changefile"));
+    EXPECT_EQ(ErrorOf([&] { Text(L"role"); }).GetMessage().Right(45), L"The option <role> is not known by the system!");
+    const XException unknown = ErrorOf([&] { Open({L"--create-autodoc"}); });
+    EXPECT_EQ(unknown.GetMessage().Left(54), L"command line option <--create-autodoc> not recognized!");
+    BoxRecorder recorder;
+    const ArgumentsGuard guard{{}};
+    SetArguments({L"/bin/scale"});
+    ShowHelp();
+    const CString& help = recorder.boxes.at(0).text;
+    EXPECT_EQ(help.Find(L"Synopsis: scale [options] <database-name>\r\n"), 0);
+    EXPECT_GE(help.Find(L"\tPrint the scale version information.\r\n"), 0);
+    EXPECT_EQ(help.Find(L"commands:"), -1);
+    EXPECT_EQ(help.Right(26), L"-sp,\t--spool\t\t\tVeltrane.\r\n");
+    m_Store.reset();
+}
+
+TEST(OwnOptions, ChooseRowsOfTheLibraryForAll) {
+    constexpr OwnTable other{.library = BASE_ROWS.With<"role">().Without<"summary">()};
+    constexpr XConfigSection sections[] = {SectionRow(OwnSection(3), eSectionNone, L"--autodoc-title")};
+    auto first = std::make_unique<OwnOptions>(BASE);
+    EXPECT_EQ(ErrorOf([&] { const OwnOptions second{other}; }).GetMessage(),
+              L"Another table has chosen other options of the library!");
+    auto module = std::make_unique<OwnOptions>(OwnTable{});
+    first.reset();
+    EXPECT_EQ(FindOptionDefinition(L"role"), nullptr);
+    module.reset();
+    first = std::make_unique<OwnOptions>(other);
+    EXPECT_NE(FindOptionDefinition(L"role"), nullptr);
+    EXPECT_STREQ(FindOptionDefinition(L"-")->szLongName, L"logging");
+    first.reset();
+    const OwnOptions needing{{.sections = sections}};
+    EXPECT_EQ(ErrorOf([] { const OwnOptions tool{BASE}; }).GetMessage(),
+              L"The section <--autodoc-title> cannot be registered: the option that names it is not known!");
 }
 
 /// With VELTRANE_OWN_ROWS set, all tests of the program run beside that many options of a tool's own.

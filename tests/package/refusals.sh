@@ -24,5 +24,5 @@ for compiler in g++ clang++; do
     check $compiler tests/package/refused_tables.cpp \
         < <(grep -ohE 'L"The (option|section) [^"]*' veltrane/options/optionrules.h | sort -u)
     check $compiler $names \
-        < <(sed -n 's|.*// refused: ||p' $names; sed -n 's/.*sizeof(Name) == 0, "\(.*\)");/\1/p' veltrane/options/optionname.h)
+        < <(sed -n 's|.*// refused: ||p' $names; sed -n 's/.*sizeof(Name) == 0, "\(.*\)");/\1/p' veltrane/options/{optionname,libraryrows}.h)
 done

@@ -5,6 +5,9 @@ using namespace veltrane;
 
 constexpr XOptionDefinition ROWS[] = {OptionRow(OwnOption(1, eString | eSingle), eSectionRoot, L"", L"unit", -1)};
 constexpr OwnTable OWN{ROWS};
+constexpr XOptionDefinition ROLES[] = {OptionRow(OwnOption(1, eString), eSectionRoot, L"", L"role", -1)};
+constexpr OwnTable LEAN{.options = ROLES, .library = BASE_ROWS.With<"spool">()};
+static_assert(FitsLibrary(LEAN));
 
 // clang-format off
 void Ask(XOption& store) {
@@ -25,5 +28,11 @@ void Ask(XOption& store) {
     All<"name">(store);                 // refused: HasOneValue<veltrane::detail::Spelled<'n', 'a', 'm', 'e'>
     options.Get<"role">(1);             // refused: HasOneValue<veltrane::detail::Spelled<'r', 'o', 'l', 'e'>
     options.GetText<"quiet">();         // refused: HasNoText<veltrane::detail::Spelled<'q', 'u', 'i', 'e', 't'>
+    Get<"role", LEAN>(store, 1);
+    Get<"spool", LEAN>(store);
+    Get<"registry", LEAN>(store);       // refused: IsLeftOut<veltrane::detail::Spelled<'r', 'e', 'g', 'i', 's', 't', 'r', 'y'>
+    Get<"spoil", LEAN>(store);          // refused: DidYouMean<'s', 'p', 'o', 'o', 'l'>
+    BASE_ROWS.With<"unit">();           // refused: NotOfTheLibrary<veltrane::detail::Spelled<'u', 'n', 'i', 't'>
+    BASE_ROWS.Without<"data">();        // refused: StartUpNeeds<veltrane::detail::Spelled<'d', 'a', 't', 'a'>
 }
 // clang-format on

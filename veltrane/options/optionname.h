@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <string_view>
 #include <type_traits>
@@ -9,18 +8,9 @@
 #include "veltrane/foundation/nearest.h"
 #include "veltrane/options/xowntable.h"
 
-// Names of options that the compiler looks up, and what it shows where it cannot.
+// Names of options that the compiler looks up in the library and a tool's table, and what it shows where it cannot.
 
 namespace veltrane {
-
-/// The long name of an option as a template argument: Get<"logfile">.
-template <std::size_t Size>
-struct OptionName {
-    consteval OptionName(const char (&name)[Size]) : text{} { std::ranges::copy(name, text); }  // NOLINT(*-explicit-*)
-    constexpr std::wstring_view View() const { return {text, Size - 1}; }
-
-    wchar_t text[Size];  // as in the table
-};
 
 /// The table of a tool without options of its own.
 inline constexpr OwnTable LIBRARY_ALONE{};
@@ -29,9 +19,6 @@ namespace detail {
 
 // --- What compilers show ---
 
-// A name letter by letter, for not every compiler shows the text of a template argument.
-template <char...>
-struct Spelled {};
 template <char...>
 struct DidYouMean {};
 
@@ -42,6 +29,10 @@ struct NotAName {
 template <class Name, class... Near>
 struct NoOptionIsCalled {
     static_assert(sizeof(Name) == 0, "neither the library nor the given table has an option of that name");
+};
+template <class Name>
+struct IsLeftOut {
+    static_assert(sizeof(Name) == 0, "the given table leaves this option of the library out");
 };
 template <class Name>
 struct HasSeveralValues {
@@ -68,11 +59,15 @@ constexpr int CountRows(const OwnTable& table) {
     return OPTION_COUNT + static_cast<int>(table.options.size());
 }
 
+/// Whether a tool with that table knows the option at a place.
+constexpr bool HasOption(const OwnTable& table, int place) {
+    return !IsTitle(RowAt(table, place)) && (place >= OPTION_COUNT || table.library.Has(place));
+}
+
 /// Place of the option with that long name; -1 for none.
 consteval int FindPlace(const OwnTable& table, std::wstring_view name) {
     for (int place = 0; place < CountRows(table); ++place) {
-        const XOptionDefinition& row = RowAt(table, place);
-        if (!IsTitle(row) && name == row.szLongName) return place;
+        if (HasOption(table, place) && name == RowAt(table, place).szLongName) return place;
     }
     return -1;
 }
@@ -82,17 +77,12 @@ consteval int FindNearest(const OwnTable& table, std::wstring_view name) {
     NearestText search{name};
     int nearest = -1;
     for (int place = 0; place < CountRows(table); ++place) {
-        if (!IsTitle(RowAt(table, place)) && search.IsNearer(RowAt(table, place).szLongName)) nearest = place;
+        if (HasOption(table, place) && search.IsNearer(RowAt(table, place).szLongName)) nearest = place;
     }
     return nearest;
 }
 
 // --- An option that the compiler knows ---
-
-template <OptionName Name, std::size_t... At>
-Spelled<static_cast<char>(Name.text[At])...> SpellLetters(std::index_sequence<At...>);
-template <OptionName Name>
-using Spell = decltype(SpellLetters<Name>(std::make_index_sequence<Name.View().size()>{}));
 
 template <const OwnTable& Table, int Place, std::size_t... At>
 DidYouMean<static_cast<char>(RowAt(Table, Place).szLongName[At])...> SpellNear(std::index_sequence<At...>);
@@ -109,6 +99,8 @@ template <OptionName Name, const OwnTable& Table, int Nearest = FindNearest(Tabl
 consteval auto RefusalOfName() {
     if constexpr (Name.View().empty() || !IsTypeable(Name.View())) {
         return std::type_identity<NotAName<Spell<Name>>>{};
+    } else if constexpr (FindLibraryPlace(Name.View()) >= 0) {
+        return std::type_identity<IsLeftOut<Spell<Name>>>{};
     } else if constexpr (Nearest < 0) {
         return std::type_identity<NoOptionIsCalled<Spell<Name>>>{};
     } else {

@@ -17,6 +17,11 @@ namespace veltrane::detail {
 struct TableRows {
     std::span<const XOptionDefinition> options;
     std::span<const XConfigSection> sections;
+    std::span<const bool> present = {};  ///< which of the options the process has; empty for all
+
+    constexpr bool Has(const XOptionDefinition& row) const {
+        return present.empty() || present[static_cast<std::size_t>(&row - options.data())];
+    }
 };
 
 /// A row that cannot stand in a table, by its name.
@@ -162,6 +167,12 @@ constexpr bool IsSameName(const wchar_t* a, const wchar_t* b) {
     return a[0] == b[0] && std::wstring_view{a} == b;
 }
 
+constexpr void CheckIds(const XOptionDefinition& row, const XOptionDefinition& other) {
+    if (IsSameId(row.eOption, other.eOption)) {
+        throw RowRefused{L"The option <%s> cannot be registered: its id is in use!", row.szLongName};
+    }
+}
+
 constexpr void CheckDiffer(const XOptionDefinition& row, const XOptionDefinition& other) {
     if (IsSameName(row.szLongName, other.szLongName)) {
         throw RowRefused{L"The option <%s> cannot be registered: its name is in use!", row.szLongName};
@@ -170,9 +181,7 @@ constexpr void CheckDiffer(const XOptionDefinition& row, const XOptionDefinition
         throw RowsRefused{L"The option <%s> cannot be registered: its short name <%s> is in use!", row.szLongName,
                           row.szShortName};
     }
-    if (IsSameId(row.eOption, other.eOption)) {
-        throw RowRefused{L"The option <%s> cannot be registered: its id is in use!", row.szLongName};
-    }
+    CheckIds(row, other);
 }
 
 /// Whether a key of a section gives a value of the option with several that stands there too: as its bare name, of
@@ -254,7 +263,7 @@ constexpr Found<XConfigSection> FindRow(Tables tables, enumCfgSection section) {
 constexpr Found<XOptionDefinition> FindRow(Tables tables, std::wstring_view longName) {
     for (const TableRows& table : tables) {
         for (const XOptionDefinition& row : table.options) {
-            if (!IsTitle(row) && longName == row.szLongName) return {&row, 1};
+            if (!IsTitle(row) && longName == row.szLongName && table.Has(row)) return {&row, 1};
         }
     }
     return {};
@@ -321,8 +330,11 @@ constexpr void CheckPlace(Tables tables, const XOptionDefinition& row) {
     }
 }
 
-constexpr void CheckBeside(Tables tables, const XOptionDefinition& row, const XOptionDefinition& other) {
+/// @param table  that of the other
+constexpr void CheckBeside(Tables tables, const XOptionDefinition& row, const TableRows& table,
+                           const XOptionDefinition& other) {
     if (IsTitle(row) || IsTitle(other)) return;
+    if (!table.Has(other)) return CheckIds(row, other);  // the library still tells its rows apart by them
     CheckDiffer(row, other);
     if (row.eSection != other.eSection || row.eSection == eSectionNone) return;
     if (!HasValueAt(row, other) && !HasValueAt(other, row)) return;
@@ -330,7 +342,7 @@ constexpr void CheckBeside(Tables tables, const XOptionDefinition& row, const XO
     if (!HasIndex(tables, row.eSection)) CheckFamilies(row, other);
 }
 
-constexpr void CheckBeside(Tables, const XConfigSection& row, const XConfigSection& other) {
+constexpr void CheckBeside(Tables, const XConfigSection& row, const TableRows&, const XConfigSection& other) {
     CheckDiffer(row, other);
     CheckFamilies(row, other);
 }
@@ -343,7 +355,7 @@ constexpr void CheckRows(Tables tables, std::span<const Row> TableRows::*rows) {
         for (const TableRows& table : tables) {
             for (const Row& other : table.*rows) {
                 if (&other == &row) break;  // those after it look back at it
-                CheckBeside(tables, row, other);
+                CheckBeside(tables, row, table, other);
             }
         }
     }

@@ -32,8 +32,8 @@ const XOptionDefinition* FindByName(std::wstring_view name) {
     const bool isShort = name.starts_with(L'-') && !name.starts_with(L"--");
     if (name.starts_with(L'-')) name.remove_prefix(isShort ? 1 : 2);
     const XOptionDefinition* const row = isShort ? SHORT_NAMES.Find(name) : LONG_NAMES.Find(name);
-    const OptionRegistry* const own = row ? nullptr : OptionRegistry::Registered();
-    if (!own) return row;
+    const OptionRegistry* const own = OptionRegistry::Registered();
+    if (!own || (row && own->Has(*row))) return row;
     return isShort ? own->FindShort(name) : own->FindLong(name);
 }
 
@@ -60,7 +60,7 @@ const CString& XOptionDefinition::GetDefaultValue() const {
 
 int GetOptionDefinitionCount() {
     const OptionRegistry* const own = OptionRegistry::Registered();
-    return OPTION_COUNT + (own ? static_cast<int>(own->Options().size()) : 0);
+    return own ? static_cast<int>(own->Options().size()) : OPTION_COUNT;
 }
 
 int GetConfigSectionCount() {
@@ -70,8 +70,8 @@ int GetConfigSectionCount() {
 
 XOptionDefinition* GetOptionDefinitionAt(int index) {
     if (index < 0 || index >= GetOptionDefinitionCount()) return nullptr;
-    if (index < OPTION_COUNT) return Handed(&g_OptionDefinitions[index]);
-    return Handed(OptionRegistry::Registered()->Options()[static_cast<std::size_t>(index - OPTION_COUNT)]);
+    const OptionRegistry* const own = OptionRegistry::Registered();
+    return Handed(own ? own->Options()[static_cast<std::size_t>(index)] : &g_OptionDefinitions[index]);
 }
 
 XConfigSection* GetConfigSectionAt(int index) {

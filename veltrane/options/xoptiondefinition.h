@@ -180,5 +180,9 @@ VELTRANE_API bool IsValidBooleanString(const CString& value);
 /// Whether a text is "false", "true" or "auto", in any case.
 VELTRANE_API bool IsValidTrillianString(const CString& value);
 
-/// Shows the help text in an information box.
+/// Shows the help text in an information box. Where the process has only some of the library's rows, a text of these
+/// that names the library's own tool names the program instead.
 VELTRANE_API void ShowHelp();
+/// The description of a row as the help of a tool shows it.
+/// @param tool  name of its program
+VELTRANE_API CString DescribeOption(const XOptionDefinition& row, const CString& tool);

@@ -232,7 +232,9 @@ std::vector<OptionLocation> XOption::GetLocations() const {
         UserFiles(stored(LibraryRow(eOptionIni)), stored(LibraryRow(eOptionConfig)), m_bIniKnown.value_or(true)),
         std::back_inserter(locations));
     add(Data, LibraryRow(eOptionData));
-    for (const StartupFolder& folder : USER_FOLDERS) add(UserFolder, folder.option);
+    for (const StartupFolder& folder : USER_FOLDERS) {
+        if (OptionRegistry::HasLibraryRow(folder.option)) add(UserFolder, folder.option);
+    }
     return locations;
 }
 

@@ -51,6 +51,7 @@ void FindEmptyKey(OptionOrigin& origin, const XConfiguration* userFile, const CS
 
 void XOption::ReadNamingRules(enumOption option) {
     if (option != eOptionTableNameRules && option != eOptionColumnNameRules) return;
+    if (!OptionRegistry::HasLibraryRow(RuleDefinition(option))) return;
     XNamingRules& rules = option == eOptionTableNameRules ? m_TableNameRules : m_ColumnNameRules;
     const CString format = m_pRetrieval->SectionName(RuleDefinition(option).eSection, /*isStoring*/ true);
     XMapInt2CString names;
@@ -87,6 +88,7 @@ std::vector<OptionRule> XOption::GetNamingRules(enumOption option) const {
 // Those of the basic file alone that the section of the same version in the user file leaves out.
 void XOption::AddHiddenRules(std::vector<OptionRule>& rules, enumOption option) const {
     if (!m_pSources->basicFile || !m_pSources->userFile) return;
+    if (!OptionRegistry::HasLibraryRow(RuleDefinition(option))) return;
     const SourceSnapshot snapshot;
     const CString format = GetSectionName(RuleDefinition(option).eSection);
     const XNamingRules& inForce = RulesOf(option);

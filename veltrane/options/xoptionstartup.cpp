@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "veltrane/foundation/xpath.h"
+#include "veltrane/options/detail/help.h"
 #include "veltrane/options/detail/startupfolders.h"
 #include "veltrane/options/detail/xoptiongetter.h"
 #include "veltrane/options/detail/xoptionretrieval.h"
@@ -72,7 +73,7 @@ void XOption::Initialize(const CString& exePath, const CString& exeName, const C
     steps.Take([this] { OpenRegistry(); });
     steps.Take([this] { RetrieveMetadataFolder(); });
     for (const StartupFolder& folder : USER_FOLDERS) {
-        steps.Take([&] { RetrieveUserPath(folder); });
+        if (OptionRegistry::HasLibraryRow(folder.option)) steps.Take([&] { RetrieveUserPath(folder); });
     }
     steps.Finish();
 }
@@ -101,7 +102,7 @@ void XOption::ActOnCommand(const XOptionDefinition& definition) {
             ShowVersion();
             break;
         case eOptionHelp:
-            ShowHelp();
+            ShowHelpOf(OptionText(*m_pItems, EXE_NAME));
             break;
         case eOptionSetup:
             break;

@@ -16,10 +16,20 @@ void Check(const OwnTable& table) {
     if (OptionRegistry::HasStores()) {
         throw MakeError(site, L"Options can be registered only before a store is made!");
     }
+    const LibraryRows known = OptionRegistry::Library();
+    const LibraryRows& library = table.library.HasAll() ? known : table.library;
+    if (!known.HasAll() && library != known) {
+        throw MakeError(site, L"Another table has chosen other options of the library!");
+    }
     std::vector<TableRows> tables = OptionRegistry::Tables();
+    tables.front().present = library.View();
     tables.push_back({table.options, table.sections});
+    // What a choice leaves out may be needed by those that are there.
+    const std::size_t first = library == known ? tables.size() : 2;
     try {
-        CheckOwnTables(tables);
+        for (std::size_t count = first; count <= tables.size(); ++count) {
+            CheckOwnTables(Tables{tables}.first(count));
+        }
     } catch (const RowRefused& refused) {
         throw MakeError(site, refused.message, refused.name);
     } catch (const RowsRefused& refused) {

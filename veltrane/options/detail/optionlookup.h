@@ -15,7 +15,8 @@ namespace veltrane::detail {
 // Finds rows by name without touching more than one or two of them: the slots of all names are computed by the
 // compiler.
 
-/// Position of the row in the table that a definition is or, as a copy made by a host, stands for; -1 for none.
+/// Position of the row that a definition is or, as a copy made by a host, stands for, in the library's table and then
+/// among those registered; -1 for none.
 inline int OptionRow(const XOptionDefinition& definition) {
     const std::less<> before;  // orders any two addresses
     const XOptionDefinition* const first = std::begin(g_OptionDefinitions);
@@ -28,7 +29,13 @@ inline int OptionRow(const XOptionDefinition& definition) {
     return row < 0 ? -1 : OPTION_COUNT + row;
 }
 
-/// The row of an option that the library itself asks for.
+/// How many positions there are.
+inline int OptionRowCount() {
+    const OptionRegistry* const own = OptionRegistry::Registered();
+    return OPTION_COUNT + (own ? own->OwnCount() : 0);
+}
+
+/// The row of an option that the library itself asks for, one that a tool may have left out included.
 consteval XOptionDefinition& LibraryRow(enumOption option) {
     const auto* const row = std::ranges::find(g_OptionDefinitions, option, &XOptionDefinition::eOption);
     if (row == std::end(g_OptionDefinitions) || option == eOptionTitle) throw "no option of the table has that id";

@@ -20,6 +20,7 @@ void OptionRegistry::Add(const OwnOptions* owner, const OwnTable& table) {
     kept->options.assign(table.options.begin(), table.options.end());
     kept->sections.assign(table.sections.begin(), table.sections.end());
     if (table.helpHead) kept->helpHead = table.helpHead;
+    if (!table.library.HasAll()) grown->m_Library = table.library;
     grown->Append(std::move(kept));
     delete s_Registered;
     s_Registered = grown.release();
@@ -64,10 +65,21 @@ void OptionRegistry::ForgetNames(const Table& table) noexcept {
 void OptionRegistry::ListRows() {
     m_Options.clear();
     m_Sections.clear();
+    for (const XOptionDefinition& row : g_OptionDefinitions) {
+        if (Has(row)) m_Options.push_back(&row);
+    }
+    m_nLibrary = static_cast<int>(m_Options.size());
     for (const auto& table : m_Tables) {
         for (const XOptionDefinition& row : table->options) m_Options.push_back(&row);
         for (const XConfigSection& row : table->sections) m_Sections.push_back(&row);
     }
+}
+
+const XOptionDefinition* OptionRegistry::FindShort(std::wstring_view name) const {
+    if (!name.empty()) return Find(m_ShortNames, name);
+    const auto first =
+        std::ranges::find_if(m_Options, [](const XOptionDefinition* row) { return row->szShortName[0] == 0; });
+    return *first;  // one of the host's facts, if no other
 }
 
 const wchar_t* OptionRegistry::HelpHead() const noexcept {
@@ -87,8 +99,10 @@ int OptionRegistry::RowOf(const XOptionDefinition& definition) const noexcept {
         }
         first += end - begin;
     }
-    const auto same = std::ranges::find(m_Options, definition.eOption, &XOptionDefinition::eOption);
-    return same == m_Options.end() ? -1 : static_cast<int>(same - m_Options.begin());
+    const auto own = m_Options.begin() + m_nLibrary;
+    const auto same = std::find_if(own, m_Options.end(),
+                                   [&](const XOptionDefinition* row) { return row->eOption == definition.eOption; });
+    return same == m_Options.end() ? -1 : static_cast<int>(same - own);
 }
 
 }  // namespace veltrane::detail

@@ -17,8 +17,11 @@ class OptionRegistry {
 public:
     /// Null as long as nothing is registered: look-ups then cost nothing.
     static const OptionRegistry* Registered() noexcept { return s_Registered; }
-    /// The rows of the library, then those that are registered.
+    /// The rows of the library, whichever the process has, then those that are registered.
     static std::vector<TableRows> Tables();
+    /// Which rows of the library the process has.
+    static LibraryRows Library() { return s_Registered ? s_Registered->m_Library : ALL_ROWS; }
+    static bool HasLibraryRow(const XOptionDefinition& row) noexcept { return !s_Registered || s_Registered->Has(row); }
 
     /// Keeps copies of the rows, whatever becomes of the owner's.
     static void Add(const OwnOptions* owner, const OwnTable& table);
@@ -32,14 +35,22 @@ public:
     }
     static bool HasStores() noexcept { return s_Stores > 0; }
 
+    /// @param row  of the library
+    bool Has(const XOptionDefinition& row) const noexcept {
+        return m_Library.Has(static_cast<int>(&row - g_OptionDefinitions));
+    }
+    /// All that the process has, those of the library first.
     const std::vector<const XOptionDefinition*>& Options() const noexcept { return m_Options; }
+    int OwnCount() const noexcept { return static_cast<int>(m_Options.size()) - m_nLibrary; }
     const std::vector<const XConfigSection*>& Sections() const noexcept { return m_Sections; }
     /// That of the last table with one; null for none.
     const wchar_t* HelpHead() const noexcept;
 
+    // By name among the registered options.
     const XOptionDefinition* FindLong(std::wstring_view name) const { return Find(m_LongNames, name); }
-    const XOptionDefinition* FindShort(std::wstring_view name) const { return Find(m_ShortNames, name); }
-    /// Place of a definition, or of the one with its id, among the options; -1 for none.
+    /// For an empty name the first of all options that has no short one.
+    const XOptionDefinition* FindShort(std::wstring_view name) const;
+    /// Place of a definition, or of the one with its id, among the registered options; -1 for none.
     int RowOf(const XOptionDefinition& definition) const noexcept;
 
 private:
@@ -66,6 +77,8 @@ private:
     static constinit inline std::atomic<int> s_Stores = 0;
 
     std::vector<std::shared_ptr<Table>> m_Tables;  // shared with the registry that takes this one's place
+    LibraryRows m_Library;
+    int m_nLibrary = 0;
     std::vector<const XOptionDefinition*> m_Options;
     std::vector<const XConfigSection*> m_Sections;
     Names m_LongNames;

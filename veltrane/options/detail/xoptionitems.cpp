@@ -34,7 +34,7 @@ void MakeRoom(std::vector<XOptionItem*>& items) {
 
 }  // namespace
 
-XOptionItems::XOptionItems() : m_Groups(static_cast<std::size_t>(GetOptionDefinitionCount())) {}
+XOptionItems::XOptionItems() : m_Groups(static_cast<std::size_t>(OptionRowCount())) {}
 
 XOptionItem* XOptionItems::Insert(XOptionDefinition& definition, const CString& value, int index) {
     Group& group = GroupOf(definition);

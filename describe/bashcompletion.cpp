@@ -67,7 +67,7 @@ complete -F _@FUNCTION@ @TOOL@
 
 }  // namespace
 
-std::string BashCompletion() {
+std::string BashCompletion(const std::string& /*tool*/) {
     using enum ValueKind;
     std::string script = Replaced(SCRIPT, "@MADE@", MADE_FROM);
     script = Replaced(script, "@FILTER@", ShellQuoted(DatabaseFilter()));

@@ -83,7 +83,7 @@ names another; one that is not absolute is taken from the folder of the program.
 .I /etc/vornak/registry.reg
 The registry, an export file.
 .TP
-.IR data /configuration ", " data /changefile ", " data /log
+@FOLDERS@
 Folders for user files, change files and logs. They are created when missing,
 unless an option names them.
 @EXAMPLES@.SH SEE ALSO
@@ -106,9 +106,9 @@ std::string Capital(std::string text) {
     return text;
 }
 
-std::string Options() {
+std::string Options(const std::string& tool) {
     std::string text;
-    for (const OptionGroup& group : GetOptionGroups()) {
+    for (const OptionGroup& group : GetOptionGroups(tool)) {
         if (group.title.empty()) continue;
         text += ".SS \"" + Troff(Capital(group.title)) + "\"\n";
         for (const OptionText& option : group.options) {
@@ -141,10 +141,24 @@ std::string Variables() {
     return text;
 }
 
+std::string Folders() {
+    struct {
+        enumOption option;
+        std::string_view folder;
+    } const folders[] = {
+        {eOptionConfig, "configuration"}, {eOptionChangefileRoot, "changefile"}, {eOptionLogging, "log"}};
+    std::string text = ".IR";
+    for (const auto& [option, folder] : folders) {
+        if (HasOption(option)) text.append(text.size() > 3 ? " \", \"" : "").append(" data /").append(folder);
+    }
+    return text;
+}
+
 }  // namespace
 
-std::string CommandPage() {
-    std::string page = Replaced(PAGE, "@OPTIONS@", Options());
+std::string CommandPage(const std::string& tool) {
+    std::string page = Replaced(PAGE, "@OPTIONS@", Options(tool));
+    page = Replaced(page, "@FOLDERS@", Folders());
     page = Replaced(page, "@FACTS@", Facts());
     return Replaced(page, "@VARIABLES@", Variables());
 }

@@ -18,7 +18,7 @@ namespace {
 
 struct {
     std::string_view name;
-    std::string (*make)();
+    std::string (*make)(const std::string& tool);
     std::string (*quoted)(std::string_view text);
 } constexpr DOCUMENTS[] = {
     {"man", CommandPage, Troff},         {"ini", IniPage, Troff},
@@ -53,7 +53,7 @@ bool Write(const std::string& text, const char* file) {
 int Run(std::string_view wanted, const char* file, const DescribedTool& tool) {
     for (const auto& [name, make, quoted] : DOCUMENTS) {
         if (name != wanted) continue;
-        if (Write(Of(make(), tool, quoted), file)) return 0;
+        if (Write(Of(make(tool.program), tool, quoted), file)) return 0;
         std::cerr << "describe: cannot write <" << file << ">\n";
         return 1;
     }

@@ -42,9 +42,9 @@ std::string_view ValueOf(ValueKind kind) {
 }
 
 // A short name is one "old option" even when it is one letter, so that fish offers no bundles of letters.
-std::string Options() {
+std::string Options(const std::string& tool) {
     std::string lines;
-    for (const OptionText& option : GetOptionTexts()) {
+    for (const OptionText& option : GetOptionTexts(tool)) {
         lines += "complete -c @TOOL@";
         if (!option.shortOption.empty()) lines += " -o " + option.shortOption.substr(1);
         lines += " -l " + option.key;
@@ -56,10 +56,10 @@ std::string Options() {
 
 }  // namespace
 
-std::string FishCompletion() {
+std::string FishCompletion(const std::string& tool) {
     std::string script = Replaced(SCRIPT, "@MADE@", MADE_FROM);
     script = Replaced(script, "@FILTER@", FishQuoted(DatabaseFilter()));
-    return Replaced(script, "@OPTIONS@", Options());
+    return Replaced(script, "@OPTIONS@", Options(tool));
 }
 
 }  // namespace veltrane::detail

@@ -49,23 +49,7 @@ and false otherwise; a tri\-state is true, false, or else auto. An integer list
 has commas between its numbers. A mandatory option without a value is an error. The keys of
 .I database
 stand in the section that has the name of the database.
-@SECTIONS@.SH FAMILIES
-An option with several values is a family, and each of its values has an
-index. Where the section of the option ends in
-.IR n ,
-that number is the index. Otherwise it follows the key:
-.BR load\-dictionary\-1 .
-A key without a number takes the next free index. An index given twice,
-also once in each file, is an error. The command line numbers its values from
-0, and then no configured value of that option counts.
-.PP
-The naming rules are sections without fixed keys: from version
-.I n
-on, each key is replaced by its value wherever it stands in a name. The lists
-of
-.B obsolete\-classes
-add up: each holds those of the lower indexes, too.
-.SH REFERENCES
+@SECTIONS@@FAMILIES@.SH REFERENCES
 A name between percent signs is replaced by the first of these that is not
 empty:
 .IP 1. 4
@@ -100,14 +84,31 @@ Some options are needed before the files are open:
 and
 .BR ini ,
 and
-.BR data ,
-.B changefile\-root
-and
-.B logging
-while start\-up resolves its folders. For these purposes only the command line, the
+@FOLDERS@while start\-up resolves its folders. For these purposes only the command line, the
 registry and, in [ROOT], the environment count.
 .SH SEE ALSO
 .BR @TOOL@ (1)
+)";
+
+constexpr char FAMILIES[] = R"(.SH FAMILIES
+An option with several values is a family, and each of its values has an
+index. Where the section of the option ends in
+.IR n ,
+that number is the index. Otherwise it follows the key:
+.BR @KEY@\-1 .
+A key without a number takes the next free index. An index given twice,
+also once in each file, is an error. The command line numbers its values from
+0, and then no configured value of that option counts.
+)";
+
+constexpr char RULES[] = R"(The naming rules are sections without fixed keys: from version
+.I n
+on, each key is replaced by its value wherever it stands in a name.)";
+
+constexpr char LISTS[] = R"(The lists
+of
+.B obsolete\-classes
+add up: each holds those of the lower indexes, too.
 )";
 
 std::string KeyEntry(const OptionText& option) {
@@ -116,21 +117,61 @@ std::string KeyEntry(const OptionText& option) {
     return option.description.empty() ? ".TP\n" + head + '\n' : Entry(head, Troff(option.description));
 }
 
-std::string Sections() {
+std::string Sections(const std::string& tool) {
     std::string text;
     for (const enumCfgSection section : GetOptionSections()) {
         text += ".SS \"[" + Troff(SectionTitle(section)) + "]\"\n";
-        for (const OptionText& option : GetOptionTexts()) {
+        for (const OptionText& option : GetOptionTexts(tool)) {
             if (option.row->eSection == section) text += KeyEntry(option);
         }
     }
     return text;
 }
 
+/// A key of several values that carry an index after it; empty where no option has several.
+std::string FamilyKey() {
+    std::string key;
+    for (const OptionText& option : GetOptionTexts()) {
+        if (option.row->IsSingle()) continue;
+        if (!SectionTitle(option.row->eSection).ends_with('>')) return option.key;
+        key = "key";
+    }
+    return key;
+}
+
+std::string Families() {
+    const std::string key = FamilyKey();
+    if (key.empty()) return {};
+    const bool hasRules = HasOption(eOptionTableNameRules) || HasOption(eOptionColumnNameRules);
+    const bool hasLists = HasOption(eOptionObsoleteClasses);
+    std::string text = Replaced(FAMILIES, "@KEY@", Troff(key));
+    if (hasRules || hasLists) text += ".PP\n";
+    if (hasRules) text.append(RULES).append(hasLists ? " " : "\n");
+    return hasLists ? text + LISTS : text;
+}
+
+/// The options for folders, but that of the metadata: ".BR data ,", "and", ".B logging".
+std::string Folders() {
+    std::vector<std::string> keys;
+    for (const enumOption option : {eOptionData, eOptionChangefileRoot, eOptionLogging}) {
+        for (const OptionText& text : GetOptionTexts()) {
+            if (text.row->eOption == option) keys.push_back(Troff(text.key));
+        }
+    }
+    std::string text;
+    for (std::size_t left = keys.size(); const std::string& key : keys) {
+        --left;
+        text += left > 1 ? ".BR " + key + " ,\n" : ".B " + key + (left == 1 ? "\nand\n" : "\n");
+    }
+    return text;
+}
+
 }  // namespace
 
-std::string IniPage() {
-    return Replaced(PAGE, "@SECTIONS@", Sections());
+std::string IniPage(const std::string& tool) {
+    std::string page = Replaced(PAGE, "@SECTIONS@", Sections(tool));
+    page = Replaced(page, "@FAMILIES@", Families());
+    return Replaced(page, "@FOLDERS@", Folders());
 }
 
 }  // namespace veltrane::detail

@@ -8,7 +8,7 @@ namespace veltrane::detail {
 
 namespace {
 
-std::string OneLine(const wchar_t* text) {
+std::string OneLine(const CString& text) {
     std::string line;
     for (const char c : ToUtf8(text)) {
         const bool isBlank = c == ' ' || c == '\t' || c == '\r' || c == '\n';
@@ -58,7 +58,7 @@ std::string ValueText(const XOptionDefinition& row, ValueKind kind) {
     return row.IsValueOptional() ? '[' + placeholder + ']' : placeholder;
 }
 
-OptionText TextOf(const XOptionDefinition& row) {
+OptionText TextOf(const XOptionDefinition& row, const CString& tool) {
     const ValueKind kind = KindOfValue(row);
     const std::string key = ToUtf8(row.szLongName);
     const std::string shortName = ToUtf8(row.szShortName);
@@ -67,7 +67,7 @@ OptionText TextOf(const XOptionDefinition& row) {
             .shortOption = shortName.empty() ? shortName : '-' + shortName,
             .longOption = "--" + key,
             .value = ValueText(row, kind),
-            .description = OneLine(row.szDescription),
+            .description = OneLine(DescribeOption(row, tool)),
             .kind = kind};
 }
 
@@ -78,26 +78,33 @@ std::string TitleOf(const XOptionDefinition& row) {
 
 }  // namespace
 
-std::vector<OptionGroup> GetOptionGroups() {
+std::vector<OptionGroup> GetOptionGroups(const std::string& tool) {
     std::vector<OptionGroup> groups(1);
     for (int i = 0; i < GetOptionDefinitionCount(); ++i) {
         const XOptionDefinition& row = *GetOptionDefinitionAt(i);
         if (row.eOption == eOptionTitle) {
             groups.push_back({TitleOf(row), {}});
         } else {
-            groups.back().options.push_back(TextOf(row));
+            groups.back().options.push_back(TextOf(row, FromUtf8(tool)));
         }
     }
     std::erase_if(groups, [](const OptionGroup& group) { return group.options.empty(); });
     return groups;
 }
 
-std::vector<OptionText> GetOptionTexts() {
+std::vector<OptionText> GetOptionTexts(const std::string& tool) {
     std::vector<OptionText> options;
-    for (const OptionGroup& group : GetOptionGroups()) {
+    for (const OptionGroup& group : GetOptionGroups(tool)) {
         options.insert(options.end(), group.options.begin(), group.options.end());
     }
     return options;
+}
+
+bool HasOption(enumOption option) {
+    int i = 0;
+    const XOptionDefinition* row = GetOptionDefinitionAt(i);
+    while (row && row->eOption != option) row = GetOptionDefinitionAt(++i);
+    return row != nullptr;
 }
 
 std::string KindOf(const XOptionDefinition& row) {

@@ -33,9 +33,13 @@ struct OptionGroup {
 };
 
 /// The option table in its own order; groups without options are left out.
-std::vector<OptionGroup> GetOptionGroups();
+/// @param tool  name of its program, for descriptions
+std::vector<OptionGroup> GetOptionGroups(const std::string& tool);
 /// The options of all groups.
-std::vector<OptionText> GetOptionTexts();
+std::vector<OptionText> GetOptionTexts(const std::string& tool = {});
+
+/// Whether the tool has the option of the library.
+bool HasOption(enumOption option);
 
 /// "command, boolean", "text, several values": type and multiplicity of an option.
 std::string KindOf(const XOptionDefinition& row);

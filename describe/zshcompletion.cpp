@@ -56,9 +56,9 @@ std::string Described(const std::string& name, const std::string& description) {
     return "        " + ShellQuoted(name + colon + description) + '\n';
 }
 
-std::string Options() {
+std::string Options(const std::string& tool) {
     std::string lines;
-    for (const OptionText& option : GetOptionTexts()) {
+    for (const OptionText& option : GetOptionTexts(tool)) {
         lines += Described(option.shortOption, option.description) + Described(option.longOption, option.description);
     }
     return lines;
@@ -66,7 +66,7 @@ std::string Options() {
 
 }  // namespace
 
-std::string ZshCompletion() {
+std::string ZshCompletion(const std::string& tool) {
     using enum ValueKind;
     std::string script = Replaced(SCRIPT, "@MADE@", MADE_FROM);
     script = Replaced(script, "@FILTER@", ShellQuoted(DatabaseFilter()));
@@ -75,7 +75,7 @@ std::string ZshCompletion() {
     script = Replaced(script, "@FOLDERS@", NamesOf({Folder}, " | "));
     script = Replaced(script, "@FILES@", NamesOf({File}, " | "));
     script = Replaced(script, "@TEXTS@", NamesOf({Text, None}, " | "));
-    return Replaced(script, "@OPTIONS@", Options());
+    return Replaced(script, "@OPTIONS@", Options(tool));
 }
 
 }  // namespace veltrane::detail

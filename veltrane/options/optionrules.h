@@ -347,10 +347,15 @@ constexpr void CheckBeside(Tables, const XConfigSection& row, const TableRows&, 
     CheckFamilies(row, other);
 }
 
+/// Before rows are looked at side by side: only then has each of their texts an end.
+constexpr void CheckAlone(const TableRows& table) {
+    for (const XConfigSection& row : table.sections) CheckRow(row);
+    for (const XOptionDefinition& row : table.options) CheckRow(row);
+}
+
 template <class Row>
-constexpr void CheckRows(Tables tables, std::span<const Row> TableRows::*rows) {
+constexpr void CheckBeside(Tables tables, std::span<const Row> TableRows::*rows) {
     for (const Row& row : tables.back().*rows) {
-        CheckRow(row);
         CheckPlace(tables, row);
         for (const TableRows& table : tables) {
             for (const Row& other : table.*rows) {
@@ -361,20 +366,26 @@ constexpr void CheckRows(Tables tables, std::span<const Row> TableRows::*rows) {
     }
 }
 
+constexpr void CheckBeside(Tables tables) {
+    CheckBeside(tables, &TableRows::sections);
+    CheckBeside(tables, &TableRows::options);
+}
+
 /// @throws RowRefused, RowsRefused  a row of the last table breaks a rule
 constexpr void CheckTables(Tables tables) {
-    CheckRows(tables, &TableRows::sections);
-    CheckRows(tables, &TableRows::options);
+    CheckAlone(tables.back());
+    CheckBeside(tables);
 }
 
 /// As CheckTables, for options that a store looks up by number at start-up.
 constexpr void CheckOwnTables(Tables tables) {
+    CheckAlone(tables.back());
     for (const XOptionDefinition& row : tables.back().options) {
         if (!IsTitle(row) && !row.HasOptionNumber()) {
             throw RowRefused{L"The option <%s> cannot be registered: its id has no number!", row.szLongName};
         }
     }
-    CheckTables(tables);
+    CheckBeside(tables);
 }
 
 }  // namespace veltrane::detail

@@ -155,9 +155,8 @@ void RequirePlaces(const SourceFileLines& view, std::string_view bytes) {
         REQUIRE(textOf({line.place.End(), line.endLength}).Trim(L"\r\n").IsEmpty());
         REQUIRE((line.endLength == 0) <= (&line == &view.lines.back()));
         REQUIRE(textOf(line.valuePlace) == line.value);
-        REQUIRE(line.kind != Blank && line.kind != Comment
-                    ? textOf(line.namePlace) == (line.kind == Section ? line.section : line.key)
-                    : line.namePlace.length == 0);
+        REQUIRE(line.kind != Blank ? textOf(line.namePlace) == (line.kind == Section ? line.section : line.key)
+                                   : line.namePlace.length == 0);
     }
     REQUIRE(bytes.size() - at < 2 || view.lines.empty());  // a last odd byte of UTF-16 is dropped
 }

@@ -134,7 +134,7 @@ private:
                 break;
             case ProfileLine::Kind::Comment:
                 read.kind = Kind::Comment;
-                read.key = Decoded(m_File, WithoutBlanks(line.line));
+                TellKey(WithoutBlanks(line.line), read);
                 break;
             case ProfileLine::Kind::Header:
                 TellSection(line, read);

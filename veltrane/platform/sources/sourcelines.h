@@ -64,8 +64,8 @@ struct SourceLine {
 
     SourceRange place = {};       ///< the line, without its end
     std::uint32_t endLength = 0;  ///< bytes of its end; 0 for a last line without one
-    /// Of an INI file: where the name of a section stands, or the key; and where the value, an empty one too, after the
-    /// blanks. Empty for lines that have none.
+    /// Of an INI file: where the name of a section stands, or what is told as the key; and where the value, an empty
+    /// one too, after the blanks. Empty for lines that have none.
     SourceRange namePlace = {};
     SourceRange valuePlace = {};
 };

@@ -3,10 +3,10 @@
 
 #include "askedoption.h"
 #include "commands.h"
+#include "edit.h"
 #include "places.h"
 #include "printable.h"
 #include "startupfiles.h"
-#include "veltrane/config/xconfiguration.h"
 #include "veltrane/foundation/xstring.h"
 #include "veltrane/platform/process/localtime.h"
 #include "veltrane/platform/process/process.h"
@@ -22,7 +22,7 @@ class File {
 public:
     void Add(const CString& section, const CString& key, const CString& value) {
         const auto isSame = [&](const Section& known) { return known.first.CompareNoCase(section) == 0; };
-        LinesOf(section, isSame).push_back(key + L" = " + Quoted(value));
+        LinesOf(section, isSame).push_back(key + L" = " + QuotedValue(value));
     }
     // A section may have the form of several families, when the name of the database holds "%d".
     void Add(const CString& form, int index, const CString& key, const CString& value) {
@@ -31,7 +31,7 @@ public:
             int number = 0;
             return MatchIndex(CString{known.first}.MakeLower(), folded, number) && number == index;
         };
-        LinesOf(FormatIndex(form, index), isSame).push_back(key + L" = " + Quoted(value));
+        LinesOf(FormatIndex(form, index), isSame).push_back(key + L" = " + QuotedValue(value));
     }
     void Print(Answer& answer) const {
         for (const auto& [name, lines] : m_Sections) {
@@ -47,12 +47,6 @@ private:
     std::vector<CString>& LinesOf(const CString& section, IsSame isSame) {
         const auto at = std::ranges::find_if(m_Sections, isSame);
         return at != m_Sections.end() ? at->second : m_Sections.emplace_back(section, std::vector<CString>{}).second;
-    }
-
-    // A reader takes blanks and then one pair of quotes off.
-    static CString Quoted(const CString& value) {
-        const bool isPlain = CString{value}.Trim() == value && value[0] != L'"' && value[0] != L'\'';
-        return isPlain ? value : L"\"" + value + L"\"";
     }
 
     std::vector<Section> m_Sections;
@@ -124,14 +118,7 @@ private:
         if (m_Options.GetSectionName(row.eSection).IsEmpty()) return L"the name of its section is not known";
         if (IsTooLate(row)) return L"start-up determines it before the file is opened";
         if (value.Find(L'%') >= 0) return L"a '%' begins a reference in a file";
-        return ReasonAgainst(value);
-    }
-
-    static const wchar_t* ReasonAgainst(const CString& value) {
-        if (value.IsEmpty()) return L"an empty value in a file counts as no value";
-        if (value.FindOneOf(L"\r\n") >= 0 || value.Find(L'\0') >= 0) return L"it does not fit on one line";
-        return value.GetLength() > XConfiguration::MAX_VALUE ? L"it is longer than the 2,047 characters that are read"
-                                                             : nullptr;
+        return ReasonAgainstValue(value);
     }
 
     // What names the places of the sources themselves, and the folders that are asked for in no file now.

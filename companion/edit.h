@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "veltrane/platform/sources/sourcelines.h"
+
+// Changes of the text of an INI file, line by line. Every byte that is not changed stays.
+
+namespace veltrane::config {
+
+/// Bytes of a file that others take the place of.
+struct EditPiece {
+    SourceRange place;
+    std::string bytes;  ///< in the encoding of the file
+};
+
+/// An INI file in memory and what is to be changed in it. The changes do not overlap, and places and lines are those of
+/// the file as it was.
+class FileEdit {
+public:
+    /// @param path  that the readers know the file by; it need not exist
+    FileEdit(const CString& path, std::string bytes);
+
+    const CString& Path() const { return m_Path; }
+    const std::string& Bytes() const { return m_Bytes; }
+    const SourceFileLines& View() const { return m_View; }
+    /// A line by its number.
+    const SourceLine& Line(int number) const { return m_View.lines[static_cast<std::size_t>(number) - 1]; }
+
+    // Each throws a Refusal, with nothing changed, for a text that the file cannot hold so that it is read again.
+
+    /// Puts a text in the place of another within a line, such as a key or the name of a section.
+    void Replace(const SourceRange& place, const CString& text);
+    /// Gives an entry another value, in quotes where the readers would take something off it.
+    void SetValue(const SourceLine& entry, const CString& value);
+    /// Puts lines after the one of a number, with an end like those of their neighbours; after 0 in front of all. Where
+    /// the file has no end at its end, it has none afterwards.
+    void InsertAfter(int number, const std::vector<CString>& lines);
+    /// Takes a line away with its end; where the file has no end at its end, it has none afterwards.
+    void Remove(const SourceLine& line);
+
+    bool IsChanged() const { return !m_Pieces.empty(); }
+    /// The changes in the order of the file.
+    std::vector<EditPiece> Pieces() const;
+    /// The file after the changes.
+    std::string Result() const;
+    /// The changes as `diff -u` shows them, UTF-16 as UTF-8. Empty without changes.
+    std::string Diff(const std::string& name) const;
+
+private:
+    bool IsUtf16() const {
+        using enum SourceEncoding;
+        return m_View.encoding == Utf16LittleEndian || m_View.encoding == Utf16BigEndian;
+    }
+    std::uint32_t StartOfText() const;
+    std::string Encoded(const CString& text) const;
+    std::string EndNear(int number) const;
+    bool EndsWithoutEnd() const { return !m_View.lines.empty() && m_View.lines.back().endLength == 0; }
+
+    CString m_Path;
+    std::string m_Bytes;
+    SourceFileLines m_View;
+    std::vector<EditPiece> m_Pieces;
+};
+
+/// A value as an entry of a file holds it: in quotes where the readers would take blanks or quotes off it.
+CString QuotedValue(const CString& value);
+
+/// Why no entry can hold a value so that it is read again; null when one can.
+const wchar_t* ReasonAgainstValue(const CString& value);
+/// @throws Refusal  no entry can hold the value
+void RequireValue(const CString& value);
+
+}  // namespace veltrane::config

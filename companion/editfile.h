@@ -1,0 +1,55 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <string>
+#include <string_view>
+
+#include "veltrane/platform/text/cstring.h"
+
+// A file that is changed on the disk: as a whole or not at all.
+
+namespace veltrane::config {
+
+/// A descriptor of the system that closes itself.
+class Descriptor {
+public:
+    explicit Descriptor(int handle = -1) noexcept : m_Handle(handle) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor();
+
+    int Handle() const noexcept { return m_Handle; }  ///< below 0 for none
+
+private:
+    int m_Handle;
+};
+
+/// A configuration file as it was read, to be written anew. A link is followed to its file.
+class EditFile {
+public:
+    /// Reads a file; one that does not exist is empty, and is made when it is written.
+    /// @throws Refusal  it is no regular file of at most 256 MiB that can be read; ".." below a drive
+    explicit EditFile(const CString& path);
+
+    const CString& Path() const { return m_Path; }  ///< as it was given
+    const std::string& Bytes() const { return m_Bytes; }
+    bool Exists() const { return m_File.Handle() >= 0; }
+
+    /// Puts other bytes in the place of those that were read: a new file of the same owner, rights and access list
+    /// takes the name over when it is whole on the disk.
+    /// @throws Refusal  the file has changed since it was read, or another process changes it; no right, no room. Then
+    ///                  the file is as it was, and nothing is left beside it.
+    void Write(std::string_view bytes);
+
+private:
+    void RequireUnchanged() const;
+
+    CString m_Path;
+    std::string m_Name;  // of the system, in full
+    Descriptor m_File;   // that was read
+    struct stat m_Status = {};
+    std::string m_Bytes;
+};
+
+}  // namespace veltrane::config

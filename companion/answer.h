@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -12,13 +13,16 @@
 
 namespace veltrane::config {
 
+class Startup;
+
 /// The same answer in both forms, for standard output, and whether there is something to look at.
 struct Answer {
     Json document = Json::object();
     std::string text;
     std::string errorText = {};  ///< for standard error, beside the text
     bool hasFindings = false;
-    bool tellsErrors = false;  ///< of start-up, among its findings
+    bool tellsErrors = false;               ///< of start-up, among its findings
+    std::shared_ptr<Startup> startup = {};  ///< whose errors are told in place of those that the command met
 
     void AddLine(const CString& line) { text += ToUtf8(line) + '\n'; }
 };

@@ -11,6 +11,8 @@ Answer Show(const Request& request, Startup& startup);
 Answer Lint(const Request& request, Startup& startup);
 Answer ExplainOptions(const Request& request, Startup& startup);
 Answer Names(const Request& request, Startup& startup);
+Answer Set(const Request& request, Startup& startup);
+Answer Unset(const Request& request, Startup& startup);
 Answer Freeze(const Request& request, Startup& startup);
 Answer Files(const Request& request, Startup& startup);
 /// @param commandLines  of the tool; with the documents that are asked for there have to be two

@@ -21,8 +21,9 @@ namespace {
 struct {
     const char* command;
     Answer (*run)(const Request& request, Startup& startup);
-} constexpr WITH_STARTUP[] = {{"show", Show},   {"explain", ExplainOptions}, {"lint", Lint},
-                              {"names", Names}, {"freeze", Freeze},          {"files", Files}};
+} constexpr WITH_STARTUP[] = {
+    {"show", Show},   {"explain", ExplainOptions}, {"lint", Lint},  {"names", Names}, {"set", Set},
+    {"unset", Unset}, {"freeze", Freeze},          {"files", Files}};
 
 /// One run of the program.
 class Run {
@@ -92,6 +93,7 @@ private:
     }
 
     int Print(const Answer& answer, const Startup* startup, bool isColoured) const {
+        if (answer.startup) startup = answer.startup.get();
         const bool hasErrors = startup && !startup->errors.empty() && !answer.tellsErrors;
         const std::string format = Format();
         if (format == "json") {

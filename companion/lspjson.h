@@ -1,0 +1,10 @@
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+
+namespace veltrane::config {
+
+/// What client and server say. Its objects are searched in halves: that of a client can have a million members.
+using LspJson = nlohmann::json;
+
+}  // namespace veltrane::config

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+#include "lspjson.h"
+#include "lsptext.h"
+
+// Parts of messages that occur in many of them. What is read throws an exception of JSON when it is of another type.
+
+namespace veltrane::config {
+
+/// The URI of the document that a message is about.
+std::string UriIn(const LspJson& params);
+/// A position; numbers that are too large, or below 0, count as the nearest that can be.
+TextPosition PositionIn(const LspJson& json);
+TextRange RangeIn(const LspJson& json);
+
+LspJson PositionJson(const TextPosition& position);
+LspJson RangeJson(const TextRange& range);
+
+}  // namespace veltrane::config

@@ -6,6 +6,7 @@
 #include "startupfiles.h"
 #include "veltrane/config/xconfiguration.h"
 #include "veltrane/platform/files/filesystem.h"
+#include "veltrane/platform/sources/internal/replacement.h"
 #include "veltrane/platform/text/internal/indexformat.h"
 
 namespace veltrane::config {
@@ -18,10 +19,14 @@ CString Folded(CString text) {
 
 // Text of configurations begins with a sign of ASCII, of which UTF-16 makes two bytes with one NUL.
 bool IsUnmarkedUtf16(const CString& path) {
-    std::ifstream file{MapPath(path), std::ios::binary};
-    char bytes[4] = {};
-    if (!file.read(bytes, std::size(bytes))) return false;
-    const auto isZero = [&](int i) { return bytes[i] == '\0'; };
+    std::string bytes(4, ' ');
+    if (const std::optional<std::string_view> given = SourceReplacement::Find(path)) {
+        bytes = given->substr(0, bytes.size());
+    } else {
+        std::ifstream{MapPath(path), std::ios::binary}.read(bytes.data(), std::ssize(bytes));
+    }
+    if (bytes.size() < 4) return false;
+    const auto isZero = [&](std::size_t i) { return bytes[i] == '\0'; };
     return (isZero(0) && !isZero(1) && isZero(2) && !isZero(3)) || (!isZero(0) && isZero(1) && !isZero(2) && isZero(3));
 }
 

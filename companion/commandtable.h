@@ -44,6 +44,7 @@ inline constexpr CommandRow COMMANDS[] = {
     {"freeze",  "",               WordKind::None,   "one basic file that gives the same values on its own", "freeze -- base -i team.ini >frozen.ini"},
     {"files",   "",               WordKind::None,   "every place where start-up looks, and what is there",  "files -- base -i team.ini"},
     {"errors",  "LOG ...",        WordKind::File,   "the errors of a log",                                  "errors base-run.log"},
+    {"lsp",     "",               WordKind::None,   "all of it in the editor: a server of the Language Server Protocol", "lsp -- base -i team.ini"},
 };
 
 inline constexpr SwitchRow SWITCHES[] = {

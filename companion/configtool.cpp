@@ -1,5 +1,7 @@
 #include "veltrane/config_tool.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
@@ -10,6 +12,8 @@
 #include "commandtable.h"
 #include "documents.h"
 #include "errorjson.h"
+#include "lsp.h"
+#include "lspinput.h"
 #include "veltrane/platform/process/messagebox.h"
 
 namespace veltrane {
@@ -70,7 +74,9 @@ private:
     int Do(const Request& request) {
         if (request.command == "errors") return Print(Errors(request), nullptr, /*isColoured*/ false);
         const std::string beside = std::filesystem::canonical("/proc/self/exe").parent_path() / m_Tool.name;
-        const CString tool = FromUtf8(request.Has("--tool") ? request.Value("--tool") : beside);
+        const std::string path = request.Has("--tool") ? request.Value("--tool") : beside;
+        if (request.command == "lsp") return Serve(path);
+        const CString tool = FromUtf8(path);
         if (request.command == "diff") return Print(Diff(request, tool, CommandLines()), nullptr, /*isColoured*/ false);
         Startup startup{tool, m_Arguments, FromUtf8(m_Tool.version)};
         const auto* const found =
@@ -90,6 +96,13 @@ private:
             }
         }
         return lines;
+    }
+
+    // The client may have the server work in another folder than that of the path.
+    int Serve(const std::filesystem::path& tool) const {
+        FileInput input{STDIN_FILENO};
+        return ServeEditor({FromUtf8(std::filesystem::absolute(tool).native()), FromUtf8(m_Tool.version), m_Name},
+                           m_Arguments, input, std::cout);
     }
 
     int Print(const Answer& answer, const Startup* startup, bool isColoured) const {

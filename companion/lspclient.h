@@ -1,0 +1,42 @@
+#pragma once
+
+#include <iosfwd>
+
+#include "lspjson.h"
+#include "lsptext.h"
+#include "veltrane/platform/text/cstring.h"
+
+namespace veltrane::config {
+
+/// The client at the other end: what it is able to do, and what it is told.
+class LspClient {
+public:
+    enum class Importance { Error = 1, Warning, Note };  // as the protocol counts
+
+    /// @param output  must outlive the client
+    explicit LspClient(std::ostream& output) : m_Output(output) {}
+
+    /// Takes the client's capabilities as it tells them, whatever they look like.
+    void Meet(const LspJson& capabilities);
+    ColumnUnit Unit() const { return m_Unit; }
+    bool ShowsMarkdown() const { return m_ShowsMarkdown; }
+    bool KnowsSymbolTrees() const { return m_KnowsSymbolTrees; }
+    bool CanWatch() const { return m_CanWatch; }
+
+    void Send(const LspJson& message);
+    void Notify(const char* method, LspJson params);
+    /// Asks the client for something; its reply is not waited for.
+    void Ask(const char* method, LspJson params);
+    /// Shows a text to the user; a note goes into the log of the client.
+    void Show(Importance importance, const CString& text);
+
+private:
+    std::ostream& m_Output;
+    int m_nAsked = 0;
+    ColumnUnit m_Unit = ColumnUnit::Utf16;
+    bool m_ShowsMarkdown = false;
+    bool m_KnowsSymbolTrees = false;
+    bool m_CanWatch = false;
+};
+
+}  // namespace veltrane::config

@@ -1,0 +1,207 @@
+// What can be written where the cursor is.
+#include <algorithm>
+#include <set>
+
+#include "askedoption.h"
+#include "lsplookup.h"
+#include "lspparams.h"
+#include "lsprequests.h"
+#include "optiontext.h"
+#include "veltrane/config/xconfiguration.h"
+#include "veltrane/platform/text/internal/indexformat.h"
+
+namespace veltrane::config {
+
+namespace {
+
+using Kind = SourceLine::Kind;
+
+/// The kinds of the protocol.
+enum class ItemKind { Variable = 6, Module = 9, Property = 10, Value = 12 };
+
+CString Folded(CString text) {
+    return text.MakeLower();
+}
+
+/// Collects the words that may take the place of a part of a line.
+class Items {
+public:
+    /// @param begin  byte of the line, from which on the part is replaced up to end
+    Items(const LspView& view, int line, std::size_t begin, std::size_t end)
+        : m_Range{{line, ColumnOf(view, line, begin)}, {line, ColumnOf(view, line, end)}} {}
+
+    void Add(const CString& word, ItemKind kind, bool isThere, const std::string& after = {}) {
+        const std::string label = ToUtf8(word);
+        m_Items.push_back({{"label", label},
+                           {"kind", static_cast<int>(kind)},
+                           {"sortText", (isThere ? "1" : "0") + label},
+                           {"textEdit", {{"range", RangeJson(m_Range)}, {"newText", label + after}}}});
+    }
+    void Describe(const std::string& detail, const std::string& documentation) {
+        if (!detail.empty()) m_Items.back()["detail"] = detail;
+        if (!documentation.empty()) m_Items.back()["documentation"] = documentation;
+    }
+
+    LspJson Release() { return std::move(m_Items); }
+
+private:
+    static int ColumnOf(const LspView& view, int line, std::size_t offset) {
+        return WidthOf(view.document.text.Line(line).substr(0, offset), view.unit);
+    }
+
+    TextRange m_Range;
+    LspJson m_Items = LspJson::array();
+};
+
+/// What is asked: a line of a document and a place in it.
+struct Question {
+    const LspView& view;
+    int line;
+    std::string_view text;
+    std::size_t at;
+
+    std::string_view Before() const { return text.substr(0, at); }
+};
+
+// The names of sections in a document, and the keys of one of them, as far as they are there.
+std::set<CString> SectionsIn(const LspView& view, int but) {
+    std::set<CString> names;
+    for (const SourceLine& line : view.source.view.lines) {
+        if (line.kind == Kind::Section && line.number != but + 1) names.insert(Folded(line.section));
+    }
+    return names;
+}
+
+std::set<CString> KeysIn(const LspView& view, const CString& section, int but) {
+    std::set<CString> names;
+    for (const SourceLine& line : view.source.view.lines) {
+        const bool isOther = line.kind == Kind::Entry && line.number != but + 1;
+        if (isOther && line.section.CompareNoCase(section) == 0) names.insert(Folded(line.key));
+    }
+    return names;
+}
+
+// The section that a line is in; nothing before the first.
+std::optional<CString> SectionAt(const LspView& view, int number) {
+    const std::vector<SourceLine>& lines = view.source.view.lines;
+    for (int i = std::min(number, static_cast<int>(lines.size()) - 1); i >= 0; --i) {
+        const SourceLine& line = lines[static_cast<std::size_t>(i)];
+        if (line.kind == Kind::Section) return line.section;
+    }
+    return {};
+}
+
+// The first of a numbered name that is not there.
+CString FreeName(const CString& form, const std::set<CString>& known) {
+    for (int index = 1;; ++index) {
+        const CString name = FormatIndex(form, index);
+        if (!known.contains(Folded(name))) return name;
+    }
+}
+
+LspJson CompleteSection(const Question& asked) {
+    const std::size_t begin = asked.text.find('[') + 1;
+    const std::size_t close = asked.text.find(']', begin);
+    if (asked.at > close) return {};
+    Items items{asked.view, asked.line, begin, std::min(close, asked.text.size())};
+    const std::set<CString> known = SectionsIn(asked.view, asked.line);
+    for (const enumCfgSection section : detail::GetOptionSections()) {
+        const CString form = asked.view.analysis.startup.options.GetSectionName(section);
+        if (form.IsEmpty()) continue;
+        const CString name = form.Find(L"%d") < 0 ? form : FreeName(form, known);
+        items.Add(name, ItemKind::Module, known.contains(Folded(name)), close == asked.text.npos ? "]" : "");
+        items.Describe(detail::SectionTitle(section), {});
+    }
+    return items.Release();
+}
+
+LspJson CompleteKey(const Question& asked) {
+    const std::size_t equals = asked.text.find('=');
+    const std::size_t begin = std::min(asked.text.find_first_not_of(" \t"), asked.at);
+    const std::size_t end = asked.text.substr(0, equals).find_last_not_of(" \t") + 1;
+    Items items{asked.view, asked.line, begin, std::max(end, asked.at)};
+    const std::optional<CString> section = SectionAt(asked.view, asked.line);
+    if (!section) return items.Release();
+    const SectionUse use = asked.view.analysis.run.FindSection(*section);
+    const std::set<CString> known = KeysIn(asked.view, *section, asked.line);
+    for (const detail::OptionText& option : detail::GetOptionTexts()) {
+        if (!use.isKnown || option.row->eSection != use.section || IsRule(*option.row)) continue;
+        const bool isFamily = !option.row->IsSingle() && !use.index;
+        const CString key = option.row->szLongName;
+        const CString name = isFamily ? FreeName(key + L"-%d", known) : key;
+        items.Add(name, ItemKind::Property, known.contains(Folded(name)), equals == asked.text.npos ? " = " : "");
+        items.Describe(detail::KindOf(*option.row), option.description);
+    }
+    return items.Release();
+}
+
+// Where a reference that the place is in begins; nothing outside of one.
+std::optional<std::size_t> OpenReference(const Question& asked, std::size_t value) {
+    const std::string_view before = asked.Before().substr(value);
+    if (std::ranges::count(before, '%') % 2 == 0) return {};
+    return value + before.rfind('%') + 1;
+}
+
+LspJson CompleteReference(const Question& asked, std::size_t begin) {
+    const std::size_t close = asked.text.find('%', begin);
+    Items items{asked.view, asked.line, begin, close == asked.text.npos ? asked.at : close};
+    const std::string after = close == asked.text.npos ? "%" : "";
+    std::set<CString> told;
+    const auto add = [&](const CString& name, const std::string& what) {
+        if (!told.insert(Folded(name)).second) return;
+        items.Add(name, ItemKind::Variable, /*isThere*/ false, after);
+        items.Describe(what, {});
+    };
+    const XOption& options = asked.view.analysis.startup.options;
+    for (const CString& section :
+         {SectionAt(asked.view, asked.line).value_or(CString{}), options.GetSectionName(eSectionRoot)}) {
+        for (const LintSource& source : asked.view.analysis.run.sources) {
+            for (const SourceLine& line : source.view.lines) {
+                const bool isKey = line.kind == Kind::Entry && line.answers && line.number != asked.line + 1;
+                if (isKey && line.section.CompareNoCase(section) == 0) add(line.key, "[" + ToUtf8(section) + "]");
+            }
+        }
+    }
+    for (const detail::OptionText& option : detail::GetOptionTexts()) {
+        const bool isText = option.row->IsString() && option.row->IsSingle();
+        if (isText) add(option.row->szLongName, detail::KindOf(*option.row));
+    }
+    return items.Release();
+}
+
+LspJson CompleteValue(const Question& asked, std::size_t begin) {
+    Items items{asked.view, asked.line, begin, asked.text.size()};
+    const std::optional<CString> section = SectionAt(asked.view, asked.line);
+    const SectionUse use = section ? asked.view.analysis.run.FindSection(*section) : SectionUse{};
+    const std::string_view left = asked.text.substr(0, asked.text.find('='));
+    const CString key = FromUtf8(left).Trim();
+    const KeyUse option = use.isKnown ? asked.view.analysis.run.FindKey(use, key) : KeyUse{};
+    if (!option.row) return items.Release();
+    const CString value = FromUtf8(asked.text.substr(begin)).Trim();
+    const auto add = [&](const CString& word) { items.Add(word, ItemKind::Value, value.CompareNoCase(word) == 0); };
+    if (option.row->IsBoolean()) std::ranges::for_each(g_BooleanStrings, add);
+    if (option.row->IsTrillian()) std::ranges::for_each(g_TrillianStrings, add);
+    return items.Release();
+}
+
+}  // namespace
+
+LspJson Complete(LspWorld& world, const LspJson& params) {
+    const TextPosition position = PositionIn(params.at("position"));
+    const std::optional<LspView> view = world.Look(UriIn(params));
+    if (!view || view->source.layer == OptionLayer::Registry) return {};
+    const int line = std::min(position.line, view->document.text.LineCount() - 1);
+    const std::string_view text = view->document.text.Line(line);
+    const Question asked{*view, line, text, view->document.text.OffsetInLine({line, position.column}, view->unit)};
+    const std::string_view before = asked.Before();
+    const std::size_t first = before.find_first_not_of(" \t");
+    const std::size_t equals = before.find('=');
+    if (first != before.npos && before[first] == ';') return {};
+    if (first != before.npos && before[first] == '[') return CompleteSection(asked);
+    if (equals == before.npos) return CompleteKey(asked);
+    if (const std::optional<std::size_t> begin = OpenReference(asked, equals)) return CompleteReference(asked, *begin);
+    const std::size_t value = before.find_first_not_of(" \t", equals + 1);
+    return CompleteValue(asked, value == before.npos ? asked.at : value);
+}
+
+}  // namespace veltrane::config

@@ -1,0 +1,57 @@
+#include "lspdiagnostics.h"
+
+#include "lintforms.h"
+#include "lspparams.h"
+
+namespace veltrane::config {
+
+namespace {
+
+using Kind = SourceLine::Kind;
+using enum LintCode;
+
+constexpr int FADED = 1;  // the tag for what has no effect
+
+}  // namespace
+
+bool LineFinding::IsNeverRead() const {
+    const LintCode code = finding->code;
+    const bool isUnknown = (code == C01 || code == C02) && finding->severity == Severity::Warning;
+    const bool isSecond = code == C04 && !placed.line->answers;
+    const bool isIgnored = (code == C15 || code == C16) && placed.line->kind == Kind::Ignored;
+    return isUnknown || isSecond || isIgnored;
+}
+
+std::vector<LineFinding> FindingsIn(const LspAnalysis& analysis, const LintSource& source) {
+    static const SourceLine blank{.number = 1};
+    std::vector<LineFinding> found;
+    const std::vector<SourceLine>& lines = source.view.lines;
+    for (const LintRun::Placed& finding : analysis.findings) {
+        if (!finding.isInFile || finding.source != analysis.run.SourceNumber(source.layer)) continue;
+        const bool isLine = finding.line > 0 && finding.line <= static_cast<int>(lines.size());
+        found.push_back({&finding, {&source, isLine ? &lines[static_cast<std::size_t>(finding.line) - 1] : &blank}});
+    }
+    return found;
+}
+
+LspJson DiagnosticJson(const LineFinding& found, const LineUnits& units, const LspTool& tool) {
+    LspJson json{{"range", RangeJson(found.Range(units))},
+                 {"severity", static_cast<int>(found.finding->severity) + 1},
+                 {"code", RowOf(found.finding->code).name},
+                 {"codeDescription", {{"href", "man:" + tool.program + "(1)"}}},
+                 {"source", "veltrane"},
+                 {"message", ToUtf8(TextOf(*found.finding))}};
+    if (found.IsNeverRead()) json["tags"] = LspJson::array({FADED});
+    return json;
+}
+
+LspJson DiagnosticsOf(const LspAnalysis& analysis, const LintSource& source, const LineUnits& units,
+                      const LspTool& tool) {
+    LspJson diagnostics = LspJson::array();
+    for (const LineFinding& found : FindingsIn(analysis, source)) {
+        diagnostics.push_back(DiagnosticJson(found, units, tool));
+    }
+    return diagnostics;
+}
+
+}  // namespace veltrane::config

@@ -1,0 +1,125 @@
+#include "lsplookup.h"
+
+#include <algorithm>
+#include <ranges>
+
+namespace veltrane::config {
+
+namespace {
+
+using Kind = SourceLine::Kind;
+
+bool IsSame(const CString& left, const CString& right) {
+    return left.CompareNoCase(right) == 0;
+}
+
+bool IsAt(const OptionOrigin& origin, const PlacedLine& placed) {
+    return origin.line == placed.line->number && origin.file == placed.source->path;
+}
+
+void AddOnce(std::vector<PlacedLine>& lines, const PlacedLine& placed) {
+    if (std::ranges::find(lines, placed) == lines.end()) lines.push_back(placed);
+}
+
+}  // namespace
+
+std::optional<LspSpot> SpotAt(const LspView& view, const TextPosition& position) {
+    const std::vector<SourceLine>& lines = view.source.view.lines;
+    if (position.line >= static_cast<int>(lines.size())) return {};
+    LspSpot spot{{&view.source, &lines[static_cast<std::size_t>(position.line)]}};
+    for (const auto& [name, range] : ReferencesIn(spot.placed, view.Units())) {
+        if (!Holds(range, position)) continue;
+        spot.part = LinePart::Value;
+        spot.reference = name;
+        spot.range = range;
+        return spot;
+    }
+    for (const LinePart part : {LinePart::Section, LinePart::Key, LinePart::Value}) {
+        spot.range = RangeOf(spot.placed, part, view.Units());
+        const bool isThere = (spot.placed.line->kind == Kind::Section) == (part == LinePart::Section);
+        if (isThere && Holds(spot.range, position)) {
+            spot.part = part;
+            break;
+        }
+    }
+    return spot;
+}
+
+std::optional<CString> SectionOf(const LspAnalysis& analysis, const PlacedLine& placed) {
+    const bool isRegistry = placed.source->layer == OptionLayer::Registry;
+    return isRegistry ? analysis.run.BelowTool(placed.line->section) : std::optional{placed.line->section};
+}
+
+std::optional<LineOption> OptionOf(LspAnalysis& analysis, const PlacedLine& placed) {
+    const std::optional<CString> section = SectionOf(analysis, placed);
+    if (placed.line->kind != Kind::Entry || !section) return {};
+    const SectionUse use = analysis.run.FindSection(*section);
+    const KeyUse key = use.isKnown && !use.isOfOtherDatabase ? analysis.run.FindKey(use, placed.line->key) : KeyUse{};
+    if (!key.row || analysis.run.HoldsRules(use.section)) return {};
+    LineOption option{key.row, key.index.value_or(-1)};
+    XOption& options = analysis.startup.options;
+    for (const XOptionItem* const item : options.GetOptionItems(*key.row)) {
+        if (!IsAt(options.GetOptionOrigin(item), placed)) continue;
+        option.isInForce = true;
+        if (!key.row->IsSingle()) option.index = item->GetOptionIndex();
+    }
+    return option;
+}
+
+std::optional<PlacedLine> LineAt(const LspAnalysis& analysis, const SourcePlace& place) {
+    const auto source = std::ranges::find(analysis.run.sources, place.file, &LintSource::path);
+    if (source == analysis.run.sources.end()) return {};
+    const std::vector<SourceLine>& lines = source->view.lines;
+    if (place.line < 1 || place.line > static_cast<int>(lines.size())) return {};
+    return PlacedLine{&*source, &lines[static_cast<std::size_t>(place.line) - 1]};
+}
+
+std::vector<PlacedLine> LinesOf(const LspAnalysis& analysis, const CString& section, const CString& key) {
+    std::vector<PlacedLine> found;
+    const Kind kind = key.IsEmpty() ? Kind::Section : Kind::Entry;
+    for (const LintSource& source : std::views::reverse(analysis.run.sources)) {
+        for (const SourceLine& line : source.view.lines) {
+            const PlacedLine placed{&source, &line};
+            if (line.kind != kind || (!key.IsEmpty() && !IsSame(line.key, key))) continue;
+            const std::optional<CString> own = SectionOf(analysis, placed);
+            if (own && IsSame(*own, section)) found.push_back(placed);
+        }
+    }
+    return found;
+}
+
+std::vector<PlacedLine> LinesOfReference(LspAnalysis& analysis, const PlacedLine& holder, const CString& name) {
+    std::vector<PlacedLine> found;
+    XOption& options = analysis.startup.options;
+    const std::optional<LineOption> option = OptionOf(analysis, holder);
+    if (option && option->isInForce) {
+        for (const OptionStep& step : options.ExplainOption(option->row->szLongName, option->index).steps) {
+            if (step.kind != OptionStep::Kind::Reference || !IsSame(step.reference, name)) continue;
+            for (const OptionPlace& place : std::views::reverse(step.places)) {
+                const std::optional<PlacedLine> line = place.found ? LineAt(analysis, place) : std::nullopt;
+                if (line) AddOnce(found, *line);
+            }
+        }
+    }
+    for (const CString& section :
+         {SectionOf(analysis, holder).value_or(CString{}), options.GetSectionName(eSectionRoot)}) {
+        for (const PlacedLine& line : LinesOf(analysis, section, name)) {
+            if (line.line->answers) AddOnce(found, line);
+        }
+    }
+    return found;
+}
+
+std::vector<PlacedLine> LinesReferringTo(const LspAnalysis& analysis, const CString& name) {
+    std::vector<PlacedLine> found;
+    for (const LintSource& source : analysis.run.sources) {
+        for (const SourceLine& line : source.view.lines) {
+            const auto isName = [&](const CString& reference) { return IsSame(reference, name); };
+            if (line.kind == Kind::Entry && std::ranges::any_of(ReferencesOf(line.value), isName))
+                found.push_back({&source, &line});
+        }
+    }
+    return found;
+}
+
+}  // namespace veltrane::config

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <list>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "lspanalysis.h"
+#include "lspclient.h"
+#include "lspdocuments.h"
+#include "lspspot.h"
+
+namespace veltrane::config {
+
+/// What a question about a document looks at.
+struct LspView {
+    const OpenDocument& document;
+    LspAnalysis& analysis;
+    const LintSource& source;  ///< that the document is
+    ColumnUnit unit;
+
+    LineUnits Units() const { return {unit, &document.text}; }
+};
+
+/// The documents of the client, the configurations that they belong to, and what the client knows of both.
+///
+/// The main configuration is that of the tool's command line. A document that is no file of it makes one of its own: as
+/// the basic file when it has the name of that, else as a user file. Of that only the document's own findings count.
+class LspWorld {
+public:
+    LspWorld(LspTool tool, std::vector<CString> arguments, LspClient& client);
+
+    /// Takes another command line of the tool.
+    void SetArguments(std::vector<CString> arguments);
+    void Open(const std::string& uri, std::int64_t version, std::string text);
+    void Change(const std::string& uri, std::optional<std::int64_t> version, const std::vector<TextChange>& changes);
+    void Close(const std::string& uri);
+    /// Files on the disk may have changed.
+    void Refresh();
+
+    /// Whether something has changed since the client was told what is wrong.
+    bool HasNews() const;
+    /// Tells the client what is wrong now. As Look, to be called while an LspOverlay lives.
+    void Publish();
+    /// @return nothing for a document that is not open, or is no file of a configuration
+    std::optional<LspView> Look(const std::string& uri);
+
+    const LspTool& Tool() const { return m_Tool; }
+
+    LspDocuments documents;
+    LspClient& client;
+
+private:
+    struct Configuration {
+        std::vector<CString> arguments;
+        std::string owner = {};                         // URI of the document that makes it; empty for the main one
+        std::vector<std::string> files = {};            // of its last start-up
+        std::map<std::string, LspJson> published = {};  // what the client knows, by URI
+        bool isStale = true;                            // its text or a file has changed since it was looked at
+        bool isDirty = true;                            // likewise since the client was told
+    };
+
+    Configuration& Main() { return m_Configurations.front(); }
+    Configuration& ConfigurationOf(const OpenDocument& document);
+    std::vector<CString> ArgumentsFor(const OpenDocument& document) const;
+    void AssignDocuments();
+    void Drop(const std::string& owner);
+    LspAnalysis* Analyze(Configuration& configuration);
+    void Publish(Configuration& configuration);
+    void Send(Configuration& configuration, const std::string& uri, LspJson diagnostics);
+    void TellOthers(const LspAnalysis& analysis);
+    void TellRefusal(const CString& text);
+
+    LspTool m_Tool;
+    std::list<Configuration> m_Configurations;  // the main one first
+    bool m_IsAssigned = false;                  // whether the documents are shared out among them
+    std::unique_ptr<LspAnalysis> m_Live;        // of the configuration that was looked at last
+    const Configuration* m_LiveOf = nullptr;    // null for none
+    std::set<CString> m_Told;                   // of no file, as of the last time
+};
+
+}  // namespace veltrane::config

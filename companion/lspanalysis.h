@@ -11,6 +11,7 @@ namespace veltrane::config {
 struct LspTool {
     CString path;
     CString version;
+    std::string name;
     std::string program;  ///< name of the server itself, whose manual explains the codes
 };
 

@@ -39,7 +39,7 @@ LspJson DiagnosticJson(const LineFinding& found, const LineUnits& units, const L
                  {"severity", static_cast<int>(found.finding->severity) + 1},
                  {"code", RowOf(found.finding->code).name},
                  {"codeDescription", {{"href", "man:" + tool.program + "(1)"}}},
-                 {"source", "veltrane"},
+                 {"source", tool.name},
                  {"message", ToUtf8(TextOf(*found.finding))}};
     if (found.IsNeverRead()) json["tags"] = LspJson::array({FADED});
     return json;

@@ -103,7 +103,7 @@ constexpr RuleKind RULE_KINDS[] = {{eOptionTableNameRules, "tables"}, {eOptionCo
 void AddRule(HoverText& text, const LspAnalysis& analysis, const PlacedLine& placed) {
     for (const auto& [option, names] : RULE_KINDS) {
         for (const OptionRule& rule : analysis.startup.options.GetNamingRules(option)) {
-            if (rule.origin.line != placed.line->number || rule.origin.file != placed.source->path) continue;
+            if (!IsAt(rule.origin, placed)) continue;
             text.AddTitle(ToUtf8(Printable(rule.oldText)), rule.isInForce ? "naming rule" : "naming rule, hidden");
             const CString by = rule.newText.IsEmpty() ? CString{L"nothing"} : L"'" + Printable(rule.newText) + L"'";
             text.AddText(ToUtf8(FormatText(L"From version %d on, '%s' is replaced by %s in names of %s.", rule.version,

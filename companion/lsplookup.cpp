@@ -13,10 +13,6 @@ bool IsSame(const CString& left, const CString& right) {
     return left.CompareNoCase(right) == 0;
 }
 
-bool IsAt(const OptionOrigin& origin, const PlacedLine& placed) {
-    return origin.line == placed.line->number && origin.file == placed.source->path;
-}
-
 void AddOnce(std::vector<PlacedLine>& lines, const PlacedLine& placed) {
     if (std::ranges::find(lines, placed) == lines.end()) lines.push_back(placed);
 }
@@ -66,8 +62,13 @@ std::optional<LineOption> OptionOf(LspAnalysis& analysis, const PlacedLine& plac
     return option;
 }
 
-std::optional<PlacedLine> LineAt(const LspAnalysis& analysis, const SourcePlace& place) {
-    const auto source = std::ranges::find(analysis.run.sources, place.file, &LintSource::path);
+// Each layer has one file, which places may spell otherwise.
+bool IsAt(const OptionOrigin& place, const PlacedLine& placed) {
+    return place.line == placed.line->number && place.layer == placed.source->layer;
+}
+
+std::optional<PlacedLine> LineAt(const LspAnalysis& analysis, const OptionOrigin& place) {
+    const auto source = std::ranges::find(analysis.run.sources, place.layer, &LintSource::layer);
     if (source == analysis.run.sources.end()) return {};
     const std::vector<SourceLine>& lines = source->view.lines;
     if (place.line < 1 || place.line > static_cast<int>(lines.size())) return {};

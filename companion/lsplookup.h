@@ -31,8 +31,10 @@ struct LineOption {
 };
 std::optional<LineOption> OptionOf(LspAnalysis& analysis, const PlacedLine& placed);
 
+/// Whether a place is a line.
+bool IsAt(const OptionOrigin& place, const PlacedLine& placed);
 /// The line that a place names; nothing for one that is no line of a source.
-std::optional<PlacedLine> LineAt(const LspAnalysis& analysis, const SourcePlace& place);
+std::optional<PlacedLine> LineAt(const LspAnalysis& analysis, const OptionOrigin& place);
 
 /// The lines that give a section and a key in each source, those of the strongest first; without a key the headers.
 /// Those that do not answer are among them.

@@ -101,8 +101,9 @@ private:
     // The client may have the server work in another folder than that of the path.
     int Serve(const std::filesystem::path& tool) const {
         FileInput input{STDIN_FILENO};
-        return ServeEditor({FromUtf8(std::filesystem::absolute(tool).native()), FromUtf8(m_Tool.version), m_Tool.name, m_Name},
-                           m_Arguments, input, std::cout);
+        return ServeEditor(
+            {FromUtf8(std::filesystem::absolute(tool).native()), FromUtf8(m_Tool.version), m_Tool.name, m_Name},
+            m_Arguments, input, std::cout);
     }
 
     int Print(const Answer& answer, const Startup* startup, bool isColoured) const {

@@ -7,9 +7,15 @@ constexpr XOptionDefinition ROWS[] = {OptionRow(OwnOption(1, eString | eSingle),
 constexpr OwnTable OWN{ROWS};
 constexpr XOptionDefinition ROLES[] = {OptionRow(OwnOption(1, eString), eSectionRoot, L"", L"role", -1)};
 constexpr OwnTable LEAN{.options = ROLES, .library = BASE_ROWS.With<"spool">()};
-static_assert(FitsLibrary(LEAN));
+static_assert(FitsLibrary<LEAN>());
+constexpr XOptionDefinition TAKEN[] = {ROWS[0], OptionRow(OwnOption(2, eString), eSectionRoot, L"", L"logging", -1)};
+constexpr XConfigSection BELOW[] = {SectionRow(OwnSection(1), OwnSection(2), L"SUB")};
+constexpr OwnTable IN_USE{TAKEN};
+constexpr OwnTable NOWHERE{.sections = BELOW};
 
 // clang-format off
+static_assert(FitsLibrary<IN_USE>());   // refused: OptionCalled<veltrane::detail::Spelled<'l', 'o', 'g', 'g', 'i', 'n', 'g'>
+static_assert(FitsLibrary<NOWHERE>());  // refused: SectionCalled<veltrane::detail::Spelled<'S', 'U', 'B'>
 void Ask(XOption& store) {
     const TypedOptions<OWN> options{store};
     options.Get<"unit">();

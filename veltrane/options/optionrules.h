@@ -353,39 +353,40 @@ constexpr void CheckAlone(const TableRows& table) {
     for (const XOptionDefinition& row : table.options) CheckRow(row);
 }
 
+/// @throws RowRefused, RowsRefused  a row of the last table breaks a rule
 template <class Row>
-constexpr void CheckBeside(Tables tables, std::span<const Row> TableRows::*rows) {
-    for (const Row& row : tables.back().*rows) {
-        CheckPlace(tables, row);
-        for (const TableRows& table : tables) {
-            for (const Row& other : table.*rows) {
-                if (&other == &row) break;  // those after it look back at it
-                CheckBeside(tables, row, table, other);
-            }
+constexpr void CheckAmong(Tables tables, const Row& row, std::span<const Row> TableRows::*rows) {
+    CheckPlace(tables, row);
+    for (const TableRows& table : tables) {
+        for (const Row& other : table.*rows) {
+            if (&other == &row) break;  // those after it look back at it
+            CheckBeside(tables, row, table, other);
         }
     }
 }
 
-constexpr void CheckBeside(Tables tables) {
-    CheckBeside(tables, &TableRows::sections);
-    CheckBeside(tables, &TableRows::options);
+constexpr void CheckAmong(Tables tables) {
+    for (const XConfigSection& row : tables.back().sections) CheckAmong(tables, row, &TableRows::sections);
+    for (const XOptionDefinition& row : tables.back().options) CheckAmong(tables, row, &TableRows::options);
 }
 
 /// @throws RowRefused, RowsRefused  a row of the last table breaks a rule
 constexpr void CheckTables(Tables tables) {
     CheckAlone(tables.back());
-    CheckBeside(tables);
+    CheckAmong(tables);
 }
 
-/// As CheckTables, for options that a store looks up by number at start-up.
+/// For an option that a store looks up by number at start-up.
+constexpr void CheckNumber(const XOptionDefinition& row) {
+    if (IsTitle(row) || row.HasOptionNumber()) return;
+    throw RowRefused{L"The option <%s> cannot be registered: its id has no number!", row.szLongName};
+}
+
+/// As CheckTables, for a tool's rows.
 constexpr void CheckOwnTables(Tables tables) {
     CheckAlone(tables.back());
-    for (const XOptionDefinition& row : tables.back().options) {
-        if (!IsTitle(row) && !row.HasOptionNumber()) {
-            throw RowRefused{L"The option <%s> cannot be registered: its id has no number!", row.szLongName};
-        }
-    }
-    CheckBeside(tables);
+    for (const XOptionDefinition& row : tables.back().options) CheckNumber(row);
+    CheckAmong(tables);
 }
 
 }  // namespace veltrane::detail

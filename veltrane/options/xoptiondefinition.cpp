@@ -69,9 +69,11 @@ int GetConfigSectionCount() {
 }
 
 XOptionDefinition* GetOptionDefinitionAt(int index) {
-    if (index < 0 || index >= GetOptionDefinitionCount()) return nullptr;
-    const OptionRegistry* const own = OptionRegistry::Registered();
-    return Handed(own ? own->Options()[static_cast<std::size_t>(index)] : &g_OptionDefinitions[index]);
+    const auto place = static_cast<std::size_t>(index);  // beyond all for one below 0
+    if (const OptionRegistry* const own = OptionRegistry::Registered()) {
+        return place < own->Options().size() ? Handed(own->Options()[place]) : nullptr;
+    }
+    return place < std::size(g_OptionDefinitions) ? Handed(&g_OptionDefinitions[place]) : nullptr;
 }
 
 XConfigSection* GetConfigSectionAt(int index) {

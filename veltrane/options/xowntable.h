@@ -1,6 +1,9 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <span>
+#include <utility>
 
 #include "veltrane/options/libraryrows.h"
 
@@ -16,16 +19,69 @@ struct OwnTable {
     LibraryRows library = ALL_ROWS;
 };
 
+namespace detail {
+
+/// The rows of the library that a tool has, and its own.
+struct ToolTables {
+    constexpr explicit ToolTables(const OwnTable& table)
+        : rows{{g_OptionDefinitions, g_ConfigSections, table.library.View()}, {table.options, table.sections}} {}
+    TableRows rows[2];
+};
+
+template <std::size_t Width>
+constexpr std::size_t LengthOf(const wchar_t (&column)[Width]) {
+    return static_cast<std::size_t>(std::ranges::find(column, L'\0') - column);
+}
+template <const OwnTable& Table, std::size_t Row, std::size_t... At>
+Spelled<static_cast<char>(Table.options[Row].szLongName[At])...> SpellOption(std::index_sequence<At...>);
+template <const OwnTable& Table, std::size_t Row, std::size_t... At>
+Spelled<static_cast<char>(Table.sections[Row].szName[At])...> SpellSection(std::index_sequence<At...>);
+
+// A class for each row, which compilers name where they refuse the row.
+template <class Name, const OwnTable& Table, std::size_t Row>
+struct OptionCalled {
+    static_assert((CheckRow(Table.options[Row]), CheckNumber(Table.options[Row]),
+                   CheckAmong(ToolTables{Table}.rows, Table.options[Row], &TableRows::options), true));
+};
+template <class Name, const OwnTable& Table, std::size_t Row>
+struct SectionCalled {
+    static_assert((CheckRow(Table.sections[Row]),
+                   CheckAmong(ToolTables{Table}.rows, Table.sections[Row], &TableRows::sections), true));
+};
+
+template <const OwnTable& Table, std::size_t Row>
+constexpr void CheckOption() {
+    using Letters = std::make_index_sequence<LengthOf(Table.options[Row].szLongName)>;
+    static_assert(sizeof(OptionCalled<decltype(SpellOption<Table, Row>(Letters{})), Table, Row>) > 0);
+}
+template <const OwnTable& Table, std::size_t Row>
+constexpr void CheckSection() {
+    using Letters = std::make_index_sequence<LengthOf(Table.sections[Row].szName)>;
+    static_assert(sizeof(SectionCalled<decltype(SpellSection<Table, Row>(Letters{})), Table, Row>) > 0);
+}
+
+}  // namespace detail
+
 /// For a static_assert beside a tool's rows: true, or it does not compile, where they break a rule alone, among each
-/// other or beside the library's rows that the tool has. The compiler shows which.
+/// other or beside the library's rows that the tool has. The compiler shows the name of the row and the rule.
 /// @code
-/// static_assert(veltrane::FitsLibrary(OWN_TABLE));
+/// static_assert(veltrane::FitsLibrary<OWN_TABLE>());
 /// @endcode
+template <const OwnTable& Table>
+consteval bool FitsLibrary() {
+    [[maybe_unused]] constexpr auto checkOptions = []<std::size_t... Row>(std::index_sequence<Row...>) {
+        (detail::CheckOption<Table, Row>(), ...);
+    };
+    [[maybe_unused]] constexpr auto checkSections = []<std::size_t... Row>(std::index_sequence<Row...>) {
+        (detail::CheckSection<Table, Row>(), ...);
+    };
+    checkSections(std::make_index_sequence<Table.sections.size()>{});
+    checkOptions(std::make_index_sequence<Table.options.size()>{});
+    return true;
+}
+/// The same for a table without a name; the compiler shows the rule alone.
 consteval bool FitsLibrary(const OwnTable& table) {
-    detail::TableRows library = detail::LIBRARY_ROWS;
-    library.present = table.library.View();
-    const detail::TableRows tables[] = {library, {table.options, table.sections}};
-    detail::CheckOwnTables(tables);
+    detail::CheckOwnTables(detail::ToolTables{table}.rows);
     return true;
 }
 

@@ -135,11 +135,10 @@ public:
     explicit ShapeGuard(const CString& name) : m_Name(name) {}
 
     bool operator()(int depth, Json::parse_event_t event, const Json& /*parsed*/) {
-        using enum Json::parse_event_t;
         if (depth > DEEPEST)
             throw Refusal{FormatText(L"%s is nested too deeply for an answer of this program", m_Name)};
-        if (event == object_start) m_Members[depth + 1] = 0;
-        if (event == key && ++m_Members[depth] > MOST_MEMBERS)
+        if (event == Json::parse_event_t::object_start) m_Members[depth + 1] = 0;
+        if (event == Json::parse_event_t::key && ++m_Members[depth] > MOST_MEMBERS)
             throw Refusal{FormatText(L"%s has an object with too many members for an answer of this program", m_Name)};
         return true;
     }

@@ -48,7 +48,7 @@ Reply Ask(std::vector<std::string> words, std::string_view standardInput) {
     return {code, output.str()};
 }
 
-// Files without an end, and words that change the form of the answer, are left out.
+// Files without an end, words that change the form of the answer, and commands that write are left out.
 std::vector<std::string> ReadWords(std::string_view input, const std::string& folder) {
     std::vector<std::string> words;
     bool isOwn = true;
@@ -56,8 +56,9 @@ std::vector<std::string> ReadWords(std::string_view input, const std::string& fo
         std::string word{TakeLine(input)};
         word.erase(std::min(word.find('\0'), word.size()));
         isOwn = isOwn && word != "--";
-        const bool isForm = word == "lsp" || word.starts_with("-h") || word.starts_with("--h") ||
-                            word.starts_with("--f") || word.starts_with("--g") || word == "--version";
+        const bool isForm = word.starts_with("-h") || word.starts_with("--h") || word.starts_with("--f") ||
+                            word.starts_with("--g") || word == "--version" || word == "set" || word == "unset" ||
+                            word == "lsp";
         if ((isOwn && isForm) || word.find("/dev") != word.npos || word.find("/proc") != word.npos) continue;
         if (word.starts_with('@')) word.replace(0, 1, folder + '/');
         words.push_back(std::move(word));

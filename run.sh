@@ -19,12 +19,19 @@ veltrane base --summary
 veltrane base -l examples/config/lists/base-v4.txt -l examples/config/lists/base-v5.txt -d -c change.txt
 veltrane --logfil other.log
 veltrane -q -cv maybe
+configuration=examples/config
 veltrane_config() {
     printf '\n$ veltrane-config %s -- base -i team.ini\n' "$*"
-    build/run/veltrane-config "$@" -- --metadata "$PWD/examples/config/metadata" --config "$PWD/examples/config/user" base -i team.ini ||
+    build/run/veltrane-config "$@" -- --metadata "$PWD/$configuration/metadata" --config "$PWD/$configuration/user" base -i team.ini ||
         printf '(exit code %s)\n' "$?"
 }
 veltrane_config show logfile quiet
 veltrane_config lint
+configuration=build/run/config # a copy, which may be changed
+rm -rf "$configuration"
+cp -r examples/config "$configuration"
+veltrane_config set logfile run.log
+veltrane_config set role READER
+veltrane_config unset logfile
 printf '\nThe log of the last run that got far enough to open it:\n\n'
 tr -d '\r' <build/run/Out/log/base-team.log

@@ -74,10 +74,11 @@ inline constexpr SwitchRow SWITCHES[] = {
 inline constexpr ExitRow EXITS[] = {
     {EXIT_ANSWERED, "answered"},
     {EXIT_FINDINGS, "answered, and there is something to look at: an error that lint finds (with --strict a warning, too), "
-                    "a difference, a collision, an option without a value, a value that freeze cannot carry, a source "
-                    "that cannot be read, a start-up that would fail"},
-    {EXIT_REFUSED,  "not answered: the command line is wrong, the tool is not found, a file cannot be read or written, "
-                    "or memory is short"},
+                    "a difference, a collision, an option without a value, a value that set gives and that is not in "
+                    "force, a value that unset does not find, a value that freeze cannot carry, a source that cannot be "
+                    "read, a start-up that would fail"},
+    {EXIT_REFUSED,  "not answered: the command line is wrong, the tool is not found, a change is refused, a file cannot be "
+                    "read or written, or memory is short"},
 };
 // clang-format on
 

@@ -21,7 +21,7 @@ build = os.path.abspath(sys.argv[1])
 step = int(sys.argv[2]) if len(sys.argv) > 2 else 1
 memory = build + "/torture/libtorture_preload.so"
 COMMANDS = [["--help"], ["--generate", "man"], ["--nonsense"], ["show"], ["show", "--format", "json", "--all"], ["lint"], ["lint", "--format", "json"],
-            ["explain", "spool"], ["names", "old.txt"], ["freeze"], ["files"], ["errors", "run.log"]]
+            ["explain", "spool"], ["names", "old.txt"], ["set", "spool", "new.lst"], ["freeze"], ["files"], ["errors", "run.log"]]
 RUNS = [("veltrane", [])] + [("veltrane-config", command + ["--"]) for command in COMMANDS]
 RUNS = [row for row in RUNS if row[0] in sys.argv[3:4] or not sys.argv[3:] and os.path.exists(os.path.join(build, row[0]))]
 
@@ -42,6 +42,11 @@ def fault_of(result, whole, program, folder):
         return "succeeded without the end of its log"
     if result.returncode == 0 and answer(result, folder) != whole and not result.stderr:
         return "succeeded with another answer and no word about it"
+    changed = open(folder + "/Team.ini").read()
+    if "set" in result.args and changed not in (sample.FILES["Team.ini"], "[USER]\nspool=new.lst\n"):
+        return f"left a broken file: {changed}"
+    if [name for name in os.listdir(folder) if name.startswith(".")]:
+        return "left a file beside the one that it changes"
     return sample.fault_of(result)
 
 

@@ -65,6 +65,7 @@ with tempfile.TemporaryDirectory() as work:
     arguments = ["-m", work, "db", "-i", "team.ini", "--data", f"{work}/data", "-l", "a b"]
     questions = (["show", "--all"], ["show", *names], ["explain", *names], ["lint"], ["lint", "--explain", "C05"], ["names", "list"],
                  ["names", "--version", "4", "list"], ["names", "--rules"], ["freeze"], ["files"],
+                 ["set", "map-file[3]", "m", "--dry-run"], ["set", "spool", "s"], ["set", "ini", "i", "--dry-run"], ["unset", "logfile"], ["set", "x"],
                  ["diff", "other.json"], ["diff", "--", "-m", work, "db"], ["diff", "list"],
                  ["errors", "run.log", "run.log"], ["nothing"], ["show", "nothing"], ["explain"], ["errors", "folder"],
                  ["show", "--tool", "none"], ["lint", "none"], ["lint", "--code", "X"], ["names", "none"], ["freeze", "now"])

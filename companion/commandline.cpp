@@ -1,12 +1,12 @@
 #include "commandline.h"
 
-#include "shortmemory.h"
+#include "veltrane/tool/shortmemory.h"
 
 namespace {
 
 // In front of CLI11, whose headers bring static objects that need memory before main begins.
 const struct MemoryGuard {
-    MemoryGuard() { veltrane::detail::EndWhereMemoryIsShort(2); }
+    MemoryGuard() { veltrane::EndWhereMemoryIsShort(2); }
 } g_MemoryGuard;
 
 }  // namespace

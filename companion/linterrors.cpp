@@ -49,7 +49,7 @@ public:
                 continue;  // told with both places
             } else if (!subject.places.empty()) {
                 LintMissing(subject, isFound ? OptionOrigin{*found} : LikelyPlace(subject));
-            } else if (!IsOfBasicFile(error)) {
+            } else {
                 LintOther(error, subject);
             }
         }
@@ -67,11 +67,6 @@ private:
         const CString name = m_Run.startup.options.GetSectionName(eSectionDatabase);
         m_Run.Report(DatabasePlace(),
                      {C01, FormatText(L"no source has a section of the database '%s'", name), m_Meant});
-    }
-
-    // A missing file is told at the file.
-    bool IsOfBasicFile(const XException& error) const {
-        return !error.GetSubject() && m_Run.sources.front().view.reading == SourceReading::Missing;
     }
 
     // What start-up could not use stands where the option was given.

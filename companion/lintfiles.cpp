@@ -42,7 +42,8 @@ void LintMissing(LintRun& run, const LintSource& source) {
     CString named;
     const bool isNamed = GetEnvironmentText(named, L"VORNAK_REGISTRY") && !named.IsEmpty();
     const auto isOfMetadata = [](const XException& error) {
-        return error.GetSubject() && error.GetSubject()->option == L"metadata";
+        const ErrorSubject* const subject = error.GetSubject();
+        return subject && subject->option == L"metadata" && subject->places.empty();
     };
     if (source.layer == OptionLayer::Registry && isNamed) {
         run.Report(source, SourceLine{}, {C19, L"the file does not exist"});

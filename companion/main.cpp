@@ -1,12 +1,10 @@
-#include "shortmemory.h"
 #include "veltrane/config_tool.h"
+#include "veltrane/tool/shortmemory.h"
 
 namespace {
 
 // In front of the static objects of the libraries.
-[[gnu::used, gnu::section(".preinit_array")]] void (*const g_AtStart)() = [] {
-    veltrane::detail::EndWhereMemoryIsShort(2);
-};
+[[gnu::used, gnu::section(".preinit_array")]] void (*const g_AtStart)() = [] { veltrane::EndWhereMemoryIsShort(2); };
 
 }  // namespace
 

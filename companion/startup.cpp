@@ -6,10 +6,10 @@
 
 #include "answer.h"
 #include "errorjson.h"
-#include "hints.h"
 #include "veltrane/options/xcommandline.h"
 #include "veltrane/platform/process/localtime.h"
 #include "veltrane/platform/process/process.h"
+#include "veltrane/tool/hints.h"
 
 namespace veltrane::config {
 

@@ -1,8 +1,8 @@
 #include "summary.h"
 
-#include "console.h"
 #include "printable.h"
 #include "veltrane/foundation/xstring.h"
+#include "veltrane/tool/output.h"
 
 using namespace veltrane;
 using namespace veltrane::detail;

@@ -138,7 +138,7 @@ TEST_F(OptionStartUp, ErrorsTellWhatIsWrongAndWhatItIsAbout) {
            L"Error retrieving the string option <no>!\r\nreason: \tThe option <no> is not known by the system!");
     const CString opening = L"Error locating and opening the configuration!\r\nreason: \t";
     const wchar_t noUserFile[] = L"> not found!\r\n\tThe specified user configuration file does not exist!";
-    expect({L"-m", L"data"}, {},
+    expect({L"-m", L"data"}, {.option = L"metadata"},
            opening + L"File <" + (DataFolder() + L"/tool.ini").MakeLower() +
                L"> not found!\r\n\tThe basic configuration could not be found!");
     expect({L"--data", DataFolder(), L"--ini", L"other.ini"}, {.option = L"ini"},

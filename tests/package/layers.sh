@@ -13,7 +13,7 @@ xargs grep -HE '^[[:space:]]*#[[:space:]]*include' <"$temporary/files" |
 
 awk '
 BEGIN {
-    split("platform/text platform/files platform/sources foundation collections config options logging describe companion", order)
+    split("platform/text platform/files platform/sources foundation collections config options logging tool describe companion", order)
     for (number in order) level[order[number]] = number + 0
     level["platform/process"] = level["platform/sources"]  # neither knows the other
     level["host"] = level["companion"]

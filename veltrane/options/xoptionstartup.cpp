@@ -205,8 +205,9 @@ void XOption::OpenUserConfiguration() {
 void XOption::OpenBasicConfiguration() {
     const CString path = BasicFilePath(OptionText(*m_pItems, METADATA), OptionText(*m_pItems, EXE_NAME));
     if (!FileExists(path)) {
-        throw MakeMissingFile(Here(L"XOption::OpenConfiguration"), path,
-                              L"The basic configuration could not be found!");
+        throw About(
+            {.option = METADATA.szLongName, .places = {{{{.file = path}, OptionLayer::BasicFile}}}},
+            MakeMissingFile(Here(L"XOption::OpenConfiguration"), path, L"The basic configuration could not be found!"));
     }
     m_pSources->basicFile = std::make_unique<XConfiguration>(path);
 }

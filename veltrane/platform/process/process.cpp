@@ -1,6 +1,7 @@
 #include "veltrane/platform/process/process.h"
 
 #include <fcntl.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -53,6 +54,14 @@ std::vector<CString> GetArguments() {
 
 void SetArguments(std::vector<CString> arguments) {
     GivenArguments() = std::move(arguments);
+}
+
+void HoldStandardStreams() noexcept {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) >= 0) continue;
+        // Gets the lowest number that is free, for the one direction that nobody uses.
+        static_cast<void>(stream == STDIN_FILENO ? open("/dev/null", O_WRONLY) : open("/dev/null", O_RDONLY));
+    }
 }
 
 std::int32_t TickCount() {

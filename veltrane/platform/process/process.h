@@ -14,6 +14,10 @@ namespace veltrane {
 /// Replaces the arguments, for hosts that were not started with the ones they mean.
 VELTRANE_API void SetArguments(std::vector<CString> arguments);
 
+/// Keeps each standard stream that the process was started without from becoming one of the files that are opened from
+/// now on: reading and writing the stream goes on failing.
+VELTRANE_API void HoldStandardStreams() noexcept;
+
 /// Monotonic milliseconds from an arbitrary start, wrapping to negative after 24.8 days: subtract as unsigned.
 [[nodiscard]] VELTRANE_API std::int32_t TickCount();
 

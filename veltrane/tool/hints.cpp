@@ -1,4 +1,4 @@
-#include "hints.h"
+#include "veltrane/tool/hints.h"
 
 #include <algorithm>
 #include <vector>
@@ -8,7 +8,7 @@
 #include "veltrane/foundation/xstring.h"
 #include "veltrane/options/xoptiondefinition.h"
 
-namespace veltrane::detail {
+namespace veltrane {
 
 namespace {
 
@@ -70,8 +70,11 @@ void AddLine(XException& error, const OptionPlace& place) {
     AddHint(error, FormatText(L"See <%s>, line %d: %s=%s", place.file, place.line, place.key, place.text));
 }
 
-bool IsMetadataMissing(const ErrorSubject& subject) {
-    return subject.option == L"metadata" && subject.places.empty();
+// The folder, or the basic file in it.
+CString WayToMetadata(const ErrorSubject& subject) {
+    if (subject.option != L"metadata") return {};
+    if (subject.places.empty()) return L"Name the folder with <--metadata FOLDER>";
+    return subject.places[0].layer == OptionLayer::BasicFile ? L"Name its folder with <--metadata FOLDER>" : L"";
 }
 
 }  // namespace
@@ -85,7 +88,7 @@ void AddHints(XException& error) {
         const CString nearest = subject.argument.IsEmpty() ? CString{} : NearestOption(subject.reference);
         if (!nearest.IsEmpty()) AddHint(error, FormatText(L"Did you mean <%%%s%%>?", nearest));
     }
-    if (IsMetadataMissing(subject)) AddHint(error, L"Name the folder with <--metadata FOLDER>");
+    if (const CString way = WayToMetadata(subject); !way.IsEmpty()) return AddHint(error, way);
     const auto found = std::ranges::find(subject.places, true, &OptionPlace::found);
     if (found == subject.places.end()) {
         AddPlaces(error, subject.places);
@@ -96,4 +99,4 @@ void AddHints(XException& error) {
     }
 }
 
-}  // namespace veltrane::detail
+}  // namespace veltrane

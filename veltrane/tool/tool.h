@@ -1,0 +1,173 @@
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "veltrane/foundation/xaction.h"
+#include "veltrane/logging/xlogging.h"
+#include "veltrane/options/typed.h"
+#include "veltrane/platform/process/messagebox.h"
+#include "veltrane/platform/process/programfile.h"
+#include "veltrane/platform/text/encoding.h"
+#include "veltrane/tool/hints.h"
+#include "veltrane/tool/output.h"
+#include "veltrane/tool/shortmemory.h"
+
+// The frame of a tool: what happens from its start to its end around what it does.
+
+namespace veltrane {
+
+/// A relative file below a folder that is absolute; else the file as it is.
+[[nodiscard]] VELTRANE_API CString PlaceBelow(const CString& folder, const CString& file);
+
+// What the frame does where the facts of a tool say nothing else.
+
+/// Shows a box as text on the console, information on standard output, all else on standard error. Never waits.
+VELTRANE_API int WriteBox(const CString& text, unsigned style, unsigned helpId);
+/// The file of the log: that of the option "logfile", a relative one below the folder "logging"; empty for none.
+[[nodiscard]] VELTRANE_API CString LogFileOf(XOption& store);
+
+/// What a tool says of itself (UTF-8), and what it wants to have done in another way. All of it may be left out.
+struct ToolFacts {
+    std::string_view version = {};
+    std::string_view compileTime = {};
+    std::string_view name = {};    ///< of basic file, registry key and log entries; empty: the file name of the program
+    std::string_view folder = {};  ///< where the folder ".metadata" is; empty: that of the program, links resolved
+    std::vector<CString> arguments = {};        ///< the program first; empty: those of the process
+    bool keepsOrigins = true;                   ///< of values, at a few percent of the start
+    MessageBoxHandler boxes = WriteBox;         ///< stays installed; null: the one that is installed
+    void (*hints)(XException&) = AddHints;      ///< null: errors are told as they are
+    CString (*logFile)(XOption&) = &LogFileOf;  ///< null: no log
+};
+
+/// What a tool works with. A text is a CString, or UTF-8.
+/// @code
+/// using Tool = veltrane::Tool<OWN_TABLE>;
+/// @endcode
+template <const OwnTable& Table = LIBRARY_ALONE>
+class Tool {
+public:
+    Tool(XOption& ofOptions, XLogging& ofLog) : options(ofOptions), store(ofOptions), log(ofLog) {}
+    Tool(const Tool&) = delete;
+    Tool& operator=(const Tool&) = delete;
+
+    const TypedOptions<Table> options;
+    XOption& store;
+    XLogging& log;  ///< not open when there is none: what is written to it then goes nowhere
+
+    /// Writes an entry to the log. @throws CFileException  the system cannot write it
+    template <class Text>
+    void Log(const Text& text) {
+        ++m_nEntries;
+        log.WriteLog(Wide(text), /*newLine*/ true, /*timeStamp*/ true);
+    }
+
+    /// Does something under an entry in the log that ends with the time it took; when entries came in between, that
+    /// comes with an entry of its own. An error passes, and the entry stays without time.
+    /// @return what the action returns
+    template <class Text, class Action>
+    decltype(auto) Act(const Text& what, Action&& action) {
+        Log(what);
+        const int entry = m_nEntries;
+        XAction clock;
+        clock.Start();
+        const auto end = [&] {
+            if (m_nEntries != entry) Log(what);
+            log.WriteLog(L", " + clock.ElapsedStr(), /*newLine*/ false, /*timeStamp*/ false);
+        };
+        if constexpr (std::is_void_v<std::invoke_result_t<Action>>) {
+            std::forward<Action>(action)();
+            end();
+        } else {
+            decltype(auto) result = std::forward<Action>(action)();
+            end();
+            return result;
+        }
+    }
+
+private:
+    template <class Text>
+    static CString Wide(const Text& text) {
+        if constexpr (std::is_convertible_v<const Text&, CString>) {
+            return text;
+        } else {
+            return FromUtf8(text);
+        }
+    }
+
+    int m_nEntries = 0;
+};
+
+namespace detail {
+
+using ToolBody = std::function<int(XOption& store, XLogging& log)>;
+
+/// The part of RunTool that is the same for all tools. @return exit code
+VELTRANE_API int RunTool(const ToolFacts& facts, const OwnTable& table, const ToolBody& body, CString (*programFile)());
+
+/// The part that is not. @return exit code
+template <const OwnTable& Table, class Body>
+int Act(XOption& store, XLogging& log, Body& body) {
+    using Result = std::invoke_result_t<Body&, Tool<Table>&>;
+    static_assert(std::is_void_v<Result> || std::is_same_v<Result, int>, "the body returns the exit code, or void");
+    Tool<Table> tool{store, log};
+    int exitCode = EXIT_SUCCESS;
+    if constexpr (std::is_void_v<Result>) {
+        body(tool);
+    } else {
+        exitCode = body(tool);
+    }
+    FlushOutput();
+    return exitCode;
+}
+
+template <class Function>
+struct TableOf {
+    static_assert(sizeof(Function) == 0,
+                  "the body takes the tool: [](Tool& tool), 'using Tool = veltrane::Tool<...>;'");
+};
+template <class Result, const OwnTable& Table>
+struct TableOf<std::function<Result(Tool<Table>&)>> {
+    static constexpr const OwnTable& TABLE = Table;
+};
+
+}  // namespace detail
+
+/// Runs a tool from its start to its end, for main to return: registers the rows of its table, starts the option store
+/// up, opens the log, and calls the body with the tool. Whatever is thrown on the way, of any type, is told in a box
+/// with hints and in an error block of the log, and so is an error while telling it. A standard output that cannot be
+/// written is an error too. The options help, version and setup end the process.
+/// @param body  returns nothing or the exit code
+/// @return EXIT_FAILURE after an error, else what the body returns, EXIT_SUCCESS if nothing
+/// @code
+/// using Tool = veltrane::Tool<OWN_TABLE>;
+/// int main() {
+///     return veltrane::RunTool({.version = "1.0"}, [](Tool& tool) {
+///         tool.Act("measure", [&] { veltrane::PrintLine("unit: ", tool.options.Get<"unit">()); });
+///     });
+/// }
+/// @endcode
+template <const OwnTable& Table, class Body>
+int RunTool(const ToolFacts& facts, Body&& body) {
+    ThrowWhereMemoryIsShort(EXIT_FAILURE);
+    try {
+        const auto act = [&body](XOption& store, XLogging& log) { return detail::Act<Table>(store, log, body); };
+        return detail::RunTool(facts, Table, act, GetProgramFile);
+    } catch (...) {  // no memory is left to tell more
+        std::fputs("An unknown exception occured!\n", stderr);
+    }
+    return EXIT_FAILURE;
+}
+
+/// The same with the table of the tool that the body takes.
+template <class Body>
+int RunTool(const ToolFacts& facts, Body&& body) {
+    return RunTool<detail::TableOf<decltype(std::function{body})>::TABLE>(facts, std::forward<Body>(body));
+}
+
+}  // namespace veltrane

@@ -81,21 +81,20 @@ Incoming Parsed(const std::string& body) {
 
 }  // namespace
 
+// A broken line is told once; the next header may be at its end.
 Incoming MessageReader::Next() {
-    std::optional<std::uint64_t> length;
-    bool hasFields = false;
     for (std::string line; ReadLine(line);) {
-        if (line.empty() && length) {
-            m_IsLost = false;
-            return ReadBody(static_cast<std::size_t>(*length));
+        if (line.empty() && m_Length) {
+            m_IsLost = m_HasFields = false;
+            return ReadBody(static_cast<std::size_t>(*std::exchange(m_Length, std::nullopt)));
         }
-        const std::optional<std::uint64_t> found = LengthIn(line, m_IsLost);
-        if (found) length = found;
-        const bool isGood = found || (line.empty() ? !hasFields : IsOtherField(line));
-        hasFields = !line.empty();
-        if (isGood) continue;
-        length.reset();
-        hasFields = false;
+        const bool isGood = line.empty() ? !std::exchange(m_HasFields, false) : IsOtherField(line);
+        const std::optional<std::uint64_t> found = LengthIn(line, /*isLost*/ m_IsLost || !isGood);
+        if (found) m_Length = found;
+        m_HasFields = !line.empty();
+        const bool isHeader = LengthIn(line, /*isLost*/ false).has_value();
+        if (isGood || isHeader) continue;
+        if (!found) m_Length.reset();
         if (!std::exchange(m_IsLost, true))
             return {{}, LspError::Parse, "the header of a message is broken; Content-Length: NUMBER is expected"};
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <iosfwd>
 #include <optional>
 #include <streambuf>
@@ -55,7 +56,9 @@ private:
     Incoming ReadBody(std::size_t length);
 
     std::streambuf& m_Input;
-    bool m_IsLost = false;  // after a broken header, until the next one
+    std::optional<std::uint64_t> m_Length = {};  // of the body, as the header has told so far
+    bool m_HasFields = false;                    // whether a header has begun
+    bool m_IsLost = false;                       // after a broken header, until the next one
 };
 
 /// Writes a message, at once.

@@ -69,8 +69,9 @@ std::optional<LspView> LspWorld::Look(const std::string& uri) {
 
 // A document of the main configuration needs none of its own.
 void LspWorld::AssignDocuments() {
-    if (std::exchange(m_IsAssigned, true)) return;
+    if (m_IsAssigned) return;
     Analyze(Main());
+    m_IsAssigned = true;
     for (const auto& [uri, document] : documents.All()) {
         if (Contains(Main().files, document.path)) {
             Drop(uri);
@@ -108,6 +109,7 @@ LspAnalysis* LspWorld::Analyze(Configuration& configuration) {
     configuration.isStale = false;
     try {
         m_Live = std::make_unique<LspAnalysis>(m_Tool, configuration.arguments);
+        if (&configuration == &Main() && configuration.files != m_Live->paths) m_IsAssigned = false;
         configuration.files = m_Live->paths;
     } catch (const Refusal& refusal) {
         TellRefusal(refusal.text);
@@ -122,10 +124,12 @@ bool LspWorld::HasNews() const {
 }
 
 void LspWorld::Publish() {
-    AssignDocuments();
-    for (Configuration& configuration : m_Configurations) {
-        if (std::exchange(configuration.isDirty, false)) Publish(configuration);
-    }
+    do {
+        AssignDocuments();
+        for (Configuration& configuration : m_Configurations) {
+            if (std::exchange(configuration.isDirty, false)) Publish(configuration);
+        }
+    } while (!m_IsAssigned);
 }
 
 // The main configuration counts when it was asked for, or one of its files is open.

@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/packages.sh
 need_packages g++ cmake ninja-build libgtest-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev clang clang-format \
-    clang-tidy python3 binutils groff-base man-db zsh fish bsdutils doxygen dpkg-dev file pkg-config lintian strace
+    clang-tidy python3 binutils groff-base man-db zsh fish bsdutils neovim doxygen dpkg-dev file pkg-config lintian strace
 
 step() { printf '\n== %s\n' "$*"; }
 

@@ -35,6 +35,12 @@ if picture then
     for column = 1, vim.o.columns do cells[column] = vim.fn.screenstring(row, column) end
     lines[row] = (table.concat(cells):gsub('%s+$', ''))
   end
+  for _, window in ipairs(vim.api.nvim_list_wins()) do
+    if vim.api.nvim_win_get_config(window).relative ~= '' then
+      vim.list_extend(lines, { '', 'K on logfile shows' })
+      vim.list_extend(lines, vim.api.nvim_buf_get_lines(vim.api.nvim_win_get_buf(window), 0, -1, false))
+    end
+  end
   vim.fn.writefile(lines, picture)
   vim.cmd('qa!')
 end
@@ -65,7 +71,7 @@ with tempfile.TemporaryDirectory() as work:
     pathlib.Path(work, "talk.lua").write_text(shown + picture + TALK)
     environment = {"PATH": f"{os.path.dirname(program)}:{os.environ['PATH']}", "HOME": work, "metadata": f"{work}/config/metadata",
                    "VORNAK_REGISTRY": f"{work}/config/registry.reg", "data": work, "TERM": "xterm"}
-    result = subprocess.run(["nvim", "--headless", "--clean", "+set noswapfile columns=100 lines=24", f"+luafile {work}/talk.lua"],
+    result = subprocess.run(["nvim", "--headless", "--clean", "+set noswapfile columns=86 lines=15", f"+luafile {work}/talk.lua"],
                             cwd=f"{work}/config/user", env=environment, text=True, stdin=subprocess.DEVNULL, timeout=100,
                             capture_output=True)
     assert result.returncode == 0 and (picture or "passed" in result.stderr), result

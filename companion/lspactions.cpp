@@ -84,7 +84,7 @@ private:
         std::string moved = end + std::string{text.Line(line.number - 1)};
         if (!last) moved = (text.Line(number).empty() ? "" : end) + ToUtf8(section) + moved + end;
         AddAction(FormatText(L"Move to %s", Printable(section)),
-                  {{LinesRange(line.number, line.number), {}}, {{at, at}, moved}},
+                  {{{at, at}, moved}, {LinesRange(line.number, line.number), {}}},
                   /*isPreferred*/ true);
     }
 

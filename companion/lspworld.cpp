@@ -42,7 +42,8 @@ void LspWorld::Change(const std::string& uri, std::optional<std::int64_t> versio
     if (!documents.Change(uri, version, changes, client.Unit())) return;
     const std::string path = documents.Find(uri)->path;
     for (Configuration& configuration : m_Configurations) {
-        if (Contains(configuration.files, path)) configuration.isStale = configuration.isDirty = true;
+        const bool isItsOwn = configuration.owner == uri || Contains(configuration.files, path);
+        if (isItsOwn) configuration.isStale = configuration.isDirty = true;
     }
 }
 

@@ -1,7 +1,5 @@
 #include "veltrane/config_tool.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
@@ -100,7 +98,7 @@ private:
 
     // The client may have the server work in another folder than that of the path.
     int Serve(const std::filesystem::path& tool) const {
-        FileInput input{STDIN_FILENO};
+        FileInput input{FileInput::STANDARD_INPUT};
         return ServeEditor(
             {FromUtf8(std::filesystem::absolute(tool).native()), FromUtf8(m_Tool.version), m_Tool.name, m_Name},
             m_Arguments, input, std::cout);

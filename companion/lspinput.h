@@ -8,6 +8,8 @@ namespace veltrane::config {
 /// A file that is read as it comes, such as a pipe: in_avail() tells whether a byte can be had without waiting.
 class FileInput : public std::streambuf {
 public:
+    static constexpr int STANDARD_INPUT = 0;
+
     /// @param file  descriptor, which stays open
     explicit FileInput(int file) : m_File(file) {}
 

@@ -199,6 +199,7 @@ TEST(OptionDocuments, NameNoOptionThatIsNone) {
         const bool isOfOther = name == "own-options" || name.starts_with("veltrane-config");
         if (!isOfOther) text += ReadDocument(file.path().string());
     }
+    text = std::regex_replace(text, std::regex{"[^\n]*veltrane-config [^\n]*"}, "");  // it has options of its own
     EXPECT_EQ(Without(AllOf(text, "(?:^|[^-])(--[a-z][a-z-]*)"), OptionNames()), Names{});
 }
 

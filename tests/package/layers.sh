@@ -32,6 +32,8 @@ function room(file, parts) {
     gsub(/[<>"]/, "", target)
     if (!(own in level)) wrong("a folder that is no room")
     if ($2 ~ /^</) {
+        # The companion writes files and reads a pipe as no host does: in one file each.
+        if ($1 ~ /^companion\/(editfile|lspinput)\./) next
         if (target ~ /\.h$/ && own !~ /^platform/) wrong("a header of the system above the platform layer")
         next
     }

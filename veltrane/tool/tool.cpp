@@ -122,7 +122,7 @@ void OpenLog(XLogging& log, XOption& store, const ToolFacts& facts) {
 }
 
 bool HasOwn(const OwnTable& table) {
-    return !table.options.empty() || !table.sections.empty() || table.helpHead;
+    return !table.options.empty() || !table.sections.empty() || table.helpHead || !table.library.HasAll();
 }
 
 }  // namespace
@@ -137,8 +137,10 @@ int WriteBox(const CString& text, unsigned style, unsigned /*helpId*/) {
 }
 
 CString LogFileOf(XOption& store) {
+    if (!FindOptionDefinition(L"logfile")) return {};
     const CString& file = GetText<"logfile">(store);
-    return file.IsEmpty() ? file : PlaceBelow(GetText<"logging">(store), file);
+    const bool hasFolder = !file.IsEmpty() && FindOptionDefinition(L"logging");
+    return hasFolder ? PlaceBelow(GetText<"logging">(store), file) : file;
 }
 
 int detail::RunTool(const ToolFacts& facts, const OwnTable& table, const ToolBody& body, CString (*programFile)()) {

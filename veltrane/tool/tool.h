@@ -29,7 +29,8 @@ namespace veltrane {
 
 /// Shows a box as text on the console, information on standard output, all else on standard error. Never waits.
 VELTRANE_API int WriteBox(const CString& text, unsigned style, unsigned helpId);
-/// The file of the log: that of the option "logfile", a relative one below the folder "logging"; empty for none.
+/// The file of the log: that of the option "logfile", a relative one below the folder "logging"; empty for none,
+/// as for a tool without these rows.
 [[nodiscard]] VELTRANE_API CString LogFileOf(XOption& store);
 
 /// What a tool says of itself (UTF-8), and what it wants to have done in another way. All of it may be left out.

@@ -7,7 +7,7 @@
 
 namespace veltrane::config {
 
-/// An option that a command asks for: "logfile", "--logfile", "map-file[1]".
+/// An option that a command asks for: "logfile", "map-file[1]".
 struct AskedOption {
     const XOptionDefinition* row;
     std::optional<int> index;

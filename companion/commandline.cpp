@@ -142,7 +142,7 @@ private:
     void RefuseFormat() const {
         const std::string format = m_Request.Value("--format");
         const bool isOfLint = format == "github" || format == "sarif";
-        const bool isFindings = m_Request.command == "lint" && !m_Request.Has("--explain");
+        const bool isFindings = m_Request.command == "lint" && !m_Request.Has("--explain") && !m_Request.Has("--fix");
         if (isOfLint && !isFindings)
             throw Refusal{FormatText(L"--format %s is for the findings of lint alone", FromUtf8(format))};
     }

@@ -1,16 +1,20 @@
 #include "lint.h"
 
 #include <algorithm>
+#include <deque>
 #include <filesystem>
 
 #include "codelist.h"
 #include "commands.h"
+#include "editfile.h"
+#include "lintfix.h"
 #include "lintforms.h"
 #include "places.h"
 #include "printable.h"
 #include "startupfiles.h"
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/process/process.h"
+#include "veltrane/platform/sources/internal/replacement.h"
 #include "wrapped.h"
 
 namespace veltrane::config {
@@ -159,17 +163,17 @@ bool IsOfUnreadable(const LintRun& run, const LintRun::Placed& finding) {
     return IsUnreadable(source.path, source.view);
 }
 
-}  // namespace
-
-Answer Lint(const Request& request, Startup& startup) {
-    if (request.Has("--explain")) return Explain(request.Value("--explain"));
-    LintRun run{startup};
-    std::vector<LintRun::Placed> findings = FindAll(run);
+/// The findings that are wanted of all.
+std::vector<LintRun::Placed> Wanted(const Request& request, const FileFilter& files, std::vector<LintRun::Placed> all) {
     const CodeFilter codes{request.Value("--code")};
+    std::erase_if(
+        all, [&](const LintRun::Placed& finding) { return !codes.Has(finding.code) || !files.Has(finding.source); });
+    return all;
+}
+
+Answer Report(const Request& request, const LintRun& run, const std::vector<LintRun::Placed>& all) {
     const FileFilter files{run, request.words};
-    std::erase_if(findings, [&](const LintRun::Placed& finding) {
-        return !codes.Has(finding.code) || !files.Has(finding.source);
-    });
+    const std::vector<LintRun::Placed> findings = Wanted(request, files, all);
     Answer answer;
     answer.tellsErrors = true;
     std::ptrdiff_t counts[3] = {};
@@ -181,6 +185,67 @@ Answer Lint(const Request& request, Startup& startup) {
     if (request.Value("--format") != "sarif") AddSummary(answer, run, files, counts);
     answer.hasFindings = answer.hasFindings || counts[0] > 0 || (counts[1] > 0 && request.Has("--strict"));
     return answer;
+}
+
+CString MendText(const Mend& mend) {
+    const LintRun::Placed& finding = mend.finding;
+    const CString old = finding.code == LintCode::C02 ? finding.key : finding.section;
+    const bool isHeader = finding.code == LintCode::C16;
+    const CString change = isHeader ? L"[" + old + L" -> [" + old + L"]" : old + L" -> " + mend.text;
+    return ShortPlace({finding.file, finding.line}) + L": " + CString{RowOf(finding.code).name} + L": " +
+           Printable(change) + L" (mended)";
+}
+
+/// @throws Refusal  the file has changed, or cannot be written
+void WriteMended(const MendedFile& mended) {
+    EditFile file{mended.path};
+    if (file.Bytes() != mended.bytes)
+        throw Refusal{L"<" + DisplayPath(mended.path) + L"> has changed meanwhile; try again"};
+    file.Write(mended.result);
+}
+
+// Mends what is certain, and reports what is left.
+Answer Fix(const Request& request, Startup& startup, const LintRun& run, const std::vector<LintRun::Placed>& all) {
+    std::vector<Mend> mends = CertainMends(run, Wanted(request, FileFilter{run, request.words}, all));
+    const std::vector<MendedFile> files = ProveMends(startup, all, mends);
+    const bool isDry = request.Has("--dry-run");
+    std::deque<SourceReplacement> replacements;
+    for (const MendedFile& file : files) replacements.emplace_back(file.path, file.result);
+    Startup restarted = Restarted(startup);
+    LintRun rest{restarted};
+    Answer answer = Report(request, rest, FindAll(rest));
+    std::string told;
+    answer.document["mended"] = Json::array();
+    for (const Mend& mend : mends) {
+        const LintRun::Placed& finding = mend.finding;
+        told += ToUtf8(MendText(mend)) + '\n';
+        answer.document["mended"].push_back({{"code", RowOf(finding.code).name},
+                                             {"file", SpelledPath(finding.file)},
+                                             {"line", finding.line},
+                                             {"new", ToUtf8(mend.text)}});
+    }
+    if (isDry) {
+        answer.errorText = told + answer.text;
+        answer.text.clear();
+        for (const MendedFile& file : files) answer.text += file.diff;
+    } else {
+        answer.text = told + answer.text;
+    }
+    replacements.clear();
+    for (const MendedFile& file : files) {
+        if (!isDry) WriteMended(file);
+    }
+    return answer;
+}
+
+}  // namespace
+
+Answer Lint(const Request& request, Startup& startup) {
+    if (request.Has("--explain")) return Explain(request.Value("--explain"));
+    if (request.Has("--dry-run") && !request.Has("--fix")) throw Refusal{L"--dry-run goes with --fix"};
+    LintRun run{startup};
+    const std::vector<LintRun::Placed> findings = FindAll(run);
+    return request.Has("--fix") ? Fix(request, startup, run, findings) : Report(request, run, findings);
 }
 
 }  // namespace veltrane::config

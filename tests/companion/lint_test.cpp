@@ -201,6 +201,27 @@ TEST_F(Lint, AnnotatesLinesForGithub) {
                  "veltrane-config: --format github is for the findings of lint alone\n");
 }
 
+TEST_F(Lint, MendsWhatIsCertainAndNothingElse) {
+    Write("registry.reg", "REGEDIT4\n");
+    WriteBasic("[ROOT\nlodfile = a.log\n; lint: C02\nloggin=x\n[AUTODOCC]\nautodoc-title=x\n");
+    Write("team.ini", "[USER]\r\n queit =\ttrue\r\nspool=a\r\nspol=b\r\n[ROOT]\r\nmetdata=x");
+    const std::string mended =
+        "meta/veltrane.ini:5: C16: [ROOT -> [ROOT] (mended)\nmeta/veltrane.ini:6: C02: lodfile -> logfile (mended)\n"
+        "meta/veltrane.ini:9: C01: AUTODOCC -> AUTODOC (mended)\nteam.ini:2: C02: queit -> quiet (mended)\n";
+    const std::string left =
+        "team.ini:4: warning C02: 'spol' is not a known key; did you mean 'spool'?\n"
+        "team.ini:6: warning C02: 'metdata' is not a known key; did you mean 'metadata'?\n";
+    const std::string count = "2 files, 1 registry: 0 errors, 2 warnings, 0 notes\n";
+    const ChildResult dry = Ask({"lint", "--fix", "--dry-run"}, {"-i", "team.ini"});
+    ExpectIn(dry.output, "\n- queit =\ttrue\r\n+ quiet =\ttrue\r\n");
+    EXPECT_EQ(dry.errors, mended + left + count);
+    ExpectOutput(Ask({"lint", "--fix"}, {"-i", "team.ini"}), 0, mended + left + count);
+    ExpectOutput(Ask({"lint", "--fix"}, {"-i", "team.ini"}), 0, left + count);
+    std::ostringstream bytes;
+    bytes << std::ifstream{Path("team.ini"), std::ios::binary}.rdbuf();
+    EXPECT_EQ(bytes.str(), "[USER]\r\n quiet =\ttrue\r\nspool=a\r\nspol=b\r\n[ROOT]\r\nmetdata=x");
+}
+
 TEST_F(Lint, ExplainsTheCodesThatTheManualLists) {
     std::ifstream manual{VELTRANE_SOURCE_FOLDER "/docs/veltrane-config.md"};
     std::string told, listed;

@@ -63,7 +63,7 @@ with tempfile.TemporaryDirectory() as work:
     os.mkdir(f"{work}/folder")
     names = ["logfile", "logging", "map-file", "index-file", "dictionary-root", "tablename-rules"]
     arguments = ["-m", work, "db", "-i", "team.ini", "--data", f"{work}/data", "-l", "a b"]
-    questions = (["show", "--all"], ["show", *names], ["explain", *names], ["lint"], ["lint", "--explain", "C05"], ["names", "list"],
+    questions = (["show", "--all"], ["show", *names], ["explain", *names], ["lint"], ["lint", "--explain", "C05"], ["lint", "--fix", "--dry-run"], ["names", "list"],
                  ["names", "--version", "4", "list"], ["names", "--rules"], ["freeze"], ["files"],
                  ["set", "map-file[3]", "m", "--dry-run"], ["set", "spool", "s"], ["set", "ini", "i", "--dry-run"], ["unset", "logfile"], ["set", "x"],
                  ["diff", "other.json"], ["diff", "--", "-m", work, "db"], ["diff", "list"],

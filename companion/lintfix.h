@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "lint.h"
+
+// What lint mends by itself: names that can only have been meant to be another, and headers without their bracket.
+
+namespace veltrane::config {
+
+/// One change of a line.
+struct Mend {
+    LintRun::Placed finding;
+    CString text;  ///< that takes the place of the name; of a header without its bracket the same name
+};
+
+/// A file and what it is to be.
+struct MendedFile {
+    CString path;
+    std::string bytes;  ///< as read
+    std::string result;
+    std::string diff;
+};
+
+/// The findings whose mending is certain.
+std::vector<Mend> CertainMends(const LintRun& run, const std::vector<LintRun::Placed>& findings);
+
+/// The files of some mends, in memory.
+/// @throws Refusal  one cannot be read, or cannot hold a name
+std::vector<MendedFile> MendedFiles(const std::vector<Mend>& mends);
+
+/// Takes out what would bring a finding that was not there before, and makes the files of the rest.
+/// @param before  all findings of the configuration
+std::vector<MendedFile> ProveMends(Startup& startup, const std::vector<LintRun::Placed>& before,
+                                   std::vector<Mend>& mends);
+
+/// The tool as it starts with other bytes in its files, which have to stand in their place while it is asked.
+Startup Restarted(Startup& startup);
+
+}  // namespace veltrane::config

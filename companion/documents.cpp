@@ -29,8 +29,9 @@ constexpr char MAN_PAGE[] = R"(.TH "@TITLE@" 1 "" "@NAME@ @VERSION@" "@NAME@"
 .SH DESCRIPTION
 .B @NAME@
 starts the tool up as far as its configuration goes, looks, and answers one
-question. It changes and creates nothing. Errors do not stop it: all of them
-are reported, and the rest is shown.
+question. Errors do not stop it: all of them are reported, and the rest is
+shown. Only the commands set and unset and the option \-\-fix of lint change a
+file.
 .PP
 Everything after
 .B \-\-

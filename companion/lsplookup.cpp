@@ -1,7 +1,6 @@
 #include "lsplookup.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace veltrane::config {
 
@@ -78,9 +77,9 @@ std::optional<PlacedLine> LineAt(const LspAnalysis& analysis, const OptionOrigin
 std::vector<PlacedLine> LinesOf(const LspAnalysis& analysis, const CString& section, const CString& key) {
     std::vector<PlacedLine> found;
     const Kind kind = key.IsEmpty() ? Kind::Section : Kind::Entry;
-    for (const LintSource& source : std::views::reverse(analysis.run.sources)) {
-        for (const SourceLine& line : source.view.lines) {
-            const PlacedLine placed{&source, &line};
+    for (auto source = analysis.run.sources.rbegin(); source != analysis.run.sources.rend(); ++source) {
+        for (const SourceLine& line : source->view.lines) {
+            const PlacedLine placed{&*source, &line};
             if (line.kind != kind || (!key.IsEmpty() && !IsSame(line.key, key))) continue;
             const std::optional<CString> own = SectionOf(analysis, placed);
             if (own && IsSame(*own, section)) found.push_back(placed);
@@ -96,8 +95,8 @@ std::vector<PlacedLine> LinesOfReference(LspAnalysis& analysis, const PlacedLine
     if (option && option->isInForce) {
         for (const OptionStep& step : options.ExplainOption(option->row->szLongName, option->index).steps) {
             if (step.kind != OptionStep::Kind::Reference || !IsSame(step.reference, name)) continue;
-            for (const OptionPlace& place : std::views::reverse(step.places)) {
-                const std::optional<PlacedLine> line = place.found ? LineAt(analysis, place) : std::nullopt;
+            for (auto place = step.places.rbegin(); place != step.places.rend(); ++place) {  // the last answer counts
+                const std::optional<PlacedLine> line = place->found ? LineAt(analysis, *place) : std::nullopt;
                 if (line) AddOnce(found, *line);
             }
         }

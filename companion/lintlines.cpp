@@ -58,6 +58,11 @@ MeantKey FindAnywhere(const CString& key) {
     return isOption ? MeantKey{row, {}, row->szLongName} : MeantKey{};
 }
 
+// A key in capitals is none, and need not be looked for.
+MeantKey FindInSmallLetters(const CString& key) {
+    return key == CString{key}.MakeLower() ? FindAnywhere(key) : MeantKey{};
+}
+
 CString Bracketed(const CString& section) {
     return section.IsEmpty() ? section : L"[" + section + L"]";
 }
@@ -188,8 +193,7 @@ private:
             Report(line, {C16, FormatText(L"only ';' begins a comment; '%s' is read as a naming rule", line.key)});
         } else if (IsInQuotes(line.key)) {
             Report(line, {C14, FormatText(L"the quotes are part of the text %s that this rule replaces", line.key)});
-        } else if (const MeantKey meant = FindAnywhere(line.key);
-                   meant.row && line.key == CString{line.key}.MakeLower()) {
+        } else if (const MeantKey meant = FindInSmallLetters(line.key); meant.row) {
             Report(line, {C03, FormatText(L"'%s' is a naming rule in this section", line.key),
                           Bracketed(m_Run.SectionFor(m_Source, *meant.row, meant.index)), Severity::Note});
         }

@@ -4,6 +4,7 @@
 #include "askedoption.h"
 #include "commands.h"
 #include "edit.h"
+#include "nametext.h"
 #include "places.h"
 #include "printable.h"
 #include "startupfiles.h"
@@ -26,10 +27,10 @@ public:
     }
     // A section may have the form of several families, when the name of the database holds "%d".
     void Add(const CString& form, int index, const CString& key, const CString& value) {
-        const CString folded = CString{form}.MakeLower();
+        const CString folded = Folded(form);
         const auto isSame = [&](const Section& known) {
             int number = 0;
-            return MatchIndex(CString{known.first}.MakeLower(), folded, number) && number == index;
+            return MatchIndex(Folded(known.first), folded, number) && number == index;
         };
         LinesOf(FormatIndex(form, index), isSame).push_back(key + L" = " + QuotedValue(value));
     }

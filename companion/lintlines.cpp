@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "lint.h"
+#include "nametext.h"
 #include "printable.h"
 #include "veltrane/config/xconfiguration.h"
 #include "veltrane/platform/text/numbers.h"
@@ -45,7 +46,7 @@ MeantKey FindFamily(const XOptionDefinition& row, const CString& key) {
 }
 
 MeantKey FindAnywhere(const CString& key) {
-    const CString folded = CString{key}.MakeLower();
+    const CString folded = Folded(key);
     for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
         if (row->eOption == eOptionTitle || row->eSection == eSectionNone) continue;
         if (folded == row->szLongName) return {row};

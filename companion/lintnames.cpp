@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "lint.h"
+#include "nametext.h"
 #include "veltrane/foundation/nearest.h"
 #include "veltrane/platform/text/internal/indexformat.h"
 
@@ -12,18 +13,9 @@ namespace {
 using Kind = SourceLine::Kind;
 
 constexpr int SHORTEST_NAME = 4;  // of which a misspelt one can be told
-constexpr wchar_t DIGITS[] = L"0123456789";
-
-CString Folded(CString text) {
-    return text.MakeLower();
-}
 
 bool IsBelow(const CString& section, const CString& parent) {
     return section.Left(parent.GetLength() + 1) == parent + L"\\";
-}
-
-bool IsNumber(const CString& text) {
-    return !text.IsEmpty() && text.View().find_first_not_of(DIGITS) == std::wstring_view::npos;
 }
 
 CString WithoutDigits(const CString& text) {

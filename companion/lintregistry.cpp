@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "lint.h"
+#include "nametext.h"
 #include "veltrane/foundation/nearest.h"
 #include "veltrane/platform/sources/internal/snapshot.h"
 #include "veltrane/platform/sources/winreg.h"
@@ -36,7 +37,7 @@ class RegistryLint {
 public:
     RegistryLint(LintRun& run, const LintSource& source) : m_Run(run), m_Source(source) {
         for (const SourceLine& line : source.view.lines) {
-            if (line.kind == Kind::Section) m_Paths.insert(CString{line.section}.MakeLower());
+            if (line.kind == Kind::Section) m_Paths.insert(Folded(line.section));
         }
     }
     RegistryLint(const RegistryLint&) = delete;
@@ -125,7 +126,7 @@ private:
         return Nearest(path, paths);
     }
     // What the file has as well is not what another path was meant to be.
-    bool IsInFile(const CString& path) const { return m_Paths.contains(CString{path}.MakeLower()); }
+    bool IsInFile(const CString& path) const { return m_Paths.contains(Folded(path)); }
 
     void LintEntry(const SourceLine& line) {
         const RegistryKey* const key = m_Run.FindRegistryKey(line.section);

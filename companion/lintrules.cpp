@@ -1,5 +1,6 @@
 // Checks of the naming rules.
 #include "lint.h"
+#include "nametext.h"
 #include "printable.h"
 #include "veltrane/platform/text/internal/indexformat.h"
 
@@ -14,24 +15,24 @@ void LintVersion(LintRun& run, const LintSource& source, const SourceLine& line,
         run.Report(source, line, {C14, L"a negative version ends the reading; no rule of this kind is in force"});
     }
     const CString asked = FormatIndex(use.form, *use.index);
-    if (asked == CString{line.section}.MakeLower()) return;
+    if (asked == Folded(line.section)) return;
     run.Report(source, line,
                {C14, FormatText(L"rules of version %d are read from [%s]; here every match is replaced by nothing",
                                 *use.index, asked)});
 }
 
-std::pair<CString, CString> Folded(const CString& first, const CString& second) {
-    return {CString{first}.MakeLower(), CString{second}.MakeLower()};
+std::pair<CString, CString> FoldedTexts(const CString& first, const CString& second) {
+    return {Folded(first), Folded(second)};
 }
 
 // A rule is undone by a later one that goes its way back.
 void LintUndone(LintRun& run, const std::vector<OptionRule>& rules) {
     std::map<std::pair<CString, CString>, const OptionRule*> last;
     for (const OptionRule& rule : rules) {
-        if (rule.isInForce) last[Folded(rule.oldText, rule.newText)] = &rule;
+        if (rule.isInForce) last[FoldedTexts(rule.oldText, rule.newText)] = &rule;
     }
     for (const OptionRule& rule : rules) {
-        const auto back = last.find(Folded(rule.newText, rule.oldText));
+        const auto back = last.find(FoldedTexts(rule.newText, rule.oldText));
         const bool isUndone = rule.isInForce && back != last.end() && back->second > &rule;
         if (!isUndone || rule.oldText.CompareNoCase(rule.newText) == 0) continue;
         const OptionRule& later = *back->second;

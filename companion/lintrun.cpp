@@ -2,6 +2,7 @@
 #include <fstream>
 
 #include "lint.h"
+#include "nametext.h"
 #include "places.h"
 #include "startupfiles.h"
 #include "veltrane/config/xconfiguration.h"
@@ -12,10 +13,6 @@
 namespace veltrane::config {
 
 namespace {
-
-CString Folded(CString text) {
-    return text.MakeLower();
-}
 
 // Text of configurations begins with a sign of ASCII, of which UTF-16 makes two bytes with one NUL.
 bool IsUnmarkedUtf16(const CString& path) {

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "lint.h"
+#include "nametext.h"
 #include "printable.h"
 #include "veltrane/platform/text/numbers.h"
 
@@ -13,10 +14,6 @@ namespace {
 using enum LintCode;
 
 constexpr const wchar_t* REMARK_MARKS[] = {L" ;", L" # "};  // "Ticket #12" is none
-
-bool IsNumber(const CString& text) {
-    return text.View().find_first_not_of(L"0123456789") == std::wstring_view::npos;
-}
 
 // Whether a number says more than it is read as.
 bool IsTooLarge(const CString& digits) {

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "lint.h"
+#include "nametext.h"
 #include "printable.h"
 #include "veltrane/foundation/xpath.h"
 #include "veltrane/platform/sources/environment.h"
@@ -131,10 +132,6 @@ void LintLogFile(LintRun& run) {
     if (HasFinding(run, C10, origin)) return;  // a list of sections is no folder that is missed
     run.Report(origin, {C22, FormatText(L"the folder <%s> of the log file does not exist; the tool cannot open its log",
                                         Printable(folder))});
-}
-
-CString Folded(CString text) {
-    return text.MakeLower();
 }
 
 /// Looks at values that are not used now: what they say may count tomorrow.

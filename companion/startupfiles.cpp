@@ -5,6 +5,7 @@
 #include <set>
 
 #include "answer.h"
+#include "nametext.h"
 #include "places.h"
 #include "veltrane/config/xconfiguration.h"
 #include "veltrane/foundation/nearest.h"
@@ -16,10 +17,6 @@ namespace {
 
 constexpr const wchar_t* READINGS[] = {L"read",         L"missing",       L"is a folder", L"is not a regular file",
                                        L"is too large", L"cannot be read"};
-
-CString Folded(CString text) {
-    return text.MakeLower();
-}
 
 // Where the name of the database comes from: "command line, word 3".
 CString DatabasePlace(XOption& options) {

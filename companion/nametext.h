@@ -1,0 +1,16 @@
+#pragma once
+
+#include "veltrane/platform/text/cstring.h"
+
+namespace veltrane::config {
+
+/// A name in the form in which names are compared that differ in case.
+inline CString Folded(CString name) {
+    return name.MakeLower();
+}
+
+inline bool IsNumber(const CString& text) {
+    return !text.IsEmpty() && text.View().find_first_not_of(L"0123456789") == std::wstring_view::npos;
+}
+
+}  // namespace veltrane::config

@@ -24,7 +24,7 @@ const LintRow* FindLint(CString name) {
 // "5" and "C5" are no codes.
 CString NearestCode(CString name) {
     name.MakeUpper();
-    const CString padded = L"C0" + name.Right(1);
+    CString padded = L"C0" + name.Right(1);
     if (name.GetLength() < 3 && FindLint(padded)) return padded;
     std::vector<CString> names;
     for (const LintRow& row : LINTS) names.emplace_back(row.name);

@@ -107,7 +107,7 @@ Json LocationJson(const LintRun::Placed& finding, const fs::path& path) {
 }  // namespace
 
 CString TextOf(const LintRun::Placed& finding) {
-    const CString text = Printable(finding.text);
+    CString text = Printable(finding.text);
     const CString& meant = finding.suggestion;
     if (meant.IsEmpty()) return text;
     const CString name = meant[0] == L'[' ? meant : L"'" + meant + L"'";

@@ -31,7 +31,7 @@ struct Target {
     int line;
     LintCode code;
 
-    auto operator<=>(const Target&) const = default;
+    auto operator<=>(const Target&) const = default;  // NOLINT(modernize-use-nullptr): clang 14 sees a literal
 };
 
 class Silencing {

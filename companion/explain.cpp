@@ -14,10 +14,10 @@ namespace veltrane::config {
 namespace {
 
 constexpr int STEP_INDENT = 4;
-constexpr const char* KINDS[] = {"given", "reference", "folder", "value"};
+constexpr const char* STEP_KINDS[] = {"given", "reference", "folder", "value"};
 
 const char* NameOf(OptionStep::Kind kind) {
-    return KINDS[static_cast<std::size_t>(kind)];
+    return STEP_KINDS[static_cast<std::size_t>(kind)];
 }
 
 CString TitleOf(const OptionStep& step) {

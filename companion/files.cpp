@@ -10,7 +10,7 @@ namespace veltrane::config {
 
 namespace {
 
-using Kind = OptionLocation::Kind;
+using LocationKind = OptionLocation::Kind;
 
 constexpr const wchar_t* KINDS[] = {L"registry", L"metadata folder", L"basic file", L"user file", L"data", L"folder"};
 constexpr const wchar_t* ENCODINGS[] = {L"UTF-8", L"UTF-8 with a mark", L"UTF-16LE", L"UTF-16BE"};
@@ -21,11 +21,12 @@ CString NameOf(const Names& names, Value value) {
 }
 
 SourceFileLines ReadLines(const OptionLocation& location) {
-    return location.kind == Kind::Registry ? ReadRegistryLines(location.path) : ReadProfileLines(location.path);
+    return location.kind == LocationKind::Registry ? ReadRegistryLines(location.path) : ReadProfileLines(location.path);
 }
 
 bool IsFile(const OptionLocation& location) {
-    return location.kind == Kind::Registry || location.kind == Kind::BasicFile || location.kind == Kind::UserFile;
+    return location.kind == LocationKind::Registry || location.kind == LocationKind::BasicFile ||
+           location.kind == LocationKind::UserFile;
 }
 
 void DescribeFile(const OptionLocation& location, CString& state, Json& json) {
@@ -38,7 +39,7 @@ void DescribeFile(const OptionLocation& location, CString& state, Json& json) {
     state = FormatText(L"%s, %d %s", encoding, lines, lines == 1 ? L"line" : L"lines");
     json["encoding"] = ToUtf8(encoding);
     json["lines"] = lines;
-    if (location.kind == Kind::Registry) return;
+    if (location.kind == LocationKind::Registry) return;
     state += FormatText(L", section names %d characters", file.sectionListLength);
     json["section_list_length"] = file.sectionListLength;
 }
@@ -49,7 +50,7 @@ CString FolderState(XOption& options, const OptionLocation& location) {
     if (location.path.IsEmpty()) return L"not named";
     const OptionCandidates found = options.GetOptionCandidates(location.option, -1);
     const bool isDefault = found.candidates.size() == 1 && found.candidates[0].layer == OptionLayer::StartUp;
-    return isDefault && location.kind == Kind::UserFolder ? L"missing: the tool creates it" : L"missing";
+    return isDefault && location.kind == LocationKind::UserFolder ? L"missing: the tool creates it" : L"missing";
 }
 
 CString OriginText(XOption& options, const CString& option) {
@@ -76,7 +77,7 @@ void Add(Answer& answer, Columns& columns, XOption& options, const OptionLocatio
     json["spelled"] = ToUtf8(location.spelled);
     json["exists"] = location.exists;
     CString state = FolderState(options, location);
-    if (location.kind == Kind::UserFile && !isUserFileRead) {
+    if (location.kind == LocationKind::UserFile && !isUserFileRead) {
         state = L"not read: a file names it, which is too late";
     } else if (IsFile(location)) {
         DescribeFile(location, state, json);
@@ -84,7 +85,7 @@ void Add(Answer& answer, Columns& columns, XOption& options, const OptionLocatio
     json["state"] = ToUtf8(state);
     const CString origin = OriginText(options, location.option);
     if (!origin.IsEmpty()) json["named_by"] = ToUtf8(origin);
-    const bool isUserFolder = location.kind == Kind::UserFolder;
+    const bool isUserFolder = location.kind == LocationKind::UserFolder;
     columns.Add({isUserFolder ? location.option : NameOf(KINDS, location.kind), PathText(location),
                  origin.IsEmpty() ? state : state + L" (" + origin + L")"});
     answer.document["files"].push_back(std::move(json));
@@ -98,7 +99,7 @@ Answer Files(const Request& /*request*/, Startup& startup) {
     Columns columns;
     const std::vector<OptionLocation> locations = startup.options.GetLocations();
     const bool isUserFileRead = std::ranges::any_of(locations, [](const OptionLocation& location) {
-        return location.kind == Kind::UserFile && location.isInForce;
+        return location.kind == LocationKind::UserFile && location.isInForce;
     });
     for (const OptionLocation& location : locations) {
         Add(answer, columns, startup.options, location, isUserFileRead);

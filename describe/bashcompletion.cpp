@@ -7,7 +7,7 @@ namespace {
 
 // A word is never evaluated: what stands on the line, and what a file holds, may be anything. So quotes and backslashes
 // are taken off the folder's word by hand, and names are quoted for the quotes that are open.
-constexpr char SCRIPT[] = R"(# bash completion for @TOOL@, @MADE@
+constexpr char BASH_SCRIPT[] = R"(# bash completion for @TOOL@, @MADE@
 
 _@FUNCTION@_databases() {
     local folder=.metadata program i
@@ -69,7 +69,7 @@ complete -F _@FUNCTION@ @TOOL@
 
 std::string BashCompletion(const std::string& /*tool*/) {
     using enum ValueKind;
-    std::string script = Replaced(SCRIPT, "@MADE@", MADE_FROM);
+    std::string script = Replaced(BASH_SCRIPT, "@MADE@", MADE_FROM);
     script = Replaced(script, "@FILTER@", ShellQuoted(DatabaseFilter()));
     const std::string names = NamesOf({None, Flag, TriState, Text, File, Folder, Database}, " ");
     script = Replaced(script, "@NAMES@", ShellQuoted(names));

@@ -8,7 +8,7 @@ namespace veltrane::detail {
 
 namespace {
 
-constexpr char PAGE[] = R"(.TH "@TITLE@" 1 "" "@NAME@ @VERSION@" "@NAME@"
+constexpr char COMMAND_PAGE[] = R"(.TH "@TITLE@" 1 "" "@NAME@ @VERSION@" "@NAME@"
 .ad l
 .nh
 .SH NAME
@@ -106,7 +106,7 @@ std::string Capital(std::string text) {
     return text;
 }
 
-std::string Options(const std::string& tool) {
+std::string OptionEntries(const std::string& tool) {
     std::string text;
     for (const OptionGroup& group : GetOptionGroups(tool)) {
         if (group.title.empty()) continue;
@@ -157,7 +157,7 @@ std::string Folders() {
 }  // namespace
 
 std::string CommandPage(const std::string& tool) {
-    std::string page = Replaced(PAGE, "@OPTIONS@", Options(tool));
+    std::string page = Replaced(COMMAND_PAGE, "@OPTIONS@", OptionEntries(tool));
     page = Replaced(page, "@FOLDERS@", Folders());
     page = Replaced(page, "@FACTS@", Facts());
     return Replaced(page, "@VARIABLES@", Variables());

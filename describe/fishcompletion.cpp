@@ -5,7 +5,7 @@ namespace veltrane::detail {
 
 namespace {
 
-constexpr char SCRIPT[] = R"(# fish completion for @TOOL@, @MADE@
+constexpr char FISH_SCRIPT[] = R"(# fish completion for @TOOL@, @MADE@
 
 function __@FUNCTION@_databases
     set -l words (commandline -opc)
@@ -42,7 +42,7 @@ std::string_view ValueOf(ValueKind kind) {
 }
 
 // A short name is one "old option" even when it is one letter, so that fish offers no bundles of letters.
-std::string Options(const std::string& tool) {
+std::string FishOptions(const std::string& tool) {
     std::string lines;
     for (const OptionText& option : GetOptionTexts(tool)) {
         lines += "complete -c @TOOL@";
@@ -57,9 +57,9 @@ std::string Options(const std::string& tool) {
 }  // namespace
 
 std::string FishCompletion(const std::string& tool) {
-    std::string script = Replaced(SCRIPT, "@MADE@", MADE_FROM);
+    std::string script = Replaced(FISH_SCRIPT, "@MADE@", MADE_FROM);
     script = Replaced(script, "@FILTER@", FishQuoted(DatabaseFilter()));
-    return Replaced(script, "@OPTIONS@", Options(tool));
+    return Replaced(script, "@OPTIONS@", FishOptions(tool));
 }
 
 }  // namespace veltrane::detail

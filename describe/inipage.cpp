@@ -6,7 +6,7 @@ namespace veltrane::detail {
 
 namespace {
 
-constexpr char PAGE[] = R"(.TH "@TITLE@.INI" 5 "" "@NAME@ @VERSION@" "@NAME@"
+constexpr char INI_PAGE[] = R"(.TH "@TITLE@.INI" 5 "" "@NAME@ @VERSION@" "@NAME@"
 .ad l
 .nh
 .SH NAME
@@ -169,7 +169,7 @@ std::string Folders() {
 }  // namespace
 
 std::string IniPage(const std::string& tool) {
-    std::string page = Replaced(PAGE, "@SECTIONS@", Sections(tool));
+    std::string page = Replaced(INI_PAGE, "@SECTIONS@", Sections(tool));
     page = Replaced(page, "@FAMILIES@", Families());
     return Replaced(page, "@FOLDERS@", Folders());
 }

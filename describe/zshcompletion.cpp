@@ -5,7 +5,7 @@ namespace veltrane::detail {
 
 namespace {
 
-constexpr char SCRIPT[] = R"(#compdef @TOOL@
+constexpr char ZSH_SCRIPT[] = R"(#compdef @TOOL@
 # zsh completion for @TOOL@, @MADE@
 
 _@FUNCTION@_databases() {
@@ -56,7 +56,7 @@ std::string Described(const std::string& name, const std::string& description) {
     return "        " + ShellQuoted(name + colon + description) + '\n';
 }
 
-std::string Options(const std::string& tool) {
+std::string ZshOptions(const std::string& tool) {
     std::string lines;
     for (const OptionText& option : GetOptionTexts(tool)) {
         lines += Described(option.shortOption, option.description) + Described(option.longOption, option.description);
@@ -68,14 +68,14 @@ std::string Options(const std::string& tool) {
 
 std::string ZshCompletion(const std::string& tool) {
     using enum ValueKind;
-    std::string script = Replaced(SCRIPT, "@MADE@", MADE_FROM);
+    std::string script = Replaced(ZSH_SCRIPT, "@MADE@", MADE_FROM);
     script = Replaced(script, "@FILTER@", ShellQuoted(DatabaseFilter()));
     script = Replaced(script, "@FLAGS@", NamesOf({Flag}, " | "));
     script = Replaced(script, "@TRISTATES@", NamesOf({TriState}, " | "));
     script = Replaced(script, "@FOLDERS@", NamesOf({Folder}, " | "));
     script = Replaced(script, "@FILES@", NamesOf({File}, " | "));
     script = Replaced(script, "@TEXTS@", NamesOf({Text, None}, " | "));
-    return Replaced(script, "@OPTIONS@", Options(tool));
+    return Replaced(script, "@OPTIONS@", ZshOptions(tool));
 }
 
 }  // namespace veltrane::detail

@@ -10,8 +10,6 @@ using namespace veltrane::detail;
 
 namespace {
 
-constexpr XSource Here{L".\\xsetint"};
-
 // The key at the cursor of an integer map; -1 with an empty value when the cursor is on no entry.
 template <class Value>
 int Read(const XCursorMap<int, Value>& map, Value& out) {
@@ -76,7 +74,7 @@ void XMapInt2SetOfInt::Insert(int key, XSetInt* set) {
 
 void XMapInt2SetOfInt::Insert(int key, const CString& list) {
     if (Find(key)) {
-        throw MakeError(Here(L"XMapInt2SetOfInt::Insert"),
+        throw MakeError(XSource{L".\\xsetint"}(L"XMapInt2SetOfInt::Insert"),
                         L"There are already classes defined as 'obsolete' in database '%d'", key);
     }
     auto set = std::make_unique<XSetInt>();

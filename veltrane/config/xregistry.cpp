@@ -12,8 +12,6 @@ using namespace veltrane;
 
 namespace {
 
-constexpr XSource Here{L".\\xregistry"};
-
 constexpr wchar_t ROOT_PATH[] = L"SOFTWARE\\VORNAK";
 
 constexpr std::uint32_t FIRST_SIZE = 128;     // bytes; nearly every value fits, so it takes one query
@@ -78,7 +76,9 @@ bool XRegistry::GetValue(CString& value, const CString& section, const CString& 
 }
 
 bool XRegistry::GetValue(CString& value, const CString& name) {
-    if (!m_hKey) throw MakeError(Here(L"XRegistry::GetValue"), L"No opened registry key to get a value from!");
+    if (!m_hKey)
+        throw MakeError(XSource{L".\\xregistry"}(L"XRegistry::GetValue"),
+                        L"No opened registry key to get a value from!");
     Query query{FIRST_SIZE, nullptr};
     long result = ERROR_SUCCESS;
     if (!query.Run(m_hKey, name, result)) return false;

@@ -15,8 +15,6 @@ using namespace veltrane::detail;
 
 namespace {
 
-constexpr XSource Here{L".\\xaction"};
-
 // The clock wraps, so all its arithmetic is done without sign.
 std::int32_t Sum(std::int32_t a, std::int32_t b) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
@@ -141,7 +139,7 @@ void XAction::TimeDHMS(int& days, int& hours, int& minutes, CString& seconds, co
 
 XAction& XAction::operator+=(const XAction& other) {
     if (m_bRunning || other.m_bRunning) {
-        throw MakeError(Here(L"XAction::operator +="),
+        throw MakeError(XSource{L".\\xaction"}(L"XAction::operator +="),
                         L"Error adding two times: Cannot add times of still running actions!");
     }
     m_nAccumulated = Sum(m_nAccumulated, other.m_nAccumulated);

@@ -9,10 +9,8 @@ using namespace detail;
 
 namespace {
 
-constexpr XSource Here{L".\\xowntable"};
-
 void Check(const OwnTable& table) {
-    constexpr XSite site = Here(L"OwnOptions::OwnOptions");
+    constexpr XSite site = XSource{L".\\xowntable"}(L"OwnOptions::OwnOptions");
     if (OptionRegistry::HasStores()) {
         throw MakeError(site, L"Options can be registered only before a store is made!");
     }

@@ -19,11 +19,7 @@ for preset in release sanitize; do
 done
 
 step "clang-tidy"
-mkdir -p build/tidy  # without what g++ alone knows
-sed "s/ -fno-gnu-unique//g; s/ -Winvalid-pch -include [^ ]*cmake_pch.hxx//g" build/release/compile_commands.json >build/tidy/compile_commands.json
-# Not veltrane-config: the headers of its two libraries take as long as all the rest. By hand: clang-tidy -p build/tidy.
-git ls-files --cached --others --exclude-standard 'veltrane/*.cpp' 'host/*.cpp' 'describe/*.cpp' |
-    xargs -P "$(nproc)" -n 4 clang-tidy -p build/tidy --quiet 2>/dev/null
+scripts/tidy.sh
 
 step "other ways to build"
 scripts/matrix.sh --fast

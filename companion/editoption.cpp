@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <tuple>
 
+#include "nametext.h"
 #include "request.h"
 #include "veltrane/collections/xmap.h"
 #include "veltrane/config/xconfiguration.h"
@@ -18,21 +19,17 @@ namespace {
 
 using Kind = SourceLine::Kind;
 
-bool IsSame(const CString& left, const CString& right) {
-    return left.CompareNoCase(right) == 0;
-}
-
 /// Whether a section is the one of a value, which is asked for without the blanks at its ends.
 bool IsSectionOf(const OptionKey& key, const CString& section) {
     int index = 0;
-    if (!key.HasIndexInSection()) return IsSame(section, CString{key.section}.Trim(L" "));
+    if (!key.HasIndexInSection()) return IsSameName(section, CString{key.section}.Trim(L" "));
     return MatchIndex(CString{section}.MakeLower(), CString{key.section}.MakeLower(), index) && index == *key.index;
 }
 
 /// Whether an entry is of a value by its names alone.
 bool IsEntryOf(const OptionKey& key, const SourceLine& line) {
     if (line.kind != Kind::Entry || !IsSectionOf(key, line.section)) return false;
-    if (!key.index || key.HasIndexInSection()) return IsSame(line.key, key.key);
+    if (!key.index || key.HasIndexInSection()) return IsSameName(line.key, key.key);
     std::optional<int> index;
     return XConfiguration::IsFamilyKey(line.key, key.key, index) && index == key.index;
 }
@@ -93,8 +90,8 @@ CString NewEntry(const FileEdit& edit, const OptionKey& key, const CString& valu
 std::vector<std::tuple<CString, CString, CString>> OtherAnswers(const SourceFileLines& view, const SourceLine& line) {
     std::vector<std::tuple<CString, CString, CString>> answers;
     for (const SourceLine& each : view.lines) {
-        const bool isOfSection = IsSame(each.section, line.section);
-        const bool isChanged = isOfSection && (each.kind == Kind::Section || IsSame(each.key, line.key));
+        const bool isOfSection = IsSameName(each.section, line.section);
+        const bool isChanged = isOfSection && (each.kind == Kind::Section || IsSameName(each.key, line.key));
         const bool isTold = each.kind == Kind::Section || (each.kind == Kind::Entry && each.answers);
         if (isTold && !isChanged) answers.emplace_back(each.section, each.key, each.value);
     }

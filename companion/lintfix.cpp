@@ -7,6 +7,7 @@
 
 #include "edit.h"
 #include "editfile.h"
+#include "nametext.h"
 #include "places.h"
 #include "printable.h"
 #include "veltrane/platform/process/process.h"
@@ -18,10 +19,6 @@ namespace {
 
 using Kind = SourceLine::Kind;
 using enum LintCode;
-
-bool IsSame(const CString& left, const CString& right) {
-    return left.CompareNoCase(right) == 0;
-}
 
 // Whether one letter is dropped, added or changed, or two neighbours are swapped; case does not count.
 bool IsOneSlip(CString left, CString right) {
@@ -47,7 +44,7 @@ const LintSource& SourceOf(const LintRun& run, const LintRun::Placed& finding) {
 
 bool HasSection(const LintSource& source, const CString& name) {
     return std::ranges::any_of(source.view.lines, [&](const SourceLine& line) {
-        return line.kind == Kind::Section && IsSame(line.section, name);
+        return line.kind == Kind::Section && IsSameName(line.section, name);
     });
 }
 
@@ -61,8 +58,8 @@ bool IsCertainKey(const LintRun& run, const LintRun::Placed& finding) {
         if (isOther && IsOneSlip(finding.key, row->szLongName)) return false;
     }
     return std::ranges::none_of(SourceOf(run, finding).view.lines, [&](const SourceLine& line) {
-        const bool isEntry = line.kind == Kind::Entry && IsSame(line.section, finding.section);
-        return isEntry && IsSame(line.key, finding.suggestion);
+        const bool isEntry = line.kind == Kind::Entry && IsSameName(line.section, finding.section);
+        return isEntry && IsSameName(line.key, finding.suggestion);
     });
 }
 
@@ -120,7 +117,8 @@ std::vector<Mend> CertainMends(const LintRun& run, const std::vector<LintRun::Pl
         const auto isTwin = [&](const Mend& other) {  // two slips of one name
             const bool isThere = other.finding.source == finding.source;
             const bool isSameKind = other.finding.code == finding.code && finding.code != C16;
-            return isThere && isSameKind && IsSame(other.text, name) && IsSame(other.finding.section, finding.section);
+            return isThere && isSameKind && IsSameName(other.text, name) &&
+                   IsSameName(other.finding.section, finding.section);
         };
         if (!name.IsEmpty() && std::ranges::none_of(mends, isTwin)) mends.push_back({finding, name});
     }

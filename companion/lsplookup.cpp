@@ -2,15 +2,13 @@
 
 #include <algorithm>
 
+#include "nametext.h"
+
 namespace veltrane::config {
 
 namespace {
 
 using Kind = SourceLine::Kind;
-
-bool IsSame(const CString& left, const CString& right) {
-    return left.CompareNoCase(right) == 0;
-}
 
 void AddOnce(std::vector<PlacedLine>& lines, const PlacedLine& placed) {
     if (std::ranges::find(lines, placed) == lines.end()) lines.push_back(placed);
@@ -80,9 +78,9 @@ std::vector<PlacedLine> LinesOf(const LspAnalysis& analysis, const CString& sect
     for (auto source = analysis.run.sources.rbegin(); source != analysis.run.sources.rend(); ++source) {
         for (const SourceLine& line : source->view.lines) {
             const PlacedLine placed{&*source, &line};
-            if (line.kind != kind || (!key.IsEmpty() && !IsSame(line.key, key))) continue;
+            if (line.kind != kind || (!key.IsEmpty() && !IsSameName(line.key, key))) continue;
             const std::optional<CString> own = SectionOf(analysis, placed);
-            if (own && IsSame(*own, section)) found.push_back(placed);
+            if (own && IsSameName(*own, section)) found.push_back(placed);
         }
     }
     return found;
@@ -94,7 +92,7 @@ std::vector<PlacedLine> LinesOfReference(LspAnalysis& analysis, const PlacedLine
     const std::optional<LineOption> option = OptionOf(analysis, holder);
     if (option && option->isInForce) {
         for (const OptionStep& step : options.ExplainOption(option->row->szLongName, option->index).steps) {
-            if (step.kind != OptionStep::Kind::Reference || !IsSame(step.reference, name)) continue;
+            if (step.kind != OptionStep::Kind::Reference || !IsSameName(step.reference, name)) continue;
             for (auto place = step.places.rbegin(); place != step.places.rend(); ++place) {  // the last answer counts
                 const std::optional<PlacedLine> line = place->found ? LineAt(analysis, *place) : std::nullopt;
                 if (line) AddOnce(found, *line);
@@ -114,7 +112,7 @@ std::vector<PlacedLine> LinesReferringTo(const LspAnalysis& analysis, const CStr
     std::vector<PlacedLine> found;
     for (const LintSource& source : analysis.run.sources) {
         for (const SourceLine& line : source.view.lines) {
-            const auto isName = [&](const CString& reference) { return IsSame(reference, name); };
+            const auto isName = [&](const CString& reference) { return IsSameName(reference, name); };
             if (line.kind == Kind::Entry && std::ranges::any_of(ReferencesOf(line.value), isName))
                 found.push_back({&source, &line});
         }

@@ -9,6 +9,10 @@ inline CString Folded(CString name) {
     return name.MakeLower();
 }
 
+inline bool IsSameName(const CString& left, const CString& right) {
+    return left.CompareNoCase(right) == 0;
+}
+
 inline bool IsNumber(const CString& text) {
     return !text.IsEmpty() && text.View().find_first_not_of(L"0123456789") == std::wstring_view::npos;
 }

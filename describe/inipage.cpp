@@ -151,7 +151,7 @@ std::string Families() {
 }
 
 /// The options for folders, but that of the metadata: ".BR data ,", "and", ".B logging".
-std::string Folders() {
+std::string FolderKeys() {
     std::vector<std::string> keys;
     for (const enumOption option : {eOptionData, eOptionChangefileRoot, eOptionLogging}) {
         for (const OptionText& text : GetOptionTexts()) {
@@ -171,7 +171,7 @@ std::string Folders() {
 std::string IniPage(const std::string& tool) {
     std::string page = Replaced(INI_PAGE, "@SECTIONS@", Sections(tool));
     page = Replaced(page, "@FAMILIES@", Families());
-    return Replaced(page, "@FOLDERS@", Folders());
+    return Replaced(page, "@FOLDERS@", FolderKeys());
 }
 
 }  // namespace veltrane::detail

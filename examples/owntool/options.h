@@ -29,6 +29,7 @@ constexpr XOptionDefinition OWN_OPTIONS[] = {
 };
 // clang-format on
 
-constexpr veltrane::OwnTable OWN_TABLE{OWN_OPTIONS, OWN_SECTIONS,
-                                       L"Synopsis: owntool [options] <database-name>\r\n\r\n"};
-static_assert(veltrane::FitsLibrary({OWN_OPTIONS, OWN_SECTIONS}));
+// Of the library's options the tool has those that every tool needs.
+constexpr veltrane::OwnTable OWN_TABLE{
+    .options = OWN_OPTIONS, .sections = OWN_SECTIONS, .library = veltrane::BASE_ROWS};
+static_assert(veltrane::FitsLibrary<OWN_TABLE>());

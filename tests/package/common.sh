@@ -21,6 +21,19 @@ run_consumer() {
     diff "$tests/consumer/expected.txt" "$temporary/consumer.out" || fail "$1 prints something else"
 }
 
+# run_config PROGRAM: the companion of that tool knows its options, and its documents name no others.
+run_config() {
+    "$1" show -- -m "$tests/../../examples/owntool/metadata" >"$temporary/out" || fail "$1 ended with $?: $(cat "$temporary/out")"
+    grep -qE '^unit +cm ' "$temporary/out" || fail "$1 shows something else: $(cat "$temporary/out")"
+    for page in man/man1/owntool.1 man/man5/owntool.ini.5 bash-completion/completions/owntool \
+        zsh/vendor-completions/_owntool fish/vendor_completions.d/owntool.fish; do
+        page=$(dirname "$1")/share/$page
+        grep -q 'dry.*run' "$page" || fail "$page does not name the tool's options"
+        ! grep -iE '@[a-z]*@|autodoc|changefile|naming rule|obsolete|Veltrane' "$page" || fail "$page tells too much"
+    done
+    [ -s "$(dirname "$1")/share/man/man1/owntool-config.1" ] || fail "$1 has no man page"
+}
+
 # run_tool PROGRAM: the tool of examples/owntool sees its own options in file and command line.
 run_tool() {
     local words=(-m "$tests/../../examples/owntool/metadata" --dry-run -src typed.txt)
@@ -38,4 +51,7 @@ END
     "$1" --help </dev/null | tr -d '\r' >"$temporary/help"
     expect "Synopsis: owntool [options] <database-name>" "$temporary/help"
     grep -q 'Measure in this unit' "$temporary/help" || fail "the help does not show the tool's options"
+    ! grep -E 'Veltrane|create-autodoc|commands:' "$temporary/help" || fail "the help shows what the tool leaves out"
+    ! "$1" base --create-autodoc 2>"$temporary/errors" || fail "an option that is left out is known"
+    grep -qF 'command line option <--create-autodoc> not recognized!' "$temporary/errors" || fail "$(cat "$temporary/errors")"
 }

@@ -31,6 +31,7 @@ for project in "$tests/consumer" "$example"; do
 done
 run_consumer "$temporary/package-consumer/consumer"
 run_tool "$package/owntool"
+run_config "$package/owntool-config"
 find "$libraries" -name '*.a' -exec nm -C --defined-only {} + >"$temporary/names"
 ! grep -E '^[0-9a-f]+ [ABCDRT] ' "$temporary/names" | grep -vE '^[0-9a-f]+ . veltrane::' || fail "names that a tool's own would replace"
 companion=$temporary/package-consumer/companion
@@ -46,11 +47,6 @@ for part in tool- config-config; do
     expect "complete -F _a_b_c_d_e_f${name:+_$name} 'a\"b^c\\d@e'\\''f${name:+-$name}'" "$file.bash"
     grep -qF "complete -c 'a\"b^c\\\\d@e\\'f${name:+-$name}' " "$file.fish" || fail "$file.fish: $(cat "$file.fish")"
     bash -n "$file.bash" || fail "$file.bash is no script"
-done
-for page in man/man1/owntool.1 man/man5/owntool.ini.5 bash-completion/completions/owntool zsh/vendor-completions/_owntool \
-    fish/vendor_completions.d/owntool.fish; do
-    grep -q 'dry.*run' "$package/share/$page" || fail "$page does not name the tool's options"
-    ! grep -qi '@[a-z]*@' "$package/share/$page" || fail "$page holds a mark"
 done
 ! cmake -S "$tests/consumer" -B "$temporary/later" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" -DCONSUMER_VERSION=0.9 \
     >/dev/null 2>&1 || fail "the package passes for another major version"

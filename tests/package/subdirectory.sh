@@ -6,9 +6,10 @@
 
 build=$temporary/build
 cmake -S "$tests/consumer" -B "$build" -G Ninja -DCONSUMER_SUBDIRECTORY="$1" -DCMAKE_CXX_FLAGS=-O0 >/dev/null
-cmake --build "$build" --target consumer owntool -- -j2 >"$temporary/log" || fail "$(tail -n 30 "$temporary/log")"
+cmake --build "$build" --target consumer owntool owntool_documents -- -j2 >"$temporary/log" || fail "$(tail -n 30 "$temporary/log")"
 run_consumer "$build/consumer"
 run_tool "$build/owntool/owntool"
+[ ! -f "$build/owntool/owntool-config" ] || run_config "$build/owntool/owntool-config"  # needs packages that not all have
 
 cmake --install "$build" --prefix "$temporary/prefix" >/dev/null
 (cd "$temporary/prefix" && find . ! -type d | grep -v '/libveltrane_base\.so\.1[.0]*$') >"$temporary/installed" || true

@@ -37,6 +37,7 @@ struct MeantKey {
 
 MeantKey FindFamily(const XOptionDefinition& row, const CString& key) {
     const CString name = row.szLongName;
+    if (!key.View().starts_with(name.View())) return {};  // all below begin with it
     std::optional<int> index;
     if (XConfiguration::IsFamilyKey(key, name, index) && index) return {&row, index};
     const int letters = static_cast<int>(key.View().find_last_not_of(L"0123456789")) + 1;

@@ -157,15 +157,16 @@ std::vector<SourceLine> UnsetOption(FileEdit& edit, const OptionKey& key, bool w
     return removed;
 }
 
-void ProveChange(const FileEdit& edit, const std::string& result, const OptionKey& key,
-                 const std::optional<CString>& value, const SourceLine& line) {
+void ProveChange(const FileEdit& edit, const FileEdit& after, const OptionKey& key, const std::optional<CString>& value,
+                 const SourceLine& line) {
     const auto before = key.index ? PlacesIn(edit, edit.Bytes(), key) : std::vector<IndexedPlace>{};
-    const SourceReplacement replacement{edit.Path(), result};
-    if (value && !IsRead(edit, key, *value))
+    const SourceReplacement replacement{after.Path(), after.Bytes()};
+    const SourceSnapshot snapshot;
+    if (value && !IsRead(after, key, *value))
         throw Refusal{L"no line of the file would be read with this value; nothing is changed"};
-    bool isSame = OtherAnswers(edit.View(), line) == OtherAnswers(ReadProfileLines(edit.Path()), line);
+    bool isSame = OtherAnswers(edit.View(), line) == OtherAnswers(after.View(), line);
     if (key.index)
-        isSame = isSame && OtherIndexes(before, *key.index) == OtherIndexes(PlacesIn(edit.Path(), key), *key.index);
+        isSame = isSame && OtherIndexes(before, *key.index) == OtherIndexes(PlacesIn(after.Path(), key), *key.index);
     if (!isSame) throw Refusal{L"other values of the file would change, too; nothing is changed"};
 }
 

@@ -32,10 +32,11 @@ std::vector<SourceLine> UnsetOption(FileEdit& edit, const OptionKey& key, bool w
 
 /// Reads the changed file with the library's own readers: the value asked for is there, and every other section, key
 /// and index answers as before.
+/// @param after  the file with the changes made
 /// @param value  nothing for one that is removed
 /// @param line   that was changed, or is new
 /// @throws Refusal  something else has changed, or the value is not read again
-void ProveChange(const FileEdit& edit, const std::string& result, const OptionKey& key,
-                 const std::optional<CString>& value, const SourceLine& line);
+void ProveChange(const FileEdit& edit, const FileEdit& after, const OptionKey& key, const std::optional<CString>& value,
+                 const SourceLine& line);
 
 }  // namespace veltrane::config

@@ -11,6 +11,7 @@
 #include "printable.h"
 #include "veltrane/platform/process/process.h"
 #include "veltrane/platform/sources/internal/replacement.h"
+#include "veltrane/platform/sources/internal/snapshot.h"
 
 namespace veltrane::config {
 
@@ -69,10 +70,10 @@ public:
         if (answer) m_Old = *answer;
         const int line = SetOption(m_Edit, m_Key, value);
         m_Result = m_Edit.Result();
-        const SourceFileLines view = FileEdit{m_Target.path, m_Result}.View();
+        const FileEdit after{m_Target.path, m_Result};
         // What a name with the end of a line in it would make of the file is found by the proof.
-        m_Line = view.lines[static_cast<std::size_t>(std::min(line, static_cast<int>(view.lines.size()))) - 1];
-        ProveChange(m_Edit, m_Result, m_Key, value, m_Line);
+        m_Line = after.Line(std::min(line, static_cast<int>(after.View().lines.size())));
+        ProveChange(m_Edit, after, m_Key, value, m_Line);
         Restart();
         if (!m_Request.Has("--force")) RequireNoFindings();
         Write();
@@ -89,7 +90,7 @@ public:
         m_Result = m_Edit.Result();
         if (!removed.empty()) {
             m_Old = m_Line = removed.front();
-            ProveChange(m_Edit, m_Result, m_Key, std::nullopt, m_Line);
+            ProveChange(m_Edit, FileEdit{m_Target.path, m_Result}, m_Key, std::nullopt, m_Line);
         }
         Restart();
         Write();
@@ -152,6 +153,7 @@ private:
         std::vector<LintRun::Placed> findings;
         {
             const SourceReplacement replacement{m_Target.path, m_Result};
+            const SourceSnapshot snapshot;
             findings = FindingsOf(*m_Answer.startup);
         }
         if (findings.empty()) return;

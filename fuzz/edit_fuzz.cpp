@@ -158,7 +158,7 @@ void Check(FileEdit& edit, const OptionKey& key, const CString& value) {
         return;
     }
     try {
-        ProveChange(edit, result, key, value, line);
+        ProveChange(edit, FileEdit{PATH, result}, key, value, line);
     } catch (const Refusal&) {
         REQUIRE(key.index);  // the file gives an index twice, or keys without an index would get another
         return;

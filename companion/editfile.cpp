@@ -258,6 +258,8 @@ void EditFile::Write(std::string_view bytes) {
             Refuse(m_Path, L"another process is changing it; try again");
         if (faccessat(AT_FDCWD, m_Name.c_str(), W_OK, AT_EACCESS) != 0) Refuse(m_Path, L"it is not writable", errno);
         RequireUnchanged();
+    } else if (!Resolved(MapPath(m_Path)).empty()) {  // perhaps in letters of another case
+        Refuse(m_Path, L"it has changed meanwhile; try again");
     }
     std::string beside = m_Name + ".XXXXXX";
     beside.insert(beside.rfind('/') + 1, ".");

@@ -84,6 +84,7 @@ auto KeyOf(const LintRun::Placed& finding) {
 
 std::vector<std::unique_ptr<SourceReplacement>> Replaced(const std::vector<MendedFile>& files) {
     std::vector<std::unique_ptr<SourceReplacement>> replacements;
+    replacements.reserve(files.size());
     for (const MendedFile& file : files)
         replacements.push_back(std::make_unique<SourceReplacement>(file.path, file.result));
     return replacements;

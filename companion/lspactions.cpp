@@ -141,7 +141,7 @@ bool IsWanted(const LspJson& params) {
     const LspJson context = params.value("context", LspJson{});
     const LspJson only = context.is_object() ? context.value("only", LspJson{}) : LspJson{};
     return !only.is_array() ||
-           std::ranges::any_of(only, [](const LspJson& kind) { return kind == "quickfix" || kind == ""; });
+           std::ranges::any_of(only, [](const LspJson& kind) { return kind == "quickfix" || kind == std::string{}; });
 }
 
 }  // namespace

@@ -94,7 +94,7 @@ std::optional<CString> SectionAt(const LspView& view, int number) {
 // The first of a numbered name that is not there.
 CString FreeName(const CString& form, const std::set<CString>& known) {
     for (int index = 1;; ++index) {
-        const CString name = FormatIndex(form, index);
+        CString name = FormatIndex(form, index);
         if (!known.contains(Folded(name))) return name;
     }
 }

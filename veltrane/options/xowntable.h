@@ -52,11 +52,13 @@ struct SectionCalled {
 template <const OwnTable& Table, std::size_t Row>
 constexpr void CheckOption() {
     using Letters = std::make_index_sequence<LengthOf(Table.options[Row].szLongName)>;
+    // NOLINTNEXTLINE(bugprone-sizeof-expression)
     static_assert(sizeof(OptionCalled<decltype(SpellOption<Table, Row>(Letters{})), Table, Row>) > 0);
 }
 template <const OwnTable& Table, std::size_t Row>
 constexpr void CheckSection() {
     using Letters = std::make_index_sequence<LengthOf(Table.sections[Row].szName)>;
+    // NOLINTNEXTLINE(bugprone-sizeof-expression)
     static_assert(sizeof(SectionCalled<decltype(SpellSection<Table, Row>(Letters{})), Table, Row>) > 0);
 }
 

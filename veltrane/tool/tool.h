@@ -113,7 +113,7 @@ VELTRANE_API int RunTool(const ToolFacts& facts, const OwnTable& table, const To
 
 /// The part that is not. @return exit code
 template <const OwnTable& Table, class Body>
-int Act(XOption& store, XLogging& log, Body& body) {
+int RunBody(XOption& store, XLogging& log, Body& body) {
     using Result = std::invoke_result_t<Body&, Tool<Table>&>;
     static_assert(std::is_void_v<Result> || std::is_same_v<Result, int>, "the body returns the exit code, or void");
     Tool<Table> tool{store, log};
@@ -157,7 +157,7 @@ template <const OwnTable& Table, class Body>
 int RunTool(const ToolFacts& facts, Body&& body) {
     ThrowWhereMemoryIsShort(EXIT_FAILURE);
     try {
-        const auto act = [&body](XOption& store, XLogging& log) { return detail::Act<Table>(store, log, body); };
+        const auto act = [&body](XOption& store, XLogging& log) { return detail::RunBody<Table>(store, log, body); };
         return detail::RunTool(facts, Table, act, GetProgramFile);
     } catch (...) {  // no memory is left to tell more
         std::fputs("An unknown exception occured!\n", stderr);

@@ -140,8 +140,10 @@ private:
 bool IsWanted(const LspJson& params) {
     const LspJson context = params.value("context", LspJson{});
     const LspJson only = context.is_object() ? context.value("only", LspJson{}) : LspJson{};
-    return !only.is_array() ||
-           std::ranges::any_of(only, [](const LspJson& kind) { return kind == "quickfix" || kind == std::string{}; });
+    const auto covers = [](const LspJson& kind) {  // the empty kind is that of all
+        return kind == "quickfix" || (kind.is_string() && kind.get_ref<const std::string&>().empty());
+    };
+    return !only.is_array() || std::ranges::any_of(only, covers);
 }
 
 }  // namespace

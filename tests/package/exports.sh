@@ -15,7 +15,7 @@ if [ "${2:-}" = --update ]; then
     exit
 fi
 for class in XException XFileException CFileException XLogging; do
-    grep -qxF "_ZTI${#class}$class" "$temporary/names" || fail "errors of type $class can not be caught outside"
+    grep -qxF "_ZTI${#class}$class" "$temporary/names" || fail "errors of type $class cannot be caught outside"
 done
 diff "$list" "$temporary/names" | c++filt ||
     fail "the exports have changed; when that is meant: tests/package/exports.sh $1 --update"

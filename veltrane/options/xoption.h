@@ -142,7 +142,7 @@ public:
     /// The changes that ReplaceTableName (ReplaceColumnsName) makes to a name, rule by rule.
     std::vector<veltrane::OptionRenaming> PreviewTableName(const CString& name, int version, bool keepCase) const;
     std::vector<veltrane::OptionRenaming> PreviewColumnsName(const CString& name, int version, bool keepCase) const;
-    /// Whether what the two files say of an option comes too late: start-up makes out the folders and the user file
+    /// Whether what the two files say of an option comes too late: start-up determines the folders and the user file
     /// before they are open. The option may get a value of theirs all the same.
     bool ComesTooLate(const CString& name) const;
     /// The files and folders that start-up looks at, in its order.
@@ -174,7 +174,7 @@ private:
     CString ExplainFamily(veltrane::detail::XKeptOrigin& kept, const XOptionDefinition& definition, int index) const;
 
     bool m_bLookOnly = false;
-    std::optional<bool> m_bDataKnown;  // when the folders were made out, if one of them needed the option "data"
+    std::optional<bool> m_bDataKnown;  // when start-up determined the folders, if one needed "data"
     std::optional<bool> m_bIniKnown;   // when the user file was determined, if that has come
     std::unique_ptr<veltrane::detail::XOptionItems> m_pItems;
     std::unique_ptr<veltrane::detail::XOptionSources> m_pSources;

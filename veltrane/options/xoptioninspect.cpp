@@ -182,8 +182,7 @@ CString XOption::GetSectionName(enumCfgSection section) const {
     }
 }
 
-// The folders are made out before a file is open: "metadata" always, the others when the folder "data" is known by
-// then.
+// Start-up determines the folders before a file is open: "metadata" always, the others when "data" is known by then.
 bool XOption::IsTooLateForFiles(const XOptionDefinition& definition) const {
     if (definition.eOption == eOptionMetadata) return true;
     if (!IsStartupFolder(definition)) return false;

@@ -51,7 +51,7 @@ public:
     /// The key names of each section of a form from both files. @return false when no file is open
     bool GetOptionNameSet(XMapInt2CString& names, const CString& sectionFormat) const;
 
-    /// What each source says of a key, for its own: the strongest first, the environment last.
+    /// What each source says of a key when asked alone: the strongest first, the environment last.
     /// @param withFiles  whether the two files are asked
     std::vector<OptionPlace> AskEach(const CString& section, const CString& key, bool withFiles) const;
     /// What each of the two files has for one value of a family.

@@ -45,7 +45,7 @@ struct SourceLine {
         MalformedKey,          ///< of a registry, not closed or with an empty name inside
         OtherRoot,
         MalformedValue,
-        NoCurrentKey,  ///< a value after a line that is no key
+        NoCurrentKey,  ///< a value after a line that is not a key
         ReplacedLater,
         RemovedLater,
         UnaskableName,  ///< it holds a NUL, and no question can

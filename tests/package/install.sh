@@ -56,5 +56,5 @@ eval "flags=($(pkg-config --cflags --libs 'veltrane_base >= 1.0'))"
 export LD_LIBRARY_PATH=$libraries
 g++ -std=c++20 -I"$tests/consumer" "$tests/consumer"/*.cpp "${flags[@]}" -o "$temporary/pkgconfig"
 run_consumer "$temporary/pkgconfig"
-g++ -std=c++20 "$example/owntool.cpp" "${flags[@]}" -o "$temporary/pkgconfig"
-run_tool "$temporary/pkgconfig"
+g++ -std=c++20 "$example/owntool.cpp" "${flags[@]}" -o "$temporary/owntool"
+run_tool "$temporary/owntool"

@@ -15,7 +15,7 @@ mv "$temporary/first" "$prefix"
 libraries=$(dirname "$(find "$prefix" -name libveltrane_base.so.1)")
 [ -L "$libraries/libveltrane_base.so" ] && [ -L "$libraries/libveltrane_base.so.1" ] ||
     fail "the links to the library are missing"
-[ -f "$(find "$prefix/share/doc" -name README.md)" ] || fail "the documents are missing"
+[ -f "$prefix/share/doc/veltrane_base/README.md" ] || fail "the documents are missing"
 
 host=$prefix/bin/veltrane
 loaded=$(env -u LD_LIBRARY_PATH ldd "$host" | sed -n 's/.*libveltrane_base.so.1 => \(.*\) (.*/\1/p')

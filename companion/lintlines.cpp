@@ -62,7 +62,7 @@ MeantKey FindAnywhere(const CString& key) {
 
 // A key in capitals is none, and need not be looked for.
 MeantKey FindInSmallLetters(const CString& key) {
-    return key == CString{key}.MakeLower() ? FindAnywhere(key) : MeantKey{};
+    return key == Folded(key) ? FindAnywhere(key) : MeantKey{};
 }
 
 CString Bracketed(const CString& section) {

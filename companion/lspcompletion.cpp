@@ -6,6 +6,7 @@
 #include "lsplookup.h"
 #include "lspparams.h"
 #include "lsprequests.h"
+#include "nametext.h"
 #include "optiontext.h"
 #include "veltrane/config/xconfiguration.h"
 #include "veltrane/platform/text/internal/indexformat.h"
@@ -18,10 +19,6 @@ using Kind = SourceLine::Kind;
 
 /// The kinds of the protocol.
 enum class ItemKind { Variable = 6, Module = 9, Property = 10, Value = 12 };
-
-CString Folded(CString text) {
-    return text.MakeLower();
-}
 
 /// Collects the words that may take the place of a part of a line.
 class Items {

@@ -2,9 +2,9 @@
 
 #include <sys/stat.h>
 
-using Set = Companion;
+using SetCommand = Companion;
 
-TEST_F(Set, ChangesOnlyWhatIsAsked) {
+TEST_F(SetCommand, ChangesOnlyWhatIsAsked) {
     const struct {
         const char* what;
         const char* before;
@@ -46,7 +46,7 @@ TEST_F(Set, ChangesOnlyWhatIsAsked) {
     }
 }
 
-TEST_F(Set, FollowsLinksKeepsRightsAndMakesTheFileThatIsNamed) {
+TEST_F(SetCommand, FollowsLinksKeepsRightsAndMakesTheFileThatIsNamed) {
     Write("real/team.ini", "");
     std::filesystem::create_symlink("real/team.ini", m_Folder.Path() / "team.ini");
     chmod(Path("real/team.ini").c_str(), 0604);

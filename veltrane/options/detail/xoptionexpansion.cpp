@@ -22,11 +22,8 @@ void CheckLength(std::int64_t length) {
 
 }  // namespace
 
-XOptionExpansion::XOptionExpansion(Source source, XOptionRecord* record)
-    : m_Source(std::move(source)), m_Record(record) {}
-
 void XOptionExpansion::Retrieve(CString& value, const CString& section, const CString& key) {
-    value = m_Source(section, key);
+    value = KeyText(section, key);
     Expand(value, section, key);
 }
 

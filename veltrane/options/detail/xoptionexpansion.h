@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <utility>
 #include <vector>
@@ -13,7 +12,7 @@ namespace veltrane::detail {
 
 /// Replaces the references between percent signs in one value, and in the values that they lead to. Lives for one
 /// value: what a reference led to is remembered, so values that name each other many times over cost no more than their
-/// texts.
+/// texts. A derived class tells what the keys hold.
 class XOptionExpansion {
 public:
     /// References inside references; far more than people write, little enough for a stack of 1 MiB.
@@ -21,13 +20,7 @@ public:
     /// Elements of a value with its references replaced; keeps values that multiply each other from filling the memory.
     static constexpr int MAX_LENGTH = 1'048'576;
 
-    /// Gives the text of a key as the sources have it; empty when none has it.
-    using Source = std::function<CString(const CString& section, const CString& key)>;
-
-    /// @param record  gets the steps; may be null
-    explicit XOptionExpansion(Source source, XOptionRecord* record = nullptr);
-
-    /// The text of a key with its references replaced. @throws XException as Expand, and what the source throws
+    /// The text of a key with its references replaced. @throws XException as Expand, and what KeyText throws
     void Retrieve(CString& value, const CString& section, const CString& key);
 
     /// Replaces the references in a value of a section: '%name%' is the key of that name in the value's own section,
@@ -38,7 +31,15 @@ public:
     /// Likewise in the value of a key; a reference to the key then leads back to itself.
     void Expand(CString& value, const CString& section, const CString& key);
 
+protected:
+    /// @param record  gets the steps; may be null
+    explicit XOptionExpansion(XOptionRecord* record = nullptr) : m_Record(record) {}
+    ~XOptionExpansion() = default;
+
 private:
+    /// The text of a key as the sources have it; empty when none has it.
+    virtual CString KeyText(const CString& section, const CString& key) = 0;
+
     using Key = std::pair<CString, CString>;  // section, name
 
     const CString& Replacement(const CString& section, const CString& name);
@@ -46,7 +47,6 @@ private:
     void Enter(const Key& key);
     CString OpenChain(std::vector<Key>::const_iterator from) const;
 
-    Source m_Source;
     XOptionRecord* m_Record;
     std::map<Key, CString> m_Known;  // replacement of each reference met so far
     std::vector<Key> m_Open;         // keys whose values are being expanded, outermost first

@@ -16,6 +16,20 @@ constexpr XFailure<const wchar_t*> RETRIEVAL{L"Error retrieving option <%s>!",
 
 }  // namespace
 
+/// Replaces references by what the sources hold. @param kept  receives the answers; may be null
+class XOptionRetrieval::Expansion final : public XOptionExpansion {
+public:
+    Expansion(XOptionRetrieval& retrieval, XKeptOrigin* kept) : m_Retrieval(retrieval), m_Kept(kept) {}
+
+private:
+    CString KeyText(const CString& section, const CString& key) override {
+        return m_Retrieval.SourceValue(section, key, m_Kept);
+    }
+
+    XOptionRetrieval& m_Retrieval;
+    XKeptOrigin* m_Kept;
+};
+
 XOptionRetrieval::XOptionRetrieval(XOptionItems& items, XOptionSources& sources, XOptionOrigins& origins)
     : m_Items(items), m_Sources(sources), m_Origins(origins) {}
 
@@ -110,7 +124,7 @@ void XOptionRetrieval::RetrieveMultiple(XOptionDefinition& definition, const CSt
 CString XOptionRetrieval::Value(const CString& section, const CString& key, XKeptOrigin* kept) {
     CString value;
     if (kept) kept->section = section;
-    NewExpansion(kept).Retrieve(value, section, key);
+    Expansion{*this, kept}.Retrieve(value, section, key);
     return value;
 }
 
@@ -119,7 +133,7 @@ void XOptionRetrieval::Expand(CString& value, const CString& section, XKeptOrigi
         kept->section = section;
         if (kept->answers.empty()) kept->answers.push_back({.isWhole = true});
     }
-    NewExpansion(kept).Expand(value, section);
+    Expansion{*this, kept}.Expand(value, section);
 }
 
 bool XOptionRetrieval::GivesEarly(CString text) {
@@ -138,12 +152,6 @@ bool XOptionRetrieval::GivesEarly(CString text) {
         return true;
     }
     return !text.IsEmpty();
-}
-
-XOptionExpansion XOptionRetrieval::NewExpansion(XKeptOrigin* kept) {
-    // What it holds is small enough to need no memory of its own.
-    return XOptionExpansion{
-        [this, kept](const CString& section, const CString& key) { return SourceValue(section, key, kept); }};
 }
 
 // A key's own text; a ROOT option that no file and no registry knows is taken from the environment, then from the

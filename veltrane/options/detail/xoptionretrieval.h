@@ -36,7 +36,7 @@ private:
     void AddSubject(XException& error, const XOptionDefinition& definition, const CString& section);
     void RetrieveSingle(XOptionDefinition& definition, const CString& section);
     void RetrieveMultiple(XOptionDefinition& definition, const CString& section);
-    XOptionExpansion NewExpansion(XKeptOrigin* kept);
+    class Expansion;
     CString SourceValue(const CString& section, const CString& key, XKeptOrigin* kept);
     CString ItemValue(const CString& key, std::vector<OptionPlace>* places);
 

@@ -16,21 +16,34 @@ std::vector<OptionPlace> PlacesOf(const XKeptOrigin& kept) {
     return places;
 }
 
+/// Replaces references once more by the answers that were kept. The first of them is the value itself.
+class RepeatedExpansion final : public XOptionExpansion {
+public:
+    RepeatedExpansion(const XKeptOrigin& kept, XOptionRecord& record)
+        : XOptionExpansion(&record), m_Kept(kept), m_Record(record) {}
+
+private:
+    CString KeyText(const CString&, const CString&) override {
+        if (++m_nAnswer == m_Kept.answers.size()) throw XException{};
+        const XKeptAnswer& answer = m_Kept.answers[m_nAnswer];
+        m_Record.AddPlaces(answer.places);
+        if (!answer.isWhole) throw XException{};
+        return answer.text;
+    }
+
+    const XKeptOrigin& m_Kept;
+    XOptionRecord& m_Record;
+    std::size_t m_nAnswer = 0;
+};
+
 }  // namespace
 
 std::vector<OptionStep> StepsOf(const XKeptOrigin& kept, const CString& key) {
     if (kept.answers.empty()) return {};
     XOptionRecord record;
-    auto next = kept.answers.begin();
     CString value = kept.origin.text;
     record.Add(OptionStep::Kind::Given, value, PlacesOf(kept));
-    XOptionExpansion expansion{[&](const CString&, const CString&) {
-                                   if (++next == kept.answers.end()) throw XException{};
-                                   record.AddPlaces(next->places);
-                                   if (!next->isWhole) throw XException{};
-                                   return next->text;
-                               },
-                               &record};
+    RepeatedExpansion expansion{kept, record};
     try {
         if (key.IsEmpty()) {
             expansion.Expand(value, kept.section);

@@ -9,6 +9,7 @@
 #include "printable.h"
 #include "startupfiles.h"
 #include "veltrane/foundation/xstring.h"
+#include "veltrane/options/typed.h"
 #include "veltrane/platform/process/localtime.h"
 #include "veltrane/platform/process/process.h"
 #include "veltrane/platform/text/internal/indexformat.h"
@@ -166,8 +167,7 @@ CString CommandText() {
 Answer Freeze(const Request& /*request*/, Startup& startup) {
     Answer answer;
     answer.AddLine(FormatText(L"; Values of %s, version %s, on %s", startup.tool,
-                              startup.options.GetOptionString(L"version-info", -1),
-                              startup.options.GetOptionString(L"datetime", -1)));
+                              GetText<"version-info">(startup.options), GetText<"datetime">(startup.options)));
     answer.AddLine(L"; started as: " + CommandText());
     Freezing{answer, startup}.Run();
     answer.document["file"] = answer.text;

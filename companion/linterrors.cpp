@@ -3,6 +3,7 @@
 
 #include "answer.h"
 #include "errorjson.h"
+#include "libraryoption.h"
 #include "lint.h"
 #include "printable.h"
 #include "veltrane/foundation/nearest.h"
@@ -59,7 +60,7 @@ private:
     static OptionOrigin CommandLine() { return {{}, OptionLayer::CommandLine}; }
 
     OptionOrigin DatabasePlace() const {
-        return m_Run.startup.options.GetOptionOrigin(m_Run.startup.options.GetFirstOptionItem(L"name"));
+        return m_Run.startup.options.GetOptionOrigin(FindItem<"name">(m_Run.startup.options));
     }
 
     // The word is at fault, not the sections of the files.

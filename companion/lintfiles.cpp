@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "libraryoption.h"
 #include "lint.h"
 #include "startupfiles.h"
 #include "veltrane/platform/sources/environment.h"
@@ -43,7 +44,7 @@ void LintMissing(LintRun& run, const LintSource& source) {
     const bool isNamed = GetEnvironmentText(named, L"VORNAK_REGISTRY") && !named.IsEmpty();
     const auto isOfMetadata = [](const XException& error) {
         const ErrorSubject* const subject = error.GetSubject();
-        return subject && subject->option == L"metadata" && subject->places.empty();
+        return subject && subject->option == LIBRARY_OPTION<"metadata">.szLongName && subject->places.empty();
     };
     if (source.layer == OptionLayer::Registry && isNamed) {
         run.Report(source, SourceLine{}, {C19, L"the file does not exist"});

@@ -10,6 +10,7 @@
 #include "nametext.h"
 #include "places.h"
 #include "printable.h"
+#include "veltrane/options/typed.h"
 #include "veltrane/platform/process/process.h"
 #include "veltrane/platform/sources/internal/replacement.h"
 
@@ -108,7 +109,7 @@ std::set<std::pair<int, int>> NewPlaces(Startup& startup, const std::vector<Lint
 Startup Restarted(Startup& startup) {
     std::vector<CString> words = GetArguments();
     words.erase(words.begin());
-    return Startup{startup.tool, words, startup.options.GetOptionString(L"version-info", -1)};
+    return Startup{startup.tool, words, GetText<"version-info">(startup.options)};
 }
 
 std::vector<Mend> CertainMends(const LintRun& run, const std::vector<LintRun::Placed>& findings) {

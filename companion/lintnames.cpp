@@ -1,6 +1,7 @@
 // Names of sections, keys and databases that a misspelt one may have been meant to be.
 #include <algorithm>
 
+#include "libraryoption.h"
 #include "lint.h"
 #include "nametext.h"
 #include "veltrane/foundation/nearest.h"
@@ -105,7 +106,7 @@ bool LintRun::IsNearOwnDatabase(const LintSource& source, const CString& section
 
 void LintRun::FindMeantDatabase() {
     if (m_IsOwnKnown || m_Database.IsEmpty()) return;
-    const OptionLayer layer = startup.options.GetOptionOrigin(startup.options.GetFirstOptionItem(L"name")).layer;
+    const OptionLayer layer = startup.options.GetOptionOrigin(FindItem<"name">(startup.options)).layer;
     if (layer != OptionLayer::CommandLine && layer != OptionLayer::Environment) return;
     std::vector<CString> names;
     for (const auto& [folded, database] : m_OtherDatabases) names.push_back(database.name);

@@ -1,6 +1,7 @@
 // Checks of the values that the store has, or has not: where they come from unforeseen, and what they would do.
 #include <algorithm>
 
+#include "libraryoption.h"
 #include "lint.h"
 #include "nametext.h"
 #include "printable.h"
@@ -118,11 +119,12 @@ bool HasFinding(const LintRun& run, LintCode code, const SourcePlace& place) {
 
 // The path as the tool opens it: a relative one goes below the folder of logs.
 void LintLogFile(LintRun& run) {
-    XOption& options = run.startup.options;
-    const XOptionItem* const item = options.GetFirstOptionItem(L"logfile");
+    const XOption& options = run.startup.options;
+    const XOptionItem* const item = FindItem<"logfile">(options);
     if (!item || item->GetOptionValue().IsEmpty()) return;
     const CString file = item->GetOptionValue();
-    const CString logs = options.GetOptionString(L"logging", -1);
+    const XOptionItem* const folderOfLogs = FindItem<"logging">(options);
+    const CString logs = folderOfLogs ? folderOfLogs->GetOptionValue() : CString{};
     const bool isBelow = !IsAbsolutePath(file) && IsAbsolutePath(logs);
     CString folder;
     CString name;

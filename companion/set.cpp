@@ -9,6 +9,7 @@
 #include "lint.h"
 #include "places.h"
 #include "printable.h"
+#include "veltrane/options/typed.h"
 #include "veltrane/platform/process/process.h"
 #include "veltrane/platform/sources/internal/replacement.h"
 #include "veltrane/platform/sources/internal/snapshot.h"
@@ -127,8 +128,7 @@ private:
         const SourceReplacement replacement{m_Target.path, m_Result};
         std::vector<CString> words = GetArguments();
         words.erase(words.begin());
-        m_Answer.startup =
-            std::make_shared<Startup>(m_Before.tool, words, m_Before.options.GetOptionString(L"version-info", -1));
+        m_Answer.startup = std::make_shared<Startup>(m_Before.tool, words, GetText<"version-info">(m_Before.options));
         XOption& options = m_Answer.startup->options;
         m_Found = options.GetOptionCandidates(m_Key.key, m_Key.index.value_or(-1)).candidates;
     }

@@ -5,6 +5,7 @@
 #include <set>
 
 #include "answer.h"
+#include "libraryoption.h"
 #include "nametext.h"
 #include "places.h"
 #include "veltrane/config/xconfiguration.h"
@@ -20,7 +21,7 @@ constexpr const wchar_t* READINGS[] = {L"read",         L"missing",       L"is a
 
 // Where the name of the database comes from: "command line, word 3".
 CString DatabasePlace(XOption& options) {
-    const XOptionItem* const item = options.GetFirstOptionItem(L"name");
+    const XOptionItem* const item = FindItem<"name">(options);
     return item ? PlaceName(options.GetOptionOrigin(item)) : CString{L"not given"};
 }
 

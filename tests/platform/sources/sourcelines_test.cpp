@@ -71,7 +71,7 @@ TEST(SourceLines, TellWhatEachLineOfARegistryIs) {
                {"\"a\0\"=\"b\""s, Kind::Entry, Reason::UnaskableName, false, L"A\\B|a\0|b"s},
                {"[HKLM\\C\\D]", Kind::Section, Reason::RemovedLater, false, L"C\\D||"},
                {"\"v\"=\"a\"", Kind::Entry, Reason::RemovedLater, false, L"C\\D|v|a"},
-               {"[HKLM\\CD]", Kind::Section, Reason::None, true, L"CD||"},
+               {"[HKLM\\C!]", Kind::Section, Reason::None, true, L"C!||"},
                {"[HKLM\\A", Kind::Ignored, Reason::MalformedKey, false, L"||"},
                {"\"v\"=\"a\"", Kind::Ignored, Reason::NoCurrentKey, false, L"|v|"},
                {"[-HKLM\\c]", Kind::Removal, Reason::None, false, L"c||"},

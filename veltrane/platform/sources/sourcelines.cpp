@@ -1,5 +1,7 @@
 #include "veltrane/platform/sources/sourcelines.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <map>
 #include <set>
 #include <string>
@@ -225,6 +227,14 @@ private:
         std::vector<int> lines;
         RegistryValues values;
     };
+    /// Places each path directly before those below it.
+    struct PathOrder {
+        static std::int64_t Rank(wchar_t element) noexcept { return element == L'\\' ? -1 : std::int64_t{element}; }
+        bool operator()(const CString& left, const CString& right) const noexcept {
+            return std::ranges::lexicographical_compare(left.View(), right.View(), {}, Rank, Rank);
+        }
+    };
+    using Keys = std::map<CString, Key, PathOrder>;  // by folded path
 
     SourceLine& At(int number) { return m_Lines[static_cast<std::size_t>(number) - 1]; }
     static void Set(SourceLine& line, Kind kind, Reason reason) {
@@ -294,7 +304,7 @@ private:
         read.section = m_Path = Decoded(m_File, line.path);
         m_IsAskable = m_Path.Find(L'\0') < 0;
         Answer(read, Kind::Section, m_IsAskable);
-        m_Current = &m_Keys[std::wstring{Folded(m_Path).View()}];
+        m_Current = &m_Keys[Folded(m_Path)];
         m_Current->lines.push_back(line.number);
     }
 
@@ -308,15 +318,14 @@ private:
         LeaveKey(read, Reason::None);
         read.kind = Kind::Removal;
         read.section = path;
-        const std::wstring name{Folded(path).View()};
-        const std::wstring below = name.empty() ? name : name + L'\\';
-        if (const auto self = m_Keys.find(name); self != m_Keys.end()) Remove(self);
-        for (auto key = m_Keys.lower_bound(below); key != m_Keys.end() && key->first.starts_with(below);) {
+        const FileText removed = m_File.Text().Piece(line.path);
+        for (auto key = m_Keys.lower_bound(Folded(path));
+             key != m_Keys.end() && IsRemovedBy(removed, key->first.View());) {
             key = Remove(key);
         }
     }
 
-    std::map<std::wstring, Key>::iterator Remove(std::map<std::wstring, Key>::iterator key) {
+    Keys::iterator Remove(Keys::iterator key) {
         for (const int number : key->second.lines) TakeBack(number, Reason::RemovedLater);
         for (const auto& [name, value] : key->second.values) TakeBack(value.line, Reason::RemovedLater);
         return m_Keys.erase(key);
@@ -336,7 +345,7 @@ private:
 
     const SourceFile& m_File;
     std::vector<SourceLine>& m_Lines;
-    std::map<std::wstring, Key> m_Keys;  // by folded path
+    Keys m_Keys;
     Key* m_Current = nullptr;
     CString m_Path;
     bool m_IsAskable = false;

@@ -40,6 +40,11 @@ int ApplyValue(RegistryLine& read, const CString& name, RegistryValues& values) 
     return before;
 }
 
+bool IsRemovedBy(FileText removed, std::wstring_view folded) noexcept {
+    const Relation relation = Compare(removed, folded);
+    return relation == Relation::Same || relation == Relation::Above;
+}
+
 RegistryIndex::RegistryIndex(FileText text) : m_Text(text) {
     RegistryWalk walk{text};
     RegistryLine read;
@@ -108,10 +113,7 @@ std::shared_ptr<const RegistryValues> RegistryIndex::Read(std::wstring_view path
 
 /// Number of the first key line after the last one that removes a path.
 std::size_t RegistryIndex::AfterRemoval(std::wstring_view path) const noexcept {
-    const auto removes = [&](std::size_t number) {
-        const Relation relation = Compare(PathOf(m_KeyLines[number]), path);
-        return relation == Relation::Same || relation == Relation::Above;
-    };
+    const auto removes = [&](std::size_t number) { return IsRemovedBy(PathOf(m_KeyLines[number]), path); };
     const auto last = std::find_if(m_Removals.rbegin(), m_Removals.rend(), removes);
     return last == m_Removals.rend() ? 0 : *last + 1;
 }

@@ -30,6 +30,10 @@ using RegistryValues = std::map<CString, RegistryValue>;
 /// @return line of the value that was in force until now; 0 if there was none
 int ApplyValue(RegistryLine& read, const CString& name, RegistryValues& values);
 
+/// Whether a line that removes a path removes a key: with each key goes all that is below it.
+/// @param folded  path of the key
+bool IsRemovedBy(FileText removed, std::wstring_view folded) noexcept;
+
 /// The places of all keys of a registry export, found in one pass from top to bottom as an import would go. The values
 /// of a key are read when they are asked for, and kept. It looks at the text that it was made of.
 class RegistryIndex {

@@ -6,8 +6,7 @@
 #include <vector>
 
 #include "lintcodes.h"
-#include "startup.h"
-#include "veltrane/platform/sources/sourcelines.h"
+#include "startupfiles.h"
 
 // What the checks of lint share: the sources with their lines, what their sections are for, and the findings.
 
@@ -21,13 +20,7 @@ struct Finding {
     LinePart part = RowOf(code).part;  ///< of an entry; the report sets that of any other line
 };
 
-/// One source with all its lines.
-struct LintSource {
-    OptionLayer layer;
-    CString path;          ///< as the store asks for it
-    SourceFileLines view;  ///< without lines for one in UTF-16 that has no mark
-    bool isUnmarkedUtf16 = false;
-};
+using LintSource = StartupSource;
 
 /// What a section of a file is for.
 struct SectionUse {
@@ -109,7 +102,6 @@ public:
     std::vector<LintSource> sources;
 
 private:
-    void AddSource(OptionLayer layer, const CString& path);
     void AddSections();
     void AddRegistryKeys();
     void AddReferences();

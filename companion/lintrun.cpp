@@ -1,31 +1,14 @@
 #include <algorithm>
-#include <fstream>
 
 #include "lint.h"
 #include "nametext.h"
 #include "places.h"
-#include "startupfiles.h"
 #include "veltrane/config/xconfiguration.h"
-#include "veltrane/platform/files/filesystem.h"
-#include "veltrane/platform/sources/internal/replacement.h"
 #include "veltrane/platform/text/internal/indexformat.h"
 
 namespace veltrane::config {
 
 namespace {
-
-// Text of configurations begins with a sign of ASCII, of which UTF-16 makes two bytes with one NUL.
-bool IsUnmarkedUtf16(const CString& path) {
-    std::string bytes(4, ' ');
-    if (const std::optional<std::string_view> given = SourceReplacement::Find(path)) {
-        bytes = given->substr(0, bytes.size());
-    } else {
-        std::ifstream{MapPath(path), std::ios::binary}.read(bytes.data(), std::ssize(bytes));
-    }
-    if (bytes.size() < 4) return false;
-    const auto isZero = [&](std::size_t i) { return bytes[i] == '\0'; };
-    return (isZero(0) && !isZero(1) && isZero(2) && !isZero(3)) || (!isZero(0) && isZero(1) && !isZero(2) && isZero(3));
-}
 
 // What a finding is about on a line that need not be an entry.
 LinePart PartOn(const SourceLine& line, LinePart part) {
@@ -41,22 +24,12 @@ LinePart PartAt(const OptionOrigin& place, LinePart part) {
 
 }  // namespace
 
-LintRun::LintRun(Startup& started) : startup(started) {
-    for (const auto& [layer, path] : SourceFiles(startup.options)) AddSource(layer, path);
+LintRun::LintRun(Startup& started) : startup(started), sources(ReadSources(startup.options)) {
     AddSections();
     AddRegistryKeys();
     AddDatabases();
     FindMeantDatabase();
     AddReferences();
-}
-
-void LintRun::AddSource(OptionLayer layer, const CString& path) {
-    const bool isRegistry = layer == OptionLayer::Registry;
-    LintSource source{layer, path, isRegistry ? ReadRegistryLines(path) : ReadProfileLines(path)};
-    const bool hasMark = source.view.encoding != SourceEncoding::Utf8;
-    source.isUnmarkedUtf16 = source.view.reading == SourceReading::Done && !hasMark && IsUnmarkedUtf16(path);
-    if (source.isUnmarkedUtf16) source.view.lines.clear();
-    sources.push_back(std::move(source));
 }
 
 void LintRun::AddSections() {
@@ -74,16 +47,11 @@ void LintRun::AddSections() {
     m_Database = Folded(startup.options.GetSectionName(eSectionDatabase));
 }
 
-// The store tells in which keys it looks.
 void LintRun::AddRegistryKeys() {
-    m_ToolKey = Folded(startup.options.GetLocations().front().key);
-    for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
-        const auto isKnown = [&](const RegistryKey& key) { return key.section == row->eSection; };
-        if (row->eOption == eOptionTitle || !row->IsSingle() || std::ranges::any_of(m_RegistryKeys, isKnown)) continue;
-        for (const OptionPlace& place : startup.options.GetOptionCandidates(row->szLongName, -1).places) {
-            if (place.layer != OptionLayer::Registry) continue;
-            m_RegistryKeys.push_back({place.section, row->eSection});
-        }
+    const CString toolKey = startup.options.GetLocations().front().key;
+    m_ToolKey = Folded(toolKey);
+    for (const auto& [section, name] : m_Sections) {
+        if (!m_Keys[section].singles.empty()) m_RegistryKeys.push_back({toolKey + L"\\" + name, section});
     }
 }
 

@@ -1,6 +1,7 @@
 #include "startupfiles.h"
 
 #include <algorithm>
+#include <fstream>
 #include <functional>
 #include <set>
 
@@ -10,6 +11,8 @@
 #include "places.h"
 #include "veltrane/config/xconfiguration.h"
 #include "veltrane/foundation/nearest.h"
+#include "veltrane/platform/files/filesystem.h"
+#include "veltrane/platform/sources/internal/replacement.h"
 #include "veltrane/platform/text/internal/indexformat.h"
 
 namespace veltrane::config {
@@ -18,6 +21,28 @@ namespace {
 
 constexpr const wchar_t* READINGS[] = {L"read",         L"missing",       L"is a folder", L"is not a regular file",
                                        L"is too large", L"cannot be read"};
+
+// Text of configurations begins with a sign of ASCII, of which UTF-16 makes two bytes with one NUL.
+bool IsUnmarkedUtf16(const CString& path) {
+    std::string bytes(4, ' ');
+    if (const std::optional<std::string_view> given = SourceReplacement::Find(path)) {
+        bytes = given->substr(0, bytes.size());
+    } else {
+        std::ifstream{MapPath(path), std::ios::binary}.read(bytes.data(), std::ssize(bytes));
+    }
+    if (bytes.size() < 4) return false;
+    const auto isZero = [&](std::size_t i) { return bytes[i] == '\0'; };
+    return (isZero(0) && !isZero(1) && isZero(2) && !isZero(3)) || (!isZero(0) && isZero(1) && !isZero(2) && isZero(3));
+}
+
+StartupSource ReadSource(OptionLayer layer, const CString& path) {
+    const bool isRegistry = layer == OptionLayer::Registry;
+    StartupSource source{layer, path, isRegistry ? ReadRegistryLines(path) : ReadProfileLines(path), false};
+    const bool hasMark = source.view.encoding != SourceEncoding::Utf8;
+    source.isUnmarkedUtf16 = source.view.reading == SourceReading::Done && !hasMark && IsUnmarkedUtf16(path);
+    if (source.isUnmarkedUtf16) source.view.lines.clear();
+    return source;
+}
 
 // Where the name of the database comes from: "command line, word 3".
 CString DatabasePlace(XOption& options) {
@@ -40,17 +65,17 @@ const wchar_t* ReadingName(SourceReading reading) {
     return READINGS[static_cast<std::size_t>(reading)];
 }
 
-std::vector<SourceFile> SourceFiles(const XOption& options) {
-    std::vector<SourceFile> files;
+std::vector<StartupSource> ReadSources(const XOption& options) {
+    std::vector<StartupSource> sources;
     for (const OptionLocation& location : options.GetLocations()) {
         using enum OptionLocation::Kind;
         if (!location.isInForce) continue;
-        if (location.kind == Registry) files.push_back({OptionLayer::Registry, location.path});
-        if (location.kind == UserFile) files.push_back({OptionLayer::UserFile, location.path});
-        if (location.kind == BasicFile) files.push_back({OptionLayer::BasicFile, location.path});
+        if (location.kind == Registry) sources.push_back(ReadSource(OptionLayer::Registry, location.path));
+        if (location.kind == UserFile) sources.push_back(ReadSource(OptionLayer::UserFile, location.path));
+        if (location.kind == BasicFile) sources.push_back(ReadSource(OptionLayer::BasicFile, location.path));
     }
-    std::ranges::sort(files, std::ranges::greater{}, &SourceFile::layer);
-    return files;
+    std::ranges::sort(sources, std::ranges::greater{}, &StartupSource::layer);
+    return sources;
 }
 
 bool IsUnreadable(const CString& path, const SourceFileLines& view) {
@@ -68,35 +93,31 @@ CString LossNote(const std::vector<OptionPlace>& places) {
     return places[0].text.Find(L'%') < 0 ? text : text + L"; references in it are not replaced";
 }
 
-StartupFiles::StartupFiles(Startup& startup) : m_Startup(startup) {
-    for (const auto& [layer, path] : SourceFiles(startup.options)) {
-        const bool isRegistry = layer == OptionLayer::Registry;
-        m_Sources.push_back({layer, path, isRegistry ? ReadRegistryLines(path) : ReadProfileLines(path)});
-    }
-}
+StartupFiles::StartupFiles(Startup& startup) : m_Startup(startup), m_Sources(ReadSources(startup.options)) {}
 
 CString StartupFiles::FaultOf(OptionLayer layer) const {
-    const auto source = std::ranges::find(m_Sources, layer, &Source::layer);
+    const auto source = std::ranges::find(m_Sources, layer, &StartupSource::layer);
     const bool isFaulty = source != m_Sources.end() && IsUnreadable(source->path, source->view);
     return isFaulty ? CString{ReadingName(source->view.reading)} : CString{};
 }
 
 std::vector<CString> StartupFiles::FaultTexts() const {
     std::vector<CString> texts;
-    for (const auto& [layer, path, view] : m_Sources) {
-        const CString fault = FaultOf(layer);
-        if (!fault.IsEmpty()) texts.push_back(UnreadableText(DisplayPath(path), fault));
+    for (const StartupSource& source : m_Sources) {
+        const CString fault = FaultOf(source.layer);
+        if (!fault.IsEmpty()) texts.push_back(UnreadableText(DisplayPath(source.path), fault));
     }
     return texts;
 }
 
 void StartupFiles::AddFaults(Answer& answer) const {
-    for (const auto& [layer, path, view] : m_Sources) {
-        const CString fault = FaultOf(layer);
+    for (const StartupSource& source : m_Sources) {
+        const CString fault = FaultOf(source.layer);
         if (fault.IsEmpty()) continue;
         answer.hasFindings = true;
-        answer.document["unreadable"].push_back(
-            {{"layer", ToUtf8(LayerName(layer))}, {"file", SpelledPath(path)}, {"reading", ToUtf8(fault)}});
+        answer.document["unreadable"].push_back({{"layer", ToUtf8(LayerName(source.layer))},
+                                                 {"file", SpelledPath(source.path)},
+                                                 {"reading", ToUtf8(fault)}});
     }
     for (const CString& fault : FaultTexts()) {
         const std::string text = ToUtf8(fault);
@@ -114,7 +135,7 @@ CString StartupFiles::SectionHint(const XOptionDefinition& row) const {
     const std::set<CString> fixed = isDatabase ? FixedSections(options) : std::set<CString>{};
     std::vector<CString> names;
     std::map<CString, CString> places;
-    for (const Source& source : m_Sources) {
+    for (const StartupSource& source : m_Sources) {
         for (const SourceLine& line : source.view.lines) {
             if (source.layer == OptionLayer::Registry || line.kind != SourceLine::Kind::Section) continue;
             if (line.section.CompareNoCase(wanted) == 0) return {};
@@ -138,13 +159,13 @@ StartupFiles::Family StartupFiles::LostFamily(const XOptionDefinition& row) cons
         return subject && subject->option == row.szLongName && subject->reference.IsEmpty();
     });
     if (row.IsSingle() || !isLost) return family;
-    for (const Source& source : m_Sources) {
+    for (const StartupSource& source : m_Sources) {
         if (source.layer != OptionLayer::Registry) AddValues(family, source, row);
     }
     return family;
 }
 
-void StartupFiles::AddValues(Family& family, const Source& source, const XOptionDefinition& row) const {
+void StartupFiles::AddValues(Family& family, const StartupSource& source, const XOptionDefinition& row) const {
     const CString form = Folded(m_Startup.options.GetSectionName(row.eSection));
     for (const SourceLine& line : source.view.lines) {
         const CString section = Folded(line.section);

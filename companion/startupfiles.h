@@ -13,14 +13,16 @@ struct Answer;
 /// "read", "missing", "is a folder" and so on.
 const wchar_t* ReadingName(SourceReading reading);
 
-/// A file that options are read from.
-struct SourceFile {
+/// A file that options are read from, with all its lines.
+struct StartupSource {
     OptionLayer layer;
-    CString path;
+    CString path;          ///< as the store asks for it
+    SourceFileLines view;  ///< without lines for one in UTF-16 that has no mark
+    bool isUnmarkedUtf16;
 };
 
 /// Those of a start-up, the weakest first.
-std::vector<SourceFile> SourceFiles(const XOption& options);
+std::vector<StartupSource> ReadSources(const XOption& options);
 
 /// Whether a source is there and cannot be read. /dev/null is an empty file.
 bool IsUnreadable(const CString& path, const SourceFileLines& view);
@@ -51,16 +53,11 @@ public:
     Family LostFamily(const XOptionDefinition& row) const;
 
 private:
-    struct Source {
-        OptionLayer layer;
-        CString path;
-        SourceFileLines view;
-    };
-    void AddValues(Family& family, const Source& source, const XOptionDefinition& row) const;
+    void AddValues(Family& family, const StartupSource& source, const XOptionDefinition& row) const;
     static void AddNumbered(Family& family, const SourceLine& line, OptionPlace place, int index);
 
     Startup& m_Startup;
-    std::vector<Source> m_Sources;  // the weakest first
+    std::vector<StartupSource> m_Sources;
 };
 
 }  // namespace veltrane::config

@@ -21,7 +21,7 @@ from configuration import Configuration
 from precedence import Origin, Start
 
 MOVING = {"ini", "name", "data", "metadata", "config", "exe-name", "exe-path"}  # these move the sources themselves
-KNOWN_BY_HOST = {"version-info", "compile-time", "datetime", "exe-path", "exe-name", "metadata"}
+NOT_FROZEN = {"version-info", "compile-time", "datetime", "exe-path", "exe-name", "metadata"}  # the tool knows them itself
 figures = collections.Counter()
 
 
@@ -44,6 +44,10 @@ def origin_of(told, configuration):
     file, section, key = told.get("file"), told.get("section"), told.get("key")
     return Origin(told.get("source") or told["layer"], told.get("text", told.get("raw")), file and configuration.real(file),
                   told.get("line"), section and section.lower(), key and key.lower(), told.get("word"))
+
+
+def place_of(told):
+    return [told.get(field) for field in ("source", "file", "line", "section")]
 
 
 def compare(start, told):
@@ -74,13 +78,12 @@ def check_host(configuration):
         expect_fault(lines, result.stderr, start.fault or ["Failed to open the log file!"])  # its name is not judged here
         return start
     compare(start, {(line["option"], line["index"]): (line["value"], line["candidates"]) for line in lines})
-    for line in lines:  # each has the place of its first candidate
-        expect(line["option"], [(line.get(field), field) for field in ("source", "file", "line", "section")],
-               [(line["candidates"][0].get(field), field) for field in ("source", "file", "line", "section")])
+    for line in lines:
+        expect(line["option"], place_of(line), place_of(line["candidates"][0]))
     return start
 
 
-def check_deletion(configuration, start, rng):
+def check_deletion(configuration, start):
     """The next candidate takes the place of one that is deleted from its source."""
     found = {key: start.candidates(*key) for key in sorted(start.items) if not start.fault
              and key[0] not in MOVING | {"summary"} | start.renumbered}
@@ -88,7 +91,7 @@ def check_deletion(configuration, start, rng):
              if origins[0].source not in ("host", "start-up") and origins[0].line != 0}  # 0: the list of the sections
     if not found:
         return
-    key = rng.choice([key for key in found if len(found[key]) > 1] or list(found))
+    key = random.choice([key for key in found if len(found[key]) > 1] or list(found))
     configuration.delete(key[0], found[key][0])
     configuration.write()
     start = check_host(configuration)
@@ -107,9 +110,10 @@ def check_companion(program, configuration):
         return json.loads(result.stdout)
 
     start, document = Start(configuration), ask("show", "--all")
-    if start.fault or document["startup"] != "ok":
-        texts = [text for error in document["errors"] for text in (error["message"], *error["reasons"], *error["remarks"])]
-        expect_fault([document["startup"]] * (document["startup"] == "ok"), "\n".join(texts), start.fault or ["no error"])
+    texts = [text for error in document["errors"] for text in (error["message"], *error["reasons"], *error["remarks"])]
+    expect(f"start-up, {texts}", document["startup"], "failed" if start.fault else "ok")
+    if start.fault:
+        expect_fault([], "\n".join(texts), start.fault)
         for question in (["freeze"], ["files"], ["explain", "logfile", "map-file"]):
             ask(*question)
         return
@@ -133,7 +137,8 @@ def check_explained(shown, explained):
     expect("explained", set(explained) ^ set(shown), set())
     for key, option in explained.items():
         expected, last = shown[key]["value"], option["steps"][-1]
-        if key[0] != "datetime" and (key[0], expected) != ("spool", ""):  # of another second; given bare
+        expected = "true" if (key[0], expected) == ("spool", "") else expected  # given bare
+        if key[0] != "datetime":  # of another second
             expect(key, (option["value"], last["kind"], last["text"]), (expected, "value", expected))
 
 
@@ -149,7 +154,7 @@ def check_frozen(shown, frozen, folder, ask):
     shutil.rmtree(folder)
     for (name, index), option in shown.items():
         label = name if index < 0 else f"{name}[{index}]"
-        if label not in left and name not in KNOWN_BY_HOST:
+        if label not in left and name not in NOT_FROZEN:
             expect(f"{label} frozen in\n{frozen['file']}", alone.get((name, index), {}).get("value"), option["value"])
 
 
@@ -160,8 +165,8 @@ def main():
     os.makedirs(folder + "/tool")
     shutil.copy(program, folder + "/tool/veltrane")
     for number in range(count):
-        rng = random.Random(f"{seed} {number}")
-        configuration = Configuration(rng, folder)
+        random.seed(f"{seed} {number}")
+        configuration = Configuration(folder)
         configuration.write()
         try:
             if kind == "companion":
@@ -169,7 +174,7 @@ def main():
             else:
                 start = check_host(configuration)
                 if number % 3 == 0:
-                    check_deletion(configuration, start, rng)
+                    check_deletion(configuration, start)
         except Difference as difference:
             sys.exit(f"seed {seed}, configuration {number}, in {folder}:\n{difference}\nwords: {configuration.words}\n"
                      f"environment: {configuration.environment}")

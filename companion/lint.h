@@ -43,10 +43,25 @@ struct RegistryKey {
     enumCfgSection section;
 };
 
+/// One entry of an INI file whose findings alone are wanted.
+struct AskedLine {
+    OptionLayer layer;
+    const SourceFileLines& view;   ///< that was read already
+    const SourceLine& line;        ///< of the view
+    const XOptionDefinition& row;  ///< the option that it gives a value
+};
+
 /// Everything that the checks look at and report to.
 class LintRun {
 public:
-    explicit LintRun(Startup& started);
+    /// @param asked  has to outlive the run; with errors of start-up, which may be about any line, all are looked at
+    explicit LintRun(Startup& started, const AskedLine* asked = nullptr);
+
+    /// The one entry that is looked at; null when all lines are. What is found about others is no answer then.
+    const AskedLine* Asked() const { return m_Asked; }
+    bool IsLookedAt(OptionLayer layer, int line) const {
+        return !m_Asked || (m_Asked->layer == layer && m_Asked->line.number == line);
+    }
 
     /// @param section  of an INI file
     SectionUse FindSection(const CString& section) const;
@@ -122,6 +137,7 @@ private:
         std::set<OptionLayer> layers;
     };
 
+    const AskedLine* m_Asked;
     std::vector<std::pair<enumCfgSection, CString>> m_Sections;  // full names; "%d" for an index
     CString m_Database;                                          // folded
     std::set<enumCfgSection> m_RuleSections;

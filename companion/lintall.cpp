@@ -23,10 +23,11 @@ std::vector<LintRun::Placed> WithoutSecondLines(const std::vector<LintRun::Place
 }  // namespace
 
 std::vector<LintRun::Placed> FindAll(LintRun& run) {
-    LintFiles(run);
+    const AskedLine* const asked = run.Asked();
+    if (!asked) LintFiles(run);
     LintLines(run);
-    LintRegistry(run);
-    LintRules(run);
+    if (!asked) LintRegistry(run);
+    if (!asked || run.HoldsRules(asked->row.eSection)) LintRules(run);
     LintValues(run);
     LintErrors(run);
     LintUnused(run);

@@ -128,6 +128,7 @@ private:
     void LintEntry(const SourceLine& line) {
         m_nKeys += line.key.GetLength() + 1;
         if (m_nKeys > LONGEST_LIST && !m_FirstCut) m_FirstCut = &line;
+        if (!m_Run.IsLookedAt(m_Source.layer, line.number)) return;
         if (line.reason == Reason::DuplicateKey) {
             Report(line, {C04, FormatText(L"'%s' is already set above in [%s]; this line is ignored", line.key,
                                           line.section)});
@@ -243,7 +244,8 @@ private:
 
 void LintLines(LintRun& run) {
     for (const LintSource& source : run.sources) {
-        if (source.layer != OptionLayer::Registry) FileLint{run, source}.Walk();
+        const bool isLookedAt = !run.Asked() || run.Asked()->layer == source.layer;
+        if (isLookedAt && source.layer != OptionLayer::Registry) FileLint{run, source}.Walk();
     }
 }
 

@@ -24,12 +24,16 @@ LinePart PartAt(const OptionOrigin& place, LinePart part) {
 
 }  // namespace
 
-LintRun::LintRun(Startup& started) : startup(started), sources(ReadSources(startup.options)) {
+LintRun::LintRun(Startup& started, const AskedLine* asked)
+    : startup(started),
+      sources(ReadSources(startup.options, asked ? KnownLines{asked->layer, &asked->view} : KnownLines{})),
+      m_Asked(started.errors.empty() ? asked : nullptr) {
     AddSections();
+    if (!m_Asked || HasReference(m_Asked->line.value)) AddReferences();
+    if (m_Asked) return;
     AddRegistryKeys();
     AddDatabases();
     FindMeantDatabase();
-    AddReferences();
 }
 
 void LintRun::AddSections() {

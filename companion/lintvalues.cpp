@@ -23,6 +23,7 @@ public:
     explicit IndexLint(LintRun& run) : m_Run(run) {}
 
     void Walk() {
+        if (m_Run.Asked() && m_Run.Asked()->row.IsSingle()) return;
         for (const LintSource& source : m_Run.sources) {
             if (source.layer == OptionLayer::Registry) continue;
             for (const SourceLine& line : source.view.lines) Look(source, line);
@@ -105,9 +106,17 @@ void LintItem(LintRun& run, const XOptionItem& item) {
 
 void LintItems(LintRun& run) {
     XOption& options = run.startup.options;
+    const AskedLine* const asked = run.Asked();
+    if (asked && !HasReference(asked->line.value)) return;
+    const bool isPassed = !asked || run.IsReferredTo(asked->line.section, asked->line.key);
+    const auto isOfLine = [&](const XOptionItem* item) {
+        const OptionOrigin origin = options.GetOptionOrigin(item);
+        return run.IsLookedAt(origin.layer, origin.line);
+    };
     std::vector<const XOptionItem*> items;
-    for (const auto* item = options.GetFirstOptionItem(L""); item; item = options.GetNextOptionItem(L""))
-        items.push_back(item);
+    for (const auto* item = options.GetFirstOptionItem(L""); item; item = options.GetNextOptionItem(L"")) {
+        if (isPassed || isOfLine(item)) items.push_back(item);
+    }
     for (const XOptionItem* item : items) LintItem(run, *item);
 }
 
@@ -143,20 +152,14 @@ public:
         for (const LintRun::Placed& known : run.Findings()) {
             if (known.code == C09) m_Told.emplace(known.source, known.line);
         }
-        for (const LintSource& source : run.sources) {
-            for (const SourceLine& line : source.view.lines) {
-                const std::optional<CString> section = SectionOf(source, line);
-                if (line.kind == Kind::Entry && line.answers && section && !line.value.IsEmpty())
-                    m_Keys.emplace(Folded(*section), Folded(line.key));
-            }
-        }
     }
 
     void Walk() {
         for (const LintSource& source : m_Run.sources) {
             for (const SourceLine& line : source.view.lines) {
                 const bool mayMatter = line.value.IsEmpty() || HasReference(line.value);
-                if (line.kind == Kind::Entry && line.answers && mayMatter) Look(source, line);
+                const bool isRead = line.kind == Kind::Entry && line.answers;
+                if (isRead && mayMatter && m_Run.IsLookedAt(source.layer, line.number)) Look(source, line);
             }
         }
     }
@@ -182,14 +185,25 @@ private:
         }
     }
 
+    void AddKeys() {
+        for (const LintSource& source : m_Run.sources) {
+            for (const SourceLine& line : source.view.lines) {
+                const std::optional<CString> section = SectionOf(source, line);
+                if (line.kind == Kind::Entry && line.answers && section && !line.value.IsEmpty())
+                    m_Keys.emplace(Folded(*section), Folded(line.key));
+            }
+        }
+    }
+
     // Whether a reference finds something, or the list of the sections.
-    bool Leads(const CString& section, const CString& name) const {
+    bool Leads(const CString& section, const CString& name) {
         CString ignored;
         const XOptionDefinition* const row = FindOptionDefinition(name);
         const bool isOption = row && row->IsString() && row->IsSingle();
+        if (isOption || GetEnvironmentText(ignored, name)) return true;
+        if (m_Keys.empty()) AddKeys();
         const CString key = Folded(name);
-        return isOption || m_Keys.contains({Folded(section), key}) || m_Keys.contains({m_Root, key}) ||
-               GetEnvironmentText(ignored, name);
+        return m_Keys.contains({Folded(section), key}) || m_Keys.contains({m_Root, key});
     }
 
     // An empty value of a file does not take the value of a weaker source away.

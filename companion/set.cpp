@@ -76,7 +76,7 @@ public:
         m_Line = after.Line(std::min(line, static_cast<int>(after.View().lines.size())));
         ProveChange(m_Edit, after, m_Key, value, m_Line);
         Restart();
-        if (!m_Request.Has("--force")) RequireNoFindings();
+        if (!m_Request.Has("--force")) RequireNoFindings(after);
         Write();
         const CString old = m_Old ? Printable(m_Old->value) + L" -> " : CString{};
         Tell(FormatText(L"%s: %s = %s%s%s", PlaceOf(m_Line), m_Line.key, old, Printable(value),
@@ -133,8 +133,9 @@ private:
         m_Found = options.GetOptionCandidates(m_Key.key, m_Key.index.value_or(-1)).candidates;
     }
 
-    std::vector<LintRun::Placed> FindingsOf(Startup& startup) const {
-        LintRun run{startup};
+    std::vector<LintRun::Placed> FindingsOf(Startup& startup, const FileEdit& file) const {
+        const AskedLine asked{m_Target.layer, file.View(), file.Line(m_Line.number), *m_Asked.row};
+        LintRun run{startup, &asked};
         std::vector<LintRun::Placed> findings;
         for (const LintSource& source : run.sources) {
             if (source.layer == m_Target.layer && source.isUnmarkedUtf16)
@@ -149,15 +150,16 @@ private:
     }
 
     /// @throws Refusal  lint has something against the line that it did not have before
-    void RequireNoFindings() const {
+    void RequireNoFindings(const FileEdit& after) const {
         std::vector<LintRun::Placed> findings;
         {
             const SourceReplacement replacement{m_Target.path, m_Result};
             const SourceSnapshot snapshot;
-            findings = FindingsOf(*m_Answer.startup);
+            findings = FindingsOf(*m_Answer.startup, after);
         }
         if (findings.empty()) return;
-        const std::vector<LintRun::Placed> known = FindingsOf(m_Before);
+        const std::vector<LintRun::Placed> known =
+            m_Old ? FindingsOf(m_Before, m_Edit) : std::vector<LintRun::Placed>{};
         for (const LintRun::Placed& finding : findings) {
             const auto isSame = [&](const auto& other) {
                 return other.code == finding.code && other.text == finding.text;

@@ -35,9 +35,13 @@ bool IsUnmarkedUtf16(const CString& path) {
     return (isZero(0) && !isZero(1) && isZero(2) && !isZero(3)) || (!isZero(0) && isZero(1) && !isZero(2) && isZero(3));
 }
 
-StartupSource ReadSource(OptionLayer layer, const CString& path) {
-    const bool isRegistry = layer == OptionLayer::Registry;
-    StartupSource source{layer, path, isRegistry ? ReadRegistryLines(path) : ReadProfileLines(path), false};
+SourceFileLines ReadLines(OptionLayer layer, const CString& path, const KnownLines& known) {
+    if (known.view && known.layer == layer) return *known.view;
+    return layer == OptionLayer::Registry ? ReadRegistryLines(path) : ReadProfileLines(path);
+}
+
+StartupSource ReadSource(OptionLayer layer, const CString& path, const KnownLines& known) {
+    StartupSource source{layer, path, ReadLines(layer, path, known), false};
     const bool hasMark = source.view.encoding != SourceEncoding::Utf8;
     source.isUnmarkedUtf16 = source.view.reading == SourceReading::Done && !hasMark && IsUnmarkedUtf16(path);
     if (source.isUnmarkedUtf16) source.view.lines.clear();
@@ -65,14 +69,15 @@ const wchar_t* ReadingName(SourceReading reading) {
     return READINGS[static_cast<std::size_t>(reading)];
 }
 
-std::vector<StartupSource> ReadSources(const XOption& options) {
+std::vector<StartupSource> ReadSources(const XOption& options, const KnownLines& known) {
     std::vector<StartupSource> sources;
+    const auto add = [&](OptionLayer layer, const CString& path) { sources.push_back(ReadSource(layer, path, known)); };
     for (const OptionLocation& location : options.GetLocations()) {
         using enum OptionLocation::Kind;
         if (!location.isInForce) continue;
-        if (location.kind == Registry) sources.push_back(ReadSource(OptionLayer::Registry, location.path));
-        if (location.kind == UserFile) sources.push_back(ReadSource(OptionLayer::UserFile, location.path));
-        if (location.kind == BasicFile) sources.push_back(ReadSource(OptionLayer::BasicFile, location.path));
+        if (location.kind == Registry) add(OptionLayer::Registry, location.path);
+        if (location.kind == UserFile) add(OptionLayer::UserFile, location.path);
+        if (location.kind == BasicFile) add(OptionLayer::BasicFile, location.path);
     }
     std::ranges::sort(sources, std::ranges::greater{}, &StartupSource::layer);
     return sources;

@@ -21,8 +21,14 @@ struct StartupSource {
     bool isUnmarkedUtf16;
 };
 
+/// The lines of one source, when they were read before; null else.
+struct KnownLines {
+    OptionLayer layer = OptionLayer::Host;
+    const SourceFileLines* view = nullptr;
+};
+
 /// Those of a start-up, the weakest first.
-std::vector<StartupSource> ReadSources(const XOption& options);
+std::vector<StartupSource> ReadSources(const XOption& options, const KnownLines& known = {});
 
 /// Whether a source is there and cannot be read. /dev/null is an empty file.
 bool IsUnreadable(const CString& path, const SourceFileLines& view);

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Times lint of veltrane-config beside the start of the host on the same files, and on files that grow.
+"""Times lint, set and diff of veltrane-config beside the start of the host, or show, on the same files, and on files
+that grow. Processor time; by the clock, set also waits until its file and its folder are on the disk.
 
 Usage: lint.py BUILD_FOLDER [PAIRS]
 Prints a table of work, floor, ratio and bar; exit code 1 when a bar is not held."""
@@ -48,7 +49,9 @@ def row(what, floor, work, ratio, bar):
 with tempfile.TemporaryDirectory() as folder:
     basic, user = (os.path.join(folder, name) for name in ("veltrane.ini", "user.ini"))
     tool = ["-m", folder, "base", "-i", user]
-    lint = [companion, "lint", "--", *tool]
+    lint, show = ([companion, *words, "--", *tool] for words in (["lint"], ["show", "--all"]))
+    diff = [companion, "diff", "--", *tool, "--", *tool]
+    change = [companion, "set", "spool", "%name%.lst", "--in", "basic", "--", *tool]
 
     def write(head, lines, size):
         text = HEAD + head
@@ -58,16 +61,30 @@ with tempfile.TemporaryDirectory() as folder:
             number += 100 if size > 100_000 else 1
         open(basic, "w").write(text)
 
-    print(f"{'lint':46} {'lint':>11} {'floor':>11} {'ratio':>6} {'bar':>6}")
-    open(user, "w").write("[AUTODOC]\nautodoc-title=Title\n" + "; a remark of the team about its configuration\n" * 62)
-    write(*KINDS["naming rules"], 10 << 10)
-    times = [(seconds([host, *tool]), seconds(lint)) for _ in range(pairs)]
-    floor, work = (statistics.median(column) for column in zip(*times))
-    row("10 KiB and 3 KiB; floor: start of the host", floor, work, statistics.median(b / a for a, b in times), 3)
-    for kind, (head, lines) in KINDS.items():
+    def compare(what, floor, work):
+        times = []
+        for _ in range(pairs):
+            times.append((seconds(floor), seconds(work)))
+            write(*KINDS["naming rules"], 10 << 10)
+        medians = (statistics.median(column) for column in zip(*times))
+        row(what, *medians, statistics.median(b / a for a, b in times), 3)
+
+    def grow(what, command, head, lines):
         best = []
         for size in (1 << 18, 1 << 20):
-            write(head, lines, size)
-            best.append(min(seconds(lint) for _ in range(5)))
-        row(f"1 MiB of {kind}; floor: 4 times 256 KiB", 4 * best[0], best[1], best[1] / (4 * best[0]), 1.3)
+            best.append(9.0)
+            for _ in range(5):
+                write(head, lines, size)
+                best[-1] = min(best[-1], seconds(command))
+        row(what, 4 * best[0], best[1], best[1] / (4 * best[0]), 1.3)
+
+    print(f"{'work':46} {'work':>11} {'floor':>11} {'ratio':>6} {'bar':>6}")
+    open(user, "w").write("[AUTODOC]\nautodoc-title=Title\n" + "; a remark of the team about its configuration\n" * 62)
+    write(*KINDS["naming rules"], 10 << 10)
+    compare("lint of 10 KiB and 3 KiB; floor: host's start", [host, *tool], lint)
+    compare("set in 10 KiB; floor: host's start", [host, *tool], change)
+    compare("diff of 10 KiB and 3 KiB; floor: show --all", show, diff)
+    for kind, (head, lines) in KINDS.items():
+        grow(f"lint of 1 MiB of {kind}; 4 times 256 KiB", lint, head, lines)
+    grow("set in 1 MiB of naming rules; 4 times 256 KiB", change, *KINDS["naming rules"])
 sys.exit(0 if held else 1)

@@ -121,11 +121,12 @@ void AddSummary(Answer& answer, const LintRun& run, const FileFilter& wanted, co
 }
 
 // In the form that is asked for; text and JSON are made at once.
-void AddFindings(Answer& answer, const std::vector<LintRun::Placed>& findings, const Request& request) {
+void AddFindings(Answer& answer, const LintRun& run, const std::vector<LintRun::Placed>& findings,
+                 const Request& request) {
     const std::string format = request.Value("--format");
-    if (format == "github") return AddGithub(answer, findings, request);
+    if (format == "github") return AddGithub(answer, run, findings, request);
     if (format == "sarif") {
-        answer.document = SarifDocument(findings, request);
+        answer.document = SarifDocument(run, findings, request);
         return;
     }
     answer.document["findings"] = Json::array();
@@ -181,7 +182,7 @@ Answer Report(const Request& request, const LintRun& run, const std::vector<Lint
         answer.hasFindings = answer.hasFindings || IsOfUnreadable(run, finding);
         ++counts[static_cast<int>(finding.severity)];
     }
-    AddFindings(answer, findings, request);
+    AddFindings(answer, run, findings, request);
     if (request.Value("--format") != "sarif") AddSummary(answer, run, files, counts);
     answer.hasFindings = answer.hasFindings || counts[0] > 0 || (counts[1] > 0 && request.Has("--strict"));
     return answer;

@@ -5,6 +5,7 @@
 #include <map>
 
 #include "commandtable.h"
+#include "lspspot.h"
 #include "printable.h"
 #include "veltrane/platform/files/filesystem.h"
 
@@ -46,6 +47,16 @@ std::string PropertyOfCommand(const std::string& text) {
     return PercentEncoded(text, [](unsigned char byte) {
         return byte == '%' || byte == '\r' || byte == '\n' || byte == ':' || byte == ',';
     });
+}
+
+/// The piece of its line that a finding is about, as an editor marks it, in units of UTF-16; nothing for all of it.
+std::optional<TextRange> MarkedPiece(const LintRun& run, const LintRun::Placed& finding) {
+    if (!finding.isInFile || finding.part == LinePart::Line) return {};
+    const LintSource& source = run.sources[static_cast<std::size_t>(finding.source)];
+    const bool isIni = source.layer != OptionLayer::Registry;
+    if (!isIni || finding.line <= 0 || finding.line > static_cast<int>(source.view.lines.size())) return {};
+    const SourceLine& line = source.view.lines[static_cast<std::size_t>(finding.line) - 1];
+    return RangeOf({&source, &line}, finding.part, {ColumnUnit::Utf16, /*text*/ nullptr});
 }
 
 /// The files of findings as seen from a folder.
@@ -95,12 +106,21 @@ Json RuleJson(const LintRow& row) {
             {"defaultConfiguration", {{"level", SEVERITIES[static_cast<std::size_t>(row.severity)]}}}};
 }
 
-Json LocationJson(const LintRun::Placed& finding, const fs::path& path) {
+Json RegionJson(const LintRun& run, const LintRun::Placed& finding) {
+    Json region{{"startLine", finding.line}};
+    if (const std::optional<TextRange> piece = MarkedPiece(run, finding)) {
+        region["startColumn"] = piece->begin.column + 1;
+        region["endColumn"] = piece->end.column + 1;
+    }
+    return region;
+}
+
+Json LocationJson(const LintRun& run, const LintRun::Placed& finding, const fs::path& path) {
     if (path.empty()) return {{"logicalLocations", Json::array({Json{{"name", ToUtf8(finding.file)}}})}};
     Json artifact{{"uri", (path.is_absolute() ? "file://" : "") + Uri(path)}};
     if (path.is_relative()) artifact["uriBaseId"] = "%SRCROOT%";
     Json physical{{"artifactLocation", std::move(artifact)}};
-    if (finding.line > 0) physical["region"] = {{"startLine", finding.line}};
+    if (finding.line > 0) physical["region"] = RegionJson(run, finding);
     return {{"physicalLocation", std::move(physical)}};
 }
 
@@ -114,7 +134,8 @@ CString TextOf(const LintRun::Placed& finding) {
     return text + L"; did you mean " + name + L"?";
 }
 
-void AddGithub(Answer& answer, const std::vector<LintRun::Placed>& findings, const Request& request) {
+void AddGithub(Answer& answer, const LintRun& run, const std::vector<LintRun::Placed>& findings,
+               const Request& request) {
     constexpr std::array words{"error", "warning", "notice"};
     FindingPaths paths{request.Value("--root")};
     for (const LintRun::Placed& finding : findings) {
@@ -122,6 +143,10 @@ void AddGithub(Answer& answer, const std::vector<LintRun::Placed>& findings, con
         std::string properties;
         if (!path.empty()) properties += "file=" + PropertyOfCommand(path) + ',';
         if (finding.line > 0) properties += "line=" + std::to_string(finding.line) + ',';
+        if (const std::optional<TextRange> piece = MarkedPiece(run, finding)) {
+            properties += "col=" + std::to_string(piece->begin.column + 1) +
+                          ",endColumn=" + std::to_string(piece->end.column + 1) + ',';
+        }
         const std::string place = path.empty() ? ToUtf8(finding.file) + ": " : "";
         answer.text += std::string{"::"} + words[static_cast<std::size_t>(finding.severity)] + ' ' + properties +
                        "title=" + RowOf(finding.code).name + "::" + MessageOfCommand(place + ToUtf8(TextOf(finding))) +
@@ -129,7 +154,7 @@ void AddGithub(Answer& answer, const std::vector<LintRun::Placed>& findings, con
     }
 }
 
-Json SarifDocument(const std::vector<LintRun::Placed>& findings, const Request& request) {
+Json SarifDocument(const LintRun& run, const std::vector<LintRun::Placed>& findings, const Request& request) {
     FindingPaths paths{request.Value("--root")};
     Json rules = Json::array();
     for (const LintRow& row : LINTS) rules.push_back(RuleJson(row));
@@ -139,16 +164,17 @@ Json SarifDocument(const std::vector<LintRun::Placed>& findings, const Request& 
                            {"ruleIndex", static_cast<int>(finding.code)},
                            {"level", SEVERITIES[static_cast<std::size_t>(finding.severity)]},
                            {"message", MessageJson(TextOf(finding))},
-                           {"locations", Json::array({LocationJson(finding, paths.Of(finding))})}});
+                           {"locations", Json::array({LocationJson(run, finding, paths.Of(finding))})}});
     }
     const std::string root = "file://" + Uri(paths.Root() / "");
     const Json driver{{"name", request.program}, {"version", request.version}, {"rules", std::move(rules)}};
-    Json run{{"tool", {{"driver", driver}}},
+    Json log{{"tool", {{"driver", driver}}},
+             {"columnKind", "utf16CodeUnits"},
              {"originalUriBaseIds", {{"%SRCROOT%", {{"uri", root}}}}},
              {"results", std::move(results)}};
     return {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
             {"version", "2.1.0"},
-            {"runs", Json::array({std::move(run)})}};
+            {"runs", Json::array({std::move(log)})}};
 }
 
 }  // namespace veltrane::config

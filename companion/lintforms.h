@@ -6,7 +6,8 @@
 #include "answer.h"
 #include "lint.h"
 
-// The findings in the forms that services for code review read.
+// The findings in the forms that services for code review read. Columns count from 1 in units of UTF-16, without a mark
+// at the start of the file; a finding about a whole line has none.
 
 namespace veltrane::config {
 
@@ -15,10 +16,11 @@ CString TextOf(const LintRun::Placed& finding);
 
 /// Appends one workflow command of GitHub a finding.
 /// @throws Refusal  the folder of --root is missing
-void AddGithub(Answer& answer, const std::vector<LintRun::Placed>& findings, const Request& request);
+void AddGithub(Answer& answer, const LintRun& run, const std::vector<LintRun::Placed>& findings,
+               const Request& request);
 
 /// The findings as one log of the Static Analysis Results Interchange Format 2.1.0.
 /// @throws Refusal  likewise
-Json SarifDocument(const std::vector<LintRun::Placed>& findings, const Request& request);
+Json SarifDocument(const LintRun& run, const std::vector<LintRun::Placed>& findings, const Request& request);
 
 }  // namespace veltrane::config

@@ -181,14 +181,14 @@ TEST_F(Lint, TellsWhichPartOfALineIsMeant) {
 
 TEST_F(Lint, AnnotatesLinesForGithub) {
     Write("registry.reg", "REGEDIT4\n");
-    Write("a/b,c:%.ini", "[USER]\nquiet=100%25\n[USRE]\n");
+    Write("a/b,c:%.ini", "[USER]\nquiet=\U0001F600%25\n[USRE]\n");
     const auto ask = [&](const std::string& root) {
         return Ask({"lint", "--format=github", "--root", root}, {"-i", "a/b,c:%.ini"},
                    {"logfile=x", "data=" + Path("data")});
     };
     const std::string rest =
-        ",line=2,title=C05::'100%2525' is neither 'true' nor 'false'; quiet is taken as false\n"
-        "::warning file=@,line=3,title=C01::[USRE] is not a known section; did you mean [USER]?\n"
+        ",line=2,col=7,endColumn=12,title=C05::'\U0001F600%2525' is neither 'true' nor 'false'; quiet is taken as false\n"
+        "::warning file=@,line=3,col=2,endColumn=6,title=C01::[USRE] is not a known section; did you mean [USER]?\n"
         "::notice title=C13::environment: the environment variable 'logfile' sets this option\n"
         "2 files, 1 registry: 0 errors, 2 warnings, 1 note\n";
     const auto expected = [&](const std::string& file) {

@@ -241,6 +241,7 @@ EditFile::EditFile(const CString& path) : m_Path(path), m_Name(FullName(path)), 
     if (!Exists() || fstat(m_File.Handle(), &m_Status) != 0) Refuse(path, L"it cannot be read", errno);
     if (S_ISDIR(m_Status.st_mode)) Refuse(path, L"it is a folder");
     if (!S_ISREG(m_Status.st_mode)) Refuse(path, L"it is not a regular file");
+    if (m_Status.st_nlink > 1) Refuse(path, L"it has another name (a hard link), which would keep the old text");
     if (!ReadAll(m_File.Handle(), m_Bytes)) Refuse(path, L"it cannot be read", errno);
     if (m_Bytes.size() > LARGEST) Refuse(path, L"it is larger than 256 MiB");
 }

@@ -29,7 +29,7 @@ private:
 class EditFile {
 public:
     /// Reads a file; one that does not exist is empty, and is made when it is written.
-    /// @throws Refusal  it is not a regular file of at most 256 MiB that can be read; ".." below a drive
+    /// @throws Refusal  it is not a regular file of one name and at most 256 MiB that can be read; ".." below a drive
     explicit EditFile(const CString& path);
 
     const CString& Path() const { return m_Path; }  ///< as it was given

@@ -1,12 +1,16 @@
 #!/usr/bin/env python3
-"""Fails each call of the system that `veltrane-config set` makes, once in turn, then runs two of them at once, and looks
-at the file: it is the old or the new one, whole, and nothing is left beside it.
+"""Gives `veltrane-config set` files that it cannot replace, fails each call of the system that it makes, once in turn,
+changes the file meanwhile, runs two of them at once, and looks at the file: it is the old or the new one, whole, of the
+same owner and rights, and nothing is left beside it.
 
 Usage: changes.py PROGRAM [SAMPLE]    with SAMPLE only every SAMPLE-th call of a kind fails
 Needs strace; ends with 77 where that cannot be used."""
+import fcntl
 import os
 import pathlib
 import re
+import resource
+import shutil
 import stat
 import subprocess
 import sys
@@ -19,15 +23,33 @@ program = os.path.abspath(sys.argv[1])
 step = int(sys.argv[2]) if len(sys.argv) > 2 else 1
 OLD, NEW = b"[USER]\r\nspool=%name%.lst\n; end", b"[USER]\r\nspool=new.lst\n; end"
 CALLS = ["openat", "read", "pread64", "write", "newfstatat", "fstat", "ioctl", "flock", "close", "getcwd", "readlink", "fchmod",
-         "fgetxattr", "fsync", "rename", "faccessat", "faccessat2", "unlink", "umask", "rt_sigprocmask"]
+         "fchown", "getdents64", "fgetxattr", "fsync", "rename", "faccessat", "faccessat2", "unlink", "umask", "rt_sigprocmask"]
 ERRORS = ["EIO", "ENOMEM", "EMFILE", "ENOSPC", "EACCES", "EINTR"]
+IS_ROOT = os.geteuid() == 0
+held = []
+# What the file is, how it is made so, how set is run, and what set says.
+REFUSED = [
+    ("a hard link", lambda file: os.link(file, file + ".other"), {}, "another name"),
+    ("a pipe", lambda file: (os.unlink(file), os.mkfifo(file)), {}, "not a regular file"),
+    ("over 256 MiB", lambda file: os.truncate(file, 257 << 20), {}, "larger than 256 MiB"),
+    ("a link to nowhere", lambda file: (os.unlink(file), os.symlink("nowhere", file)), {}, "cannot be found"),
+    ("not writable", lambda file: os.chmod(file, 0o444), {"user": 65534} if IS_ROOT else {}, "not writable"),
+    ("in a folder of others", lambda file: (os.chmod(file, 0o666), os.chmod(os.path.dirname(file), 0o555)),
+     {"user": 65534} if IS_ROOT else {}, "no file can be made beside it"),
+    ("beyond a limit", lambda file: None,
+     {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (8, 8))}, "cannot be written (File too large)"),
+    ("changed by another", lambda file: (held.append(open(file)), fcntl.flock(held[-1], fcntl.LOCK_EX)), {}, "another process"),
+]
 
 
 def prepare(folder):
     sample.prepare(folder)
     file = pathlib.Path(folder, "Team.ini")
     file.write_bytes(OLD)
+    if IS_ROOT:
+        os.chown(file, 1, 2)
     file.chmod(0o640)
+    shutil.copy(folder + "/meta/veltrane.ini", f"{folder}/meta/{os.path.basename(program)}.ini")
     return set(os.listdir(folder)) | {"trace"}
 
 
@@ -35,22 +57,49 @@ def command(folder, words):
     return [program, *words, "--tool", program, "--", "-m", folder + "/meta", "base", "--data", folder + "/data", "-i", "team.ini"]
 
 
-def run(folder, tracing):
-    pathlib.Path(folder, "meta", os.path.basename(program) + ".ini").write_bytes(pathlib.Path(folder, "meta/veltrane.ini").read_bytes())
-    return subprocess.run(["strace", "-o", folder + "/trace", *tracing, *command(folder, ["set", "spool", "new.lst"])], cwd=folder,
-                          env=sample.environment(folder), capture_output=True, timeout=30)
+def run(folder, tracing, how={}):
+    strace = ["strace", "-o", folder + "/trace", *tracing] if tracing else []
+    return subprocess.run([*strace, *command(folder, ["set", "spool", "new.lst"])], cwd=folder,
+                          env=sample.environment(folder), capture_output=True, timeout=30, **how)
 
 
-def fault_of(result, folder, names):
+def fault_of(result, folder, names, owner=(1, 2) if IS_ROOT else (os.geteuid(), os.getegid())):
     bytes_now = pathlib.Path(folder, "Team.ini").read_bytes()
-    mode = stat.S_IMODE(os.stat(folder + "/Team.ini").st_mode)
+    status = os.stat(folder + "/Team.ini")
     if bytes_now not in (OLD, NEW):
         return f"the file is {bytes_now!r}"
     if result.returncode == 0 and bytes_now != NEW:
         return "succeeded without the change"
-    if set(os.listdir(folder)) - names or mode != 0o640:
-        return f"left {sorted(os.listdir(folder))}, mode {mode:o}"
+    if set(os.listdir(folder)) - names or stat.S_IMODE(status.st_mode) != 0o640 or (status.st_uid, status.st_gid) != owner:
+        return f"left {sorted(os.listdir(folder))}, {status}"
     return sample.fault_of(result)
+
+
+def state_of(folder):
+    """Names, kinds and lengths: enough to tell a file that was written."""
+    return {name: (status.st_mode, status.st_size, status.st_mtime_ns, status.st_ino)
+            for name in os.listdir(folder) for status in [os.lstat(os.path.join(folder, name))]}
+
+
+def run_refused(folder, spoil, how, told):
+    prepare(folder)
+    spoil(folder + "/Team.ini")
+    before = state_of(folder)
+    result = run(folder, [], how)
+    return None if result.returncode == 2 and told.encode() in result.stderr and state_of(folder) == before else result
+
+
+def run_overtaken(folder):
+    """Another writes the file while set waits for the disk."""
+    prepare(folder)
+    words = ["strace", "-o", "/dev/null", "-e", "inject=fsync:delay_enter=1000000:when=1", *command(folder, ["set", "spool", "x"])]
+    job = subprocess.Popen(words, cwd=folder, env=sample.environment(folder), stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+    while job.poll() is None and not any(name.startswith(".Team.ini.") for name in os.listdir(folder)):
+        pass
+    pathlib.Path(folder, "Team.ini").write_bytes(b"of another")
+    told = job.communicate()[1]
+    is_kept = pathlib.Path(folder, "Team.ini").read_bytes() == b"of another" and len(os.listdir(folder)) == len(sample.FILES) + 1
+    return None if job.returncode == 2 and b"changed meanwhile" in told and is_kept else told
 
 
 def run_two(folder):
@@ -63,23 +112,35 @@ def run_two(folder):
     return [name for name, code in zip((b"spool=one", b"dictionary-root = two"), codes) if (code != 2) != (name in text)]
 
 
-broken = runs = 0
+runs = broken = 0
+
+
+def count(what, fault):
+    global runs, broken
+    runs += 1
+    broken += bool(fault)
+    if fault:
+        print(f"{what}: {fault}")
+
+
 with tempfile.TemporaryDirectory() as top:
+    os.chmod(top, 0o755)
+    for what, *row in REFUSED:
+        count(what, run_refused(f"{top}/refused{runs}", *row))
     names = prepare(top + "/count")
     whole = run(top + "/count", ["-e", "trace=" + ",".join(CALLS)])
     if whole.returncode != 0 or pathlib.Path(top, "count/Team.ini").read_bytes() != NEW:
         print("strace cannot be used here:", whole.stderr.decode()[:200])
-        sys.exit(77)
+        sys.exit(1 if broken else 77)
     counts, loader = {}, {}
     for line in open(top + "/count/trace"):
         name = re.match(r"(\w+)\(", line)
         counts[name[1] if name else ""] = counts.get(name[1] if name else "", 0) + 1
         if "libm.so" in line or "libc.so" in line or "libgcc" in line:
             loader = dict(counts)
-    for call, count in counts.items():
-        for number in range(loader.get(call, 0) + 1, count + 1, step) if call else ():
+    for call, calls in counts.items():
+        for number in range(loader.get(call, 0) + 1, calls + 1, step) if call else ():
             for error in ERRORS:
-                runs += 1
                 folder = f"{top}/{runs:06}"
                 names = prepare(folder)
                 try:
@@ -87,19 +148,12 @@ with tempfile.TemporaryDirectory() as top:
                     fault = fault_of(result, folder, names)
                 except subprocess.TimeoutExpired:
                     fault = "hangs"
-                broken += bool(fault)
-                if fault:
-                    print(f"{call} {number} {error}: {fault}")
+                count(f"{call} {number} {error}", fault)
                 subprocess.run(["rm", "-rf", folder])
+    count("overtaken", run_overtaken(top + "/overtaken"))
     for number in range(20 // step + 1):
-        runs += 1
         folder = f"{top}/two{number}"
         prepare(folder)
-        run(folder, ["-e", "trace=none"])
-        pathlib.Path(folder, "Team.ini").write_bytes(OLD)
-        fault = run_two(folder)
-        broken += bool(fault)
-        if fault:
-            print(f"two at once: {fault} is lost without a word")
+        count("two at once, lost without a word", run_two(folder))
 print(f"{runs} runs of set, {broken} broken")
 sys.exit(1 if broken else 0)

@@ -25,6 +25,8 @@ run_consumer() {
 run_config() {
     "$1" show -- -m "$tests/../../examples/owntool/metadata" >"$temporary/out" || fail "$1 ended with $?: $(cat "$temporary/out")"
     grep -qE '^unit +cm ' "$temporary/out" || fail "$1 shows something else: $(cat "$temporary/out")"
+    cp -r "$tests/../../examples/owntool/metadata" "$temporary/changed"
+    "$1" set unit mm -- -m "$temporary/changed" | grep -qE ':[0-9]+ \[SCALE\]: unit = cm -> mm$' || fail "$1 sets no unit"
     for page in man/man1/owntool.1 man/man5/owntool.ini.5 bash-completion/completions/owntool \
         zsh/vendor-completions/_owntool fish/vendor_completions.d/owntool.fish; do
         page=$(dirname "$1")/share/$page

@@ -45,7 +45,7 @@ public:
         }
         m_Run.Remove([this](const LintRun::Placed& finding) { return IsSilenced(finding); });
         for (const auto& [target, comment] : m_Comments) {
-            if (!comment.isUsed) TellUnused(target, comment);
+            if (!comment.isUsed) ReportUnused(target, comment);
         }
     }
 
@@ -86,7 +86,7 @@ private:
     }
 
     void Add(const Target& target, const Comment& comment) {
-        if (!m_Comments.emplace(target, comment).second) TellUnused(target, comment);
+        if (!m_Comments.emplace(target, comment).second) ReportUnused(target, comment);
     }
 
     bool IsSilenced(const LintRun::Placed& finding) {
@@ -98,7 +98,7 @@ private:
         return isSilenced;
     }
 
-    void TellUnused(const Target& target, const Comment& comment) {
+    void ReportUnused(const Target& target, const Comment& comment) {
         const CString place = target.line == WHOLE_FILE ? L"in this file" : L"on the next line";
         m_Run.Report(*comment.source, *comment.line,
                      {C23,

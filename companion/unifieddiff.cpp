@@ -37,7 +37,7 @@ public:
                 m_Lines.push_back({' ', before[m_nBefore++]});
                 ++m_nAfter;
             } else {
-                TakeChange();
+                AddChange();
             }
         }
     }
@@ -50,18 +50,18 @@ private:
     }
 
     // Up to the next line of both texts that leaves out the fewest.
-    void TakeChange() {
+    void AddChange() {
         const std::size_t left = m_Before.size() - m_nBefore;
         const std::size_t right = m_After.size() - m_nAfter;
         for (std::size_t count = 1; count < left + right; ++count) {
             for (std::size_t removed = count - std::min(count, right); removed <= std::min(count, left); ++removed) {
-                if (IsSame(removed, count - removed)) return Take(removed, count - removed);
+                if (IsSame(removed, count - removed)) return AddChange(removed, count - removed);
             }
         }
-        Take(left, right);
+        AddChange(left, right);
     }
 
-    void Take(std::size_t removed, std::size_t added) {
+    void AddChange(std::size_t removed, std::size_t added) {
         while (removed-- > 0) m_Lines.push_back({'-', m_Before[m_nBefore++]});
         while (added-- > 0) m_Lines.push_back({'+', m_After[m_nAfter++]});
     }

@@ -9,7 +9,7 @@
 
 #include "fuzz_input.h"
 #include "fuzz_text.h"
-#include "veltrane/platform/sources/internal/answerline.h"
+#include "veltrane/platform/sources/internal/linenumbers.h"
 #include "veltrane/platform/sources/internal/replacement.h"
 #include "veltrane/platform/sources/internal/snapshot.h"
 #include "veltrane/platform/sources/profile.h"

@@ -6,7 +6,7 @@
 
 #include "fuzz_input.h"
 #include "fuzz_registry.h"
-#include "veltrane/platform/sources/internal/answerline.h"
+#include "veltrane/platform/sources/internal/linenumbers.h"
 #include "veltrane/platform/sources/sourcelines.h"
 #include "veltrane/platform/sources/winreg.h"
 

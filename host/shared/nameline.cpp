@@ -14,7 +14,7 @@ namespace {
 constexpr int SHOWN = 64;  // elements of a line that is too long
 
 // Takes a word and the blanks after it off the front of a line.
-bool TakeWord(CString& line, const CString& word) {
+bool CutWord(CString& line, const CString& word) {
     if (line.Left(word.GetLength()) != word || !IsWhiteSpace(line[word.GetLength()])) return false;
     line = line.Mid(word.GetLength()).TrimLeft();
     return true;
@@ -50,9 +50,9 @@ bool NameLines::Next() {
 
 std::optional<NameLine> NameLines::Line() const {
     CString rest = m_Text;
-    if (TakeWord(rest, L"table")) return NameLine{NameLine::Kind::Table, rest};
-    if (TakeWord(rest, L"column")) return NameLine{NameLine::Kind::Column, rest};
-    if (TakeWord(rest, L"version") && IsNumber(rest)) return NameLine{NameLine::Kind::Version, {}, _wtoi(rest)};
+    if (CutWord(rest, L"table")) return NameLine{NameLine::Kind::Table, rest};
+    if (CutWord(rest, L"column")) return NameLine{NameLine::Kind::Column, rest};
+    if (CutWord(rest, L"version") && IsNumber(rest)) return NameLine{NameLine::Kind::Version, {}, _wtoi(rest)};
     return {};
 }
 

@@ -259,7 +259,7 @@ template <class T>
 void XSet<T>::Delete(int position) {
     Guarded(L"Exception in 'XSet<T>::Delete()'", [&] {
         if (!Contains(position)) return;
-        for (int i = position; i + 1 < Size(); ++i) At(i).Take(std::move(At(i + 1)));
+        for (int i = position; i + 1 < Size(); ++i) At(i).Assign(std::move(At(i + 1)));
         m_Data.pop_back();
     });
 }

@@ -115,7 +115,7 @@ void Arrange(std::vector<Element>& elements, const std::vector<XEntry<Element>>&
         for (std::size_t i = 0; i < arranged.size(); ++i) elements[i].Renew(std::move(arranged[i]));
     } else {
         try {
-            for (std::size_t i = 0; i < arranged.size(); ++i) elements[i].Take(arranged[i]);
+            for (std::size_t i = 0; i < arranged.size(); ++i) elements[i].Assign(arranged[i]);
         } catch (...) {
             elements.swap(arranged);
             throw;

@@ -14,7 +14,7 @@ namespace veltrane::detail {
 /// that grows with the logarithm of the row. A binary indexed tree.
 /// @code
 /// XTakenPlaces taken{10};
-/// for (const std::size_t place : {7, 2, 5}) taken.Take(place);
+/// for (const std::size_t place : {7, 2, 5}) taken.Add(place);
 /// taken.Nth(1);  // 5
 /// @endcode
 class XTakenPlaces {
@@ -24,7 +24,7 @@ public:
     int Count() const noexcept { return m_nCount; }
 
     /// Takes a place that is free.
-    void Take(std::size_t place) noexcept {
+    void Add(std::size_t place) noexcept {
         ++m_nCount;
         for (std::size_t at = place + 1; at < m_Counts.size(); at += at & (~at + 1)) ++m_Counts[at];
     }
@@ -46,17 +46,17 @@ private:
 };
 
 /// Hands out, in ascending order, all values of a and each value of b that is not in a, once. For a known order.
-template <class Element, class Take>
-void MergeUnion(std::span<const Element> a, std::span<const Element> b, Take take) {
+template <class Element, class Append>
+void MergeUnion(std::span<const Element> a, std::span<const Element> b, Append append) {
     const auto first = InOrder(a);
     const auto second = InOrder(b);
     auto next = first.begin();
     for (auto entry = second.begin(); entry != second.end(); ++entry) {
         if (entry != second.begin() && !(*std::prev(entry) < *entry)) continue;  // again the same value
-        for (; next != first.end() && *next < *entry; ++next) take(next->element->GetValue());
-        if (next == first.end() || *entry < *next) take(entry->element->GetValue());
+        for (; next != first.end() && *next < *entry; ++next) append(next->element->GetValue());
+        if (next == first.end() || *entry < *next) append(entry->element->GetValue());
     }
-    for (; next != first.end(); ++next) take(next->element->GetValue());
+    for (; next != first.end(); ++next) append(next->element->GetValue());
 }
 
 /// The union by a comparison that need not follow the order of the values. It is defined as a row of steps: each
@@ -76,7 +76,7 @@ std::vector<Element*> LookUpUnion(std::span<Element> elements, std::size_t sizeO
     XTakenPlaces taken{sorted.size()};
     const auto elementAt = [&](int n) -> Element& { return *sorted[taken.Nth(n)].element; };
     for (std::size_t i = 0; i < sorted.size(); ++i) {
-        if (i < sizeOfA || find(elements[i], taken.Count(), elementAt) < 0) taken.Take(places[i]);
+        if (i < sizeOfA || find(elements[i], taken.Count(), elementAt) < 0) taken.Add(places[i]);
     }
     std::vector<Element*> kept;
     kept.reserve(static_cast<std::size_t>(taken.Count()));

@@ -34,7 +34,7 @@ public:
 
     /// Assignment for those who handle the failure themselves.
     template <class Other>
-    void Take(Other&& other) {
+    void Assign(Other&& other) {
         m_Value = std::forward<Other>(other).m_Value;
         m_bFlag = other.m_bFlag;
     }
@@ -61,13 +61,13 @@ XSetData<T>::~XSetData() noexcept try {
 
 template <class T>
 XSetData<T>& XSetData<T>::operator=(const XSetData& other) noexcept {
-    Guarded(L"Exception in 'XSetData<T>::operator=()'", [&] { Take(other); });
+    Guarded(L"Exception in 'XSetData<T>::operator=()'", [&] { Assign(other); });
     return *this;
 }
 
 template <class T>
 XSetData<T>& XSetData<T>::operator=(XSetData&& other) noexcept {
-    Guarded(L"Exception in 'XSetData<T>::operator=()'", [&] { Take(std::move(other)); });
+    Guarded(L"Exception in 'XSetData<T>::operator=()'", [&] { Assign(std::move(other)); });
     return *this;
 }
 

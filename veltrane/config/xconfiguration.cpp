@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "veltrane/foundation/xraise.h"
-#include "veltrane/platform/sources/internal/answerline.h"
+#include "veltrane/platform/sources/internal/linenumbers.h"
 #include "veltrane/platform/sources/profile.h"
 #include "veltrane/platform/text/internal/indexformat.h"
 
@@ -44,7 +44,7 @@ void RequirePattern(const wchar_t* method, XFormat<CString> message, const CStri
     throw error;
 }
 
-XException Twice(const XSite& site, const CString& pattern, int index) {
+XException GivenTwice(const XSite& site, const CString& pattern, int index) {
     return About({.option = pattern, .index = index},
                  MakeError(site, L"Multiple options <%s> for index <%d>!", pattern, index));
 }
@@ -66,15 +66,15 @@ struct XConfiguration::Family {
     CString format;
     bool isOfSections;
 
-    /// Calls take(name, index) for each name of the family, next() for the index of a bare name.
-    template <class NextIndex, class Take>
-    void ForEach(NextIndex&& next, Take&& take) {
+    /// Calls visit(name, index) for each name of the family, next() for the index of a bare name.
+    template <class NextIndex, class Visit>
+    void ForEach(NextIndex&& next, Visit&& visit) {
         names.MakeLower();
         format.MakeLower();
         FieldWalk walk{names};
         for (CString name; walk.Next(name);) {
             std::optional<int> index;
-            if (Holds(name, index)) take(name, index ? *index : next());
+            if (Holds(name, index)) visit(name, index ? *index : next());
         }
     }
 
@@ -108,7 +108,7 @@ bool XConfiguration::GetKeyIndexSet(XSetInt& indexes, const CString& section, co
         .ForEach([&] { return Successor(indexes.GetMax()); },
                  [&](const CString&, int index) {
                      if (indexes.Find(index, XSetInt::Comp) >= 0) {
-                         throw Twice(Here(method), pattern, index);
+                         throw GivenTwice(Here(method), pattern, index);
                      }
                      indexes.Insert(index);
                  });
@@ -131,7 +131,7 @@ bool XConfiguration::GetKeyValueSet(XMapInt2CString& values, const CString& sect
                        if (places && (isTwice || !text.IsEmpty())) {
                            places->push_back({index, {m_FileName, line, inSection, key, text}});
                        }
-                       if (isTwice) throw Twice(Here(method), pattern, index);
+                       if (isTwice) throw GivenTwice(Here(method), pattern, index);
                        if (!text.IsEmpty()) values.Insert(index, text);
                    });
     return values.Size() > 0;

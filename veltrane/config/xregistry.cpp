@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "veltrane/foundation/xraise.h"
-#include "veltrane/platform/sources/internal/answerline.h"
+#include "veltrane/platform/sources/internal/linenumbers.h"
 
 using namespace veltrane;
 

@@ -74,7 +74,7 @@ public:
         m_Text += L':';
         return *this;
     }
-    CString Take() { return CString{std::move(m_Text)}; }
+    CString Release() { return CString{std::move(m_Text)}; }
 
 private:
     std::wstring m_Text;
@@ -115,17 +115,17 @@ CString XAction::TimeStr(const long& value, const int& precision, bool shortUnit
     if (duration.days > 0) {
         text.Add(duration.days == 1 ? "1 day and " : std::to_string(duration.days) + " days and ");
         text.AddTwoDigits(duration.hours).AddTwoDigits(duration.minutes).Add(seconds);
-        return text.Add(shortUnits ? " h" : " hours").Take();
+        return text.Add(shortUnits ? " h" : " hours").Release();
     }
     // The three long words are equally wide.
     if (duration.hours > 0) {
         text.AddTwoDigits(duration.hours).AddTwoDigits(duration.minutes).Add(seconds);
-        return text.Add(shortUnits ? " h" : " hours  ").Take();
+        return text.Add(shortUnits ? " h" : " hours  ").Release();
     }
     if (duration.minutes > 0) {
-        return text.AddTwoDigits(duration.minutes).Add(seconds).Add(shortUnits ? " m" : " minutes").Take();
+        return text.AddTwoDigits(duration.minutes).Add(seconds).Add(shortUnits ? " m" : " minutes").Release();
     }
-    return text.Add(seconds).Add(shortUnits ? " s" : " seconds").Take();
+    return text.Add(seconds).Add(shortUnits ? " s" : " seconds").Release();
 }
 
 void XAction::TimeDHMS(int& days, int& hours, int& minutes, CString& seconds, const long& value, const int& precision) {

@@ -191,7 +191,7 @@ private:
 /// @code
 /// using Options = veltrane::TypedOptions<OWN_TABLE>;
 /// const Options options{store};
-/// if (options.Get<"dry-run">()) Tell(options.Get<"unit">());
+/// if (options.Get<"dry-run">()) Show(options.Get<"unit">());
 /// for (const auto& [index, file] : options.All<"source">()) Read(file);
 /// @endcode
 template <const OwnTable& Table = LIBRARY_ALONE>

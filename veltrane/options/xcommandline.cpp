@@ -57,7 +57,7 @@ XOptionDefinition* XCommandLine::GetNext(CString& value) {
                                                       L"    <---- Try <--help> to view the help window! ---->",
                                                       argument));
     }
-    const bool isGiven = TakeValue(value);
+    const bool isGiven = ReadValue(value);
     if (definition->IsBoolean() || definition->IsTrillian()) {
         if (!isGiven) value = definition->GetDefaultValue();
         const FlagKind& kind = definition->IsBoolean() ? BOOLEAN_FLAG : TRILLIAN_FLAG;
@@ -81,7 +81,7 @@ bool XCommandLine::Advance() {
 }
 
 // Uses the next argument as value unless it is empty or looks like an option; then it is looked at again.
-bool XCommandLine::TakeValue(CString& value) {
+bool XCommandLine::ReadValue(CString& value) {
     if (m_nCurrent + 1 >= m_nArguments) return false;
     const CString& next = (*m_Arguments)[static_cast<std::size_t>(m_nCurrent) + 1];
     if (next.IsEmpty() || LooksLikeOption(next)) return false;

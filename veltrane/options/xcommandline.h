@@ -35,7 +35,7 @@ public:
 
 private:
     bool Advance();
-    bool TakeValue(CString& value);
+    bool ReadValue(CString& value);
 
     std::shared_ptr<const std::vector<CString>> m_Arguments;
     int m_nArguments;

@@ -15,7 +15,7 @@ constexpr OptionNameIndex<&XOptionDefinition::szLongName> LONG_NAMES;
 
 // Hosts know the rows as pointers to what could be changed; nobody changes them.
 template <class Row>
-Row* Handed(const Row* row) {
+Row* AsHostsKnowIt(const Row* row) {
     return const_cast<Row*>(row);
 }
 
@@ -71,27 +71,27 @@ int GetConfigSectionCount() {
 XOptionDefinition* GetOptionDefinitionAt(int index) {
     const auto place = static_cast<std::size_t>(index);  // beyond all for one below 0
     if (const OptionRegistry* const own = OptionRegistry::Registered()) {
-        return place < own->Options().size() ? Handed(own->Options()[place]) : nullptr;
+        return place < own->Options().size() ? AsHostsKnowIt(own->Options()[place]) : nullptr;
     }
-    return place < std::size(g_OptionDefinitions) ? Handed(&g_OptionDefinitions[place]) : nullptr;
+    return place < std::size(g_OptionDefinitions) ? AsHostsKnowIt(&g_OptionDefinitions[place]) : nullptr;
 }
 
 XConfigSection* GetConfigSectionAt(int index) {
     if (index < 0 || index >= GetConfigSectionCount()) return nullptr;
-    if (index < SECTION_COUNT) return Handed(&g_ConfigSections[index]);
-    return Handed(OptionRegistry::Registered()->Sections()[static_cast<std::size_t>(index - SECTION_COUNT)]);
+    if (index < SECTION_COUNT) return AsHostsKnowIt(&g_ConfigSections[index]);
+    return AsHostsKnowIt(OptionRegistry::Registered()->Sections()[static_cast<std::size_t>(index - SECTION_COUNT)]);
 }
 
 XOptionDefinition* FindOptionDefinition(const CString& name) {
-    return Handed(FindByName(name.View()));
+    return AsHostsKnowIt(FindByName(name.View()));
 }
 
 XConfigSection* FindConfigSection(enumCfgSection section) {
-    return Handed(FindSection([section](const XConfigSection& row) { return row.eSection == section; }));
+    return AsHostsKnowIt(FindSection([section](const XConfigSection& row) { return row.eSection == section; }));
 }
 
 XConfigSection* FindConfigSection(const CString& name) {
-    return Handed(FindSection([&](const XConfigSection& row) { return name == row.szName; }));
+    return AsHostsKnowIt(FindSection([&](const XConfigSection& row) { return name == row.szName; }));
 }
 
 bool IsValidBooleanString(const CString& value) {

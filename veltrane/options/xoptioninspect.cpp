@@ -41,7 +41,7 @@ std::vector<OptionLocation> UserFiles(const CString& file, const CString& folder
 }
 
 // An item has the value that it has; without a known origin the steps may be those of another value.
-void TellItem(OptionExplanation& explanation, const XOptionItem& item, bool isKnown) {
+void DescribeItem(OptionExplanation& explanation, const XOptionItem& item, bool isKnown) {
     const CString& value = item.GetOptionValue();
     if (!isKnown && (explanation.value != value || !explanation.error.IsEmpty())) {
         explanation.steps = {{OptionStep::Kind::Given, 0, {}, {}, value}};
@@ -93,19 +93,19 @@ std::vector<OptionCandidates> XOption::GetAllOptionCandidates(const CString& nam
 OptionCandidates XOption::CandidatesOf(const XOptionDefinition& definition, int index, const XOptionItem* item,
                                        XOptionFamilies& families) const {
     XOptionCandidates found{ValuesOf(item)};
-    if (definition.eSection == eSectionNone) return found.Take();
+    if (definition.eSection == eSectionNone) return found.Release();
     CString section;
     try {
         section = m_pRetrieval->SectionName(definition.eSection, /*isStoring*/ false);
     } catch (const XException&) {  // nothing is asked as long as the section has no name
-        return found.Take();
+        return found.Release();
     }
     const wchar_t* const key = definition.szLongName;
     if (definition.IsSingle()) {
         auto places = m_pSources->AskEach(section, key, /*withFiles*/ !IsTooLateForFiles(definition));
         const bool isEarly = IsEnvironmentEarly(definition, places);
         found.AddSources(std::move(places), isEarly);
-        return found.Take();
+        return found.Release();
     }
     const auto [entry, isNew] = families.try_emplace(&definition);
     XOptionFamily& family = entry->second;
@@ -116,7 +116,7 @@ OptionCandidates XOption::CandidatesOf(const XOptionDefinition& definition, int 
     } else {
         found.AddPlaces(std::move(places));
     }
-    return found.Take();
+    return found.Release();
 }
 
 OptionExplanation XOption::ExplainOption(const CString& name, int index) const {
@@ -132,7 +132,7 @@ OptionExplanation XOption::ExplainOption(const CString& name, int index) const {
         ExplainRetrieval(explanation, *definition, index);
     }
     for (OptionStep& step : explanation.steps) m_pSources->Complete(step.places);
-    if (item) TellItem(explanation, *item, /*isKnown*/ !values.empty());
+    if (item) DescribeItem(explanation, *item, /*isKnown*/ !values.empty());
     if (definition->IsValueOptional() && explanation.value.IsEmpty())
         explanation.value = g_BooleanStrings[item ? 1 : 0];
     if (explanation.error.IsEmpty()) {

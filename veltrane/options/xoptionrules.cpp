@@ -18,24 +18,24 @@ const XOptionDefinition& RuleDefinition(enumOption option) {
     return option == eOptionTableNameRules ? LibraryRow(eOptionTableNameRules) : LibraryRow(eOptionColumnNameRules);
 }
 
-/// Calls take(field) for each field of a comma-separated list, up to the first empty one.
-template <class Take>
-void ForEachField(std::wstring_view list, Take take) {
+/// Calls visit(field) for each field of a comma-separated list, up to the first empty one.
+template <class Visit>
+void ForEachField(std::wstring_view list, Visit visit) {
     while (!list.empty() && list.front() != L',') {
         const std::size_t end = std::min(list.find(L','), list.size());
-        take(list.substr(0, end));
+        visit(list.substr(0, end));
         list.remove_prefix(std::min(end + 1, list.size()));
     }
 }
 
-/// Calls take(version, section, key) for each key of the sections of a form, by version and then in the order of the
+/// Calls visit(version, section, key) for each key of the sections of a form, by version and then in the order of the
 /// file. A negative version ends the walk.
-template <class Take>
-void ForEachRule(XMapInt2CString& names, const CString& format, Take take) {
+template <class Visit>
+void ForEachRule(XMapInt2CString& names, const CString& format, Visit visit) {
     CString keys;
     for (int version = names.GetFirst(keys); version >= 0; version = names.GetNext(keys)) {
         const CString section = FormatIndex(format, version);
-        ForEachField(keys.View(), [&](std::wstring_view key) { take(version, section, CString{key}); });
+        ForEachField(keys.View(), [&](std::wstring_view key) { visit(version, section, CString{key}); });
     }
 }
 
@@ -80,7 +80,7 @@ std::vector<OptionRule> XOption::GetNamingRules(enumOption option) const {
         const XNamingRule& rule = inForce.GetConstRefAt(i);
         rules.push_back({option, rule.GetVersion(), rule.GetFirst(), rule.GetSecond(), {}});
     }
-    m_pOrigins->TellRules(option, rules);
+    m_pOrigins->AddOrigins(option, rules);
     AddHiddenRules(rules, option);
     return rules;
 }

@@ -36,14 +36,14 @@ constexpr XFailure<> OPENING{L"Error locating and opening the configuration!",
 constexpr XFailure<> READING{L"Error reading the configuration!",
                              L"An unknown exception occured while reading the configuration!"};
 
-/// Takes the steps of start-up. While it only looks, one that fails does not keep the next ones from being taken, and
-/// the first error comes at the end.
+/// Runs the steps of start-up. While start-up only looks, the next steps run after one that fails, and the first error
+/// is thrown at the end.
 class Steps {
 public:
     explicit Steps(bool isGoingOn) : m_bGoingOn(isGoingOn) {}
 
     template <class Step>
-    void Take(Step&& step) try {
+    void Run(Step&& step) try {
         std::forward<Step>(step)();
     } catch (...) {
         if (!m_bGoingOn) throw;
@@ -68,12 +68,12 @@ void XOption::Initialize(const CString& exePath, const CString& exeName, const C
     m_pRetrieval->Insert(VERSION_INFO, versionInfo, -1, OptionLayer::Host);
     m_pRetrieval->Insert(DATE_TIME, dateTime, -1, OptionLayer::Host);
     Steps steps{m_bLookOnly};
-    steps.Take([this] { ParseCommandLine(); });  // which may end the process: no snapshot stands while exit runs
-    const SourceSnapshot snapshot;               // of all that follows no host sees when it is read
-    steps.Take([this] { OpenRegistry(); });
-    steps.Take([this] { RetrieveMetadataFolder(); });
+    steps.Run([this] { ParseCommandLine(); });  // which may end the process: no snapshot stands while exit runs
+    const SourceSnapshot snapshot;              // of all that follows no host sees when it is read
+    steps.Run([this] { OpenRegistry(); });
+    steps.Run([this] { RetrieveMetadataFolder(); });
     for (const StartupFolder& folder : USER_FOLDERS) {
-        if (OptionRegistry::HasLibraryRow(folder.option)) steps.Take([&] { RetrieveUserPath(folder); });
+        if (OptionRegistry::HasLibraryRow(folder.option)) steps.Run([&] { RetrieveUserPath(folder); });
     }
     steps.Finish();
 }
@@ -169,8 +169,8 @@ void XOption::OpenConfiguration() {
     const SourceSnapshot snapshot;
     WithReason(Here(L"XOption::OpenConfiguration"), OPENING, [this] {
         Steps steps{m_bLookOnly};
-        if (!m_pSources->userFile) steps.Take([this] { OpenUserConfiguration(); });
-        if (!m_pSources->basicFile) steps.Take([this] { OpenBasicConfiguration(); });
+        if (!m_pSources->userFile) steps.Run([this] { OpenUserConfiguration(); });
+        if (!m_pSources->basicFile) steps.Run([this] { OpenBasicConfiguration(); });
         steps.Finish();
     });
 }
@@ -224,11 +224,11 @@ void XOption::ReadConfiguration() {
     WithReason(Here(L"XOption::ReadConfiguration"), READING, [this] {
         Steps steps{m_bLookOnly};
         for (int i = 0; XOptionDefinition* const row = GetOptionDefinitionAt(i); ++i) {
-            if (row->HasOptionNumber()) steps.Take([&] { RetrieveOption(row); });
+            if (row->HasOptionNumber()) steps.Run([&] { RetrieveOption(row); });
         }
-        steps.Take([this] { MergeObsoleteClasses(); });
-        steps.Take([this] { ReadNamingRules(eOptionTableNameRules); });
-        steps.Take([this] { ReadNamingRules(eOptionColumnNameRules); });
+        steps.Run([this] { MergeObsoleteClasses(); });
+        steps.Run([this] { ReadNamingRules(eOptionTableNameRules); });
+        steps.Run([this] { ReadNamingRules(eOptionColumnNameRules); });
         steps.Finish();
     });
 }

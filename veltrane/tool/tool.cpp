@@ -38,10 +38,10 @@ int Catching(Steps&& steps, const Handler& handler) try {
     return handler(error);
 }
 
-/// Tells errors: box, log, exit code.
-class ErrorTeller {
+/// Reports errors: box, log, exit code.
+class ErrorReporter {
 public:
-    explicit ErrorTeller(const ToolFacts& facts) : m_Facts(facts) {}
+    explicit ErrorReporter(const ToolFacts& facts) : m_Facts(facts) {}
 
     /// From now on errors are told in that log, too, and it ends with the first one.
     void Use(XLogging& log) { m_pLog = &log; }
@@ -49,11 +49,11 @@ public:
     /// Runs steps that return an exit code; an error that they throw is told, and has its own.
     template <class Steps>
     int Watch(Steps&& steps) const {
-        return Catching(std::forward<Steps>(steps), [this](XException& error) { return Tell(error); });
+        return Catching(std::forward<Steps>(steps), [this](XException& error) { return Report(error); });
     }
 
 private:
-    int Tell(XException& error) const {
+    int Report(XException& error) const {
         if (m_Facts.hints) Attempt(error, [&] { m_Facts.hints(error); });
         Attempt(error, [&] { Show(error); });
         if (m_pLog) Attempt(error, [&] { WriteToLog(error); });
@@ -148,7 +148,7 @@ int detail::RunTool(const ToolFacts& facts, const OwnTable& table, const ToolBod
     if (facts.boxes) SetMessageBoxHandler(facts.boxes);
     if (!facts.arguments.empty()) SetArguments(facts.arguments);
     XLogging log;
-    ErrorTeller teller{facts};
+    ErrorReporter teller{facts};
     return teller.Watch([&] {
         std::optional<OwnOptions> registered;
         if (HasOwn(table)) registered.emplace(table);

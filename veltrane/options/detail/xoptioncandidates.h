@@ -22,7 +22,7 @@ public:
     /// Tells places whose answers count for nothing.
     void AddPlaces(std::vector<OptionPlace> places) { m_Result.places = std::move(places); }
 
-    OptionCandidates Take() { return std::move(m_Result); }
+    OptionCandidates Release() { return std::move(m_Result); }
 
 private:
     void AddSource(const OptionOrigin& origin);

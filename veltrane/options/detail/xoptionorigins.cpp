@@ -55,7 +55,7 @@ void XOptionOrigins::NoteRule(enumOption option, int number, OptionOrigin origin
     m_Rules.push_back({option, number, origin.line, m_RulePlaces.size() - 1, std::move(origin.key)});
 }
 
-void XOptionOrigins::TellRules(enumOption option, std::vector<OptionRule>& rules) const {
+void XOptionOrigins::AddOrigins(enumOption option, std::vector<OptionRule>& rules) const {
     for (const RuleOrigin& noted : m_Rules) {
         if (noted.option != option) continue;
         OptionRule& rule = rules[static_cast<std::size_t>(noted.number)];

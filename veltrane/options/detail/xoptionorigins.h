@@ -44,7 +44,7 @@ public:
     /// Notes where the text of a naming rule stands. @param number  of the rule among those of its kind, from 0
     void NoteRule(enumOption option, int number, OptionOrigin origin);
     /// Fills in the origins of all rules of one kind.
-    void TellRules(enumOption option, std::vector<OptionRule>& rules) const;
+    void AddOrigins(enumOption option, std::vector<OptionRule>& rules) const;
 
 private:
     /// A configuration may hold very many rules: file and section stand once for all of them, the text with the rule.

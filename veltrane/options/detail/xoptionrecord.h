@@ -13,7 +13,7 @@ namespace veltrane::detail {
 /// asked and gets its text when the answer is in, with the steps of the answer's own references in between.
 class XOptionRecord {
 public:
-    std::vector<OptionStep> Take() { return std::exchange(m_Steps, {}); }
+    std::vector<OptionStep> Release() { return std::exchange(m_Steps, {}); }
 
     /// @return number of the step, for End
     std::size_t Begin(OptionStep::Kind kind, const CString& reference, int depth) {

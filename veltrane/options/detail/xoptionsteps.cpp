@@ -52,7 +52,7 @@ std::vector<OptionStep> StepsOf(const XKeptOrigin& kept, const CString& key) {
         }
     } catch (const XException&) {  // NOLINT(bugprone-empty-catch): the retrieval has ended here, too
     }
-    return record.Take();
+    return record.Release();
 }
 
 std::vector<OptionStep> StepsOf(const std::vector<XKeptOrigin>& values) {

@@ -36,8 +36,8 @@ bool IsLink(const std::wstring& path) {
     return Retried([&] { return lstat(name.c_str(), &status); }) == 0 && S_ISLNK(status.st_mode);
 }
 
-// Takes the last component away unless ".." leads elsewhere from it: from a link, or from a ".." that stayed.
-bool TakeUp(std::wstring& result, std::size_t root, std::wstring_view separators) {
+// Removes the last component unless ".." leads elsewhere from it: from a link, or from a ".." that stayed.
+bool RemoveLast(std::wstring& result, std::size_t root, std::wstring_view separators) {
     const std::size_t last = result.find_last_not_of(separators);
     if (last == std::wstring::npos || last < root) return true;  // nothing is above the root
     const std::size_t before = std::max(root, result.find_last_of(separators, last) + 1);
@@ -54,7 +54,7 @@ CString WithoutDots(std::wstring_view path, std::size_t root, std::wstring_view 
         const std::size_t end = std::min(rest.find_first_of(separators), rest.size());
         const std::size_t next = std::min(rest.find_first_not_of(separators, end), rest.size());
         const std::wstring_view component = rest.substr(0, end);
-        const bool isResolved = component == L"." || (component == L".." && TakeUp(result, root, separators));
+        const bool isResolved = component == L"." || (component == L".." && RemoveLast(result, root, separators));
         if (!isResolved) result += rest.substr(0, next);
         // Dots at the very end name the folder itself, so the separator in front of them goes too.
         if (isResolved && end == rest.size()) result.resize(std::max(root, result.find_last_not_of(separators) + 1));

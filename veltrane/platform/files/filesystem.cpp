@@ -59,8 +59,8 @@ void AppendBelow(std::string& name, std::wstring_view path) {
     }
 }
 
-/// Takes the current folder, in which a backslash is a character, from the front of a full name.
-void TakeCurrentFolder(std::string& name, std::wstring_view& path) {
+/// Cuts the current folder, in which a backslash is a character, from the front of a full name.
+void CutCurrentFolder(std::string& name, std::wstring_view& path) {
     if (path[0] != L'/' || path.find(L'\\') == path.npos) return;
     const CString folder = CurrentFolder();
     const std::wstring_view view = folder.View();
@@ -123,7 +123,7 @@ std::string veltrane::SpelledPath(CStringView path) {
         name = DriveFolders()[*drive];
         if (!name.empty()) AppendBelow(name, rest.substr(2));
     } else {
-        TakeCurrentFolder(name, rest);
+        CutCurrentFolder(name, rest);
         AppendPath(name, rest);
     }
     return name;

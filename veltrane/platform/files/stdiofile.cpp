@@ -45,7 +45,7 @@ NativeFile CopyOf(int handle) noexcept {
 /// Locks a file and only then empties it, so that the file of another writer stays as it is. Devices belong to
 /// everybody and hold nothing that could be lost: they are not locked. A standard stream is written through its own
 /// descriptor: from two places in one file, each would cover the other's text. @return 0 or the system's error number
-int TakeOver(NativeFile& file) {
+int LockAndEmpty(NativeFile& file) {
     struct stat status;
     if (fstat(file.Handle(), &status) != 0) return errno;
     if (fcntl(file.Handle(), F_SETFL, O_APPEND) != 0) return errno;  // from now on a write waits for its reader
@@ -69,7 +69,7 @@ int OpenForWriting(const CString& path, NativeFile& file) {
     // A process that was started without its standard streams would write its messages into the file.
     if (file && file.Handle() <= STDERR_FILENO) file = CopyOf(file.Handle());
     if (!file) return errno == ENOENT ? ENOTDIR : errno;  // a file that is missing would have been made
-    return TakeOver(file);
+    return LockAndEmpty(file);
 }
 
 bool IsPipe(const NativeFile& file) noexcept {

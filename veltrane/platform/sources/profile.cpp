@@ -5,7 +5,7 @@
 
 #include "veltrane/platform/sources/detail/profilescan.h"
 #include "veltrane/platform/sources/detail/sourcefile.h"
-#include "veltrane/platform/sources/internal/answerline.h"
+#include "veltrane/platform/sources/internal/linenumbers.h"
 #include "veltrane/platform/text/cstring.h"
 #include "veltrane/platform/text/internal/decoding.h"
 
@@ -35,7 +35,7 @@ public:
     bool PutText(FileText text) noexcept {
         while (!text.bytes.empty()) {
             text.bytes.remove_prefix(PutAscii(text.bytes));
-            if (!text.bytes.empty() && !Put(TakeFileCharacter(text))) return false;
+            if (!text.bytes.empty() && !Put(CutFileCharacter(text))) return false;
         }
         return true;
     }

@@ -38,7 +38,7 @@ bool HasWindows1252(const SourceFile& file) noexcept {
     return false;
 }
 
-SourceFileLines Describe(const CString& path, const SourceFile& file) {
+SourceFileLines DescribeFile(const CString& path, const SourceFile& file) {
     SourceFileLines described;
     described.path = FromUtf8(MapPath(path));
     described.reading = file.Result();
@@ -124,28 +124,28 @@ public:
             if (walk.IsInsidePair()) continue;
             SourceLine read = m_Places.Begin(line, m_Result.lines);
             read.section = m_Section;
-            Tell(ReadProfileLine(line), read);
+            Describe(ReadProfileLine(line), read);
             m_Result.lines.push_back(std::move(read));
         }
     }
 
 private:
-    void Tell(const ProfileLine& line, SourceLine& read) {
+    void Describe(const ProfileLine& line, SourceLine& read) {
         switch (line.kind) {
             case ProfileLine::Kind::Blank:
                 break;
             case ProfileLine::Kind::Comment:
                 read.kind = Kind::Comment;
-                TellKey(WithoutBlanks(line.line), read);
+                DescribeKey(WithoutBlanks(line.line), read);
                 break;
             case ProfileLine::Kind::Header:
-                TellSection(line, read);
+                DescribeSection(line, read);
                 break;
             case ProfileLine::Kind::Entry:
-                TellEntry(line, read);
+                DescribeEntry(line, read);
                 break;
             case ProfileLine::Kind::NoEquals:
-                TellKey(WithoutBlanks(line.line), read);
+                DescribeKey(WithoutBlanks(line.line), read);
                 Ignore(read, Reason::NoEquals);
                 break;
             case ProfileLine::Kind::NoKey:
@@ -159,12 +159,12 @@ private:
         read.reason = m_Sections.empty() ? Reason::BeforeFirstSection : reason;
     }
 
-    void TellKey(std::string_view key, SourceLine& read) {
+    void DescribeKey(std::string_view key, SourceLine& read) {
         read.key = Decoded(m_File, key);
         read.namePlace = m_Places.PlaceOf(key);
     }
 
-    void TellSection(const ProfileLine& line, SourceLine& read) {
+    void DescribeSection(const ProfileLine& line, SourceLine& read) {
         m_Section = Decoded(m_File, line.name);
         read.namePlace = m_Places.PlaceOf(line.name);
         m_IsFirst = m_Sections.insert(Folded(m_Section)).second;
@@ -177,8 +177,8 @@ private:
         if (!m_IsFirst) read.reason = Reason::DuplicateSection;
     }
 
-    void TellEntry(const ProfileLine& line, SourceLine& read) {
-        TellKey(line.name, read);
+    void DescribeEntry(const ProfileLine& line, SourceLine& read) {
+        DescribeKey(line.name, read);
         read.value = Decoded(m_File, line.Value());
         read.valuePlace = m_Places.PlaceOf(PlaceOfValue(line));
         read.isQuoted = IsQuoted(line);
@@ -199,7 +199,7 @@ private:
     std::set<CString> m_Keys;      // of the section
 };
 
-/// Tells what each line of a registry file is, and takes it back where a later line replaces or removes it.
+/// Tells what each line of a registry file is, and revokes that it answers where a later line replaces or removes it.
 class RegistryLines {
 public:
     RegistryLines(const SourceFile& file, std::vector<SourceLine>& lines) : m_File(file), m_Lines(lines) {}
@@ -217,7 +217,7 @@ public:
                 if (At(number).kind == Kind::Ignored) Set(At(number), Kind::Continuation, Reason::None);
             }
             read.section = m_Path;
-            Tell(line, read);
+            Describe(line, read);
         }
     }
 
@@ -241,7 +241,7 @@ private:
         line.kind = kind;
         line.reason = reason;
     }
-    void TakeBack(int number, Reason reason) {
+    void Revoke(int number, Reason reason) {
         At(number).answers = false;
         At(number).reason = reason;
     }
@@ -265,10 +265,10 @@ private:
         }
     }
 
-    void Tell(RegistryLine& line, SourceLine& read) {
+    void Describe(RegistryLine& line, SourceLine& read) {
         switch (line.kind) {
             case RegistryLine::Kind::Key:
-                TellKey(line, read);
+                DescribeKey(line, read);
                 break;
             case RegistryLine::Kind::RemovedKey:
                 RemoveKey(line, read);
@@ -282,7 +282,7 @@ private:
                 break;
             case RegistryLine::Kind::Value:
             case RegistryLine::Kind::RemovedValue:
-                TellValue(line, read);
+                DescribeValue(line, read);
                 break;
             case RegistryLine::Kind::MalformedValue:
                 Set(read, Kind::Ignored, Reason::MalformedValue);
@@ -300,7 +300,7 @@ private:
         Set(read, Kind::Ignored, reason);
     }
 
-    void TellKey(const RegistryLine& line, SourceLine& read) {
+    void DescribeKey(const RegistryLine& line, SourceLine& read) {
         read.section = m_Path = Decoded(m_File, line.path);
         m_IsAskable = m_Path.Find(L'\0') < 0;
         Answer(read, Kind::Section, m_IsAskable);
@@ -326,19 +326,19 @@ private:
     }
 
     Keys::iterator Remove(Keys::iterator key) {
-        for (const int number : key->second.lines) TakeBack(number, Reason::RemovedLater);
-        for (const auto& [name, value] : key->second.values) TakeBack(value.line, Reason::RemovedLater);
+        for (const int number : key->second.lines) Revoke(number, Reason::RemovedLater);
+        for (const auto& [name, value] : key->second.values) Revoke(value.line, Reason::RemovedLater);
         return m_Keys.erase(key);
     }
 
-    void TellValue(RegistryLine& line, SourceLine& read) {
+    void DescribeValue(RegistryLine& line, SourceLine& read) {
         const bool isRemoved = line.kind == RegistryLine::Kind::RemovedValue;
         read.key = Decoded(m_File, line.name);
         if (!m_Current) return Set(read, Kind::Ignored, Reason::NoCurrentKey);
         read.value = RegistryText(reinterpret_cast<const unsigned char*>(line.data.data()),
                                   static_cast<std::uint32_t>(line.data.size()));
         const int before = ApplyValue(line, Folded(read.key), m_Current->values);
-        if (before != 0) TakeBack(before, isRemoved ? Reason::RemovedLater : Reason::ReplacedLater);
+        if (before != 0) Revoke(before, isRemoved ? Reason::RemovedLater : Reason::ReplacedLater);
         if (isRemoved) return Set(read, Kind::Removal, Reason::None);
         Answer(read, Kind::Entry, m_IsAskable && read.key.Find(L'\0') < 0);
     }
@@ -355,14 +355,14 @@ private:
 
 SourceFileLines ReadProfileLines(const CString& path) {
     AskedFile asked{path};
-    SourceFileLines result = Describe(path, asked.File());
+    SourceFileLines result = DescribeFile(path, asked.File());
     ProfileLines{asked.File(), result}.Read();
     return result;
 }
 
 SourceFileLines ReadRegistryLines(const CString& path) {
     AskedFile asked{path};
-    SourceFileLines result = Describe(path, asked.File());
+    SourceFileLines result = DescribeFile(path, asked.File());
     RegistryLines{asked.File(), result.lines}.Read();
     return result;
 }

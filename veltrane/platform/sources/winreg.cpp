@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "veltrane/platform/sources/detail/sourcefile.h"
-#include "veltrane/platform/sources/internal/answerline.h"
+#include "veltrane/platform/sources/internal/linenumbers.h"
 #include "veltrane/platform/text/encoding.h"
 #include "veltrane/platform/text/internal/utf16.h"
 

@@ -161,7 +161,7 @@ void AppendConversion(std::wstring& out, const XFormatConversion& conversion, co
     }
 }
 
-const XFormatArgument& TakeArgument(std::span<const XFormatArgument>& arguments) {
+const XFormatArgument& NextArgument(std::span<const XFormatArgument>& arguments) {
     if (arguments.empty()) throw std::invalid_argument("format: argument missing");
     const XFormatArgument& argument = arguments.front();
     arguments = arguments.subspan(1);
@@ -175,15 +175,15 @@ int StarValue(const XFormatArgument& argument) {
 }
 
 // A star takes its number from the arguments; a negative width means '-', a negative precision none.
-void TakeStars(XFormatConversion& conversion, std::span<const XFormatArgument>& arguments) {
+void ReadStars(XFormatConversion& conversion, std::span<const XFormatArgument>& arguments) {
     if (conversion.starWidth) {
-        conversion.width = StarValue(TakeArgument(arguments));
+        conversion.width = StarValue(NextArgument(arguments));
         if (conversion.width < 0) {
             conversion.left = true;
             conversion.width = -conversion.width;
         }
     }
-    if (conversion.starPrecision) conversion.precision = std::max(StarValue(TakeArgument(arguments)), -1);
+    if (conversion.starPrecision) conversion.precision = std::max(StarValue(NextArgument(arguments)), -1);
     const bool isNumber = conversion.kind == XFormatKind::Integer || conversion.kind == XFormatKind::Real;
     if (std::max(conversion.width, isNumber ? conversion.precision : 0) > CString::MAX_LENGTH) {
         throw std::length_error("format: width or precision");
@@ -203,8 +203,8 @@ std::wstring FormatArguments(std::wstring_view format, std::span<const XFormatAr
         }
         XFormatConversion conversion;
         if (!scanner.Next(conversion)) throw std::invalid_argument("format: unknown conversion");
-        TakeStars(conversion, arguments);
-        AppendConversion(out, conversion, TakeArgument(arguments));
+        ReadStars(conversion, arguments);
+        AppendConversion(out, conversion, NextArgument(arguments));
     }
     return out;
 }

@@ -51,13 +51,13 @@ public:
     /// The literal text in front of the next conversion, "%%" taken as the text "%".
     constexpr std::wstring_view Literal() {
         const std::size_t percent = m_Rest.find(L'%');
-        if (percent == std::wstring_view::npos) return Take(m_Rest.size());
+        if (percent == std::wstring_view::npos) return Cut(m_Rest.size());
         if (percent + 1 < m_Rest.size() && m_Rest[percent + 1] == L'%') {
-            const std::wstring_view text = Take(percent + 1);
-            Take(1);
+            const std::wstring_view text = Cut(percent + 1);
+            Cut(1);
             return text;
         }
-        return Take(percent);
+        return Cut(percent);
     }
 
     /// True while a conversion or more text follows.
@@ -68,11 +68,11 @@ public:
 
     /// Reads the conversion at the current place. @return false when it is none that is known
     constexpr bool Next(XFormatConversion& conversion) {
-        Take(1);
-        while (Flag(conversion)) Take(1);
+        Cut(1);
+        while (Flag(conversion)) Cut(1);
         if (!Number(conversion.width, conversion.starWidth)) return false;
         if (Peek() == L'.') {
-            Take(1);
+            Cut(1);
             conversion.precision = 0;
             if (!Number(conversion.precision, conversion.starPrecision)) return false;
         }
@@ -80,14 +80,14 @@ public:
         bool wide = false;
         Size(narrow, wide);
         conversion.letter = Peek();
-        Take(m_Rest.empty() ? 0 : 1);
+        Cut(m_Rest.empty() ? 0 : 1);
         return Kind(conversion, narrow, wide);
     }
 
 private:
     constexpr wchar_t Peek() const noexcept { return m_Rest.empty() ? L'\0' : m_Rest[0]; }
 
-    constexpr std::wstring_view Take(std::size_t count) {
+    constexpr std::wstring_view Cut(std::size_t count) {
         const std::wstring_view text = m_Rest.substr(0, count);
         m_Rest.remove_prefix(count);
         return text;
@@ -113,10 +113,10 @@ private:
     constexpr bool Number(int& value, bool& star) {
         if (Peek() == L'*') {
             star = true;
-            Take(1);
+            Cut(1);
             return true;
         }
-        for (; Peek() >= L'0' && Peek() <= L'9'; Take(1)) {
+        for (; Peek() >= L'0' && Peek() <= L'9'; Cut(1)) {
             value = value * 10 + (Peek() - L'0');
             if (value > MAX_WIDTH) return false;
         }
@@ -124,8 +124,8 @@ private:
     }
 
     constexpr void Size(bool& narrow, bool& wide) {
-        if (m_Rest.starts_with(L"I64")) Take(3);
-        for (; Peek() == L'h' || Peek() == L'l' || Peek() == L'w'; Take(1)) {
+        if (m_Rest.starts_with(L"I64")) Cut(3);
+        for (; Peek() == L'h' || Peek() == L'l' || Peek() == L'w'; Cut(1)) {
             (Peek() == L'h' ? narrow : wide) = true;
         }
     }

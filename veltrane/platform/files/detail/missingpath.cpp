@@ -34,10 +34,10 @@ std::string FolderName(const std::string& name) {
     return name.empty() ? "." : name;
 }
 
-/// Calls take(name) for each entry of a folder. On the stack, where the memory of a DIR would have to come from the
+/// Calls visit(name) for each entry of a folder. On the stack, where the memory of a DIR would have to come from the
 /// system first. @return false when the folder cannot be read to its end
-template <class Take>
-bool WalkFolder(const std::string& folder, Take&& take) {
+template <class Visit>
+bool WalkFolder(const std::string& folder, Visit&& visit) {
     const NativeFile directory{
         Retried([&] { return open(FolderName(folder).c_str(), O_RDONLY | O_NONBLOCK | O_DIRECTORY | O_CLOEXEC); })};
     if (!directory) return false;
@@ -47,7 +47,7 @@ bool WalkFolder(const std::string& folder, Take&& take) {
         if (size <= 0) return size == 0;
         for (ssize_t at = 0; at < size;) {
             const auto* const entry = reinterpret_cast<const dirent64*>(entries + at);
-            take(std::string_view{entry->d_name});
+            visit(std::string_view{entry->d_name});
             at += entry->d_reclen;
         }
     }

@@ -12,9 +12,9 @@
 namespace veltrane::detail {
 
 /// Takes one element, folded as the names of files are compared, from the front of a text that is not empty.
-inline wchar_t TakeFolded(FileText& text) noexcept {
+inline wchar_t CutFolded(FileText& text) noexcept {
     const auto first = static_cast<unsigned char>(text.bytes[0]);
-    if (first >= 0x80) return FoldCharacter(TakeFileCharacter(text));
+    if (first >= 0x80) return FoldCharacter(CutFileCharacter(text));
     text.bytes.remove_prefix(1);
     return FoldCharacter(first);
 }
@@ -28,7 +28,7 @@ public:
         return *this;
     }
     NameHash& AddFolded(FileText name) noexcept {
-        while (!name.bytes.empty()) Add(TakeFolded(name));
+        while (!name.bytes.empty()) Add(CutFolded(name));
         return *this;
     }
     std::uint32_t Value() const noexcept { return m_nHash; }
@@ -56,13 +56,13 @@ public:
 
     std::size_t Size() const noexcept { return m_Entries.size(); }
 
-    /// Calls take(place) for the places under a hash in the order of their addition until it answers true.
+    /// Calls visit(place) for the places under a hash in the order of their addition until it answers true.
     /// @return whether it did
-    template <class Take>
-    bool Find(NameHash hash, Take&& take) const {
+    template <class Visit>
+    bool Find(NameHash hash, Visit&& visit) const {
         std::uint32_t i = m_First[hash.Value() & (m_First.size() - 1)];
         for (; i != NONE; i = m_Entries[i].next) {
-            if (m_Entries[i].hash == hash.Value() && take(std::size_t{m_Entries[i].place})) return true;
+            if (m_Entries[i].hash == hash.Value() && visit(std::size_t{m_Entries[i].place})) return true;
         }
         return false;
     }

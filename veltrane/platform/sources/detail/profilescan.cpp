@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "veltrane/platform/sources/detail/nameend.h"
+#include "veltrane/platform/sources/detail/keyendsearch.h"
 #include "veltrane/platform/sources/detail/nametable.h"
 
 namespace veltrane::detail {
@@ -50,7 +50,7 @@ bool ProfileName::Is(FileText name) const noexcept {
         if (name.bytes.empty()) return false;
         if (static_cast<std::uint32_t>(element) < 0x80 && name.bytes[0] == static_cast<char>(element)) {
             name.bytes.remove_prefix(1);  // spelled alike, as most are
-        } else if (TakeFolded(name) != FoldCharacter(element)) {
+        } else if (CutFolded(name) != FoldCharacter(element)) {
             return false;
         }
     }
@@ -114,7 +114,7 @@ bool ProfileKeys::Next(std::string_view& key) noexcept {
 bool FindProfileValue(FileText text, const ProfileName& key, std::string_view& value) noexcept {
     const std::string_view lines = text.bytes;
     if (key.View().empty() || lines.empty()) return false;
-    const NameEndSearch search{key.View()};
+    const KeyEndSearch search{key.View()};
     // Each round leaves a line for good, so looking back for a line's start never looks at a byte twice.
     for (std::size_t at = search.Find(lines, 1); at < lines.size(); at = search.Find(lines, at + 1)) {
         if (!key.CanEndAt(lines, at)) continue;

@@ -14,7 +14,7 @@ enum class Relation { Same, Above, Below, Other };
 Relation Compare(FileText path, std::wstring_view folded) noexcept {
     const bool isRoot = path.bytes.empty() || folded.empty();
     while (!path.bytes.empty() && !folded.empty()) {
-        if (TakeFolded(path) != folded[0]) return Relation::Other;
+        if (CutFolded(path) != folded[0]) return Relation::Other;
         folded.remove_prefix(1);
     }
     if (path.bytes.empty() && folded.empty()) return Relation::Same;
@@ -84,7 +84,7 @@ void RegistryIndex::AddPath(std::string_view path, std::size_t number) {
             m_Paths.Add(hash, number);
             m_LastParents.emplace_back(size, hash);
         }
-        hash.Add(TakeFolded(rest));
+        hash.Add(CutFolded(rest));
     }
     m_Paths.Add(hash, number);
     m_LastPath = path;

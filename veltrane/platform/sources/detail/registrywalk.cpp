@@ -20,14 +20,14 @@ wchar_t LowerCase(char byte) noexcept {
     return FoldCharacter(static_cast<unsigned char>(byte));
 }
 
-/// Takes a lower-case word from the front of a text that holds it in any case.
-bool TakeWord(std::string_view& text, std::string_view word) noexcept {
+/// Cuts a lower-case word from the front of a text that holds it in any case.
+bool CutWord(std::string_view& text, std::string_view word) noexcept {
     if (!std::ranges::equal(text.substr(0, word.size()), word, {}, LowerCase)) return false;
     text.remove_prefix(word.size());
     return true;
 }
 
-bool TakeByte(std::string_view& text, char byte) noexcept {
+bool CutByte(std::string_view& text, char byte) noexcept {
     if (!text.starts_with(byte)) return false;
     text.remove_prefix(1);
     return true;
@@ -40,8 +40,8 @@ std::optional<std::uint32_t> HexDigit(char byte) noexcept {
     return {};
 }
 
-/// Takes a number of 1 to most digits; a further digit stays.
-bool TakeHexNumber(std::string_view& text, int most, std::uint32_t& number) noexcept {
+/// Cuts a number of 1 to most digits; a further digit stays.
+bool CutHexNumber(std::string_view& text, int most, std::uint32_t& number) noexcept {
     int count = 0;
     number = 0;
     for (; count < most && !text.empty(); ++count) {
@@ -54,17 +54,17 @@ bool TakeHexNumber(std::string_view& text, int most, std::uint32_t& number) noex
 }
 
 /// Whether nothing but a comment follows.
-bool IsTail(std::string_view text) noexcept {
+bool IsOnlyComment(std::string_view text) noexcept {
     text = WithoutLeadingBlanks(text);
     return text.empty() || text[0] == ';';
 }
 
-/// Takes "text" with its quotes; a backslash hides itself or a quote and is ordinary before anything else.
-bool TakeQuoted(std::string_view& text, std::string& inner) {
-    if (!TakeByte(text, '"')) return false;
+/// Cuts "text" with its quotes; a backslash hides itself or a quote and is ordinary before anything else.
+bool CutQuoted(std::string_view& text, std::string& inner) {
+    if (!CutByte(text, '"')) return false;
     inner.clear();
     while (!text.empty()) {
-        if (TakeByte(text, '"')) return true;
+        if (CutByte(text, '"')) return true;
         if (text.starts_with("\\\\") || text.starts_with("\\\"")) text.remove_prefix(1);
         inner += text[0];
         text.remove_prefix(1);
@@ -80,7 +80,7 @@ void AppendUnit(std::string& data, char32_t unit) {
 /// Appends a text as 16-bit units, little-endian.
 void AppendUtf16(std::string& data, FileText text) {
     while (!text.bytes.empty()) {
-        const auto codePoint = static_cast<char32_t>(TakeFileCharacter(text));
+        const auto codePoint = static_cast<char32_t>(CutFileCharacter(text));
         if (codePoint < 0x10000) {
             AppendUnit(data, codePoint);
         } else {
@@ -90,19 +90,19 @@ void AppendUtf16(std::string& data, FileText text) {
     }
 }
 
-bool AppendBytes(std::string& bytes, std::string_view part, bool& mayFollow) {
+bool AppendBytes(std::string& bytes, std::string_view part, bool& expectsByte) {
     for (part = WithoutLeadingBlanks(part); !part.empty(); part = WithoutLeadingBlanks(part)) {
         std::uint32_t byte = 0;
-        if (mayFollow ? !TakeHexNumber(part, 2, byte) : !TakeByte(part, ',')) return false;
-        if (mayFollow) bytes += static_cast<char>(byte);
-        mayFollow = !mayFollow;
+        if (expectsByte ? !CutHexNumber(part, 2, byte) : !CutByte(part, ',')) return false;
+        if (expectsByte) bytes += static_cast<char>(byte);
+        expectsByte = !expectsByte;
     }
     return true;
 }
 
 bool ReadNumber(std::string_view data, RegistryLine& read) {
     std::uint32_t number = 0;
-    if (!TakeHexNumber(data, 8, number) || !IsTail(data)) return false;
+    if (!CutHexNumber(data, 8, number) || !IsOnlyComment(data)) return false;
     read.type = REG_DWORD;
     AppendUnit(read.data, number & 0xFFFF);
     AppendUnit(read.data, number >> 16);
@@ -115,8 +115,8 @@ RegistryLine::Kind ReadKey(std::string_view line, std::string_view& path) noexce
     const std::size_t end = line.rfind(']');
     if (end == line.npos) return MalformedKey;
     path = line.substr(1, end - 1);
-    const bool isRemoved = TakeByte(path, '-');
-    if (!std::ranges::any_of(ROOTS, [&](std::string_view root) { return TakeWord(path, root); })) return OtherRoot;
+    const bool isRemoved = CutByte(path, '-');
+    if (!std::ranges::any_of(ROOTS, [&](std::string_view root) { return CutWord(path, root); })) return OtherRoot;
     if (path.starts_with('\\') || path.find("\\\\") != path.npos) return MalformedKey;  // an empty name inside
     if (path.ends_with('\\')) path.remove_suffix(1);
     return isRemoved ? RemovedKey : Key;
@@ -178,26 +178,26 @@ RegistryLine::Kind RegistryWalk::ReadValue(std::string_view line, RegistryLine& 
     using enum RegistryLine::Kind;
     read.name.clear();
     read.data.clear();
-    if (!TakeByte(line, '@') && !TakeQuoted(line, read.name)) return MalformedValue;
+    if (!CutByte(line, '@') && !CutQuoted(line, read.name)) return MalformedValue;
     line = WithoutLeadingBlanks(line);
-    if (!TakeByte(line, '=')) return MalformedValue;
+    if (!CutByte(line, '=')) return MalformedValue;
     line = WithoutLeadingBlanks(line);
-    if (line.starts_with('-') && IsTail(line.substr(1))) return RemovedValue;
+    if (line.starts_with('-') && IsOnlyComment(line.substr(1))) return RemovedValue;
     return ReadData(line, read) ? Value : MalformedValue;
 }
 
 bool RegistryWalk::ReadData(std::string_view data, RegistryLine& read) {
     if (data.starts_with('"')) return ReadText(data, read);
-    if (TakeWord(data, "dword:")) return ReadNumber(data, read);
-    if (!TakeWord(data, "hex")) return false;
+    if (CutWord(data, "dword:")) return ReadNumber(data, read);
+    if (!CutWord(data, "hex")) return false;
     read.type = REG_BINARY;
-    if (TakeByte(data, '(') && !(TakeHexNumber(data, 8, read.type) && TakeByte(data, ')'))) return false;
-    return TakeByte(data, ':') && ReadList(data, read);
+    if (CutByte(data, '(') && !(CutHexNumber(data, 8, read.type) && CutByte(data, ')'))) return false;
+    return CutByte(data, ':') && ReadList(data, read);
 }
 
 bool RegistryWalk::ReadText(std::string_view data, RegistryLine& read) const {
     std::string text;
-    if (!TakeQuoted(data, text) || !IsTail(data)) return false;
+    if (!CutQuoted(data, text) || !IsOnlyComment(data)) return false;
     read.type = REG_SZ;
     AppendUtf16(read.data, m_Text.Piece(text));
     AppendUnit(read.data, U'\0');
@@ -207,12 +207,12 @@ bool RegistryWalk::ReadText(std::string_view data, RegistryLine& read) const {
 /// All lines of the list are consumed, those of a malformed one too.
 bool RegistryWalk::ReadList(std::string_view part, RegistryLine& read) {
     std::string bytes;
-    bool mayFollow = true;  // a byte: at the start and after a comma
+    bool expectsByte = true;  // a byte: at the start and after a comma
     bool isGood = true;
     for (bool goesOn = true; goesOn;) {
         goesOn = part.ends_with('\\') && part.find(';') == part.npos;
         if (goesOn) part.remove_suffix(1);
-        isGood = isGood && AppendBytes(bytes, part.substr(0, part.find(';')), mayFollow);
+        isGood = isGood && AppendBytes(bytes, part.substr(0, part.find(';')), expectsByte);
         goesOn = goesOn && NextLine(part);
     }
     const bool isNarrow = m_IsOld && (read.type == REG_SZ || read.type == REG_EXPAND_SZ || read.type == REG_MULTI_SZ);

@@ -50,7 +50,7 @@ std::string Utf8OfUtf16(std::string_view bytes, Utf16Order order) {
 SourceFile::SourceFile(CStringView path, Spelling spelling) {
     if (const auto replacement = SourceReplacement::Find(path)) {
         if (replacement->size() > MAX_SIZE) m_Reading = SourceReading::TooLarge;
-        if (m_Reading == SourceReading::Done) Take(*replacement);
+        if (m_Reading == SourceReading::Done) Assign(*replacement);
         return;
     }
     errno = 0;
@@ -60,7 +60,7 @@ SourceFile::SourceFile(CStringView path, Spelling spelling) {
     std::size_t size = 0;
     m_Reading = Examine(file, error, size);
     if (m_Reading == SourceReading::Done) m_Reading = ReadBytes(file, size);
-    if (m_Reading == SourceReading::Done) Take({m_Bytes.get(), m_nSize});
+    if (m_Reading == SourceReading::Done) Assign({m_Bytes.get(), m_nSize});
 }
 
 // FIONREAD costs half of an fstat. Of a regular file it gives the bytes that are left; most devices do not know it, and
@@ -70,7 +70,7 @@ bool SourceFile::ReadSmall(const NativeFile& file) {
     if (!file || ioctl(file.Handle(), FIONREAD, &size) != 0 || size <= 0 || size >= int{SMALL_SIZE}) return false;
     const ssize_t count = Retried([&] { return pread(file.Handle(), m_SmallBytes, SMALL_SIZE, 0); });
     if (count != size) return false;  // it is changing, or its size is beyond an int
-    Take({m_SmallBytes, static_cast<std::size_t>(count)});
+    Assign({m_SmallBytes, static_cast<std::size_t>(count)});
     return true;
 }
 
@@ -96,7 +96,7 @@ void SourceFile::MakeRoom(std::size_t room) {
     m_Bytes = std::move(bytes);
 }
 
-void SourceFile::Take(std::string_view bytes) {
+void SourceFile::Assign(std::string_view bytes) {
     const bool isLittle = bytes.starts_with("\xFF\xFE");
     const bool isBig = bytes.starts_with("\xFE\xFF");
     const bool isMarked = bytes.starts_with("\xEF\xBB\xBF");

@@ -48,7 +48,7 @@ private:
     bool ReadSmall(const NativeFile& file);
     SourceReading ReadBytes(const NativeFile& file, std::size_t size);
     void MakeRoom(std::size_t room);
-    void Take(std::string_view bytes);
+    void Assign(std::string_view bytes);
 
     static constexpr std::size_t SMALL_SIZE = 16384;  // nearly every configuration file fits: no memory is asked for
 

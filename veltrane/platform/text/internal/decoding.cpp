@@ -5,7 +5,7 @@ namespace veltrane::detail {
 std::wstring DecodeFileText(FileText text) {
     std::wstring decoded;
     decoded.reserve(text.bytes.size());
-    while (!text.bytes.empty()) decoded += TakeFileCharacter(text);
+    while (!text.bytes.empty()) decoded += CutFileCharacter(text);
     return decoded;
 }
 

@@ -20,14 +20,14 @@ struct FileText {
 
 /// Takes one character from the front of a text, which must not be empty, as files and clients write it: UTF-8, and a
 /// byte that starts no valid sequence is one Windows-1252 character, so the bytes of old systems keep their meaning.
-inline wchar_t TakeFileCharacter(FileText& text) noexcept {
+inline wchar_t CutFileCharacter(FileText& text) noexcept {
     const auto first = static_cast<std::uint8_t>(text.bytes[0]);
     const auto [codePoint, length] = ReadUtf8(text.bytes, text.withSurrogates);
     text.bytes.remove_prefix(length != 0 ? length : 1);
     return length != 0 ? static_cast<wchar_t>(codePoint) : FromWindows1252(first);
 }
 
-/// The whole text, character by character as TakeFileCharacter.
+/// The whole text, character by character as CutFileCharacter.
 std::wstring DecodeFileText(FileText text);
 
 }  // namespace veltrane::detail

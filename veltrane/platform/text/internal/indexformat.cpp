@@ -13,7 +13,7 @@ using namespace detail;
 namespace {
 
 // The one character that the front of a format stands for.
-wchar_t TakeCharacter(std::wstring_view& format) noexcept {
+wchar_t CutCharacter(std::wstring_view& format) noexcept {
     const wchar_t character = format[0];
     format.remove_prefix(format.starts_with(L"%%") ? 2 : 1);
     return character;
@@ -30,7 +30,7 @@ bool MatchIndex(const CString& item, const CString& format, int& index) {
             rest = TrimmedLeft(rest, IsWhiteSpace);
             continue;
         }
-        if (rest.empty() || rest[0] != TakeCharacter(open)) return false;
+        if (rest.empty() || rest[0] != CutCharacter(open)) return false;
         rest.remove_prefix(1);
     }
     return false;
@@ -45,7 +45,7 @@ CString FormatIndex(const CString& format, int index) {
             open.remove_prefix(2);
             isWritten = true;
         } else {
-            text += TakeCharacter(open);
+            text += CutCharacter(open);
         }
     }
     return CString{std::move(text)};

@@ -42,9 +42,9 @@ public:
     bool More() const noexcept { return m_Rest.size() >= 2; }  ///< a last odd byte is no unit
 
     char32_t Next() noexcept {  ///< while there are More
-        const char32_t lead = Take();
+        const char32_t lead = NextUnit();
         if (!IsLeadSurrogate(lead) || !More() || !IsTrailSurrogate(Peek())) return lead;
-        return JoinSurrogates(lead, Take());
+        return JoinSurrogates(lead, NextUnit());
     }
 
 private:
@@ -54,7 +54,7 @@ private:
         return static_cast<char32_t>(high << 8 | low);
     }
 
-    char32_t Take() noexcept {
+    char32_t NextUnit() noexcept {
         const char32_t unit = Peek();
         m_Rest.remove_prefix(2);
         return unit;

@@ -1,4 +1,4 @@
-#include "veltrane/platform/sources/detail/nameend.h"
+#include "veltrane/platform/sources/detail/keyendsearch.h"
 
 #if __has_include(<sys/platform/x86.h>) && !defined(__clang__)  // its _Bool is none of clang's C++
 #include <sys/platform/x86.h>
@@ -72,7 +72,7 @@ NamePattern NamePattern::Of(wchar_t element) noexcept {
     return {static_cast<std::int8_t>(isLetter ? 0x20 : 0), static_cast<std::int8_t>(folded)};
 }
 
-std::size_t NameEndSearch::Find(std::string_view text, std::size_t start) const noexcept {
+std::size_t KeyEndSearch::Find(std::string_view text, std::size_t start) const noexcept {
 #ifdef CPU_FEATURE_ACTIVE
     if (CPU_FEATURE_ACTIVE(AVX2)) return FindWide(text, start, m_Before, m_Last);
 #endif

@@ -17,10 +17,10 @@ struct NamePattern {
 
 /// Searches a text for places where a key could end: its last two elements, and after them a blank, a NUL or '='.
 /// Nearly all bytes of a section drop out here, many at a step. It may find too much, never too little.
-class NameEndSearch {
+class KeyEndSearch {
 public:
     /// @param name  the key, not empty
-    explicit NameEndSearch(std::wstring_view name) noexcept
+    explicit KeyEndSearch(std::wstring_view name) noexcept
         : m_Before(name.size() > 1 ? NamePattern::Of(name[name.size() - 2]) : NamePattern{-1, -1}),
           m_Last(NamePattern::Of(name.back())) {}
 

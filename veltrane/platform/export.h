@@ -7,7 +7,8 @@
 /// Marks what the shared library offers to its users; everything else stays hidden inside it.
 #define VELTRANE_API __attribute__((visibility("default")))
 
-/// What host code does not bring along stands in veltrane; what only the library itself uses in veltrane::detail.
+/// Names that host code does not know already are in veltrane; those that only the library uses are in
+/// veltrane::detail.
 namespace veltrane::detail {
 
 // Classes of the library hold standard containers, which have another layout in this mode: a host in this mode names a

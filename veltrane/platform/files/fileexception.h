@@ -12,7 +12,7 @@
 /// @endcode
 class VELTRANE_API CFileException : public std::exception {
 public:
-    /// Causes, numbered as hosts and log readers know them. Nothing on this system gives removeCurrentDir or endOfFile.
+    /// Causes, numbered as hosts and log readers know them. removeCurrentDir and endOfFile never occur on this system.
     enum Cause : int {
         none,
         genericException,

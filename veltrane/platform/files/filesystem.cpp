@@ -79,7 +79,7 @@ void SetDrive(Drives& drives, wchar_t drive, const CString& folder) {
     if (folder.Find(L'\0') < 0) AppendPath(drives[*index], folder.View());
 }
 
-// "C=/srv/c;D=/data"; what is not of this form is passed over.
+// "C=/srv/c;D=/data"; entries of any other form are ignored.
 Drives ReadDrives() {
     Drives drives;
     const char* const variable = std::getenv("VORNAK_DRIVES");

@@ -24,7 +24,7 @@ CFileException FileError(long osError, const CString& fileName) {
     return {CFileException::OsErrorToException(osError), osError, fileName};
 }
 
-// The standard stream that a file is already, -1 when it is none: what it holds is not a log's to empty.
+// The standard stream that a file is already, -1 for any other file. A log must not empty such a stream.
 int StreamOf(const struct stat& file) noexcept {
     struct stat stream;
     for (const int handle : {STDERR_FILENO, STDOUT_FILENO, STDIN_FILENO}) {
@@ -55,7 +55,8 @@ int LockAndEmpty(NativeFile& file) {
         file = CopyOf(stream);
         return file ? 0 : errno;
     }
-    // flock, as record locks never conflict within a process. A file system without locks goes on without.
+    // flock, because record locks never conflict within a process. On a file system without locks the file stays
+    // unlocked.
     if (Retried([&] { return flock(file.Handle(), LOCK_EX | LOCK_NB); }) != 0 && errno == EWOULDBLOCK) return errno;
     if (!S_ISREG(status.st_mode) || stream >= 0) return 0;
     return Retried([&] { return ftruncate(file.Handle(), 0); }) != 0 ? errno : 0;
@@ -68,7 +69,7 @@ int OpenForWriting(const CString& path, NativeFile& file) {
     file = OpenWithoutWaiting(name, O_WRONLY | O_CREAT | O_APPEND, 0666);
     // A process that was started without its standard streams would write its messages into the file.
     if (file && file.Handle() <= STDERR_FILENO) file = CopyOf(file.Handle());
-    if (!file) return errno == ENOENT ? ENOTDIR : errno;  // a file that is missing would have been made
+    if (!file) return errno == ENOENT ? ENOTDIR : errno;  // a missing file would have been created
     return LockAndEmpty(file);
 }
 
@@ -85,7 +86,7 @@ int WriteGuarded(int handle, std::string_view bytes) noexcept {
 }  // namespace
 
 CStdioFile::~CStdioFile() {
-    CloseHandle();  // nobody is left to be told, and the telling needs memory
+    CloseHandle();  // an error could reach nobody, and reporting it needs memory
 }
 
 bool CStdioFile::Open(const CString& path, unsigned flags, CFileException* error) {
@@ -99,14 +100,14 @@ bool CStdioFile::Open(const CString& path, unsigned flags, CFileException* error
     if (const int osError = OpenForWriting(path, file)) return fails(FileError(osError, path));
     m_FileName = path;
     m_IsPipe = IsPipe(file);
-    OutliveFileSizeLimit();  // asking for the limit with each write would cost more than the line
+    OutliveFileSizeLimit();  // to ask for the limit with each write would cost more than the line
     m_Handle = file.Release();
     return true;
 }
 
 void CStdioFile::WriteString(const CString& text) {
     RequireOpen();
-    constexpr std::size_t keptCapacity = 1 << 14;  // what a log line needs at most; more goes back at once
+    constexpr std::size_t keptCapacity = 1 << 14;  // more than a log line needs; a larger buffer is freed at once
     m_Bytes.clear();
     AppendUtf8(m_Bytes, text.View());
     const int osError = m_IsPipe ? WriteGuarded(m_Handle, m_Bytes) : WriteAll(m_Handle, m_Bytes);
@@ -129,6 +130,6 @@ void CStdioFile::Close() {
 int CStdioFile::CloseHandle() noexcept {
     if (m_Handle < 0) return 0;
     const int handle = std::exchange(m_Handle, -1);
-    // Never tried again: the descriptor is free even after a failure, and may be another's by then.
+    // Never retried: the descriptor is free even after a failure and may already belong to another file.
     return close(handle) != 0 && errno != EINTR ? errno : 0;
 }

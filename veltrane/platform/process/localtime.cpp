@@ -16,7 +16,7 @@ constexpr const wchar_t* DAYS[] = {L"Sunday", L"Monday", L"Tuesday", L"Wednesday
 constexpr const wchar_t* MONTHS[] = {L"January", L"February", L"March",     L"April",   L"May",      L"June",
                                      L"July",    L"August",   L"September", L"October", L"November", L"December"};
 
-/// @return false for a letter that stands for nothing
+/// @return false for an unknown letter
 bool AppendField(std::wstring& text, wchar_t letter, const std::tm& time) {
     switch (letter) {
         case L'A':
@@ -54,7 +54,7 @@ std::int64_t CurrentTime() {
 CString LocalTimeText(CStringView pattern, std::int64_t secondsSinceEpoch) {
     const std::time_t seconds = secondsSinceEpoch;
     std::tm time{};
-    tzset();  // localtime_r alone need not look at TZ
+    tzset();  // localtime_r alone may ignore TZ
     if (!localtime_r(&seconds, &time)) return {};
     std::wstring text;
     for (std::wstring_view rest = pattern.View(); !rest.empty(); rest.remove_prefix(1)) {

@@ -17,17 +17,17 @@ namespace veltrane {
 /// @return empty for a time that has no local date
 [[nodiscard]] VELTRANE_API CString LocalTimeText(CStringView pattern, std::int64_t secondsSinceEpoch);
 
-/// The time of now as text, made anew only when the second or the time zone (TZ) has changed: for what is stamped
-/// often.
+/// The current time as text, composed again only when the second or the time zone (TZ) has changed: for frequent time
+/// stamps.
 /// @code
 /// if (stamp.Update()) StartLine(stamp.Text());
 /// @endcode
 class VELTRANE_API TimeStamp {
 public:
-    /// @param pattern  as for LocalTimeText; to live as long as the stamp
+    /// @param pattern  as for LocalTimeText; must live as long as the stamp
     explicit TimeStamp(const wchar_t* pattern) noexcept : m_Pattern(pattern) {}
 
-    /// Looks at the clock. @return whether the text is another one now
+    /// Reads the clock. @return whether the text has changed
     bool Update();
     const CString& Text() const noexcept { return m_Text; }
 

@@ -52,7 +52,7 @@ int ShowOnConsole(const CString& text, unsigned style) {
 
 int AfxMessageBox(const CString& text, unsigned style, unsigned helpId) {
     const auto handler = InstalledHandler();
-    const ForeignCode runs;  // a handler may ask a file, and whoever reads a box may change one
+    const ForeignCode runs;  // a handler may read files, and whoever reads a box may change one
     return handler ? (*handler)(text, style, helpId) : ShowOnConsole(text, style);
 }
 
@@ -60,7 +60,7 @@ void veltrane::WriteToConsole(const CString& text, unsigned style) {
     std::FILE* const stream = StreamOf(style);
     const std::string bytes = ConsoleText(text);
     const WriteSignalGuard guard;
-    // Past the stream: one that the host has used for wide characters would drop the text.
+    // Not through the stream: one that the host has used for wide characters would drop the text.
     std::fflush(stream);
     WriteAll(fileno(stream), bytes);
 }

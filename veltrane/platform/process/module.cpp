@@ -10,7 +10,7 @@ using namespace veltrane::detail;
 
 namespace {
 
-CDynLinkLibrary* g_Modules = nullptr;  // each one knows the next; the list needs no making and no end of its own
+CDynLinkLibrary* g_Modules = nullptr;  // each one points to the next; the list needs neither constructor nor destructor
 
 }  // namespace
 

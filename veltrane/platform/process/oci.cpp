@@ -66,7 +66,7 @@ OCIErrorText ReadOCIError(void* errorHandle) {
     buffer[sizeof buffer - 1] = '\0';
     const bool isGiven = result == OCI_SUCCESS || result == OCI_SUCCESS_WITH_INFO;
     if (!isGiven && number == 0 && buffer[0] == '\0') return {};
-    // Number and text stand as far as they were filled, whatever the call answers.
+    // Number and text count if they were filled, whatever the call returns.
     return {true, isGiven || number != 0 ? number : OCIErrorText{}.number, DecodeFileText({buffer})};
 }
 

@@ -12,7 +12,7 @@ using OCIErrorGetFunction = std::int32_t (*)(void* handle, std::uint32_t record,
                                              std::int32_t* errorCode, unsigned char* buffer, std::uint32_t bufferSize,
                                              std::uint32_t handleType);
 
-/// Sets the client's error function; null goes back to the one found at run time.
+/// Sets the client's error function; null restores the one found at run time.
 VELTRANE_API void SetOCIErrorGet(OCIErrorGetFunction function);
 
 /// The error function in use: the one that was set, else the one of the process itself, else that of the client library

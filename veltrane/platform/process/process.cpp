@@ -16,7 +16,7 @@ using namespace detail;
 
 namespace {
 
-// Pieces ended by NUL, the empty ones too; a last piece without its NUL counts as well.
+// Pieces that end in NUL, empty ones included; a last piece without its NUL counts too.
 std::vector<CString> SplitAtNul(std::string_view bytes) {
     std::vector<CString> pieces;
     while (!bytes.empty()) {
@@ -35,7 +35,7 @@ std::vector<CString> ReadArguments() {
     return SplitAtNul(bytes);
 }
 
-// Never destroyed, as what replaces them.
+// Never destroyed, nor are those that replace them.
 const std::vector<CString>& OwnArguments() {
     static const auto& arguments = *new std::vector<CString>{ReadArguments()};
     return arguments;
@@ -59,7 +59,7 @@ void SetArguments(std::vector<CString> arguments) {
 void HoldStandardStreams() noexcept {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(stream, F_GETFD) >= 0) continue;
-        // Gets the lowest number that is free, for the one direction that nobody uses.
+        // Gets the lowest free number, opened for the direction that nobody uses.
         static_cast<void>(stream == STDIN_FILENO ? open("/dev/null", O_WRONLY) : open("/dev/null", O_RDONLY));
     }
 }

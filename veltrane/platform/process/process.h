@@ -11,11 +11,11 @@ namespace veltrane {
 /// from the system once.
 [[nodiscard]] VELTRANE_API std::vector<CString> GetArguments();
 
-/// Replaces the arguments, for hosts that were not started with the ones they mean.
+/// Replaces the arguments, for hosts that were started with others.
 VELTRANE_API void SetArguments(std::vector<CString> arguments);
 
-/// Keeps each standard stream that the process was started without from becoming one of the files that are opened from
-/// now on: reading and writing the stream goes on failing.
+/// Fills each standard stream that the process was started without, so that no file opened later takes its number;
+/// reading and writing the stream still fails.
 VELTRANE_API void HoldStandardStreams() noexcept;
 
 /// Monotonic milliseconds from an arbitrary start, wrapping to negative after 24.8 days: subtract as unsigned.

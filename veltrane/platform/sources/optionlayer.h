@@ -10,18 +10,18 @@
 
 namespace veltrane {
 
-/// What a value can come from, the strongest first. A fact of the host gives way to the command line alone.
+/// What a value can come from, the strongest first. Only the command line overrides a fact of the host.
 enum class OptionLayer : std::uint8_t { Host, StartUp, CommandLine, Registry, UserFile, BasicFile, Environment };
 
 /// The word for a layer: "host", "start-up", "command line", "registry", "user file", "basic file", "environment".
 VELTRANE_API const wchar_t* LayerName(OptionLayer layer) noexcept;
 
-/// A layer and what tells it from the others. A new one is a row of the table and an answer in XOptionSources.
+/// A layer and its properties. A new one is a row of the table and an answer in XOptionSources.
 struct OptionLayerRow {
     const wchar_t* word;
     OptionLayer layer;
-    bool isFile;      ///< an INI file: holds families, too, and is asked as soon as it is open
-    bool isRootOnly;  ///< asked for options of ROOT alone, after all others have no text
+    bool isFile;      ///< an INI file: also holds families, and is asked as soon as it is open
+    bool isRootOnly;  ///< asked only for options of ROOT, and only when no other has a text
 };
 
 // clang-format off

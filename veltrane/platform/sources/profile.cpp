@@ -20,7 +20,7 @@ std::wstring_view WithoutTrailingBlanks(const wchar_t* text) noexcept {
     return view;
 }
 
-// The caller's buffer; whoever writes asks for room first, as there may be none at all.
+// The caller's buffer, which may have no room at all: check before writing.
 class AnswerBuffer {
 public:
     AnswerBuffer(wchar_t* buffer, unsigned capacity) noexcept : m_Buffer(buffer), m_Capacity(buffer ? capacity : 0) {}
@@ -123,7 +123,7 @@ private:
     template <class Names>
     unsigned List(Names names) {
         for (std::string_view name; names.Next(name);) {
-            if (name.empty()) continue;  // it would end the list for every reader
+            if (name.empty()) continue;  // an empty name would end the list
             if (!m_Answer.PutText(m_Text.Piece(name)) || !m_Answer.Put(L'\0')) {
                 return m_Answer.EndList(/*isCut*/ true);
             }
@@ -137,7 +137,7 @@ private:
     std::string_view m_Value;
 };
 
-// Lines are counted only for those who want to know them.
+// Lines are counted only when asked for.
 unsigned Ask(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText, wchar_t* buffer, unsigned capacity,
              const wchar_t* fileName, int* line) {
     AskedFile asked{fileName};

@@ -2,8 +2,8 @@
 
 #include "veltrane/platform/export.h"
 
-/// Asks a profile file (INI file) for a value or a list of names. The file is read anew with each question and never
-/// written; one that is missing or cannot be read is as an empty one.
+/// Asks a profile file (INI file) for a value or a list of names. The file is read again for each question and never
+/// written; one that is missing or cannot be read counts as empty.
 /// @param section      name in any case, blanks at its ends ignored; of several sections with the name the first
 ///                     answers. Null: the names of all sections are listed
 /// @param key          likewise, within the section. Null: the names of all keys of the section are listed

@@ -51,7 +51,7 @@ CString Decoded(const SourceFile& file, std::string_view bytes) {
     return CString{DecodeFileText(file.Text().Piece(bytes))};
 }
 
-// Blanks are all that a value loses beside its quotes.
+// A value loses only blanks and its quotes.
 bool IsQuoted(const ProfileLine& line) {
     const std::string_view value = line.Value();
     if (value.data() == line.right.data()) return false;
@@ -59,7 +59,7 @@ bool IsQuoted(const ProfileLine& line) {
     return before == '"' || before == '\'';
 }
 
-/// Where the value of an entry stands; an empty one without quotes after the blanks in front of it.
+/// Where the value of an entry is; an empty one without quotes is after the blanks.
 std::string_view PlaceOfValue(const ProfileLine& line) {
     const std::string_view value = line.Value();
     return value.empty() && !IsQuoted(line) ? WithoutLeadingBlanks(line.right).substr(0, 0) : value;
@@ -199,7 +199,7 @@ private:
     std::set<CString> m_Keys;      // of the section
 };
 
-/// Tells what each line of a registry file is, and revokes that it answers where a later line replaces or removes it.
+/// Tells what each line of a registry file is; a line stops answering when a later one replaces or removes it.
 class RegistryLines {
 public:
     RegistryLines(const SourceFile& file, std::vector<SourceLine>& lines) : m_File(file), m_Lines(lines) {}

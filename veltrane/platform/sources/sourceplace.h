@@ -5,7 +5,7 @@
 
 namespace veltrane {
 
-/// Where an answer of a configuration source stands, and the answer as it stands there.
+/// Where the answer of a configuration source is, and its text there.
 struct SourcePlace {
     CString file = {};     ///< as asked for; empty for the environment
     int line = 0;          ///< from 1; 0 where the answer has no line of its own

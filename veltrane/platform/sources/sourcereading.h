@@ -7,9 +7,9 @@ enum class SourceReading {
     Done,
     Missing,
     Folder,
-    NotRegular,  ///< a pipe or a device: it is left alone
+    NotRegular,  ///< a pipe or a device: not read
     TooLarge,    ///< more than 256 MiB
-    Failed,      ///< no right, or for a reason that may pass
+    Failed,      ///< no right, or a reason that may be temporary
 };
 
 enum class SourceEncoding { Utf8, Utf8WithMark, Utf16LittleEndian, Utf16BigEndian };

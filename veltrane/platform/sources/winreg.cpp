@@ -43,7 +43,7 @@ public:
         if (!m_File.IsEmpty()) return {m_File, Spelling::AnyCase};
         const char* const variable = std::getenv("VORNAK_REGISTRY");
         if (variable && *variable != '\0') return {FromUtf8(variable), Spelling::AnyCase};
-        return {CString{DEFAULT_FILE}, Spelling::Exact};  // this system's own name: nobody spells it otherwise
+        return {CString{DEFAULT_FILE}, Spelling::Exact};  // this system's own name, always spelled like this
     }
     void SetFile(const CString& file) {
         const std::lock_guard lock{m_Mutex};

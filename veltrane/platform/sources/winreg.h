@@ -4,15 +4,15 @@
 
 #include "veltrane/platform/text/cstring.h"
 
-/// The machine's registry, read-only, kept in one text file in the form of a registry export. The file is read with
-/// each opening of a key: a change is seen by the next one. A file that is missing, cannot be read or has no export
+/// The machine's registry, read-only, kept in one text file in the form of a registry export. The file is read each
+/// time a key is opened, so the next opening sees a change. A file that is missing, cannot be read or has no export
 /// header holds no keys. The calls may come from several threads at once; all share the handles and the file's name.
 
 namespace veltrane::detail {
 struct RegistryKey;
 }
 
-/// Opaque: never an address, so an old or made-up handle is recognised and does no harm.
+/// Opaque: never an address, so an old or invented handle is recognised and harmless.
 using HKEY = veltrane::detail::RegistryKey*;
 
 // NOLINTNEXTLINE(performance-no-int-to-ptr): a number that hosts know, not an address
@@ -42,7 +42,7 @@ constexpr long ERROR_MORE_DATA = 234;         ///< the buffer is too small
 /// @param key      receives the handle; untouched unless the result is ERROR_SUCCESS
 VELTRANE_API long RegOpenKeyExW(HKEY root, const wchar_t* path, std::uint32_t options, std::uint32_t access, HKEY* key);
 
-/// Reads a value of an open key. Texts are 16-bit units, little-endian, with what NUL units the value has.
+/// Reads a value of an open key. Texts are 16-bit units, little-endian, with the NUL units that the value has.
 /// @param name      in any case; null or empty is the default value
 /// @param reserved  ignored
 /// @param type      receives the type of the value; may be null
@@ -57,8 +57,7 @@ VELTRANE_API long RegCloseKey(HKEY key);
 namespace veltrane {
 
 /// Names the file that holds the registry; empty restores the default: the file that the environment variable
-/// VORNAK_REGISTRY names when a key is opened, else /etc/vornak/registry.reg, whose name is not searched for in another
-/// case.
+/// VORNAK_REGISTRY names when a key is opened, else /etc/vornak/registry.reg, exactly as spelled.
 VELTRANE_API void SetRegistryFile(const CString& file);
 
 /// The file that holds the registry now.

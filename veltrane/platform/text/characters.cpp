@@ -8,7 +8,7 @@ namespace veltrane {
 
 namespace {
 
-// Made on the first character outside ASCII and kept: most runs never need it.
+// Created for the first character outside ASCII and kept: most runs never need it.
 locale_t FoldingLocale() noexcept {
     static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
     return locale;

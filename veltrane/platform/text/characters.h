@@ -20,7 +20,7 @@ constexpr Char UpperAscii(Char element) noexcept {
     return element >= Char{'a'} && element <= Char{'z'} ? static_cast<Char>(element - ('a' - 'A')) : element;
 }
 
-/// What separates the folders of a path.
+/// The separators of a path.
 inline constexpr std::wstring_view PATH_SEPARATORS = L"\\/";
 
 constexpr bool IsPathSeparator(wchar_t element) noexcept {
@@ -33,7 +33,7 @@ constexpr bool IsAscii(wchar_t element) noexcept {
     return static_cast<std::uint32_t>(element) < 0x80;  // wchar_t has a sign on some processors only
 }
 
-/// The two below for elements outside ASCII; nearly every element is ASCII and not worth a call.
+/// The two functions below for elements outside ASCII; nearly every element is ASCII, for which they are inline.
 VELTRANE_API wchar_t FoldBeyondAscii(wchar_t element) noexcept;
 VELTRANE_API wchar_t UpperBeyondAscii(wchar_t element) noexcept;
 

@@ -25,7 +25,7 @@ int Position(std::size_t found) noexcept {
     return found == std::wstring_view::npos ? -1 : static_cast<int>(found);
 }
 
-// Walks a text as the 16-bit code units that it would be elsewhere.
+// Walks a text as 16-bit code units.
 template <class Fold>
 class CodeUnits {
 public:

@@ -22,8 +22,7 @@ concept XNarrow = (std::is_same_v<std::remove_const_t<T>, char>);
 
 }  // namespace detail
 
-/// Read-only text that an operation looks at while it runs. Made of a CString, of wide text (null is empty) or of a
-/// view; owns nothing.
+/// Read-only text for the time of an operation: a CString, wide text (null is empty) or a view; owns nothing.
 /// @code
 /// int CountBlanks(CStringView text) { return static_cast<int>(std::ranges::count(text.View(), L' ')); }
 /// CountBlanks(L"a literal") + CountBlanks(string) + CountBlanks(string.View().substr(1));
@@ -46,8 +45,8 @@ private:
 }  // namespace veltrane
 
 /// The wide text of every interface, with value semantics. One element holds one code point; positions count elements
-/// from 0, and a search that finds nothing gives -1. A text longer than MAX_LENGTH elements is not made: the operation
-/// throws std::length_error and its target keeps the text that it had.
+/// from 0, and a search that finds nothing gives -1. A text longer than MAX_LENGTH elements is refused: the operation
+/// throws std::length_error and its target keeps its text.
 /// @code
 /// CString file{L"D:\\Out"};
 /// file += L"\\run.log";
@@ -55,8 +54,8 @@ private:
 /// @endcode
 class VELTRANE_API CString {
 public:
-    /// Longest text in elements (1 GiB of memory). Far above what any host shows, low enough that rules which multiply
-    /// a text end in an exception while the machine still has memory.
+    /// Longest text in elements (1 GiB of memory). Far above what any host shows, and low enough that rules which
+    /// multiply a text end in an exception before the memory is full.
     static constexpr int MAX_LENGTH = (1 << 28) - 1;
 
     CString() = default;
@@ -103,7 +102,7 @@ public:
     [[nodiscard]] CString Mid(int first) const;
     [[nodiscard]] CString Mid(int first, int count) const;
 
-    /// Replaces from left to right, without overlaps and without looking into what was put in; an empty old text
+    /// Replaces from left to right, without overlaps and without replacing in what it inserted; an empty old text
     /// changes nothing. @return number of replacements
     int Replace(veltrane::CStringView oldText, veltrane::CStringView newText);
     int Replace(wchar_t oldElement, wchar_t newElement);
@@ -164,7 +163,7 @@ private:
     std::size_t Hash() const noexcept;
     std::string Utf8() const;
     static CString FromNarrow(const char* text);
-    /// Cuts the text down to a part of itself.
+    /// Cuts the text down to a part of it.
     CString& Keep(std::wstring_view part) noexcept;
 
     std::wstring m_Text;

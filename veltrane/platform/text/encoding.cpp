@@ -10,8 +10,7 @@ using namespace detail;
 
 namespace {
 
-/// One plain pass, which the compiler does with whole registers. @return false, with nothing appended, for a text that
-/// is not all ASCII
+/// One plain pass, which compilers vectorize. @return false, with nothing appended, for a text that is not all ASCII
 bool AppendAscii(std::string& out, std::wstring_view text) {
     const std::size_t begin = out.size();
     out.resize(begin + text.size());

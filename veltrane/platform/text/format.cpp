@@ -19,7 +19,7 @@ std::wstring_view XFormatArgument::Wide(std::size_t limit) const noexcept {
     return {m_Wide, m_Length == NUL_ENDED ? wcsnlen(m_Wide, limit) : std::min(m_Length, limit)};
 }
 
-// A text that is not to be read to its end need not have one: no byte after the last wanted element is looked at.
+// A text cut by its precision need not end in NUL: no byte after the last wanted element is read.
 std::string_view XFormatArgument::Narrow(std::size_t limit) const noexcept {
     if (!m_Narrow) return {};
     if (m_Length != NUL_ENDED) return {m_Narrow, m_Length};
@@ -168,7 +168,7 @@ const XFormatArgument& NextArgument(std::span<const XFormatArgument>& arguments)
     return argument;
 }
 
-// One beyond the longest text stands for everything beyond.
+// One more than the longest text stands for every larger number.
 int StarValue(const XFormatArgument& argument) {
     constexpr std::int64_t beyond = std::int64_t{CString::MAX_LENGTH} + 1;
     return static_cast<int>(std::clamp(argument.Signed(), -beyond, beyond));

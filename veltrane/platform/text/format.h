@@ -15,7 +15,7 @@ class CString;
 
 namespace veltrane {
 
-/// What a conversion of a format may ask of its argument.
+/// What a conversion of a format needs of its argument.
 enum class XFormatKind : std::uint8_t { Integer, Real, WideText, NarrowText, WideCharacter, NarrowCharacter, Pointer };
 
 /// One conversion of a format, '%' to letter.
@@ -43,7 +43,7 @@ struct XFormatConversion {
 /// @endcode
 class XFormatScanner {
 public:
-    /// Widths and precisions written with more than this are refused: no column of a text is wider.
+    /// Widths and precisions written with more than this are refused: no column is wider.
     static constexpr int MAX_WIDTH = 100'000;
 
     constexpr explicit XFormatScanner(std::wstring_view format) noexcept : m_Rest(format) {}
@@ -66,7 +66,7 @@ public:
         return m_Rest.size() >= 2 && m_Rest[0] == L'%' && m_Rest[1] != L'%';
     }
 
-    /// Reads the conversion at the current place. @return false when it is none that is known
+    /// Reads the conversion at the current place. @return false for an unknown one
     constexpr bool Next(XFormatConversion& conversion) {
         Cut(1);
         while (Flag(conversion)) Cut(1);
@@ -204,7 +204,7 @@ public:
         return m_Size >= sizeof m_Bits ? m_Bits : m_Bits & ((std::uint64_t{1} << (8 * m_Size)) - 1);
     }
     double Real() const noexcept { return m_Real; }
-    /// The text, at most limit elements of it: no more is looked at, so a text cut by its precision needs no NUL.
+    /// The text, at most limit elements of it: no more is read, so a text cut by its precision needs no NUL.
     std::wstring_view Wide(std::size_t limit) const noexcept;
     std::string_view Narrow(std::size_t limit) const noexcept;
     const void* Pointer() const noexcept { return m_Pointer; }
@@ -301,7 +301,7 @@ template <class... Args>
 using XFormatFor = XFormat<std::type_identity_t<Args>...>;
 
 /// Formats with arguments that were checked against the format. @throws std::length_error for a width, or the precision
-/// of a number, above CString::MAX_LENGTH; std::invalid_argument for a format that is none or asks for more arguments
+/// of a number, above CString::MAX_LENGTH; std::invalid_argument for a format that is not valid or needs more arguments
 VELTRANE_API std::wstring FormatArguments(std::wstring_view format, std::span<const XFormatArgument> arguments);
 
 template <class... Args>

@@ -34,8 +34,8 @@ std::string FolderName(const std::string& name) {
     return name.empty() ? "." : name;
 }
 
-/// Calls visit(name) for each entry of a folder. On the stack, where the memory of a DIR would have to come from the
-/// system first. @return false when the folder cannot be read to its end
+/// Calls visit(name) for each entry of a folder. The entries are read onto the stack: a DIR would have to be allocated.
+/// @return false when the folder cannot be read to its end
 template <class Visit>
 bool WalkFolder(const std::string& folder, Visit&& visit) {
     const NativeFile directory{

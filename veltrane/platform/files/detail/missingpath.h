@@ -5,12 +5,12 @@
 
 namespace veltrane::detail {
 
-/// Whether an error of the system leaves it open that the name exists in another spelling, which can be a shorter one.
+/// Whether the name may still exist in another spelling, perhaps a shorter one, after this error of the system.
 inline bool IsMissing(int error) noexcept {
     return error == ENOENT || error == ENAMETOOLONG;
 }
 
-/// Whether the system knows an entry of that name, a dangling link included; errno tells why not.
+/// Whether the system knows an entry of that name, a dangling link included; errno says why not.
 bool IsEntry(const std::string& name) noexcept;
 
 /// MapPath for a spelled path that the system has just not found.

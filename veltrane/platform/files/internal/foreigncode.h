@@ -3,7 +3,7 @@
 namespace veltrane::detail {
 
 /// While one lives, code of a host runs on this thread in the middle of the library's own, such as the handler of a
-/// box: what was kept to answer the next question may be out of date afterwards.
+/// box: anything kept to answer the next question may be out of date afterwards.
 class ForeignCode {
 public:
     ForeignCode() noexcept {
@@ -15,7 +15,7 @@ public:
     ~ForeignCode() { --s_nRunning; }
 
     static bool IsRunning() noexcept { return s_nRunning > 0; }
-    static unsigned Runs() noexcept { return s_nRuns; }  ///< begun so far on this thread
+    static unsigned Runs() noexcept { return s_nRuns; }  ///< how many have begun on this thread
 
 private:
     static constinit inline thread_local int s_nRunning = 0;

@@ -25,7 +25,7 @@ NativeFile OpenWithoutWaiting(const std::string& name, int flags, unsigned mode)
 bool ReadToEnd(const NativeFile& file, std::size_t expected, std::string& bytes) {
     constexpr std::size_t leastRoom = 4096;
     std::size_t used = 0;
-    // One byte more than expected, so that a file of just that size ends without another round.
+    // One byte more than expected, so that a file of exactly that size ends without another round.
     for (std::size_t room = expected + 1;; room = std::max(leastRoom, used)) {
         bytes.resize(used + room);
         while (used < bytes.size()) {
@@ -55,7 +55,7 @@ int WriteAll(int handle, std::string_view bytes) noexcept {
         const ssize_t count = Retried([&] { return write(handle, bytes.data(), bytes.size()); });
         if (count < 0 && errno == EAGAIN && IsWritable(handle)) continue;
         if (count < 0) return errno;
-        if (count == 0) return EIO;  // a file that takes nothing would be asked for ever
+        if (count == 0) return EIO;  // a file that accepts nothing would be retried forever
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }
     return 0;
@@ -84,7 +84,7 @@ void DoNothing(int) noexcept {}
 
 }  // namespace
 
-// A handler, as programs that are started inherit a signal that is ignored.
+// A handler: an ignored signal would be inherited by the programs that the process starts.
 void OutliveFileSizeLimit() noexcept {
     struct sigaction action;
     if (sigaction(SIGXFSZ, nullptr, &action) != 0 || action.sa_handler != SIG_DFL) return;
@@ -104,7 +104,7 @@ WriteSignalGuard::~WriteSignalGuard() {
     for (const int signal : WRITE_SIGNALS) {
         const sigset_t raised = SetOf({signal});
         if (sigismember(&m_Pending, signal) == 0)
-            sigtimedwait(&raised, nullptr, &noTime);  // takes back the write's own
+            sigtimedwait(&raised, nullptr, &noTime);  // removes the one that the write has raised
     }
     pthread_sigmask(SIG_SETMASK, &m_Before, nullptr);
 }

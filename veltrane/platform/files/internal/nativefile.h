@@ -42,27 +42,26 @@ private:
     int m_Handle = -1;
 };
 
-/// Opens a file without waiting for the other end of a pipe or for a device. A regular file on which another process
-/// holds a lease is waited for: that process is told, and gives the lease back.
-/// @param flags  those of open; O_NONBLOCK and O_CLOEXEC come on top
+/// Opens a file without waiting for the other end of a pipe or for a device. If another process holds a lease on a
+/// regular file, opening waits until that process has given it up.
+/// @param flags  those of open; O_NONBLOCK and O_CLOEXEC are added
 NativeFile OpenWithoutWaiting(const std::string& name, int flags, unsigned mode = 0) noexcept;
 
-/// Reads a file from its place to its end, however long it has become.
+/// Reads a file from its current position to its end, however long it has become.
 /// @param expected  size to make room for
 /// @return false when reading fails; bytes then holds what came before
 bool ReadToEnd(const NativeFile& file, std::size_t expected, std::string& bytes);
 
-/// Writes all bytes, with one call unless the system takes less or a signal interrupts it. A reader that is slow is
-/// waited for.
+/// Writes all bytes, with one call unless the system accepts fewer or a signal interrupts it. Waits for a slow reader.
 /// @return 0 or the system's error number
 int WriteAll(int handle, std::string_view bytes) noexcept;
 
-/// Makes a write beyond the limit of a file's size fail like any other from now on, whenever the limit is set: where
-/// the signal for it (SIGXFSZ) would end the process, it does nothing. A handler of the host stays.
+/// From now on a write beyond the limit of a file's size fails like any other, whenever the limit is set: the signal
+/// for it (SIGXFSZ) no longer ends the process. A handler of the host stays.
 void OutliveFileSizeLimit() noexcept;
 
-/// Keeps the signals of a pipe whose reader is gone, and of a file at the limit for the process, from ending the
-/// process while the guard lives: writing then fails like any other.
+/// While it lives, neither the signal of a pipe whose reader is gone nor that of a file at its size limit ends the
+/// process: the write fails like any other.
 class WriteSignalGuard {
 public:
     WriteSignalGuard() noexcept;

@@ -7,7 +7,7 @@
 namespace veltrane::detail {
 
 /// Opens a file through the path mapping; a path spelled as on the disk costs one open. It may be a pipe or a device,
-/// which is not waited for: look at its size before reading from it.
+/// for which it does not wait: check its size before reading from it.
 /// @param spelled  as SpelledPath gives it
 /// @return no file when it is missing or unreadable
 NativeFile OpenForReading(const std::string& spelled);

@@ -8,7 +8,7 @@ namespace veltrane::detail {
 /// Ends the process as a missing library would: exit code 127, and a line on standard error.
 [[noreturn]] void EndLoading(const char* reason) noexcept;
 
-/// Runs what is done while the library is loaded. No exception can pass the loader, so one ends the loading.
+/// Runs a step of loading the library. An exception cannot pass the loader, so it ends the loading.
 template <class Body>
 decltype(auto) WhileLoading(Body&& body) noexcept {
     try {

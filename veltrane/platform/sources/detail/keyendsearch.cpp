@@ -1,6 +1,6 @@
 #include "veltrane/platform/sources/detail/keyendsearch.h"
 
-#if __has_include(<sys/platform/x86.h>) && !defined(__clang__)  // its _Bool is none of clang's C++
+#if __has_include(<sys/platform/x86.h>) && !defined(__clang__)  // its _Bool is not valid C++ for clang
 #include <sys/platform/x86.h>
 #endif
 
@@ -22,8 +22,8 @@ bool IsBorder(char byte) noexcept {
     return byte == '=' || (static_cast<unsigned char>(byte) <= ' ' && byte != '\n' && byte != '\r');
 }
 
-/// Whether the two elements stand anywhere in a step, the first of them from its front on. Without a jump inside, so
-/// that compilers look at a register full of bytes at a time.
+/// Whether the two elements stand anywhere in a step, the first of them from its front on. Has no jump inside, so that
+/// compilers process a register full of bytes at a time.
 bool IsInStep(const char* front, NamePattern before, NamePattern last) noexcept {
     std::int8_t any = 0;
     for (std::size_t i = 0; i < STEP; ++i) {
@@ -56,7 +56,7 @@ bool AreInOrder(const char* at, NamePattern before, NamePattern last) noexcept {
 }
 
 #ifdef CPU_FEATURE_ACTIVE
-// The same once more, with registers twice as wide: a question to a small file takes a tenth less.
+// The same with registers twice as wide: a question to a small file takes a tenth less.
 [[gnu::target("avx2")]] std::size_t FindWide(std::string_view text, std::size_t start, NamePattern before,
                                              NamePattern last) noexcept {
     return FindIn(text, start, before, last);

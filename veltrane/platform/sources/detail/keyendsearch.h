@@ -7,7 +7,7 @@
 namespace veltrane::detail {
 
 /// One element of a name, in both cases, as the bytes of a text are compared with it: a byte fits if it equals value
-/// after the bits are set. Bytes from 0x80 on fit every element; they are to be decoded.
+/// after the bits are set. Bytes from 0x80 on fit every element; the caller decodes them.
 struct NamePattern {
     std::int8_t bits;
     std::int8_t value;
@@ -16,7 +16,7 @@ struct NamePattern {
 };
 
 /// Searches a text for places where a key could end: its last two elements, and after them a blank, a NUL or '='.
-/// Nearly all bytes of a section drop out here, many at a step. It may find too much, never too little.
+/// This skips nearly all bytes of a section, many at a step. It may find too much, never too little.
 class KeyEndSearch {
 public:
     /// @param name  the key, not empty

@@ -27,7 +27,7 @@ inline std::string_view WithoutBlanks(std::string_view text) noexcept {
 
 /// Position of the line end at or after a position; the text's size on the last line.
 inline std::size_t EndOfLine(std::string_view text, std::size_t at) noexcept {
-    constexpr std::size_t step = 256;  // both ends are searched in turn, neither far beyond the other
+    constexpr std::size_t step = 256;  // both kinds of end are searched in turn, neither far ahead of the other
     for (; at < text.size(); at += step) {
         std::string_view part = text.substr(at, step);
         part = part.substr(0, part.find('\n'));
@@ -60,7 +60,7 @@ public:
         return true;
     }
 
-    /// Whether the line given last is none of its own but the empty one inside CR LF.
+    /// Whether the line given last is only the empty one inside CR LF.
     bool IsInsidePair() const noexcept {
         return m_At >= 2 && m_At <= m_Text.size() && m_Text[m_At - 1] == '\n' && m_Text[m_At - 2] == '\r';
     }

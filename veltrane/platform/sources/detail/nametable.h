@@ -11,7 +11,7 @@
 
 namespace veltrane::detail {
 
-/// Takes one element, folded as the names of files are compared, from the front of a text that is not empty.
+/// Cuts one element, folded as file names are compared, from the front of a text that is not empty.
 inline wchar_t CutFolded(FileText& text) noexcept {
     const auto first = static_cast<unsigned char>(text.bytes[0]);
     if (first >= 0x80) return FoldCharacter(CutFileCharacter(text));
@@ -37,14 +37,14 @@ private:
     std::uint32_t m_nHash = 0x811C9DC5U;
 };
 
-/// Places of names by the names' hashes. A hash is a hint only: who asks compares the name at the place, so names made
-/// to share their hash cost time, as a search from the front does, and nothing else.
+/// Places of names by the names' hashes. A hash is only a hint: the caller compares the name at the place. Names made
+/// to share their hash cost time, no more than a search from the front, and nothing else.
 class NameTable {
 public:
     void Add(NameHash hash, std::size_t place) {
         m_Entries.push_back({hash.Value(), static_cast<std::uint32_t>(place), NONE});
     }
-    /// To be called after the last Add.
+    /// Call it after the last Add.
     void Link() {
         m_First.assign(std::bit_ceil(m_Entries.size() + 1), NONE);
         for (std::size_t i = m_Entries.size(); i-- > 0;) {  // so that each chain begins with the name added first

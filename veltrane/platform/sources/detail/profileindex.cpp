@@ -6,12 +6,12 @@ namespace veltrane::detail {
 
 namespace {
 
-constexpr int MARK_DISTANCE = 16;  // lines: one mark takes little memory, and counting from one little time
+constexpr int MARK_DISTANCE = 16;  // lines: marks take little memory, and counting from one little time
 
 }  // namespace
 
 ProfileIndex::ProfileIndex(FileText text) : m_Text(text) {
-    constexpr std::size_t bytesOfName = 4;  // at least, on average; a name takes five times that in the tables
+    constexpr std::size_t bytesOfName = 4;  // average at least; a name takes five times that in the tables
     NameHash section;
     LineWalk lines{text.bytes};
     int number = 0;

@@ -10,13 +10,14 @@
 
 namespace veltrane::detail {
 
-/// The places of all sections and keys of a profile text, found in one pass: what pays when many questions are asked
-/// of the same text. It gives the answers of a search from the front. It looks at the text that it was made of.
+/// The places of all sections and keys of a profile text, found in one pass; pays when the same text answers many
+/// questions. Its answers are those of a search from the front. Keeps a view: the text must outlive it.
 class ProfileIndex {
 public:
     explicit ProfileIndex(FileText text);
 
-    /// Whether there is an index: not for a text with a name in nearly every byte, which would grow many times.
+    /// Whether there is an index: there is none for a text with a name in nearly every byte, whose index would be many
+    /// times its size.
     bool IsUsable() const noexcept { return m_IsUsable; }
 
     /// Name of the section of a number, in file order; it may be empty. @return false after the last one

@@ -49,7 +49,7 @@ bool ProfileName::Is(FileText name) const noexcept {
     for (const wchar_t element : m_Name) {
         if (name.bytes.empty()) return false;
         if (static_cast<std::uint32_t>(element) < 0x80 && name.bytes[0] == static_cast<char>(element)) {
-            name.bytes.remove_prefix(1);  // spelled alike, as most are
+            name.bytes.remove_prefix(1);  // same spelling, as nearly always
         } else if (CutFolded(name) != FoldCharacter(element)) {
             return false;
         }
@@ -58,7 +58,7 @@ bool ProfileName::Is(FileText name) const noexcept {
 }
 
 bool ProfileName::CanEndAt(std::string_view text, std::size_t last) const noexcept {
-    constexpr std::size_t looked = 8;  // tells nearly all, and keeps a long name from being read again at every place
+    constexpr std::size_t looked = 8;  // decides nearly every case, and a long name is not read again at every place
     for (std::size_t i = 1; i <= std::min(looked, m_Name.size()); ++i) {
         const auto byte = static_cast<signed char>(text[last + 1 - i]);
         if (byte < 0) return true;  // an element of several bytes: to be decoded
@@ -115,7 +115,7 @@ bool FindProfileValue(FileText text, const ProfileName& key, std::string_view& v
     const std::string_view lines = text.bytes;
     if (key.View().empty() || lines.empty()) return false;
     const KeyEndSearch search{key.View()};
-    // Each round leaves a line for good, so looking back for a line's start never looks at a byte twice.
+    // Each round finishes a line, so looking back for a line's start never reads a byte twice.
     for (std::size_t at = search.Find(lines, 1); at < lines.size(); at = search.Find(lines, at + 1)) {
         if (!key.CanEndAt(lines, at)) continue;
         const std::size_t start = StartOfLine(lines, at);

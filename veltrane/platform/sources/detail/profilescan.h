@@ -8,7 +8,7 @@
 
 namespace veltrane::detail {
 
-/// What one line of a profile text is, whatever stands around it. Pieces of the text, as bytes.
+/// What one line of a profile text is, taken by itself. Pieces of the text, as bytes.
 struct ProfileLine {
     enum class Kind {
         Blank,
@@ -21,7 +21,7 @@ struct ProfileLine {
     Kind kind = Kind::Blank;
     std::string_view line;   ///< without the blanks in front
     std::string_view name;   ///< of a section, or the key
-    std::string_view right;  ///< of an entry: what stands after its '='; of a header: from its bracket on
+    std::string_view right;  ///< of an entry: what follows its '='; of a header: from its bracket on
 
     /// Value of an entry, without blanks and without its pair of quotes.
     std::string_view Value() const noexcept;
@@ -30,7 +30,7 @@ struct ProfileLine {
 /// @param line  without its end
 ProfileLine ReadProfileLine(std::string_view line) noexcept;
 
-/// A name as asked for, without the blanks (U+0020) at its ends. It looks at the caller's text.
+/// A name as asked for, without the blanks (U+0020) at its ends. Keeps a view of the caller's text.
 class ProfileName {
 public:
     explicit ProfileName(std::wstring_view asked) noexcept;

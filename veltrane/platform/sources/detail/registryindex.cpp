@@ -8,7 +8,7 @@ namespace veltrane::detail {
 
 namespace {
 
-/// How the path of a line stands to a folded path.
+/// How the path of a line relates to a folded path.
 enum class Relation { Same, Above, Below, Other };
 
 Relation Compare(FileText path, std::wstring_view folded) noexcept {
@@ -68,8 +68,8 @@ void RegistryIndex::Add(const RegistryLine& read) {
     m_LastParents.clear();
 }
 
-// The line stands for all keys above its own too. Those that it shares with the path before it, as most lines of an
-// export do, are in the table already.
+// The line also creates all keys above its own. Those that it shares with the path before it, as in most lines of an
+// export, are in the table already.
 void RegistryIndex::AddPath(std::string_view path, std::size_t number) {
     while (!m_LastParents.empty() && !SharesParent(path, m_LastPath, m_LastParents.back().first)) {
         m_LastParents.pop_back();

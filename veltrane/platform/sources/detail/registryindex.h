@@ -15,7 +15,7 @@
 
 namespace veltrane::detail {
 
-/// A value of a registry key, as the calls hand it out.
+/// A value of a registry key, as the calls return it.
 struct RegistryValue {
     std::uint32_t type = 0;
     std::string data;
@@ -30,12 +30,12 @@ using RegistryValues = std::map<CString, RegistryValue>;
 /// @return line of the value that was in force until now; 0 if there was none
 int ApplyValue(RegistryLine& read, const CString& name, RegistryValues& values);
 
-/// Whether a line that removes a path removes a key: with each key goes all that is below it.
+/// Whether a line that removes a path removes a key: that of the path itself or one below it.
 /// @param folded  path of the key
 bool IsRemovedBy(FileText removed, std::wstring_view folded) noexcept;
 
 /// The places of all keys of a registry export, found in one pass from top to bottom as an import would go. The values
-/// of a key are read when they are asked for, and kept. It looks at the text that it was made of.
+/// of a key are read when first asked for, and kept. Keeps a view: the text must outlive it.
 class RegistryIndex {
 public:
     explicit RegistryIndex(FileText text);

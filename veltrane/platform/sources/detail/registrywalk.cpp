@@ -59,7 +59,8 @@ bool IsOnlyComment(std::string_view text) noexcept {
     return text.empty() || text[0] == ';';
 }
 
-/// Cuts "text" with its quotes; a backslash hides itself or a quote and is ordinary before anything else.
+/// Cuts "text" with its quotes; a backslash escapes itself or a quote and is an ordinary character before anything
+/// else.
 bool CutQuoted(std::string_view& text, std::string& inner) {
     if (!CutByte(text, '"')) return false;
     inner.clear();
@@ -157,7 +158,7 @@ bool RegistryWalk::Next(RegistryLine& read) {
 bool RegistryWalk::NextKey(RegistryLine& read) {
     while (NextLine(read.line)) {
         const bool isKey = read.line[0] == '[';
-        if (isKey || read.line.ends_with('\\')) ReadLine(read);  // a list takes its further lines along
+        if (isKey || read.line.ends_with('\\')) ReadLine(read);  // a list consumes its further lines too
         if (isKey) return true;
     }
     return false;
@@ -207,7 +208,7 @@ bool RegistryWalk::ReadText(std::string_view data, RegistryLine& read) const {
 /// All lines of the list are consumed, those of a malformed one too.
 bool RegistryWalk::ReadList(std::string_view part, RegistryLine& read) {
     std::string bytes;
-    bool expectsByte = true;  // a byte: at the start and after a comma
+    bool expectsByte = true;  // at the start and after a comma
     bool isGood = true;
     for (bool goesOn = true; goesOn;) {
         goesOn = part.ends_with('\\') && part.find(';') == part.npos;

@@ -10,14 +10,14 @@
 
 namespace veltrane::detail {
 
-/// What one line of a registry export is, with the lines that a list goes on in. Pieces of the text, as bytes.
+/// What one line of a registry export is, with the lines on which a list continues. Pieces of the text, as bytes.
 struct RegistryLine {
     enum class Kind {
         Header,        ///< the first line, as it must be
         BadHeader,     ///< and the text holds no keys at all
         Key,           ///< its values follow
         RemovedKey,    ///< with everything below; no key is current then
-        MalformedKey,  ///< no key is current either: its values must not fall into the key before
+        MalformedKey,  ///< no key is current either: its values must not go to the key before it
         OtherRoot,     ///< likewise
         Value,
         RemovedValue,
@@ -31,7 +31,7 @@ struct RegistryLine {
     std::string_view path;   ///< of a key below the machine's root, no separator at its end; OtherRoot: whole
     std::string name;        ///< of a value, in file text; empty is the default value
     std::uint32_t type = 0;  ///< of a value
-    std::string data;        ///< of a value, as the calls hand it out
+    std::string data;        ///< of a value, as the calls return it
 };
 
 /// Walks over the lines of a registry export that are neither empty nor comments, from top to bottom.
@@ -44,9 +44,9 @@ public:
     /// Reads the header, the first line that is not empty. @return false for a text without any
     bool ReadHeader(RegistryLine& read);
     bool IsOld() const noexcept { return m_IsOld; }
-    void SetOld(bool isOld) noexcept { m_IsOld = isOld; }  ///< for a text that is a piece of one with such a header
+    void SetOld(bool isOld) noexcept { m_IsOld = isOld; }  ///< for a piece of a text with such a header
 
-    /// Reads the next line after the header. The strings of read are used again.
+    /// Reads the next line after the header. Reuses the strings of read.
     bool Next(RegistryLine& read);
     /// Reads the next line in brackets.
     bool NextKey(RegistryLine& read);

@@ -13,7 +13,7 @@ namespace {
 
 thread_local SourceReplacement* g_Newest = nullptr;
 
-/// A name of the system without links and relative parts; empty for one that leads nowhere.
+/// A name of the system without links and relative parts; empty when there is no such file.
 std::string Resolved(const std::string& name) {
     struct Free {
         void operator()(char* text) const noexcept { std::free(text); }
@@ -22,7 +22,7 @@ std::string Resolved(const std::string& name) {
     return full ? full.get() : "";
 }
 
-// One name of a file, whatever path leads to it. Of a missing file the folder is resolved.
+// One name for a file, whatever path leads to it. For a missing file, its folder is resolved.
 std::string FullName(CStringView path) {
     const std::string name = MapPath(CString{path.View()});
     std::string full = Resolved(name);
@@ -32,7 +32,7 @@ std::string FullName(CStringView path) {
     return folder.empty() ? name : folder + '/' + name.substr(end);
 }
 
-// What snapshots keep is not looked at again, as after code of a host.
+// What snapshots keep is not used again, as after code of a host.
 void OutdateSnapshots() noexcept {
     const ForeignCode changed;
 }

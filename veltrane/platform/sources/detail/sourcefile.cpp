@@ -63,8 +63,8 @@ SourceFile::SourceFile(CStringView path, Spelling spelling) {
     if (m_Reading == SourceReading::Done) Assign({m_Bytes.get(), m_nSize});
 }
 
-// FIONREAD costs half of an fstat. Of a regular file it gives the bytes that are left; most devices do not know it, and
-// those that do, as a terminal or a pipe, have no position to read at.
+// FIONREAD costs half of an fstat. For a regular file it gives the bytes that are left. Most devices do not support it,
+// and those that do, such as a terminal or a pipe, cannot be read at a position.
 bool SourceFile::ReadSmall(const NativeFile& file) {
     int size = 0;
     if (!file || ioctl(file.Handle(), FIONREAD, &size) != 0 || size <= 0 || size >= int{SMALL_SIZE}) return false;
@@ -74,8 +74,8 @@ bool SourceFile::ReadSmall(const NativeFile& file) {
     return true;
 }
 
-// One byte more than the size, so that the end of a file that tells its size shows at once. Files of the system and of
-// some file systems claim to be empty.
+// One byte more than the size, so that one read reaches the end of a file that reports its true size. Files in /proc
+// and on some file systems claim to be empty.
 SourceReading SourceFile::ReadBytes(const NativeFile& file, std::size_t size) {
     constexpr std::size_t leastRoom = 4096;
     for (std::size_t room = size + 1;; room = std::max(2 * room, leastRoom)) {
@@ -124,14 +124,13 @@ RegistryIndex& SourceFile::Registry() {
 
 namespace {
 
-/// The files that the questions of this thread's snapshot have read, a missing one too. Not one whose reading failed:
-/// that may pass.
+/// The files that this thread's snapshot has read, missing ones included. A file whose reading failed is not kept: the
+/// next reading may succeed.
 class KeptFiles {
 public:
     bool AreOutdated() const noexcept { return m_nForeignRuns != ForeignCode::Runs(); }
 
-    /// A file that is read now takes the place of the one that came three before it, which the question that asked for
-    /// it may still read.
+    /// A file that is read now replaces the one read three files before; a question may still hold that one.
     std::shared_ptr<SourceFile> Get(CStringView path, Spelling spelling) {
         for (const Entry& kept : m_Entries) {
             if (kept.file && kept.spelling == spelling && kept.path.View() == path.View()) return kept.file;
@@ -156,7 +155,7 @@ private:
 
 // Of this thread. Plain numbers and addresses: nothing is made when the first snapshot begins or ends, and nothing is
 // destroyed while objects that end late may still ask.
-thread_local int g_Snapshots = 0;  // that live
+thread_local int g_Snapshots = 0;  // alive now
 thread_local KeptFiles* g_Kept = nullptr;
 
 /// The file of the snapshot that is in force; null without one.

@@ -25,8 +25,8 @@ enum class Spelling {
 /// reading was done. A file that changes meanwhile gives what was there.
 class SourceFile {
 public:
-    /// Largest file that is read: far above what a configuration or the export of a machine's registry takes, and a
-    /// wrong name does not fill the memory.
+    /// Largest file that is read: far above any configuration or export of a machine's registry, and small enough that
+    /// a wrong name does not fill the memory.
     static constexpr std::size_t MAX_SIZE = std::size_t{256} << 20;
 
     /// Reads a regular file to its end, whatever size it claims.
@@ -38,8 +38,8 @@ public:
     SourceReading Result() const noexcept { return m_Reading; }
     SourceEncoding Encoding() const noexcept { return m_Encoding; }
 
-    /// From the second question on: one alone would not pay. @return null when the text is to be searched from the
-    /// front
+    /// The index, made at the second question: one alone would not pay. @return null when the text is to be searched
+    /// from the front
     const ProfileIndex* Profile();
     RegistryIndex& Registry();
 
@@ -50,10 +50,10 @@ private:
     void MakeRoom(std::size_t room);
     void Assign(std::string_view bytes);
 
-    static constexpr std::size_t SMALL_SIZE = 16384;  // nearly every configuration file fits: no memory is asked for
+    static constexpr std::size_t SMALL_SIZE = 16384;  // nearly every configuration file fits: no allocation
 
     char m_SmallBytes[SMALL_SIZE];
-    std::unique_ptr<char[]> m_Bytes;  // of a larger file; not filled before they are read
+    std::unique_ptr<char[]> m_Bytes;  // of a larger file; not cleared first
     std::size_t m_nSize = 0;
     std::string m_Converted;
     FileText m_Text;
@@ -71,7 +71,7 @@ public:
     AskedFile(const AskedFile&) = delete;
     AskedFile& operator=(const AskedFile&) = delete;
 
-    /// Lives as long as this object.
+    /// Valid as long as this object.
     SourceFile& File() noexcept { return m_Kept ? *m_Kept : *m_Own; }
 
 private:

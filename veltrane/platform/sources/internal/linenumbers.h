@@ -4,7 +4,7 @@
 
 namespace veltrane::detail {
 
-/// GetPrivateProfileStringW that also tells on which line of the file the answer stands, from 1; 0 for a list and for
+/// GetPrivateProfileStringW that also gives the line of the file that holds the answer, from 1; 0 for a list and for
 /// what was not found.
 VELTRANE_API unsigned GetProfileStringAndLine(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText,
                                               wchar_t* buffer, unsigned capacity, const wchar_t* fileName, int& line);

@@ -9,9 +9,9 @@
 
 namespace veltrane::detail {
 
-/// While one lives, a file answers every question of its thread with given bytes, whatever path leads to it and whether
-/// it is there or not: values, lists, lines, naming rules, the registry, and start-up's look whether it exists. For a
-/// text that is not on the disk yet. Of several for one file the newest answers; they may end in any order.
+/// While one lives, given bytes stand for a file in its thread, whatever path leads to the file and whether it exists
+/// or not: for values, lists, lines, naming rules, the registry, and the check of start-up that it exists. For a text
+/// that is not on the disk yet. Of several for one file the newest answers; they may end in any order.
 /// @code
 /// const SourceReplacement edited{path, bytes};
 /// const SourceFileLines view = ReadProfileLines(path);  // of the bytes
@@ -24,7 +24,7 @@ public:
     SourceReplacement& operator=(const SourceReplacement&) = delete;
     ~SourceReplacement();
 
-    /// The bytes that stand for a file in this thread; nothing for a file that answers for itself.
+    /// The bytes that stand for a file in this thread; nothing for a file without a replacement.
     static std::optional<std::string_view> Find(CStringView path);
 
 private:

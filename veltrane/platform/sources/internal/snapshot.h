@@ -4,9 +4,9 @@
 
 namespace veltrane::detail {
 
-/// While one lives, a file that has answered a question of its thread answers the next ones as it was: for a run of
-/// questions, so that nobody can tell when in the run the file was read. Where code of a host runs between two of them,
-/// such as the handler of a box, the next question looks anew.
+/// While one lives, a file that has answered a question of its thread is not read again for the next ones, so that a
+/// run of questions sees one state of it. Where code of a host runs between two of them, such as the handler of a box,
+/// the next question reads the file again.
 class VELTRANE_API SourceSnapshot {
 public:
     SourceSnapshot() noexcept;

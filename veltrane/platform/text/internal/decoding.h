@@ -18,7 +18,7 @@ struct FileText {
     FileText Piece(std::string_view piece) const noexcept { return {piece, withSurrogates}; }
 };
 
-/// Takes one character from the front of a text, which must not be empty, as files and clients write it: UTF-8, and a
+/// Cuts one character from the front of a text, which must not be empty, as files and clients write it: UTF-8, and a
 /// byte that starts no valid sequence is one Windows-1252 character, so the bytes of old systems keep their meaning.
 inline wchar_t CutFileCharacter(FileText& text) noexcept {
     const auto first = static_cast<std::uint8_t>(text.bytes[0]);

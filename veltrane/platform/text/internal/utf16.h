@@ -39,7 +39,7 @@ public:
     explicit Utf16Reader(std::string_view bytes, Utf16Order order = Utf16Order::LittleEndian) noexcept
         : m_Rest(bytes), m_LowAt(order == Utf16Order::LittleEndian ? 0 : 1) {}
 
-    bool More() const noexcept { return m_Rest.size() >= 2; }  ///< a last odd byte is no unit
+    bool More() const noexcept { return m_Rest.size() >= 2; }  ///< a last odd byte is not a unit
 
     char32_t Next() noexcept {  ///< while there are More
         const char32_t lead = NextUnit();

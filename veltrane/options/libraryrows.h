@@ -13,13 +13,13 @@ namespace veltrane {
 namespace detail {
 
 // clang-format off
-/// Rows that start-up asks for or acts on, whatever the tool.
+/// Rows that start-up asks for or acts on in every tool.
 inline constexpr enumOption NEEDED_OPTIONS[] = {
     eOptionName, eOptionData, eOptionMetadata, eOptionConfig, eOptionIni,                     // where things are
     eOptionExePath, eOptionExeName, eOptionVersionInfo, eOptionCompileTime, eOptionDateTime,  // facts of the host
     eOptionHelp, eOptionVersion, eOptionSetup,                                                // end the process
 };
-/// Those that nearly every tool has a use for.
+/// Those that nearly every tool uses.
 inline constexpr enumOption COMMON_OPTIONS[] = {
     eOptionLogFile, eOptionLogging, eOptionQuiet, eOptionSummary, eOptionWorkingDirectory,
 };
@@ -64,10 +64,10 @@ consteval int NamedPlace() {
 
 }  // namespace detail
 
-/// The rows of the library's table that a tool has: all of them, or some, known while compiling. One that is left out
-/// does not exist in the process: it is unknown by name and at no place, is never asked for nor mandatory, and its name
-/// is free for a row of the tool's own. Start-up then makes no folder for it and reads no naming rules. Titles of the
-/// help go with the last row below them; sections stay.
+/// The rows of the library's table that a tool has: all or some, known while compiling. A row that is left out does not
+/// exist in the process: its name and place are unknown, it is never asked for nor mandatory, and its name is free for
+/// a row of the tool's own. Start-up then creates no folder for it and reads no naming rules. Titles of the help go
+/// with the last row below them; sections stay.
 /// @code
 /// constexpr veltrane::OwnTable TABLE{.options = OPTIONS, .library = veltrane::BASE_ROWS.With<"spool", "exit">()};
 /// @endcode
@@ -75,17 +75,17 @@ class LibraryRows {
 public:
     /// All rows.
     constexpr LibraryRows() { std::ranges::fill(m_Has, true); }
-    /// Also rows of these long names; one that the library does not have does not compile.
+    /// With the rows of these long names too; a name that the library does not have does not compile.
     template <OptionName... Names>
     consteval LibraryRows With() const {
         return Changed<true, Names...>();
     }
-    /// Not the rows of these long names; nor does one compile that start-up cannot do without.
+    /// Without the rows of these long names; naming one that start-up needs does not compile.
     template <OptionName... Names>
     consteval LibraryRows Without() const {
         return Changed<false, Names...>();
     }
-    /// What start-up needs, the log, quiet, summary, and the facts that a host tells of itself.
+    /// What start-up needs, the log, quiet, summary, and the facts of the host.
     static consteval LibraryRows Base() {
         LibraryRows rows;
         for (int place = 0; place < detail::OPTION_COUNT; ++place) {
@@ -115,7 +115,7 @@ private:
         return rows;
     }
 
-    // A title stands over its group, a separator line closes it.
+    // A title begins its group, a separator line ends it.
     constexpr void KeepTitles() {
         int title = 0;
         bool isShown = false;
@@ -136,7 +136,7 @@ private:
 
 /// The default of a table.
 inline constexpr LibraryRows ALL_ROWS{};
-/// For a tool that is no schema tool.
+/// For a tool that is not a schema tool.
 inline constexpr LibraryRows BASE_ROWS = LibraryRows::Base();
 
 }  // namespace veltrane

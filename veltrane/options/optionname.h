@@ -8,7 +8,7 @@
 #include "veltrane/foundation/nearest.h"
 #include "veltrane/options/xowntable.h"
 
-// Names of options that the compiler looks up in the library and a tool's table, and what it shows where it cannot.
+// Names of options that the compiler looks up in the library and a tool's table, and what it shows when it finds none.
 
 namespace veltrane {
 
@@ -90,7 +90,7 @@ template <const OwnTable& Table, int Place>
 using NearName = decltype(SpellNear<Table, Place>(
     std::make_index_sequence<std::wstring_view{RowAt(Table, Place).szLongName}.size()>{}));
 
-/// How many values an option has to have.
+/// How many values an option must have.
 enum class Values { Any, One, Several };
 
 struct NotRefused {};
@@ -108,7 +108,7 @@ consteval auto RefusalOfName() {
     }
 }
 
-/// The class that the compiler shows when it cannot make it; NotRefused where nothing is wrong.
+/// The class that the compiler names when it refuses the option; NotRefused when nothing is wrong.
 template <OptionName Name, const OwnTable& Table, Values Wanted>
 consteval auto RefusalOf() {
     constexpr int PLACE = FindPlace(Table, Name.View());

@@ -7,7 +7,7 @@
 #include "veltrane/options/optionrules.h"
 #include "veltrane/options/xoptiondefinition.h"
 
-// How rows of the option table are written, the library's and those of a tool.
+// How the rows of option tables are written, the library's and those of a tool.
 
 namespace veltrane {
 
@@ -25,7 +25,7 @@ consteval void Put(wchar_t (&field)[Width], std::wstring_view text) {
 /// does a row that breaks a rule of its own.
 /// @param tabulators   between name and value in a listing; -1 none
 /// @param syntax       left column of the help: "-s, \t--scale <number>"
-/// @param description  right column of the help, with the tabulators that bring it there
+/// @param description  right column of the help, with the tabulators in front of it
 consteval XOptionDefinition OptionRow(enumOption option, enumCfgSection section, std::wstring_view shortName,
                                       std::wstring_view longName, int tabulators, std::wstring_view syntax = {},
                                       std::wstring_view description = {}) {

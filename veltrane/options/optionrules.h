@@ -8,12 +8,12 @@
 #include "veltrane/options/xoptiondefinition.h"
 #include "veltrane/platform/text/format.h"
 
-// What rows of the option table have to keep. The compiler asks it of constant tables and shows the line that throws;
-// a registration asks it while the program runs.
+// The rules for rows of an option table. The compiler checks constant tables and shows the line that throws; a
+// registration checks while the program runs.
 
 namespace veltrane::detail {
 
-/// Options and the sections they stand in.
+/// Options and their sections.
 struct TableRows {
     std::span<const XOptionDefinition> options;
     std::span<const XConfigSection> sections;
@@ -24,13 +24,13 @@ struct TableRows {
     }
 };
 
-/// A row that cannot stand in a table, by its name.
+/// A row that a table must not have, by its name.
 struct RowRefused {
     XFormat<const wchar_t*> message;
     const wchar_t* name;
 };
 
-/// A row that cannot stand beside another.
+/// A row that must not be in a table with another.
 struct RowsRefused {
     XFormat<const wchar_t*, const wchar_t*> message;
     const wchar_t* name;
@@ -41,7 +41,7 @@ constexpr bool IsTitle(const XOptionDefinition& row) {
     return row.eOption == eOptionTitle;
 }
 
-/// Whether a text column ends within itself. The last element tells of all rows that OptionRow fills.
+/// Whether a text column has its NUL. For rows that OptionRow fills the last element is enough.
 template <std::size_t Width>
 constexpr bool HasEnd(const wchar_t (&column)[Width]) {
     return column[Width - 1] == 0 || std::ranges::any_of(column, [](wchar_t element) { return element == 0; });
@@ -69,7 +69,7 @@ constexpr void CheckNames(const XOptionDefinition& row) {
     }
 }
 
-// A command may stand alone or beside the type of its value.
+// A command may have no type or also the type of its value.
 constexpr void CheckType(const XOptionDefinition& row) {
     const int types = row.IsString() + row.IsBoolean() + row.IsTrillian() + row.IsIList();
     if (types > 1) throw RowRefused{L"The option <%s> cannot be registered: it has several types!", row.szLongName};
@@ -85,7 +85,7 @@ constexpr void CheckOptionalValue(const XOptionDefinition& row) {
     }
 }
 
-// A value that stands 128 columns to the right is in no listing.
+// No listing has a value 128 columns to the right.
 inline constexpr int MAX_TABULATORS = 16;
 
 constexpr void CheckTabulators(const XOptionDefinition& row) {
@@ -111,7 +111,7 @@ constexpr void CheckRow(const XOptionDefinition& row) {
 
 // --- A section alone ---
 
-// Not by find: with sanitizers g++ takes its answer for no constant.
+// Not with find: with sanitizers g++ does not treat its result as constant.
 constexpr std::wstring_view FromPercent(std::wstring_view name) {
     while (!name.empty() && name.front() != L'%') name.remove_prefix(1);
     return name;
@@ -157,7 +157,7 @@ constexpr bool Begins(std::wstring_view text, std::wstring_view beginning) {
     return true;
 }
 
-// The number tells options apart, whatever the bits say.
+// Options differ by their number, whatever their bits.
 constexpr bool IsSameId(enumOption a, enumOption b) {
     return ((a ^ b) & ~0xFFF) == 0;
 }
@@ -184,8 +184,8 @@ constexpr void CheckDiffer(const XOptionDefinition& row, const XOptionDefinition
     CheckIds(row, other);
 }
 
-/// Whether a key of a section gives a value of the option with several that stands there too: as its bare name, of
-/// which a beginning is enough, or with an index.
+/// Whether a key of a section also gives a value of an option with several values there: by its bare name, of which the
+/// beginning is enough, or with an index.
 constexpr bool IsKeyOf(std::wstring_view family, std::wstring_view key) {
     if (key.size() <= family.size()) return Begins(family, key);
     if (!Begins(key, family) || key[family.size()] != L'-') return false;
@@ -226,7 +226,7 @@ constexpr void CheckDiffer(const XConfigSection& row, const XConfigSection& othe
     }
 }
 
-/// Whether a section is read as one of those with an index: nothing after the number is looked at.
+/// Whether a section is read as one with an index: whatever follows the number is ignored.
 constexpr bool IsSectionOf(std::wstring_view family, std::wstring_view name) {
     if (!HasIndex(family)) return false;
     const std::size_t front = family.size() - FromPercent(family).size();
@@ -290,7 +290,7 @@ constexpr std::size_t CountSections(Tables tables) {
     return count;
 }
 
-/// A section whose name depends on itself could never be asked for.
+/// A section whose name depends on itself can never be asked for.
 constexpr void CheckDepth(Tables tables, const XConfigSection& row, std::size_t left) {
     if (left == 0) throw RowRefused{L"The section <%s> stands below itself!", row.szName};
     if (row.eParent != eSectionNone) {
@@ -334,11 +334,11 @@ constexpr void CheckPlace(Tables tables, const XOptionDefinition& row) {
 constexpr void CheckBeside(Tables tables, const XOptionDefinition& row, const TableRows& table,
                            const XOptionDefinition& other) {
     if (IsTitle(row) || IsTitle(other)) return;
-    if (!table.Has(other)) return CheckIds(row, other);  // the library still tells its rows apart by them
+    if (!table.Has(other)) return CheckIds(row, other);  // the library still distinguishes its rows by them
     CheckDiffer(row, other);
     if (row.eSection != other.eSection || row.eSection == eSectionNone) return;
     if (!HasValueAt(row, other) && !HasValueAt(other, row)) return;
-    // With an index in the section there is none in the key.
+    // If the section has an index, the key has none.
     if (!HasIndex(tables, row.eSection)) CheckFamilies(row, other);
 }
 
@@ -347,7 +347,7 @@ constexpr void CheckBeside(Tables, const XConfigSection& row, const TableRows&, 
     CheckFamilies(row, other);
 }
 
-/// Before rows are looked at side by side: only then has each of their texts an end.
+/// Comes before rows are compared with each other: only then does each of their texts end.
 constexpr void CheckAlone(const TableRows& table) {
     for (const XConfigSection& row : table.sections) CheckRow(row);
     for (const XOptionDefinition& row : table.options) CheckRow(row);
@@ -359,7 +359,7 @@ constexpr void CheckAmong(Tables tables, const Row& row, std::span<const Row> Ta
     CheckPlace(tables, row);
     for (const TableRows& table : tables) {
         for (const Row& other : table.*rows) {
-            if (&other == &row) break;  // those after it look back at it
+            if (&other == &row) break;  // those after it are compared with it
             CheckBeside(tables, row, table, other);
         }
     }

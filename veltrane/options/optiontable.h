@@ -12,10 +12,10 @@ namespace veltrane::detail {
 //  2. Add its enumerator to enumOption, with a number that its group has not used.
 //  3. Add its row below, at its place in the help.
 //  4. List it in docs/values.md and show it in examples/config/metadata/veltrane.ini; the tests compare both with this
-//     table. Man pages and completions follow by themselves.
+//     table. Man pages and completions need no change.
 // The compiler then checks that texts fit, ids and names differ and the section exists.
 
-// Descriptions begin with the tabulators that bring them to their column.
+// Descriptions begin with the tabulators in front of their column.
 // clang-format off
 inline constexpr std::wstring_view HELP_CREATE_VIEWS =
     L"\tForce the Veltrane to create SQL-statements for creation of all views,\r\n"

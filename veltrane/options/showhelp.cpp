@@ -11,7 +11,7 @@ namespace {
 
 constexpr int SEPARATOR_WIDTH = 207;
 
-// A tool that takes only some of the library's rows is another one than theirs.
+// A tool with only some of the library's rows is not the tool that their texts name.
 CString ForTool(CString text, const CString& tool) {
     if (!OptionRegistry::Library().HasAll()) text.Replace(L"Veltrane", tool);
     return text;

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-// Names of options that the compiler looks up, and how it shows them where it refuses one.
+// Names of options that the compiler looks up, and how it shows them when it refuses one.
 
 namespace veltrane {
 
@@ -20,7 +20,7 @@ struct OptionName {
 
 namespace detail {
 
-// A name letter by letter, for not every compiler shows the text of a template argument.
+// A name letter by letter, because not every compiler shows the text of a template argument.
 template <char...>
 struct Spelled {};
 

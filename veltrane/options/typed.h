@@ -28,7 +28,7 @@ struct OptionValue {
 
 namespace detail {
 
-// --- What the type of an option comes to: the getter of its kind, and how an item of it is read ---
+// --- The kind of an option's value: its getter, and how an item is read ---
 
 struct BooleanKind {
     static constexpr auto GETTER = &XOption::GetOptionBoolean;
@@ -72,8 +72,8 @@ consteval auto KindOf() {
     }
 }
 
-/// The row of the process that stands for one that the compiler knows, as a registered table is a copy.
-/// @param place  of the row when it was met last; follows where it has moved
+/// The row in the process for one that the compiler knows; a registered table is a copy.
+/// @param place  of the row when it was found last; updated when it has moved
 /// @return null while the table is not registered
 VELTRANE_API const XOptionDefinition* FindKnownRow(const XOptionDefinition& known, std::atomic<int>& place);
 
@@ -81,7 +81,7 @@ VELTRANE_API const XOptionDefinition* FindKnownRow(const XOptionDefinition& know
 template <OptionName Name, const OwnTable& Table, Values Wanted>
 class NamedOption {
     static constexpr int PLACE = std::max(0, FindPlace(Table, Name.View()));  // the title for a refused name
-    // A refusal tells why when the compiler looks into its class.
+    // The class of a refusal tells the reason when the compiler instantiates it.
     // NOLINTNEXTLINE(bugprone-sizeof-expression)
     static_assert(sizeof(typename decltype(RefusalOf<Name, Table, Wanted>())::type) > 0);
 
@@ -92,7 +92,7 @@ public:
 
     static const XOptionDefinition* Row() { return FindKnownRow(ROW, s_Place); }
 
-    /// The item with an index; null without one. What the getter refuses, it refuses here, with its own error.
+    /// The item with an index; null without one. What the getter refuses is refused here, with the getter's error.
     static const XOptionItem* Find(XOption& store, int index) {
         if (const XOptionDefinition* const row = Row(); row && (ROW.IsSingle() || index >= 0)) {
             const XOptionItem* const item = store.FindOptionItem(*row, index);
@@ -125,9 +125,9 @@ private:
     static constinit inline std::atomic<int> s_Place = PLACE;
 };
 
-/// The values of an option in the order of its items. Takes no memory and leaves the marks of the store's walks, so
-/// that loops within each other and walks do not disturb each other. Goes on where it is when items are inserted or
-/// deleted in between.
+/// The values of an option in the order of its items. Allocates nothing and leaves the marks of the store's walks
+/// alone, so nested loops and walks do not disturb each other. Keeps its position when items are inserted or deleted in
+/// between.
 template <class Option>
 class OptionValues {
 public:
@@ -175,8 +175,8 @@ private:
 
 }  // namespace detail
 
-/// The options of a store by names that the compiler looks up, in the library's table and in that of a tool, which has
-/// to be registered (OwnOptions). The type follows the row:
+/// The options of a store by names that the compiler looks up in the library's table and in that of a tool, which must
+/// be registered (OwnOptions). The type follows the row:
 ///
 ///   text                              std::string, UTF-8
 ///   text whose value may be left out  std::optional<std::string>: none when not given, "" when given bare
@@ -186,8 +186,8 @@ private:
 ///   command without another type      std::string: its value
 ///
 /// A value without an item is "", none, false or an empty list. Errors are those of the getters of XOption: a mandatory
-/// option without an item, an index below 0, an option that is not registered. What does not compile: a name that no
-/// option has, a value of several without an index, an index or All for a single one.
+/// option without an item, an index below 0, an option that is not registered. Not accepted by the compiler: a name
+/// that no option has, one of several values without an index, an index or All for a single option.
 /// @code
 /// using Options = veltrane::TypedOptions<OWN_TABLE>;
 /// const Options options{store};
@@ -197,7 +197,7 @@ private:
 template <const OwnTable& Table = LIBRARY_ALONE>
 class TypedOptions {
 public:
-    /// The store has to live longer.
+    /// The store must live longer.
     explicit TypedOptions(XOption& store) : m_pStore(&store) {}
 
     template <OptionName Name>
@@ -227,7 +227,7 @@ public:
         return detail::OptionValues<OneOfSeveral<Name>>{*m_pStore};
     }
 
-    /// Whether the option has an item, be it mandatory or not.
+    /// Whether the option has an item, mandatory or not.
     template <OptionName Name>
     bool Has() const {
         const detail::OptionValues<Option<Name, detail::Values::Any>> values{*m_pStore};

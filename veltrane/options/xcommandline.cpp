@@ -14,7 +14,7 @@ bool LooksLikeOption(const CString& argument) {
     return argument[0] == L'-';
 }
 
-// The two kinds of flags differ in their words only.
+// The two kinds of flags differ only in their words.
 struct FlagKind {
     bool (*isValid)(const CString& value);
     XFormat<CString, CString> wrongWord;
@@ -66,7 +66,7 @@ XOptionDefinition* XCommandLine::GetNext(CString& value) {
                         MakeError(Here(L"XCommandLine::GetNext"), kind.wrongWord, value, argument));
         }
     } else if (!isGiven && definition->IsString() && !definition->IsValueOptional()) {
-        Advance();  // what stands in the place of the value counts as used
+        Advance();  // the argument in place of the value counts as used
         throw About({.option = definition->szLongName}, MakeError(Here(L"XCommandLine::GetNext"),
                                                                   L"The option value for parameter <%s> is empty!\r\n"
                                                                   L"    <---- Try <-h> to view the help window! ---->",
@@ -76,11 +76,11 @@ XOptionDefinition* XCommandLine::GetNext(CString& value) {
 }
 
 bool XCommandLine::Advance() {
-    if (m_nCurrent >= m_nArguments) return false;  // stays at the end, however often it is asked
+    if (m_nCurrent >= m_nArguments) return false;  // stays at the end
     return ++m_nCurrent < m_nArguments;
 }
 
-// Uses the next argument as value unless it is empty or looks like an option; then it is looked at again.
+// Uses the next argument as value unless it is empty or looks like an option; such an argument is read again.
 bool XCommandLine::ReadValue(CString& value) {
     if (m_nCurrent + 1 >= m_nArguments) return false;
     const CString& next = (*m_Arguments)[static_cast<std::size_t>(m_nCurrent) + 1];

@@ -15,10 +15,10 @@
 /// @endcode
 class VELTRANE_API XCommandLine {
 public:
-    /// Takes the arguments of the process as they are now; without any when they cannot be read.
+    /// Reads the arguments of the process as they are now; has none when they cannot be read.
     XCommandLine();
     XCommandLine(const XCommandLine&) = default;
-    XCommandLine& operator=(const XCommandLine&) = default;  ///< same arguments, same place
+    XCommandLine& operator=(const XCommandLine&) = default;  ///< same arguments, same position
     ~XCommandLine();
 
     /// Starts over and gives the first pair.

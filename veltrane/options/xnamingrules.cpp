@@ -13,8 +13,8 @@ template class XSetP<XNamingRule>;
 namespace {
 
 // Which pairs of neighbours a name holds, as a set of hashes. It rejects most rules by the last and the first pair of
-// their old text, before that is copied, put in upper case and searched: the last one first, as rules that begin alike
-// are common. Letters hash alike in both cases, so one filter serves names as they are and in upper case; a pair that
+// their old text, before that text is copied, put in upper case and searched: the last one first, because rules often
+// begin alike. Letters hash alike in both cases, so one filter serves names as they are and in upper case; a pair that
 // is not ASCII rejects nothing, as its upper case may be anything.
 class NameFilter {
 public:
@@ -37,7 +37,7 @@ public:
 
 private:
     static constexpr std::uint64_t ASCII = 0x0000'007F'0000'007F;
-    static constexpr std::uint64_t CASE_BIT = 0x0000'0020'0000'0020;  // tells 'a' from 'A'
+    static constexpr std::uint64_t CASE_BIT = 0x0000'0020'0000'0020;  // the difference of 'a' and 'A'
     static constexpr std::size_t HASHES = 1024;                       // two letters of five bits each do not collide
 
     static_assert(sizeof(wchar_t) == 4);
@@ -98,7 +98,7 @@ std::vector<OptionRenaming> XNamingRules::Preview(const CString& name, int versi
     return changes;
 }
 
-// Tells changed(rule, name) each replacement.
+// Calls changed(rule, name) for each replacement.
 template <class Changed>
 CString XNamingRules::Renamed(const CString& name, int version, bool keepCase, Changed changed) const {
     CString renamed = name;

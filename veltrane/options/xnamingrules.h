@@ -48,12 +48,13 @@ public:
     XNamingRules& operator=(const XNamingRules&) = default;
     ~XNamingRules() override;
 
-    /// Appends a rule. Rules are to come in ascending order of their versions. @throws XException  of Insert
+    /// Appends a rule. Rules must come in ascending order of their versions. @throws XException  of Insert
     void InsertRule(int version, const CString& first, const CString& second);
 
     /// Applies the rules one after the other, each to the result of those before, up to the first one of a version
     /// above the given one. An empty old text changes nothing.
-    /// @param keepCase  false: name and rules are taken in upper case, and the name comes back so even without a rule
+    /// @param keepCase  false: name and rules are used in upper case, and the result is in upper case even if no rule
+    /// applies
     /// @throws std::length_error  a rule makes the name longer than CString allows; the name is as before
     void ReplaceName(CString& name, int version, bool keepCase) const;
 

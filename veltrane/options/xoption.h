@@ -29,7 +29,7 @@ using XOptionFamilies = std::map<const XOptionDefinition*, XOptionFamily>;  // r
 /// getters, which read only what the store holds.
 ///
 /// A name is the long name ("logfile") or what is typed ("-log", "--logfile"); case counts. An index is -1 for a single
-/// option, else the number of the value from 0. An item that is there is never overridden by a configuration source.
+/// option, else the number of the value from 0. A configuration source never overrides an item that exists.
 ///
 /// Every operation that takes a name throws an XException for an unknown one; a typed getter also for an empty name and
 /// an option of another type, with the getter's own reason in front.
@@ -47,7 +47,7 @@ public:
     XOption& operator=(const XOption&) = delete;
     ~XOption();
 
-    // Start-up. What was inserted or opened before an error stays.
+    // Start-up. Whatever was inserted or opened before an error stays.
 
     /// Takes over what the host knows about itself, walks the command line and resolves the folders: metadata below
     /// exePath, the others below the option "data", default ones created when missing. The options help and version
@@ -59,16 +59,16 @@ public:
     /// folder with the lower-case name of the executable. A reader that is open stays.
     void OpenConfiguration();
     /// Retrieves every ordinary option, merges the obsolete classes and reads the naming rules. A second call retrieves
-    /// only what has no item yet, so a family that an error has cut short stays so, and reads the rules once more,
-    /// after those that are there.
+    /// only options without an item, so a family cut short by an error stays incomplete, and reads the rules again,
+    /// after those that it has.
     void ReadConfiguration();
 
     // Options and their items.
 
     XOptionDefinition* GetOptionDefinition(const CString& name);  ///< null for an empty name
-    /// Fills an option that has no item yet from the configuration sources: basic file, user file, registry, the later
-    /// one winning; for options of section ROOT the environment, weakest of all. References between percent signs are
-    /// replaced.
+    /// Fills an option that has no item yet from the configuration sources: basic file, user file, registry, of which
+    /// the later one wins; for options of section ROOT also the environment, the weakest of all. References between
+    /// percent signs are replaced.
     /// @throws XException  no source provides a mandatory option; bad references; an index given twice
     void RetrieveOption(const CString& name);
     void RetrieveOption(XOptionDefinition* definition);  ///< null does nothing
@@ -84,7 +84,7 @@ public:
     XOptionItem* GetOptionItem(const CString& name, int index);
     void DeleteOption(const CString& name);  ///< all its items
 
-    // By a row of the table, which spares the look-up of a name. Marks of walks stay.
+    // By a row of the table, without looking up a name. Marks of walks stay.
 
     /// The items of an option in the order of insertion. Valid until one of them is inserted or deleted.
     std::span<XOptionItem* const> GetOptionItems(const XOptionDefinition& option) const;
@@ -106,28 +106,28 @@ public:
     const XSetInt* GetFirstOptionIList(const CString& name);        ///< null ends the walk
     const XSetInt* GetNextOptionIList(const CString& name);
 
-    // Names by the rules up to a version; without keepCase names and rules are taken in upper case.
+    // Names by the rules up to a version; without keepCase names and rules are used in upper case.
 
     void ReplaceTableName(CString& name, int version, bool keepCase);
     void ReplaceColumnsName(CString& name, int version, bool keepCase);
 
     // Where values come from. These change nothing: what they ask is not stored.
 
-    /// Whether the origins of values are kept from now on; to be called before Initialize to have all of them. Costs a
-    /// few percent of a start.
+    /// Whether the origins of values are kept from now on; call it before Initialize to have all of them. Costs a few
+    /// percent of a start.
     void KeepOrigins(bool wanted);
     /// Whether start-up only looks: default folders that are missing are not created, and help, version and setup
-    /// neither show a box nor end the process. Each of the three start-up steps then goes on after an error and throws
-    /// the first one at its end. To be called before Initialize.
+    /// neither show a box nor end the process. Each of the three start-up steps then continues after an error and
+    /// throws the first one at its end. Call it before Initialize.
     void LookOnly(bool wanted);
 
     /// Where the value of an item of the store comes from, as far as origins were kept; the host without.
     veltrane::OptionOrigin GetOptionOrigin(const XOptionItem* item) const;
     /// What the sources have for one value of an option now: the one in force first, then what it overrode. A host's
-    /// fact, a folder of start-up and words of the command line count as far as origins were kept.
+    /// fact, a folder of start-up and words of the command line are included as far as origins were kept.
     veltrane::OptionCandidates GetOptionCandidates(const CString& name, int index) const;
     /// The candidates of each item of an option, or of all items for an empty name, in the order of a walk over them:
-    /// as the single question for each, but every source is read once for all.
+    /// as GetOptionCandidates for each, but every source is read only once.
     std::vector<veltrane::OptionCandidates> GetAllOptionCandidates(const CString& name) const;
     /// The steps from the key of a value to the value: those of the retrieval as far as origins were kept, else those
     /// that a retrieval would take now.
@@ -142,8 +142,8 @@ public:
     /// The changes that ReplaceTableName (ReplaceColumnsName) makes to a name, rule by rule.
     std::vector<veltrane::OptionRenaming> PreviewTableName(const CString& name, int version, bool keepCase) const;
     std::vector<veltrane::OptionRenaming> PreviewColumnsName(const CString& name, int version, bool keepCase) const;
-    /// Whether what the two files say of an option comes too late: start-up determines the folders and the user file
-    /// before they are open. The option may get a value of theirs all the same.
+    /// Whether the two files come too late for an option: start-up determines the folders and the user file before they
+    /// are open. The option may still get a value from them.
     bool ComesTooLate(const CString& name) const;
     /// The files and folders that start-up looks at, in its order.
     std::vector<veltrane::OptionLocation> GetLocations() const;
@@ -175,7 +175,7 @@ private:
 
     bool m_bLookOnly = false;
     std::optional<bool> m_bDataKnown;  // when start-up determined the folders, if one needed "data"
-    std::optional<bool> m_bIniKnown;   // when the user file was determined, if that has come
+    std::optional<bool> m_bIniKnown;   // when the user file was determined, if it was
     std::unique_ptr<veltrane::detail::XOptionItems> m_pItems;
     std::unique_ptr<veltrane::detail::XOptionSources> m_pSources;
     std::unique_ptr<veltrane::detail::XOptionOrigins> m_pOrigins;

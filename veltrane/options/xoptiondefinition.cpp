@@ -13,7 +13,7 @@ namespace {
 constexpr OptionNameIndex<&XOptionDefinition::szShortName> SHORT_NAMES;
 constexpr OptionNameIndex<&XOptionDefinition::szLongName> LONG_NAMES;
 
-// Hosts know the rows as pointers to what could be changed; nobody changes them.
+// Hosts know the rows through pointers that allow changes; nobody makes any.
 template <class Row>
 Row* AsHostsKnowIt(const Row* row) {
     return const_cast<Row*>(row);

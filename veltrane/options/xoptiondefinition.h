@@ -11,7 +11,7 @@ enum enumOptionBit : std::int32_t {
     eBoolean = 0x4,          ///< "true" or "false"
     eTrillian = 0x8,         ///< "true", "false" or "auto"
     eIList = 0x10,           ///< integer list
-    eSingle = 0x40,          ///< at most one value; without it the values are told apart by an index
+    eSingle = 0x40,          ///< at most one value; without it the values differ by an index
     eMandatory = 0x80,       ///< retrieval fails when no value is found
     eHelp = 0x100,           ///< has a line in the help text
     eValueOptional = 0x200,  ///< on the command line the value may be left out (string options only)
@@ -143,7 +143,7 @@ struct VELTRANE_API XOptionDefinition {
     /// Whether this is an ordinary option, which start-up reads from the configuration; titles and rules are not.
     constexpr bool HasOptionNumber() const { return (eOption & 0x0FFFF000) != 0; }
 
-    /// The value that a flag takes when none follows it: "true", "auto", or empty for what is no flag.
+    /// The value that a flag takes when none follows it: "true", "auto", or empty for an option that is not a flag.
     const CString& GetDefaultValue() const;
 
 private:
@@ -153,7 +153,7 @@ private:
 /// One row of the section table.
 struct XConfigSection {
     enumCfgSection eSection;
-    enumCfgSection eParent;  ///< its name stands in front, with a backslash between; eSectionNone for none
+    enumCfgSection eParent;  ///< its name comes in front, with a backslash between; eSectionNone for none
     /// Own name; "--name" stands for the value of that option, "%d" for the index of a multiple option's value.
     wchar_t szName[24];
 };
@@ -180,8 +180,8 @@ VELTRANE_API bool IsValidBooleanString(const CString& value);
 /// Whether a text is "false", "true" or "auto", in any case.
 VELTRANE_API bool IsValidTrillianString(const CString& value);
 
-/// Shows the help text in an information box. Where the process has only some of the library's rows, a text of these
-/// that names the library's own tool names the program instead.
+/// Shows the help text in an information box. If the process has only some of the library's rows, their texts name the
+/// program instead of the library's own tool.
 VELTRANE_API void ShowHelp();
 /// The description of a row as the help of a tool shows it.
 /// @param tool  name of its program

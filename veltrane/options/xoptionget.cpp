@@ -24,7 +24,7 @@ const XSetInt* ListOf(const XOptionItem* item) {
     return item ? item->GetOptionIList() : nullptr;
 }
 
-// Unlike the indexed getter, the walks take the word exactly.
+// Unlike the indexed getter, the walks compare the word exactly.
 bool IsExactlyTrue(const XOptionItem* item) {
     return item && item->GetOptionValue() == g_BooleanStrings[1];
 }

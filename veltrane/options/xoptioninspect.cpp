@@ -1,4 +1,4 @@
-// What the store tells of itself: where values come from, what else the sources have, where start-up looks.
+// What the store tells about itself: where values come from, what else the sources have, where start-up looks.
 #include <algorithm>
 #include <exception>
 #include <iterator>
@@ -25,7 +25,8 @@ OptionLocation LocationOf(OptionLocation::Kind kind, const CString& option, cons
     return {kind, option, path, FromUtf8(MapPath(path)), FileExists(path)};
 }
 
-// Where the user file is looked for; the first place that has it is the one, unless a file has named it, too late.
+// Where the user file is looked for; the first place that has it is in force, unless a file has named it, which is too
+// late.
 std::vector<OptionLocation> UserFiles(const CString& file, const CString& folder, bool isInTime) {
     std::vector<OptionLocation> places;
     const auto add = [&](const CString& path) {
@@ -40,7 +41,7 @@ std::vector<OptionLocation> UserFiles(const CString& file, const CString& folder
     return places;
 }
 
-// An item has the value that it has; without a known origin the steps may be those of another value.
+// The value of an item counts; without a known origin the steps may be those of another value.
 void DescribeItem(OptionExplanation& explanation, const XOptionItem& item, bool isKnown) {
     const CString& value = item.GetOptionValue();
     if (!isKnown && (explanation.value != value || !explanation.error.IsEmpty())) {
@@ -97,7 +98,7 @@ OptionCandidates XOption::CandidatesOf(const XOptionDefinition& definition, int 
     CString section;
     try {
         section = m_pRetrieval->SectionName(definition.eSection, /*isStoring*/ false);
-    } catch (const XException&) {  // nothing is asked as long as the section has no name
+    } catch (const XException&) {  // nothing is asked while the section has no name
         return found.Release();
     }
     const wchar_t* const key = definition.szLongName;

@@ -11,8 +11,8 @@ namespace veltrane::detail {
 
 class XOptionItems;
 
-/// How far a walk over items has come: all before the place are marked. A mark that is taken back sends the walk, and
-/// the one over all items, to the front again.
+/// How far a walk over items has come: all before the place are marked. Clearing a mark restarts the option's walk and
+/// the walk over all items.
 struct XOptionWalk {
     std::size_t next = 0;
     XOptionWalk* all = nullptr;
@@ -38,7 +38,7 @@ public:
     enumOption GetID() const { return m_pDefinition ? m_pDefinition->eOption : enumOption{}; }
     const CString& GetOptionValue() const { return m_Value; }  ///< the text, whatever the type
     int GetOptionIndex() const { return m_nIndex; }
-    /// The mark of the store's walks: an item whose mark is taken back is met again.
+    /// The mark of the store's walks: an item whose mark is cleared is met again.
     void SetFlag(bool flag);
     bool GetFlag() const { return m_bFlag; }
 

@@ -7,7 +7,7 @@
 #include "veltrane/platform/sources/sourceplace.h"
 #include "veltrane/platform/text/cstring.h"
 
-// Where the values of a store come from. XOption answers with these when origins are kept (XOption::KeepOrigins).
+// Where the values of a store come from. XOption returns these when origins are kept (XOption::KeepOrigins).
 
 namespace veltrane {
 
@@ -20,11 +20,12 @@ struct OptionStep {
         Value       ///< the value; always the last step of an explanation without an error
     };
     Kind kind = Kind::Given;
-    int depth = 0;                         ///< of references inside the values of references, from 0
-    CString reference = {};                ///< its name, without percent signs
-    std::vector<OptionPlace> places = {};  ///< asked for it, in the order of the questions; none for one known already
-    /// After the step: of the value that holds the reference. Left out when the stages of a value together take more
-    /// than four million elements.
+    int depth = 0;           ///< of references inside the values of references, from 0
+    CString reference = {};  ///< its name, without percent signs
+    std::vector<OptionPlace> places =
+        {};  ///< asked for it, in the order of the questions; none for a reference known already
+    /// After the step: the value that holds the reference. Empty once the stages of a value take more than four million
+    /// elements together.
     CString text = {};
 };
 
@@ -51,7 +52,7 @@ struct OptionRule {
     CString oldText;
     CString newText;
     OptionOrigin origin;    ///< the place of the new text
-    bool isInForce = true;  ///< false: the user file has the version too, and not this rule
+    bool isInForce = true;  ///< false: the user file has the version too, without this rule
 };
 
 /// One change that a rule makes to a name.
@@ -69,7 +70,7 @@ struct OptionLocation {
     CString spelled;  ///< as it is spelled on the disk, drives replaced; empty when the drive has no folder
     bool exists = false;
     CString key = {};  ///< the registry: that of the tool; empty before Initialize
-    /// Whether start-up uses it: of the two places of a user file one, of one that only a file has named none.
+    /// Whether start-up uses it: one of the two places of a user file, neither when only a file has named it.
     bool isInForce = true;
 };
 

@@ -1,4 +1,4 @@
-// Reading the naming rules of the configuration, and telling where they come from.
+// Reads the naming rules of the configuration and tells where they come from.
 #include <algorithm>
 #include <set>
 #include <string_view>
@@ -39,7 +39,7 @@ void ForEachRule(XMapInt2CString& names, const CString& format, Visit visit) {
     }
 }
 
-// The basic file answers for a key without a text that stands in the user file alone.
+// The basic file also answers for a key without a text that only the user file has.
 void FindEmptyKey(OptionOrigin& origin, const XConfiguration* userFile, const CString& section, const CString& key) {
     SourcePlace place;
     CString empty;

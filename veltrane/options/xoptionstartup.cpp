@@ -68,7 +68,7 @@ void XOption::Initialize(const CString& exePath, const CString& exeName, const C
     m_pRetrieval->Insert(VERSION_INFO, versionInfo, -1, OptionLayer::Host);
     m_pRetrieval->Insert(DATE_TIME, dateTime, -1, OptionLayer::Host);
     Steps steps{m_bLookOnly};
-    steps.Run([this] { ParseCommandLine(); });  // which may end the process: no snapshot stands while exit runs
+    steps.Run([this] { ParseCommandLine(); });  // may end the process: no snapshot may live while exit runs
     const SourceSnapshot snapshot;              // of all that follows no host sees when it is read
     steps.Run([this] { OpenRegistry(); });
     steps.Run([this] { RetrieveMetadataFolder(); });
@@ -94,7 +94,7 @@ void XOption::OpenRegistry() {
     if (!registry) registry = std::make_unique<XRegistry>(GetFileNameBase(OptionText(*m_pItems, EXE_NAME)));
 }
 
-// Options that end the process, what follows them unseen.
+// Options that end the process, without a look at what follows them.
 void XOption::ActOnCommand(const XOptionDefinition& definition) {
     if (m_bLookOnly) return;
     switch (definition.eOption) {

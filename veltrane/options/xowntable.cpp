@@ -22,7 +22,7 @@ void Check(const OwnTable& table) {
     std::vector<TableRows> tables = OptionRegistry::Tables();
     tables.front().present = library.View();
     tables.push_back({table.options, table.sections});
-    // What a choice leaves out may be needed by those that are there.
+    // Rows that are there may need what a choice leaves out.
     const std::size_t first = library == known ? tables.size() : 2;
     try {
         for (std::size_t count = first; count <= tables.size(); ++count) {

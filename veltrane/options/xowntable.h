@@ -9,13 +9,13 @@
 
 namespace veltrane {
 
-/// The options of a tool's own, in the form of the library's table, and which of the library's it has beside them.
+/// The options of a tool's own, in the form of the library's table, and which of the library's it has in addition.
 struct OwnTable {
     std::span<const XOptionDefinition> options = {};
     std::span<const XConfigSection> sections = {};  ///< further ones, fixed names or below others
     /// First lines of the help, line ends included, in place of the library's; null keeps those.
     const wchar_t* helpHead = nullptr;
-    /// The same for the whole process, so a module leaves the choice to its tool: it keeps the default.
+    /// The same for the whole process: a module keeps the default and leaves the choice to its tool.
     LibraryRows library = ALL_ROWS;
 };
 
@@ -37,7 +37,7 @@ Spelled<static_cast<char>(Table.options[Row].szLongName[At])...> SpellOption(std
 template <const OwnTable& Table, std::size_t Row, std::size_t... At>
 Spelled<static_cast<char>(Table.sections[Row].szName[At])...> SpellSection(std::index_sequence<At...>);
 
-// A class for each row, which compilers name where they refuse the row.
+// A class for each row, which compilers name when they refuse the row.
 template <class Name, const OwnTable& Table, std::size_t Row>
 struct OptionCalled {
     static_assert((CheckRow(Table.options[Row]), CheckNumber(Table.options[Row]),
@@ -64,8 +64,8 @@ constexpr void CheckSection() {
 
 }  // namespace detail
 
-/// For a static_assert beside a tool's rows: true, or it does not compile, where they break a rule alone, among each
-/// other or beside the library's rows that the tool has. The compiler shows the name of the row and the rule.
+/// For a static_assert beside a tool's rows: true, or it does not compile when a row breaks a rule by itself, with
+/// another one, or with one of the library's that the tool has. The compiler shows the name of the row and the rule.
 /// @code
 /// static_assert(veltrane::FitsLibrary<OWN_TABLE>());
 /// @endcode
@@ -88,9 +88,9 @@ consteval bool FitsLibrary(const OwnTable& table) {
 }
 
 /// Makes the options of a tool's own known to the process while it lives: they are found, typed, read, walked and shown
-/// like the library's, after those and in the order of registration. To be made before the first store and to outlive
-/// the last one. Several may live side by side, as those of a tool and of its modules; the choice of one among the
-/// library's rows then counts for all, until the last of them has ended.
+/// like the library's, after those and in the order of registration. Create it before the first store and keep it until
+/// after the last one. Several may live at once, such as those of a tool and of its modules; the choice that one makes
+/// among the library's rows then counts for all, until the last of them has ended.
 /// @code
 /// int main() {
 ///     const veltrane::OwnOptions options{{OPTIONS, SECTIONS, L"Synopsis: scale [options] <database-name>\r\n"}};

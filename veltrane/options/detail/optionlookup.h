@@ -12,11 +12,10 @@
 
 namespace veltrane::detail {
 
-// Finds rows by name without touching more than one or two of them: the slots of all names are computed by the
-// compiler.
+// Finds rows by name and reads only one or two of them: the compiler computes the slots of all names.
 
-/// Position of the row that a definition is or, as a copy made by a host, stands for, in the library's table and then
-/// among those registered; -1 for none.
+/// Position of the row that a definition is, or that a host's copy stands for: in the library's table, then among the
+/// registered ones; -1 for none.
 inline int OptionRow(const XOptionDefinition& definition) {
     const std::less<> before;  // orders any two addresses
     const XOptionDefinition* const first = std::begin(g_OptionDefinitions);
@@ -35,7 +34,7 @@ inline int OptionRowCount() {
     return OPTION_COUNT + (own ? own->OwnCount() : 0);
 }
 
-/// The row of an option that the library itself asks for, one that a tool may have left out included.
+/// The row of an option that the library itself asks for, even one that a tool has left out.
 consteval XOptionDefinition& LibraryRow(enumOption option) {
     const auto* const row = std::ranges::find(g_OptionDefinitions, option, &XOptionDefinition::eOption);
     if (row == std::end(g_OptionDefinitions) || option == eOptionTitle) throw "no option of the table has that id";
@@ -75,7 +74,7 @@ private:
     static constexpr std::uint32_t SLOT_COUNT = 256;
     static_assert(OPTION_COUNT < SLOT_COUNT / 2);  // a search ends at a free slot
 
-    /// The slot that holds the name, or the free one where it would stand.
+    /// The slot that holds the name, or the free one where it would go.
     constexpr std::uint32_t SlotOf(std::wstring_view name) const {
         std::uint32_t slot = HashOptionName(name) % SLOT_COUNT;
         while (m_Slots[slot] != 0 && !Holds(g_OptionDefinitions[m_Slots[slot] - 1].*Column, name)) {
@@ -84,7 +83,8 @@ private:
         return slot;
     }
 
-    /// Whether a field holds exactly that name, without measuring the field. A name with a NUL in it equals none.
+    /// Whether a field holds exactly that name, without measuring the field. A name that contains a NUL equals no
+    /// field.
     template <std::size_t Width>
     static constexpr bool Holds(const wchar_t (&field)[Width], std::wstring_view name) {
         const std::size_t size = name.size();

@@ -61,7 +61,7 @@ void OptionRegistry::ForgetNames(const Table& table) noexcept {
     }
 }
 
-// Asks for no memory when there are fewer rows than before.
+// Allocates nothing when there are fewer rows than before.
 void OptionRegistry::ListRows() {
     m_Options.clear();
     m_Sections.clear();

@@ -12,23 +12,23 @@
 
 namespace veltrane::detail {
 
-/// The options and sections that tools have registered beside those of the library.
+/// The options and sections that tools have registered in addition to those of the library.
 class OptionRegistry {
 public:
-    /// Null as long as nothing is registered: look-ups then cost nothing.
+    /// Null while nothing is registered: look-ups then cost nothing.
     static const OptionRegistry* Registered() noexcept { return s_Registered; }
-    /// The rows of the library, whichever the process has, then those that are registered.
+    /// All rows of the library, whether the process has them or not, then the registered ones.
     static std::vector<TableRows> Tables();
     /// Which rows of the library the process has.
     static LibraryRows Library() { return s_Registered ? s_Registered->m_Library : ALL_ROWS; }
     static bool HasLibraryRow(const XOptionDefinition& row) noexcept { return !s_Registered || s_Registered->Has(row); }
 
-    /// Keeps copies of the rows, whatever becomes of the owner's.
+    /// Keeps copies of the rows.
     static void Add(const OwnOptions* owner, const OwnTable& table);
-    /// Beside a store the rows stay until the last one is gone.
+    /// While a store lives the rows stay; they go with the last one.
     static void Remove(const OwnOptions* owner) noexcept;
 
-    /// Counts the stores that live; nothing is registered beside them.
+    /// Counts the living stores; nothing can be registered while there is one.
     static void StoreMade() noexcept { ++s_Stores; }
     static void StoreGone() noexcept {
         if (--s_Stores == 0 && s_Registered) DropOwnerless();
@@ -43,7 +43,7 @@ public:
     const std::vector<const XOptionDefinition*>& Options() const noexcept { return m_Options; }
     int OwnCount() const noexcept { return static_cast<int>(m_Options.size()) - m_nLibrary; }
     const std::vector<const XConfigSection*>& Sections() const noexcept { return m_Sections; }
-    /// That of the last table with one; null for none.
+    /// That of the last table that has one; null for none.
     const wchar_t* HelpHead() const noexcept;
 
     // By name among the registered options.
@@ -72,7 +72,7 @@ private:
     void ListRows();
     static void DropOwnerless() noexcept;
 
-    // Without an end of their own: objects that end late may still ask.
+    // Never destroyed: objects that end late may still ask.
     static constinit inline OptionRegistry* s_Registered = nullptr;
     static constinit inline std::atomic<int> s_Stores = 0;
 

@@ -5,8 +5,8 @@
 #include "veltrane/platform/process/internal/loading.h"
 #include "veltrane/platform/text/cstring.h"
 
-// The memory of what xoptiondefinition.h declares as CString[]. All copies of the library in a process have it
-// together, so the first one makes the words. Never destroyed: objects of a host may still read them at the end.
+// The memory of what xoptiondefinition.h declares as CString[]. All copies of the library in a process share it, so the
+// first one creates the words. Never destroyed: objects of a host may still read them at the end.
 alignas(CString) VELTRANE_API std::byte g_BooleanWords[2 * sizeof(CString)] asm("g_BooleanStrings");
 alignas(CString) VELTRANE_API std::byte g_TrillianWords[3 * sizeof(CString)] asm("g_TrillianStrings");
 
@@ -19,7 +19,7 @@ void MakeOnce(std::byte (&words)[Size], const wchar_t* const (&texts)[Count]) {
     for (std::size_t i = 0; i < Count; ++i) new (words + i * sizeof(CString)) CString{texts[i]};
 }
 
-// Before the objects of a host that is linked together with the library.
+// Initialised before the objects of a host that is linked statically with the library.
 [[gnu::constructor(101)]] void MakeWords() {
     veltrane::detail::WhileLoading([] {
         MakeOnce(g_BooleanWords, {L"false", L"true"});

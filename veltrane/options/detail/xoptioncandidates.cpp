@@ -5,7 +5,7 @@
 
 namespace veltrane::detail {
 
-// A source that start-up has read a folder from is asked again like the others.
+// A source that start-up has read a folder from is asked again, as the others are.
 XOptionCandidates::XOptionCandidates(const std::vector<XKeptOrigin>& values) {
     for (auto value = values.rbegin(); value != values.rend(); ++value) {
         if (value == values.rbegin() || !IsSource(value->origin.layer)) m_Result.candidates.push_back(value->origin);

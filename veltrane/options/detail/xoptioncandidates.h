@@ -8,18 +8,17 @@
 
 namespace veltrane::detail {
 
-/// Puts together what there is for one value: first what the store has had, the newest in front, then what the sources
-/// say as if that had not been given.
+/// Collects the candidates for one value: first what the store was given, newest first; then what the sources hold now.
 class XOptionCandidates {
 public:
     /// @param values  those of the item, the newest last
     explicit XOptionCandidates(const std::vector<XKeptOrigin>& values);
 
     /// @param places  the strongest first, the environment last
-    /// @param isEnvironmentEarly  whether the environment is asked before a file is open: it then counts before the
+    /// @param isEnvironmentEarly  whether the environment is asked before a file is open: it then comes before the
     /// files
     void AddSources(std::vector<OptionPlace> places, bool isEnvironmentEarly);
-    /// Tells places whose answers count for nothing.
+    /// Sets places whose answers are not candidates.
     void AddPlaces(std::vector<OptionPlace> places) { m_Result.places = std::move(places); }
 
     OptionCandidates Release() { return std::move(m_Result); }

@@ -38,7 +38,7 @@ void XOptionExpansion::Expand(CString& value, const CString& section, const CStr
 // from there gives what starting again at the front of the new value would give, in linear time.
 void XOptionExpansion::Expand(CString& value, const CString& section) {
     CString done;  // holds no mark
-    CString name;  // what stands after an open mark
+    CString name;  // the text after an open mark
     bool isOpen = false;
     bool isReplaced = false;
     int begin = 0;
@@ -48,7 +48,7 @@ void XOptionExpansion::Expand(CString& value, const CString& section) {
         isReplaced |= isOpen;
         if (!std::exchange(isOpen, true)) continue;
         const int held = done.GetLength();
-        m_nHeld += held;  // values inside each other share one limit: each ends in the one around it
+        m_nHeld += held;  // nested values share one limit: each becomes part of the one around it
         const std::size_t step = m_Record ? m_Record->Begin(OptionStep::Kind::Reference, name, m_Nesting) : 0;
         const CString& replacement = Replacement(section, name);
         m_nHeld -= held;

@@ -10,14 +10,14 @@
 
 namespace veltrane::detail {
 
-/// Replaces the references between percent signs in one value, and in the values that they lead to. Lives for one
-/// value: what a reference led to is remembered, so values that name each other many times over cost no more than their
-/// texts. A derived class tells what the keys hold.
+/// Replaces the references between percent signs in one value, and in the values that they lead to. Used for one value:
+/// it remembers what a reference led to, so values that name each other many times cost no more than their texts. A
+/// derived class gives the texts of the keys.
 class XOptionExpansion {
 public:
-    /// References inside references; far more than people write, little enough for a stack of 1 MiB.
+    /// References inside references: far more than people write, few enough for a stack of 1 MiB.
     static constexpr int MAX_NESTING = 200;
-    /// Elements of a value with its references replaced; keeps values that multiply each other from filling the memory.
+    /// Elements of a value with its references replaced: values that multiply each other cannot fill the memory.
     static constexpr int MAX_LENGTH = 1'048'576;
 
     /// The text of a key with its references replaced. @throws XException as Expand, and what KeyText throws
@@ -51,7 +51,7 @@ private:
     std::map<Key, CString> m_Known;  // replacement of each reference met so far
     std::vector<Key> m_Open;         // keys whose values are being expanded, outermost first
     int m_Nesting = 0;
-    std::int64_t m_nHeld = 0;  // elements that the values being expanded have come to, all together
+    std::int64_t m_nHeld = 0;  // elements that all values being expanded have so far
 };
 
 }  // namespace veltrane::detail

@@ -17,7 +17,7 @@ struct GetterType {
 /// The definition of a name; null for an empty one. @throws XException  unknown name
 XOptionDefinition* KnownOption(const CString& name);
 
-/// Looks an option up, checks its type and reads it; what goes wrong takes the getter's reason along.
+/// Looks an option up, checks its type and reads it; errors get the getter's reason in front.
 template <class Read>
 decltype(auto) ReadOption(const XSite& site, const GetterType& type, const CString& name, Read read) {
     return WithReason(
@@ -41,7 +41,7 @@ const CString& TextOf(const XOptionItem* item);
 
 /// The text of a string option, as XOption::GetOptionString gives it. @throws XException  likewise
 const CString& OptionText(const XOptionItems& items, const CString& name, int index);
-/// That of a single one that is known to be a string.
+/// That of a single option that is known to be a string option.
 const CString& OptionText(const XOptionItems& items, const XOptionDefinition& definition);
 
 }  // namespace veltrane::detail

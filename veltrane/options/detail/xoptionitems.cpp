@@ -16,7 +16,7 @@ int RowOf(const XOptionDefinition& definition) {
     return definition.eOption == eOptionTitle ? 0 : OptionRow(definition);
 }
 
-// Where no index is left out, an item stands as far from the first one as its index; else it stands before that.
+// If no index is missing, the distance of an item from the first one is its index; otherwise it is smaller.
 XOptionItem* FindAscending(const std::vector<XOptionItem*>& items, int index) {
     if (items.empty() || index < items.front()->GetOptionIndex()) return nullptr;
     const auto distance = static_cast<std::size_t>(std::int64_t{index} - items.front()->GetOptionIndex());
@@ -47,7 +47,7 @@ XOptionItem* XOptionItems::Insert(XOptionDefinition& definition, const CString& 
     return Append(group, definition, value, index);
 }
 
-// All that may fail comes before the set takes the item over.
+// Everything that can fail comes before the set owns the item.
 XOptionItem* XOptionItems::Append(Group& group, XOptionDefinition& definition, const CString& value, int index) {
     auto item = std::make_unique<XOptionItem>(&definition, value, index);
     MakeRoom(group.items);

@@ -11,8 +11,8 @@
 
 namespace veltrane::detail {
 
-/// The items of a store in the order of insertion, and the walks over them. What is kept beside the items answers as a
-/// scan from the front of them would, marks included.
+/// The items of a store in the order of insertion, and the walks over them. The groups beside the items give the
+/// answers of a scan over all items from the front, marks included.
 class XOptionItems {
 public:
     XOptionItems();
@@ -22,14 +22,14 @@ public:
     void Delete(const XOptionDefinition& definition);  ///< all items of the option
     void Clear();
 
-    /// Walks over the items of an option, or over all without a definition. A walk has no place of its own: it marks
+    /// Walks over the items of an option, or over all without a definition. A walk has no position of its own: it marks
     /// what it has met.
     XOptionItem* GetFirst(const XOptionDefinition* definition);
     XOptionItem* GetNext(const XOptionDefinition* definition);
 
     /// The first item of an option with an index, with any for an index below 0; null without one. Leaves the marks.
     XOptionItem* Find(const XOptionDefinition& definition, int index) const;
-    /// As Find, but one of several values has to have the index, below 0 as well.
+    /// As Find, but of an option with several values the index must match, below 0 too.
     XOptionItem* FindExactly(const XOptionDefinition& definition, int index) const;
     /// As Find. @throws XException  option with several values and index < 0; mandatory option without the item
     XOptionItem* Get(const XOptionDefinition& definition, int index) const;

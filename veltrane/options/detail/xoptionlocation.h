@@ -4,7 +4,7 @@
 
 namespace veltrane::detail {
 
-/// The store, its start-up and its items show as one source in error locations.
+/// Error locations show the store, its start-up and its items as one source.
 inline constexpr XSource Here{L".\\xoption"};
 
 }  // namespace veltrane::detail

@@ -6,8 +6,8 @@ namespace veltrane::detail {
 
 namespace {
 
-// Each source answers once: what the same one said before is gone. Of the command line each word is an answer, and a
-// word that is not after the last one belongs to another command line. All that may fail comes first.
+// Each source has one answer: a new one replaces the one before. On the command line each word is an answer; a word
+// that is not after the last one belongs to another command line. Everything that can fail comes first.
 void Push(std::vector<XKeptOrigin>& values, XKeptOrigin value) {
     if (values.size() == values.capacity()) values.reserve(2 * values.size() + 1);
     const int last = values.empty() ? -1 : values.back().origin.word;
@@ -31,7 +31,7 @@ void XOptionOrigins::Forget(const XOptionItem& item) {
 
 std::vector<XKeptOrigin> XOptionOrigins::Of(const XOptionItem& item) const {
     const auto found = m_Origins.find(&item);
-    if (found == m_Origins.end() || found->second.empty()) return {};  // an origin that found no room left none
+    if (found == m_Origins.end() || found->second.empty()) return {};  // there was no memory for the origin
     std::vector<XKeptOrigin> values = found->second;
     const CString& now = item.GetOptionValue();
     if (values.back().value != now) {

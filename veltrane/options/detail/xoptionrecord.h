@@ -9,8 +9,8 @@
 
 namespace veltrane::detail {
 
-/// Notes how a value comes about, step by step, while references are replaced. A step is begun when its question is
-/// asked and gets its text when the answer is in, with the steps of the answer's own references in between.
+/// Records the steps by which a value comes about while its references are replaced. A step begins with its question
+/// and gets its text with the answer; the steps of the answer's own references are in between.
 class XOptionRecord {
 public:
     std::vector<OptionStep> Release() { return std::exchange(m_Steps, {}); }
@@ -32,14 +32,14 @@ public:
         m_Steps.push_back({kind, 0, {}, places, text});
     }
 
-    /// Notes places that the question of the step begun last was asked of.
+    /// Adds the places that were asked in the open step.
     void AddPlaces(const std::vector<OptionPlace>& asked) {
         std::vector<OptionPlace>& places = m_Steps[m_Open.back()].places;
         places.insert(places.end(), asked.begin(), asked.end());
     }
 
 private:
-    // Elements of all texts together: a value that grows with every reference would fill the memory with its stages.
+    // Elements of all texts together: the stages of a value that grows with every reference would fill the memory.
     static constexpr std::int64_t MAX_HELD = 1 << 22;
 
     std::int64_t m_nHeld = 0;

@@ -137,7 +137,7 @@ void XOptionRetrieval::Expand(CString& value, const CString& section, XKeptOrigi
 }
 
 bool XOptionRetrieval::GivesEarly(CString text) {
-    struct Closed {  // both files, for the time of the question
+    struct Closed {  // closes both files during the question
         XOptionSources& sources;
         std::unique_ptr<XConfiguration> userFile = std::move(sources.userFile);
         std::unique_ptr<XConfiguration> basicFile = std::move(sources.basicFile);
@@ -172,12 +172,12 @@ CString XOptionRetrieval::SourceValue(const CString& section, const CString& key
     return value;
 }
 
-// The text of an item, told as the place that its option comes from.
+// The text of an item, noted as the place that its option comes from.
 CString XOptionRetrieval::ItemValue(const CString& key, std::vector<OptionPlace>* places) {
     const OptionRegistry* const registry = OptionRegistry::Registered();
     const XOptionDefinition* const own = registry ? registry->FindLong(key.View()) : nullptr;
-    // The getter takes plain texts alone, as all of the library's ROOT are; another option without an item has no
-    // value.
+    // The getter accepts only plain texts, which all options of the library in ROOT are; any other option without an
+    // item has no value.
     const bool isPlainText = !own || (own->IsString() && !own->IsValueOptional());
     if (!isPlainText && own->IsSingle() && !m_Items.Find(*own, -1)) return {};
     CString value = OptionText(m_Items, key, -1);

@@ -7,7 +7,7 @@
 
 namespace veltrane::detail {
 
-/// Asks the sources of a store for options and puts what they answer among its items.
+/// Asks the sources of a store for options and stores the answers as items.
 class XOptionRetrieval {
 public:
     XOptionRetrieval(XOptionItems& items, XOptionSources& sources, XOptionOrigins& origins);
@@ -17,7 +17,7 @@ public:
 
     /// Stores a value and notes where it comes from.
     XOptionItem* Insert(XOptionDefinition& definition, const CString& value, int index, XKeptOrigin origin);
-    /// Likewise one that a layer gives of its own accord.
+    /// Likewise a value that a layer gives without being asked.
     XOptionItem* Insert(XOptionDefinition& definition, const CString& value, int index, OptionLayer layer);
 
     /// Full name of a section; "%d" stays in it. The option that names the database is retrieved for it and, with
@@ -27,9 +27,9 @@ public:
     /// The text of a key with its references replaced. @param kept  receives the origin and the answers; may be null
     CString Value(const CString& section, const CString& key, XKeptOrigin* kept);
     /// Replaces the references in a value of a section.
-    /// @param kept  has the origin with the text of the value; receives the answers; may be null
+    /// @param kept  holds the origin with the text of the value; receives the answers; may be null
     void Expand(CString& value, const CString& section, XKeptOrigin* kept);
-    /// Whether a text of ROOT gave a value while no file was open; one that ended in an error counts as one.
+    /// Whether a text of ROOT gives a value while no file is open; an error counts as a value.
     bool GivesEarly(CString text);
 
 private:

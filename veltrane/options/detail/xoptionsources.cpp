@@ -11,7 +11,8 @@ namespace veltrane::detail {
 
 namespace {
 
-// In the order of the questions, the weakest source first. One for ROOT alone comes after them and overrides nothing.
+// In the order of the questions, the weakest source first. A source for ROOT only is asked after them and overrides
+// nothing.
 constexpr auto QUESTIONS = [] {
     std::array<OptionLayerRow, OPTION_SOURCES.size()> rows{};
     std::ranges::reverse_copy(OPTION_SOURCES, rows.begin());
@@ -103,7 +104,7 @@ XOptionFamily XOptionSources::ReadFamily(const CString& section, const CString& 
         std::vector<IndexedPlace> places;
         try {
             file->GetKeyValueSet(family.values, section, pattern, withPlaces ? &places : nullptr);
-        } catch (const XException&) {  // what stands in front of the fault is told
+        } catch (const XException&) {  // the values in front of the fault are given
             family.fault = std::current_exception();
         }
         for (IndexedPlace& found : places) {
@@ -147,7 +148,7 @@ std::vector<OptionPlace> XOptionSources::PlacesIn(const XOptionFamily& family, c
     return places;
 }
 
-// Where an answer of a layer would stand.
+// Where an answer of a layer would be.
 OptionPlace XOptionSources::PlaceOf(OptionLayer layer, const CString& section, const CString& key) const {
     SourcePlace place{{}, 0, section, key, {}};
     if (const XConfiguration* const file = FileOf(layer)) place.file = file->GetFileName();

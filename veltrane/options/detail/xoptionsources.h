@@ -12,19 +12,19 @@
 
 namespace veltrane::detail {
 
-/// The values of a family by their index and, if wanted, where they stand, the basic file before the user file.
+/// The values of a family by their index and, if wanted, their places, the basic file before the user file.
 struct XOptionFamily {
     XMapInt2CString values = {};
     std::multimap<int, OptionOrigin> places = {};
-    std::exception_ptr fault =
-        {};  ///< an index that is given twice has ended the reading; its second place is the last
+    std::exception_ptr fault = {};  ///< reading ended at an index that is given twice; its second place is the last
 
-    /// Whether a value of an index becomes an item: one at -1 ends a retrieval, an index given twice keeps all away.
+    /// Whether the value of an index becomes an item: a value at -1 ends the retrieval, and an index given twice
+    /// prevents it.
     bool Gives(int index) const { return !fault && (index < -1 || !places.contains(-1)); }
 };
 
-/// The configuration sources of a store and the one order in which they are asked: each that has a value overrides the
-/// ones before. A source that start-up has not made yet has nothing.
+/// The configuration sources of a store and the order in which they are asked: a source with a value overrides those
+/// before it. A source that start-up has not opened yet has nothing.
 class XOptionSources {
 public:
     std::unique_ptr<XRegistry> registry;
@@ -32,7 +32,7 @@ public:
     std::unique_ptr<XConfiguration> basicFile;
 
     /// The value of a key from the strongest source that has one.
-    /// @param assignEmpty  whether the basic file answers for a missing or empty key, too
+    /// @param assignEmpty  whether the basic file also answers for a missing or empty key
     /// @param places       receives each place that is asked, in the order of the questions, for Complete: the last one
     ///                     found has the value; may be null
     /// @return found; otherwise value keeps what it held
@@ -42,16 +42,16 @@ public:
     /// GetKeyValue and, for a key of ROOT that has no text so far, the environment.
     void GetValue(CString& value, const CString& section, const CString& key, std::vector<OptionPlace>* places) const;
 
-    /// Puts in full what was asked without an answer.
+    /// Adds file and whole key to places without an answer.
     void Complete(std::vector<OptionPlace>& places) const;
 
-    /// The values of a family from both files. @param withPlaces  whether it is told where they stand
+    /// The values of a family from both files. @param withPlaces  whether their places are wanted
     XOptionFamily ReadFamily(const CString& section, const CString& pattern, bool withPlaces) const;
 
     /// The key names of each section of a form from both files. @return false when no file is open
     bool GetOptionNameSet(XMapInt2CString& names, const CString& sectionFormat) const;
 
-    /// What each source says of a key when asked alone: the strongest first, the environment last.
+    /// What each source says when asked alone: the strongest first, the environment last.
     /// @param withFiles  whether the two files are asked
     std::vector<OptionPlace> AskEach(const CString& section, const CString& key, bool withFiles) const;
     /// What each of the two files has for one value of a family.
@@ -73,7 +73,7 @@ OptionPlace* LastFound(std::vector<OptionPlace>& places);
 /// That place as an origin; the host without one. The text, which may be long, moves from the place to the origin.
 OptionOrigin ReleaseOrigin(std::vector<OptionPlace>& places);
 
-/// Whether options of a section are looked for in the environment, too.
+/// Whether options of a section are also looked for in the environment.
 bool IsRootSection(const CString& section);
 
 }  // namespace veltrane::detail

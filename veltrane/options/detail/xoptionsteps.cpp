@@ -8,7 +8,7 @@ namespace veltrane::detail {
 
 namespace {
 
-// The place of the value gets back the text that the origin has kept for it.
+// The place of the value gets its text back, which the origin keeps.
 std::vector<OptionPlace> PlacesOf(const XKeptOrigin& kept) {
     std::vector<OptionPlace> places = kept.answers.front().places;
     OptionPlace* const last = LastFound(places);

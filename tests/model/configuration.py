@@ -131,6 +131,8 @@ class Configuration:
             numbers = [number for number, word in enumerate(self.words) if word[0] == name]
             for number in reversed(numbers if "family" in OPTIONS[name].kinds else numbers[-1:]):
                 del self.words[number]
+            self.words = [(option, words if words[0][:1] in ("", "-") else ["--name", *words], text)
+                          for option, words, text in self.words]  # the option before might take a bare name
         elif origin.source == "environment":
             del self.environment[name]
         else:

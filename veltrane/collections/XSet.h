@@ -22,14 +22,14 @@
 /// T needs a default value, copy construction, assignment and `<`, each only if an operation that calls it is used. The
 /// set owns its elements; they are moved, not copied, where T can move.
 ///
-/// Nothing that T or a comparison throws comes out of a set. An operation that fails shows its message in a box,
-/// returns what its comment says for a position outside or for nothing found, and leaves what it had reached. An
-/// operation made of others - a copy, a subset, a union inserts value by value, a union looks up each - goes on when
-/// one of those has failed: the box is that of Insert or Find, a value that could not be inserted is left out, and one
-/// that could not be looked up counts as not found. Its own box tells that it lacked the memory to begin; the set it
-/// fills is empty then.
+/// A set lets out nothing that T or a comparison throws. An operation that fails shows its message in a box, returns
+/// what its comment says for a position outside or for nothing found, and keeps what it has done so far. An operation
+/// made of others (a copy, a subset and a union insert value by value, a union looks up each) continues when one of
+/// those fails: the box is that of Insert or Find, a value that could not be inserted is left out, and one that could
+/// not be looked up counts as not found. Its own box says that there was not enough memory to begin; the set that it
+/// fills is then empty.
 ///
-/// Addresses of values are valid until the set grows, shrinks or is cleared: they name a place, and Sort puts another
+/// Addresses of values are valid until the set grows, shrinks or is cleared. They name a place: Sort may put another
 /// value there. A set given to itself as argument counts as a copy.
 /// @code
 /// XSet<int> numbers;
@@ -41,8 +41,8 @@ template <class T>
 class XSet {
 public:
     using Element = XSetData<T>;
-    /// Negative when the first sorts before the second, 0 when they are equal, positive otherwise. It must agree with
-    /// the order in which a set was sorted to find anything in it; null stands for Comp.
+    /// Negative when the first sorts before the second, 0 when they are equal, positive otherwise. To find values in a
+    /// sorted set it must agree with the order of the set; null means Comp.
     using Comparison = int (*)(const Element&, const Element&);
 
     XSet() = default;
@@ -51,7 +51,7 @@ public:
     XSet& operator=(const XSet& other);  ///< as Copy
 
     bool IsSorted() const noexcept { return m_bSorted; }
-    /// Marks only, reorders nothing: for callers that fill a set in ascending order.
+    /// Only sets the mark, for callers that fill a set in ascending order.
     void SetSorted(bool sorted) noexcept { m_bSorted = sorted; }
     int Size() const noexcept { return static_cast<int>(m_Data.size()); }
     [[nodiscard]] bool IsEmpty() const;
@@ -63,7 +63,7 @@ public:
     T* GetAt(int position);
     /// The value, or outside a default one that all sets of the type share.
     const T& GetConstRefAt(int position) const;
-    /// As GetConstRefAt; what is written into the shared one stays there.
+    /// As GetConstRefAt; a value written into the shared one stays there.
     T& GetRefAt(int position);
     bool GetFlag(int position) const;  ///< false outside
     /// The values in stored order, each as GetConstRefAt: `for (const T& value : set)`.
@@ -74,15 +74,15 @@ public:
     /// -1, 0 or 1 in the order of the elements' `<`.
     static int Comp(const Element& a, const Element& b);
 
-    /// Appends a value and clears the sorted mark. @return false when unique is asked for and Comp finds the value
+    /// Appends a value and clears the sorted mark. @return false when unique is true and Comp finds the value
     bool Insert(const T& value, bool unique);
-    void Delete(int position);              ///< keeps the sorted mark; nothing outside
+    void Delete(int position);              ///< keeps the sorted mark; does nothing outside
     bool SetFlag(int position, bool flag);  ///< false outside
     void SetFlag(bool flag);
     void Clear();
-    /// Sorts ascending in place and marks the set; nothing if it is marked. Null means T's `<`. Equal ones may change
-    /// places. When the comparison fails, the set stays as it was; when copying a T that can only be copied fails, all
-    /// values are there, but their addresses are others.
+    /// Sorts ascending in place and marks the set; does nothing if it is marked. Null means T's `<`. Equal values may
+    /// change places. When the comparison fails, the set stays as it was; when copying a T that cannot be moved fails,
+    /// all values are still there, at other addresses.
     void Sort(Comparison comparison = nullptr);
 
     /// Values only, flags false, not marked sorted; a set copied onto itself stays as it is.

@@ -6,7 +6,7 @@
 namespace veltrane::detail {
 
 /// An ordered map with one cursor. Before First, at the end, after Clear and in a copy the cursor is on no entry: it
-/// answers null, and Next leaves it there. Insertion does not move it.
+/// gives null, and Next leaves it there. Insertion does not move it.
 /// @code
 /// for (auto* entry = map.First(); entry; entry = map.Next()) Use(entry->first, entry->second);
 /// @endcode
@@ -32,7 +32,7 @@ public:
         return found == m_Map.end() ? nullptr : &found->second;
     }
     void Set(const Key& key, const Value& value) { m_Map.insert_or_assign(key, value); }
-    /// @return false, with nothing changed, when the key is there
+    /// @return false, with nothing changed, when the key exists
     bool Add(const Key& key, const Value& value) { return m_Map.try_emplace(key, value).second; }
     void Clear() noexcept {
         m_Map.clear();

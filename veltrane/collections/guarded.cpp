@@ -6,7 +6,7 @@ namespace veltrane::detail {
 
 void ShowFailure(const wchar_t* message) noexcept try {
     AfxMessageBox(message);
-} catch (...) {  // no way is left to tell the user
+} catch (...) {  // there is no way left to tell the user
 }
 
 }  // namespace veltrane::detail

@@ -4,7 +4,7 @@
 
 namespace veltrane::detail {
 
-/// Positions in the first of two sorted sequences, by whether the second one holds the value too.
+/// Positions in the first of two sorted sequences, grouped by whether the second one also holds the value.
 struct XMatch {
     std::vector<int> onlyFirst;
     std::vector<int> both;

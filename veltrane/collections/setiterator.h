@@ -4,7 +4,7 @@
 
 namespace veltrane::detail {
 
-/// Goes over a set by position and reads as GetConstRefAt does, so that it is valid whatever happens to the set.
+/// Walks a set by position and reads as GetConstRefAt does, so it stays valid whatever happens to the set.
 template <class Set, class T>
 class XSetIterator {
 public:

@@ -42,8 +42,8 @@ std::uint64_t OrderNumber(const T& value) noexcept {
     }
 }
 
-/// Stands for an element of a set while the set is brought in order. Most comparisons are settled by the numbers, which
-/// lie side by side, without a look at the elements.
+/// Stands for an element while a set is sorted. The numbers, which are next to each other in memory, decide most
+/// comparisons without reading the elements.
 template <class Element>
 struct XEntry {
     using Value = std::remove_cvref_t<decltype(std::declval<Element&>().GetValue())>;
@@ -63,10 +63,10 @@ struct XEntry {
     }
 };
 
-/// Sorts by a relation that may contradict itself: that costs the order and nothing else, while std::sort and the heaps
-/// may leave the array then. The borders of the runs alone decide what is read, and each pass puts every item of the
-/// one before in exactly one place. Keeps equal ones in order.
-/// @throws what the relation throws; the caller's items are as before, as the result is a new array
+/// Sorts by a relation that may contradict itself: then only the order is wrong, whereas std::sort and the heaps may
+/// read outside the array. Only the borders of the runs decide what is read, and each pass puts every item of the one
+/// before in exactly one place. Keeps equal items in order.
+/// @throws what the relation throws; the caller's items stay as they are: the result is a new array
 template <class Item, class Less>
 std::vector<Item> MergeSorted(std::vector<Item> items, Less less) {
     const std::size_t size = items.size();
@@ -105,7 +105,8 @@ std::vector<XEntry<Element>> InOrder(std::span<Element> elements, Comparison com
 }
 
 /// Puts elements in the order of the entries that stand for them. Addresses stay valid: each place keeps its storage.
-/// @throws what copying throws, for elements that cannot be moved without; all of them are there then, in new storage
+/// @throws what copying throws, for elements that cannot be moved without exceptions; all of them are then in new
+/// storage
 template <class Element>
 void Arrange(std::vector<Element>& elements, const std::vector<XEntry<Element>>& order) {
     std::vector<Element> arranged;
@@ -123,8 +124,8 @@ void Arrange(std::vector<Element>& elements, const std::vector<XEntry<Element>>&
     }
 }
 
-/// Looks through `size` ascending elements for one to which compare answers 0; it answers negative for those that come
-/// after what is looked for. @return its position, -1 if there is none
+/// Binary search among `size` ascending elements for one for which compare gives 0; it gives a negative number for
+/// elements after the one that is looked for. @return its position, -1 if there is none
 template <class ElementAt, class Compare>
 int FindInHalves(int size, ElementAt elementAt, Compare compare) {
     for (int low = 0, high = size - 1; low <= high;) {

@@ -10,8 +10,8 @@
 
 namespace veltrane::detail {
 
-/// A row of places, some of them taken: tells where the n-th taken one is while more are being taken, both in a time
-/// that grows with the logarithm of the row. A binary indexed tree.
+/// A row of places, some of them taken: gives the place of the n-th taken one while more are added, both in logarithmic
+/// time. A binary indexed tree.
 /// @code
 /// XTakenPlaces taken{10};
 /// for (const std::size_t place : {7, 2, 5}) taken.Add(place);
@@ -23,7 +23,7 @@ public:
 
     int Count() const noexcept { return m_nCount; }
 
-    /// Takes a place that is free.
+    /// Adds a place that is free.
     void Add(std::size_t place) noexcept {
         ++m_nCount;
         for (std::size_t at = place + 1; at < m_Counts.size(); at += at & (~at + 1)) ++m_Counts[at];
@@ -41,11 +41,11 @@ public:
     }
 
 private:
-    std::vector<int> m_Counts;  // of the taken places in a stretch that ends at an index
+    std::vector<int> m_Counts;  // of the taken places in a range that ends at an index
     int m_nCount = 0;
 };
 
-/// Hands out, in ascending order, all values of a and each value of b that is not in a, once. For a known order.
+/// Appends, in ascending order, all values of a and, once each, the values of b that are not in a. For a known order.
 template <class Element, class Append>
 void MergeUnion(std::span<const Element> a, std::span<const Element> b, Append append) {
     const auto first = InOrder(a);
@@ -59,10 +59,9 @@ void MergeUnion(std::span<const Element> a, std::span<const Element> b, Append a
     for (; next != first.end(); ++next) append(next->element->GetValue());
 }
 
-/// The union by a comparison that need not follow the order of the values. It is defined as a row of steps: each
-/// element of b is looked up by halves in the sorted set, is inserted if it is not found, and the set is sorted again.
-/// Nothing moves here instead: all elements are sorted beforehand, and the set at each step is the row of those taken
-/// so far.
+/// The union by a comparison that need not follow the order of the values. It is defined by steps: each element of b is
+/// looked up in the sorted set by binary search, is inserted if it is not found, and the set is sorted again. Here no
+/// element moves: all are sorted beforehand, and the set at each step is the row of those added so far.
 /// @param elements  those of a, in front, and of b
 /// @param find      find(probe, size, elementAt): position of what the comparison finds equal, or -1
 /// @return the elements of the union in ascending order

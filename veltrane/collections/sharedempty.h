@@ -10,7 +10,7 @@ union XLasting {
     T value{};
 };
 
-/// What a set answers positions outside with: a default value to read, and one that keeps what is written into it.
+/// What a set gives for positions outside: a default value to read, and one that keeps what is written into it.
 template <class T>
 struct XSharedEmpty {
     const T constant{};

@@ -8,7 +8,7 @@
 
 namespace veltrane {
 
-/// The key that a type was declared with, as error locations show it. The compiler does not tell: a struct says so by
+/// The key that a type was declared with, as error locations show it. The compiler does not give it, so a struct needs
 /// a specialisation.
 template <class T>
 inline constexpr std::string_view XClassKey = std::is_class_v<T> ? "class " : "";
@@ -20,7 +20,7 @@ consteval std::string_view FunctionName() {
     return __PRETTY_FUNCTION__;
 }
 
-/// Name of a type as the compiler spells it: what stands where the name of a known type stands.
+/// Name of a type as the compiler spells it: the text in place of the name of a known type.
 template <class T>
 consteval std::string_view TypeName() {
     constexpr std::string_view known = FunctionName<void>();

@@ -57,12 +57,12 @@ public:
     XMapInt2SetOfInt& operator=(const XMapInt2SetOfInt&) = delete;
     virtual ~XMapInt2SetOfInt();
 
-    /// The map's set under a key, null if none.
+    /// The map's set under a key; null without one.
     XSetInt* Find(int key) const;
     /// The entries, `for (const auto& [key, set] : map)`; the sets stay the map's.
     auto begin() const noexcept { return m_Map.begin(); }
     auto end() const noexcept { return m_Map.end(); }
-    /// The map owns the set from now on, and no longer the one that was under the key. Null does nothing.
+    /// The map now owns this set, and no longer the one that was under the key. Null does nothing.
     void Insert(int key, XSetInt* set);
     /// Makes a set of an integer list (XSetInt::BuildSet); a list without numbers makes none.
     /// @throws XException  the key has a set already

@@ -18,7 +18,7 @@ public:
     XSetData(const T& value) : m_Value(value) {}
     XSetData(const XSetData&) = default;
     XSetData(XSetData&&) noexcept(std::is_nothrow_move_constructible_v<T>) = default;
-    virtual ~XSetData() noexcept;  ///< a failure of the value's destructor is shown and ends there
+    virtual ~XSetData() noexcept;  ///< a failure of the value's destructor is shown and absorbed
 
     /// Assigns the value, then the flag; when the value fails, the flag stays.
     XSetData& operator=(const XSetData& other) noexcept;
@@ -32,13 +32,13 @@ public:
     bool GetFlag() const noexcept { return m_bFlag; }
     void SetFlag(bool flag) noexcept { m_bFlag = flag; }
 
-    /// Assignment for those who handle the failure themselves.
+    /// Assignment for callers that handle the failure themselves.
     template <class Other>
     void Assign(Other&& other) {
         m_Value = std::forward<Other>(other).m_Value;
         m_bFlag = other.m_bFlag;
     }
-    /// Puts another element's value in the place of this one without an assignment.
+    /// Replaces the value by another element's without an assignment.
     void Renew(XSetData&& other) noexcept requires std::is_nothrow_move_constructible_v<T> {
         std::destroy_at(&m_Value);
         std::construct_at(&m_Value, std::move(other.m_Value));
@@ -56,7 +56,7 @@ template <class T>
 XSetData<T>::~XSetData() noexcept try {
 } catch (...) {
     veltrane::detail::ShowFailure(L"Exception in 'XSet<T>::~XSet()'");
-    return;  // else the failure would go on
+    return;  // otherwise the exception would continue
 }
 
 template <class T>

@@ -10,7 +10,7 @@ template class XSet<int>;
 
 namespace {
 
-// Hands out the gap in front of each value: its first number, and the value that ends it.
+// Gives the gap in front of each value: its first number, and the value that ends it.
 template <class Visit>
 void VisitGaps(const XSetInt& set, Visit visit) {
     const int size = set.Size();  // the visitor may let the set grow
@@ -48,7 +48,7 @@ void XSetInt::BuildSet(const CString& text) {
     std::wstring_view rest = text.View();
     for (bool more = true; more;) {
         const std::size_t comma = rest.find(L',');
-        const int number = _wtoi(rest.substr(0, comma));  // passes over white space; a piece of nothing else gives 0
+        const int number = _wtoi(rest.substr(0, comma));  // skips white space; a piece of nothing else gives 0
         if (number > 0) Insert(number);
         more = comma != std::wstring_view::npos;
         if (more) rest.remove_prefix(comma + 1);

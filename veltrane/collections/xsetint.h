@@ -5,7 +5,7 @@
 extern template class VELTRANE_API XSetData<int>;
 extern template class VELTRANE_API XSet<int>;
 
-/// A set of integers, duplicates kept, that remembers the largest number inserted or handed out.
+/// A set of integers, duplicates kept, that remembers the largest number inserted or returned.
 /// @code
 /// XSetInt numbers;
 /// numbers.BuildSet(L"1, 3,7");
@@ -30,13 +30,13 @@ public:
     /// Appends the numbers above 0 of a comma-separated list in the order of the text; anything else in it is skipped.
     void BuildSet(const CString& text);
     /// Appends to out the numbers between each value and the one before it, from 1 on: the free numbers below the
-    /// largest value, when this set is sorted. They can be many - below 2,000,000,000 as many, of 16 bytes each:
-    /// without the memory for all of them none is appended, and the box of Insert tells so.
+    /// largest value, when this set is sorted. They can be many: below 2,000,000,000 there are as many, of 16 bytes
+    /// each. If there is no memory for all of them, none is appended and the box of Insert says so.
     void GetFreeNumbers(XSetInt& out) const;
     /// Sets the maximum to 0 for an empty set, to the last value of a sorted one, else to the largest of all values and
     /// itself.
     void CalcMax();
-    /// Takes out and returns the first value; an empty set counts its maximum up instead (INT_MAX wraps to INT_MIN).
+    /// Removes and returns the first value; an empty set increments its maximum instead (INT_MAX wraps to INT_MIN).
     int GetNextNumber();
 
 private:

@@ -22,10 +22,10 @@
 ///
 /// T needs, each only if an operation that calls it is used: copy construction, a default value, `<`, Compare,
 /// FullCompare, GetFlag, SetFlag. A null pointer may be inserted: it counts as less than every object, is copied as
-/// null, passed over by GetSubset, and has no flag to ask for or set.
+/// null, skipped by GetSubset, and has no flag.
 ///
-/// Changes and copies raise XException: one that comes from below gets the operation's reason in front, any other
-/// exception is replaced by one. The read accessors and GetSubset absorb what T throws, show a box and answer as for a
+/// Changes and copies raise XException: one thrown inside gets the operation's reason in front, and any other exception
+/// becomes one. The read accessors and GetSubset absorb what T throws, show a box and return what they return for a
 /// position outside. Sub, Intersection, Compare and FullCompare let through what T throws. A set given to itself as
 /// argument counts as a copy. Addresses and references of objects are valid until the object is removed.
 /// @code
@@ -66,8 +66,8 @@ public:
     veltrane::detail::XSetIterator<XSetP, T> begin() const noexcept { return {*this, 0}; }
     veltrane::detail::XSetIterator<XSetP, T> end() const noexcept { return {*this, Size()}; }
 
-    /// Position of an equal object - neither is less than the other -, -1 if none. A set marked sorted is searched from
-    /// start on, or by halves when start is below 0; any other from its front, whatever start is.
+    /// Position of an equal object, which is neither less nor greater; -1 if none. A set marked sorted is searched from
+    /// start on, or by binary search when start is below 0; any other set from its front, whatever start is.
     int FindPos(const T* object, int start) const;
     int FindPos(const T& object, int start) const { return FindPos(&object, start); }
     /// The object at FindPos, null if none.
@@ -80,18 +80,18 @@ public:
     /// A set with fewer objects is less; among equal sizes the first different object decides.
     bool operator<(const XSetP& other) const;
 
-    /// Takes an object over, at the end, and clears the sorted mark. A set that cannot grow raises an error and leaves
-    /// the object to the caller. @return true
+    /// Appends an object, which the set then owns, and clears the sorted mark. If the set cannot grow, it raises an
+    /// error and the caller keeps the object. @return true
     bool Insert(T* const& object);
-    void DeleteObj(int position);      ///< keeps the sorted mark; nothing outside
+    void DeleteObj(int position);      ///< keeps the sorted mark; does nothing outside
     void DeleteData(const T& object);  ///< DeleteObj of its FindPos
     /// Deletes the objects that fit and keeps the sorted mark, in one pass; a null does not fit. A destructor that
-    /// throws ends it: what was not deleted yet stands at the end of a set that is not marked sorted any more.
+    /// throws ends it: the objects not deleted yet are then at the end of the set, which is no longer marked sorted.
     template <class Fits>
     void DeleteIf(Fits fits);
     void SetFlag(int position, bool flag);  ///< @throws XException  position outside
     void SetFlag(bool flag);
-    /// Deletes all objects. The set is empty then, even when a destructor throws.
+    /// Deletes all objects. The set is then empty, even when a destructor throws.
     void Clear();
     /// Sorts two or more objects by T's `<` and marks the set, unless it is marked.
     void Sort();
@@ -331,7 +331,7 @@ void XSetP<T>::DeleteObj(int position) {
     WithReason(Here<"DeleteObj">(), DELETING, [&] {
         if (!Contains(position)) return;
         T* object = At(position);
-        m_Data.erase(m_Data.begin() + position);  // first: a destructor that throws must not be called again
+        m_Data.erase(m_Data.begin() + position);  // erased first: a destructor that throws must not be called again
         delete object;
     });
 }
@@ -376,7 +376,7 @@ void XSetP<T>::Clear() {
         for (T* object : std::exchange(m_Data, {})) {
             try {
                 delete object;
-            } catch (...) {  // the others go all the same
+            } catch (...) {  // the others are deleted all the same
                 failure = std::current_exception();
             }
         }

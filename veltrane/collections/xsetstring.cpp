@@ -16,7 +16,7 @@ template class XSet<CString>;
 
 namespace {
 
-// White space may be a separator itself: what stands in front of a rest is trimmed before the next one is searched.
+// White space may itself be a separator: the text in front is trimmed before the next separator is searched.
 std::vector<CString> Split(std::wstring_view text, std::wstring_view separators) {
     std::vector<CString> pieces;
     std::wstring_view rest = Trimmed(text, IsWhiteSpace);
@@ -60,9 +60,9 @@ void XSetString::InsertList(const CString& text, bool sort, const CString& separ
 }
 
 void XSetString::InsertPieces(const std::vector<CString>& pieces) {
-    constexpr std::size_t FEW = 32;  // fewer are found sooner by looking through the set than by indexing it
+    constexpr std::size_t FEW = 32;  // fewer are found faster by searching the set than by indexing it
     auto piece = pieces.begin();
-    // A set marked sorted is searched in halves, and answers by that mark alone until the first piece is in.
+    // A set marked sorted is searched by binary search, until the first piece is inserted.
     for (; piece != pieces.end() && (IsSorted() || pieces.size() < FEW); ++piece) Insert(*piece, /*unique*/ true);
     if (piece == pieces.end()) return;
 

@@ -20,7 +20,7 @@ public:
     /// All strings in stored order, joined by "," without blanks.
     void GetList(CString& out) const;
     /// Splits a text at every element of separators and inserts each piece that the set does not hold yet, without
-    /// white space at its ends, the empty piece too; an empty text is one empty piece.
+    /// white space at its ends, empty pieces included; an empty text is one empty piece.
     /// @param sort  sorts the set at the end
     void InsertList(const CString& text, bool sort, const CString& separators);
 

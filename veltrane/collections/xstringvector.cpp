@@ -42,7 +42,7 @@ int XStringVector::Compare(const XStringVector* other) const {
     return 0;
 }
 
-// Nothing that deleting a vector does can throw, so there is nothing to absorb.
+// Deleting a vector cannot throw, so there is nothing to absorb.
 XStringMap::~XStringMap() {
     for (const auto& [key, vector] : m_Map.All()) delete vector;
 }

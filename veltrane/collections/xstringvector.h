@@ -53,7 +53,7 @@ public:
     XStringMap& operator=(const XStringMap&) = delete;
     virtual ~XStringMap();
 
-    /// Takes a vector over, unless the key is there: then nothing changes and the vector stays the caller's.
+    /// Takes ownership of a vector, unless the key exists: then nothing changes and the caller keeps the vector.
     void Insert(const CString& key, XStringVector* vector);
     /// Find puts the cursor on a key (case counts), First on the smallest one, Next on the next one. @return false when
     /// there is none

@@ -151,7 +151,7 @@ bool XConfiguration::GetOptionNameSet(XMapInt2CString& names, const CString& sec
 
 /// A value or, where section or key is empty, a list of names.
 XConfiguration::Answer XConfiguration::Ask(const CString& section, const CString& key, int* line) const {
-    wchar_t buffer[CAPACITY];  // filled as far as it is looked at: every answer ends with a NUL
+    wchar_t buffer[CAPACITY];  // filled as far as it is read: every answer ends with a NUL
     const wchar_t* const askedSection = section.IsEmpty() ? nullptr : section.GetString();
     const wchar_t* const askedKey = key.IsEmpty() ? nullptr : key.GetString();
     const wchar_t* const file = m_FileName.GetString();

@@ -12,8 +12,8 @@
 /// section ("file-1", "file-2" for the pattern "file"; a bare "file" takes the next free index) or sections of one form
 /// ("FILES\1", "FILES\2" for the section "FILES\%d") with a key each.
 ///
-/// Nothing is kept but the path: each question reads the file, and a missing file, section or key is no error. Lists
-/// end after MAX_LIST characters, values after MAX_VALUE.
+/// Keeps only the path: each question reads the file, and a missing file, section or key is not an error. Lists end
+/// after MAX_LIST characters, values after MAX_VALUE.
 /// @code
 /// XMapInt2CString files;
 /// XConfiguration{L"D:\\config\\tool.ini"}.GetKeyValueSet(files, L"ROOT", L"file");
@@ -33,19 +33,19 @@ public:
     /// The value of a key; without a key the comma-separated names of the section's keys, without a section those of
     /// all sections.
     /// @param assignEmpty  whether a missing or empty value counts as found and empties value
-    /// @param place  receives where the value stands when it was found; may be null
+    /// @param place  receives the place of the value when it was found; may be null
     /// @return found; otherwise value keeps what it held
     bool GetKeyValue(CString& value, const CString& section, const CString& key, bool assignEmpty,
                      veltrane::SourcePlace* place = nullptr) const;
 
     /// Adds the indexes of a family, in file order. @return whether the set holds any index afterwards
-    /// @throws XException  empty pattern; an index that the set holds already, those before it being added
+    /// @throws XException  empty pattern; an index that the set holds already; those before it are added
     bool GetKeyIndexSet(XSetInt& indexes, const CString& section, const CString& pattern) const;
 
     /// Adds the values of a family by their index; an empty value adds nothing. @return whether the map holds any value
-    /// @param places  receives where each value stands that is added, and the one whose index is given twice; may be
-    ///                null
-    /// @throws XException  empty pattern; an index with a value already, those before it being added
+    /// @param places  receives the place of each value that is added, and of the one whose index is given twice; may be
+    /// null
+    /// @throws XException  empty pattern; an index with a value already; those before it are added
     bool GetKeyValueSet(XMapInt2CString& values, const CString& section, const CString& pattern,
                         std::vector<veltrane::IndexedPlace>* places = nullptr) const;
 

@@ -15,7 +15,7 @@ namespace {
 constexpr wchar_t ROOT_PATH[] = L"SOFTWARE\\VORNAK";
 
 constexpr std::uint32_t FIRST_SIZE = 128;     // bytes; nearly every value fits, so it takes one query
-constexpr std::uint32_t TERMINATOR_SIZE = 2;  // of the text that a value without its own end becomes
+constexpr std::uint32_t TERMINATOR_SIZE = 2;  // added to the text of a value without one
 
 /// Path of a key, or of the one above it for an empty name.
 CString Below(CStringView path, const CString& name) {

@@ -6,7 +6,7 @@
 #include "veltrane/platform/text/cstring.h"
 
 /// Reads values below `SOFTWARE\VORNAK` in the machine's registry, whatever their type, as text. A missing key or value
-/// is no error.
+/// is not an error.
 /// @code
 /// CString file;
 /// if (XRegistry{L"tool"}.GetValue(file, L"ROOT", L"logfile")) ...
@@ -17,7 +17,7 @@ public:
     explicit XRegistry(const CString& subKey = {});
     XRegistry(const XRegistry&) = delete;
     XRegistry& operator=(const XRegistry&) = delete;
-    virtual ~XRegistry();  ///< does not close: who opens closes
+    virtual ~XRegistry();  ///< does not close: whoever opens must close
 
     /// Path of a section's key below the machine's root; the tool's key for an empty section.
     CString KeyPath(const CString& section) const;
@@ -25,10 +25,10 @@ public:
     /// Opens the key of a section, the tool's key for an empty one. A key that is open already is not closed first.
     /// @return false when it does not exist
     bool Open(const CString& section);
-    void Close();  ///< nothing when no key is open
+    void Close();  ///< does nothing when no key is open
 
     /// Opens a section's key, reads a value and closes the key. @return found; otherwise value is unchanged
-    /// @param place  receives where the value stands when it was found; may be null
+    /// @param place  receives the place of the value when it was found; may be null
     bool GetValue(CString& value, const CString& section, const CString& name, veltrane::SourcePlace* place = nullptr);
     /// Reads a value of the open key; one without any data counts as missing. @return found; otherwise value is
     /// unchanged

@@ -19,7 +19,7 @@ namespace veltrane {
 /// @endcode
 class NearestText {
 public:
-    /// The name has to live longer.
+    /// The name must live longer.
     constexpr explicit NearestText(std::wstring_view name)
         : m_Name(name), m_nBelow(name.size() <= LONGEST ? std::min(MOST_SLIPS, name.size() / 3) + 1 : 0) {}
 
@@ -34,7 +34,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t LONGEST = 64;  // nothing longer is near to any name
+    static constexpr std::size_t LONGEST = 64;  // a longer text is near to no name
     static constexpr std::size_t MOST_SLIPS = 3;
     using Row = std::size_t[LONGEST + MOST_SLIPS + 1];  // for each beginning of a text, the slips from one of the name
 
@@ -56,7 +56,7 @@ private:
     }
 
     std::wstring_view m_Name;
-    std::size_t m_nBelow;  // slips of what is nearer have to be less
+    std::size_t m_nBelow;  // a nearer text must have fewer slips
 };
 
 /// The text that is nearest to a name, in any case of letters, and not the name itself; empty when none is near.

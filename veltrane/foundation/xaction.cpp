@@ -15,7 +15,7 @@ using namespace veltrane::detail;
 
 namespace {
 
-// The clock wraps, so all its arithmetic is done without sign.
+// The clock wraps, so all arithmetic on it is unsigned.
 std::int32_t Sum(std::int32_t a, std::int32_t b) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
 }
@@ -43,8 +43,8 @@ struct Duration {
     bool HasLargerUnit() const { return minutes > 0 || hours > 0 || days > 0; }
 };
 
-// The seconds, rounded from the exact binary value. A one-digit number gets a zero in front when a larger unit stands
-// before it, and a blank when the seconds stand alone.
+// The seconds, rounded from the exact binary value. A one-digit number gets a zero in front after a larger unit, and a
+// blank when there are only seconds.
 std::string SecondsText(const Duration& duration, int precision) {
     const int decimals = std::clamp(precision, 0, CString::MAX_LENGTH);
     const std::size_t width = decimals > 0 ? static_cast<std::size_t>(decimals) + 3 : 2;

@@ -6,7 +6,7 @@
 #include "veltrane/platform/text/cstring.h"
 
 /// A stopwatch that adds up its intervals, and the text of durations. Durations are milliseconds of real time. A
-/// measured one is kept in 32 bits: after 24.8 days it goes on from the smallest negative number.
+/// measured one is kept in 32 bits: after 24.8 days it continues from the smallest negative number.
 /// @code
 /// XAction action;
 /// action.Start();
@@ -23,7 +23,7 @@ public:
 
     void Start();     ///< begins a new measurement
     void Continue();  ///< begins another interval of the measurement
-    void Stop();      ///< ends the interval; no effect when none runs
+    void Stop();      ///< ends the interval; no effect when none is running
 
     [[nodiscard]] long Elapsed() const;  ///< all intervals, the running one included
     [[nodiscard]] CString ElapsedStr() const;

@@ -8,8 +8,8 @@
 
 namespace veltrane::detail {
 
-/// A text that grows at both ends: adding costs what is added, not what is there. A text that would get longer than a
-/// CString can be is not made, as there.
+/// A text that grows at both ends: the cost of adding depends on what is added, not on what is there. A text longer
+/// than a CString can be is refused, as in CString.
 class XChain {
 public:
     XChain() = default;
@@ -18,7 +18,7 @@ public:
     CString Text() const;
     bool IsEmpty() const noexcept { return m_Front.empty() && m_Behind.IsEmpty(); }
 
-    /// Puts a text in front, the joint between the two; an empty chain becomes the text alone.
+    /// Puts a text in front, with the joint between the two; an empty chain becomes just the text.
     void PutInFront(const CString& text, std::wstring_view joint);
     /// As PutInFront, at the end.
     void Append(const CString& text, std::wstring_view joint);

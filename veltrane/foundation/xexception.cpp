@@ -9,7 +9,7 @@ using namespace veltrane;
 
 namespace {
 
-// With tabulators every 8 columns the continuation stands under the first location, after "location:\t".
+// With tabulators every 8 columns the continuation comes under the first location, after "location:\t".
 constexpr wchar_t LOCATION_JOINT[] = L"\r\n               \t";
 constexpr wchar_t REASON_JOINT[] = L"\r\nreason: \t";
 constexpr wchar_t MESSAGE_JOINT[] = L"\r\n\t";

@@ -13,8 +13,8 @@ class XError;
 }
 
 /// The one error object: a number, a chain of locations and a chain of reasons, both growing on the way up, newest
-/// first. Thrown by value, caught by reference, enriched with AddError and thrown on. what() says nothing of use; the
-/// text is that of GetErrorText. Adding to a chain costs what is added, however long the chain is.
+/// first. Throw by value, catch by reference, add to it with AddError and rethrow. what() says nothing useful;
+/// GetErrorText gives the text. The cost of adding to a chain does not depend on its length.
 /// @code
 /// try {
 ///     store.OpenConfiguration();
@@ -26,7 +26,7 @@ class VELTRANE_API XException : public std::exception {
 public:
     XException() = default;
     XException(const XException&) = default;
-    XException(XException&&) noexcept = default;  ///< what is moved from keeps number and mark, and has no texts
+    XException(XException&&) noexcept = default;  ///< the source keeps number and mark, and loses its texts
     XException& operator=(const XException&) = default;
     XException& operator=(XException&&) noexcept = default;
     ~XException() override;
@@ -40,7 +40,7 @@ public:
 
     /// "<method> in [file], line [n]" with the file's path cut; empty without a method.
     [[nodiscard]] static CString GetLocationString(CString file, CString method, int line);
-    /// The part of a path after its last backslash, '/' being no separator here.
+    /// The part of a path after its last backslash; '/' is not a separator here.
     [[nodiscard]] static CString GetFileName(CString path);
 
     /// Replaces number, location, message and subject; the warning mark stays.
@@ -59,7 +59,7 @@ public:
     void SetLocation(CString location);  ///< in front of the locations
     void SetLocation(CString file, CString method, int line);
 
-    /// What the error is about; null when nobody has told. Belongs to the error.
+    /// What the error is about; null when not told. Belongs to the error.
     [[nodiscard]] const veltrane::ErrorSubject* GetSubject() const noexcept { return m_pSubject.get(); }
     /// Tells what the error is about; what is known already stays.
     void AddSubject(const veltrane::ErrorSubject& subject);
@@ -70,7 +70,7 @@ public:
     void Show() const;
 
 private:
-    /// Replaces location and message, of which the subject was another one's.
+    /// Replaces location and message, and drops the subject, which belonged to them.
     void SetTexts(CString file, CString method, int line, CString message);
 
     int m_nNumber = 0;

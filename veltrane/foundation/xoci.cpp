@@ -42,7 +42,7 @@ int OraNumber(const CString& text) {
     return position > 0 && first >= L'0' && first <= L'9' ? _wtoi(text.Mid(position + 4, 5)) : 0;
 }
 
-// Text, number and ORA number of an entry; number 0 makes none.
+// Text, number and ORA number of an entry; number 0 makes no entry.
 void DescribeStatus(XErrorEntry& entry, std::int32_t status, const CString& message, void* errorHandle) {
     entry.number = status;
     if (status != OCI_ERROR) {

@@ -34,9 +34,9 @@ public:
 
     /// Records one client status; success, and database error 1405 (a fetched column is null), leave no entry.
     /// @param message      what the caller was about to do; used for status -1 only
-    /// @param errorHandle  the client's error handle. With null, without a client library, and when the client fails
-    ///                     to tell anything, the entry is message alone with number -1; a client that fails but gives
-    ///                     a text without a code leaves the text with number -1.
+    /// @param errorHandle  the client's error handle. If it is null, there is no client library, or the client gives
+    /// nothing, the entry is message with number -1; if the client fails with a text but no code, the entry is that
+    /// text with number -1.
     void Add(std::int32_t status, const CString& file, const CString& method, int line, const CString& message,
              void* errorHandle);
 

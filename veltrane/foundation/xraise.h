@@ -26,8 +26,8 @@ struct XSource {
     }
 };
 
-/// The two texts of a handler: the reason it adds to an error that passes, and the message of the new error that takes
-/// the place of any other exception.
+/// The two texts of a handler: the reason that it adds to an error that passes, and the message of the new error that
+/// replaces any other exception.
 template <class... Args>
 struct XFailure {
     XFormat<Args...> reason;
@@ -49,7 +49,7 @@ inline XFileException MakeOpenError(const XSite& site, const CString& file, cons
     return error;
 }
 
-/// An error about a file that is not there; the text says what it was wanted for.
+/// An error about a missing file; the text says what it was wanted for.
 template <class... Args>
 XFileException MakeMissingFile(const XSite& site, const CString& file, XFormatFor<Args...> format,
                                const Args&... args) {
@@ -58,7 +58,7 @@ XFileException MakeMissingFile(const XSite& site, const CString& file, XFormatFo
     return error;
 }
 
-/// As MakeMissingFile, of a folder.
+/// As MakeMissingFile, for a folder.
 template <class... Args>
 XFileException MakeMissingFolder(const XSite& site, const CString& folder, XFormatFor<Args...> format,
                                  const Args&... args) {
@@ -67,7 +67,7 @@ XFileException MakeMissingFolder(const XSite& site, const CString& folder, XForm
     return error;
 }
 
-/// An error that tells what it is about.
+/// An error with its subject.
 template <class Error>
 Error About(const ErrorSubject& subject, Error error) {
     error.AddSubject(subject);
@@ -80,7 +80,7 @@ void AddReasonAt(XException& error, const XSite& site, XFormatFor<Args...> forma
     error.AddError(site.file, site.method, site.line, FormatText(format, args...));
 }
 
-/// Runs a body; an error that leaves it takes the reason along, any other exception becomes an error of its own. The
+/// Runs a body; an error that leaves it gets the reason in front, and any other exception becomes a new error. The
 /// texts are composed only then.
 template <class Body, class... Args>
 decltype(auto) WithReason(const XSite& site, const XFailure<std::type_identity_t<Args>...>& failure, Body&& body,

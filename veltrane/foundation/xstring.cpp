@@ -50,7 +50,7 @@ CString GetTabulator(int count) {
 }
 
 CString GetTabulator(const CString& text, int column) {
-    // Compared first: column is the host's number, and the difference of any two ints need not be one.
+    // Compared first: column is the host's number, and the difference of two ints may overflow.
     const int used = text.GetLength() / TABULATOR_WIDTH;
     return GetTabulator(column > used ? column - used : 0);
 }

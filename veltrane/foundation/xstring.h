@@ -10,7 +10,7 @@ VELTRANE_API void SplitString(CString& left, CString& right, const CString& text
 /// As SplitString, at the last separator.
 VELTRANE_API void SplitStringReverse(CString& left, CString& right, const CString& text, wchar_t separator);
 
-/// Appends an item to a list whose items stand apart by ", "; an empty list becomes the item alone.
+/// Appends an item to a list separated by ", "; an empty list becomes just the item.
 VELTRANE_API void AddString(CString& list, const CString& item);
 /// Field of a comma-separated text, blanks kept. @param index  from 0; below 0 means 0
 /// @return empty after the last field
@@ -18,5 +18,5 @@ VELTRANE_API void AddString(CString& list, const CString& item);
 
 /// count tabulators; none for 0 and below.
 [[nodiscard]] VELTRANE_API CString GetTabulator(int count);
-/// The tabulators that bring the output after text to a column of 8 characters each; none when text is longer.
+/// The tabulators, of 8 characters each, from the end of text to a column; none when text is longer.
 [[nodiscard]] VELTRANE_API CString GetTabulator(const CString& text, int column);

@@ -7,13 +7,13 @@
 
 namespace veltrane {
 
-/// What an error is about, as far as those know who raised it and passed it on, so that nobody has to search its texts.
+/// What an error is about, as far as the code that raised it or passed it on knows. Nobody has to search its texts.
 struct ErrorSubject {
     CString option = {};                   ///< long name of the option that was to be read or retrieved
-    CString argument = {};                 ///< the word of the command line, or the name, that is not understood
+    CString argument = {};                 ///< the word of the command line, or the name, that is unknown or invalid
     CString reference = {};                ///< name of the reference that leads nowhere, back to itself or too deep
-    int index = -1;                        ///< of the value, where an index is given twice, any int; else -1
-    std::vector<OptionPlace> places = {};  ///< that have to do with it
+    int index = -1;                        ///< the index that is given twice, any int; else -1
+    std::vector<OptionPlace> places = {};  ///< that are involved
 };
 
 }  // namespace veltrane

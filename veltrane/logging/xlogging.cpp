@@ -18,9 +18,9 @@ constexpr wchar_t ENTRY_INDENT[] = L"\r\n          ";  // as wide as the time
 constexpr wchar_t ERROR_START[] = L"########################## Error info start ##########################\r\n";
 constexpr wchar_t ERROR_END[] = L"##########################  Error info end  ##########################\r\n";
 constexpr int RULE_WIDTH = 105;
-constexpr int LONGEST_KEPT = 4096;  // elements of an entry whose memory the next one uses
+constexpr int LONGEST_KEPT = 4096;  // elements of an entry whose memory the next one reuses
 
-/// Marks a line as taken while it is being written, whatever the writing throws.
+/// Marks a line as in use while it is being written, whatever the writing throws.
 class InUse {
 public:
     explicit InUse(bool& mark) noexcept : m_bMark(mark) { m_bMark = true; }
@@ -132,14 +132,14 @@ void XLogging::WriteLog(const CString& text, bool newLine, bool timeStamp) {
     }
 }
 
-// A host's own WriteString may write entries to the log while it has this line: those get lines of their own.
+// A host's own WriteString may write entries to the log while it writes this line: they get lines of their own.
 void XLogging::WriteTimedLine(const CString& text) {
     if (m_bLineInUse || text.GetLength() > LONGEST_KEPT) {
         LogWrite(LineStart() + text);
         return;
     }
     if (m_Stamp.Update() || m_nLineStart == 0) {
-        m_nLineStart = 0;  // should the line not come about, the next entry tries again
+        m_nLineStart = 0;  // if the line fails, the next entry tries again
         m_TimedLine = LineStart();
         m_nLineStart = m_TimedLine.GetLength();
     }
@@ -149,7 +149,7 @@ void XLogging::WriteTimedLine(const CString& text) {
     LogWrite(m_TimedLine);
 }
 
-// Line end, time of now and prefix. What is kept of an older time is out of date then.
+// Line end, current time and prefix. What was kept for an older time is then out of date.
 CString XLogging::LineStart() {
     if (m_Stamp.Update()) m_nLineStart = 0;
     return LINE_END + m_Stamp.Text() + m_LinePrefix;

@@ -8,8 +8,8 @@
 #include "veltrane/platform/text/cstring.h"
 
 /// The log of a host: one text file in UTF-8, lines ended by "\r\n", with a banner, a header, entries and error blocks.
-/// Each operation is one write to the system, so what was logged is there even when the process ends badly. While the
-/// log is not open the writing operations do nothing; open, they throw a CFileException when the system cannot write.
+/// Each operation is one write to the system, so entries are in the file even when the process crashes. While the log
+/// is not open the writing operations do nothing; open, they throw a CFileException when the system cannot write.
 /// @code
 /// XLogging log;
 /// log.StartLogging(L"D:\\Out\\run.log", L"veltrane.exe", L"3.1", L"Nov 17 2026");
@@ -19,12 +19,12 @@
 class VELTRANE_API XLogging : public CStdioFile {
 public:
     XLogging() = default;
-    ~XLogging() override;  ///< closes with the finish banner; failures are swallowed
+    ~XLogging() override;  ///< closes with the finish banner; failures are ignored
 
     [[nodiscard]] CString GetLogPath() const { return m_LogPath; }  ///< folder, no separator at its end
     [[nodiscard]] CString GetLogFile() const { return m_LogFile; }
 
-    /// Opens a log with an empty line prefix and writes the header. An open log stays the one that it is.
+    /// Opens a log with an empty line prefix and writes the header. An open log stays open as it is.
     /// @throws XException  as OpenLogFile
     void StartLogging(const CString& logFile, const CString& forFile, const CString& version,
                       const CString& compileTime);
@@ -33,7 +33,7 @@ public:
     /// @throws XException  the file cannot be opened: the number is the cause; the banner cannot be written
     bool OpenLogFile(const CString& linePrefix);
     /// Writes the closing banner and closes. @throws CFileException  the banner cannot be written; the log is closed
-    /// then, too, and can be opened again
+    /// all the same and can be opened again
     void CloseLogFile();
 
     void LogWrite(const CString& text);  ///< as it is, no line end added
@@ -64,6 +64,6 @@ private:
     std::int32_t m_nLastErrorCode = 0;
     veltrane::TimeStamp m_Stamp{L"%H:%M:%S: "};
     bool m_bLineInUse = false;
-    int m_nLineStart = 0;  // length of the start of the line below, in front of the text; 0: to be made anew
-    CString m_TimedLine;   // the last entry with a time; kept to spare the next one most of the work
+    int m_nLineStart = 0;  // length of the start of the line below, in front of the text; 0: must be composed
+    CString m_TimedLine;   // the last entry with a time; kept to save the next one most of the work
 };

@@ -20,7 +20,7 @@ CString NearestOption(CString name) {
     const int equals = name.Find(L'=');
     if (equals >= 0) name = name.Left(equals);
     name.TrimLeft(L'-').MakeLower();
-    const bool isName = std::ranges::find(names, name) != names.end();  // after one hyphen where two are due
+    const bool isName = std::ranges::find(names, name) != names.end();  // after one hyphen instead of two
     return isName ? name : Nearest(name, names);
 }
 
@@ -28,7 +28,7 @@ void AddHint(XException& error, const CString& hint) {
     error.AddMessage(L"    <---- " + hint + L" ---->");
 }
 
-// '--name=x' is written with a blank here.
+// '--name=x' is spelled '--name x' here.
 void AddSpelling(XException& error, const CString& argument) {
     CString option;
     CString value;

@@ -4,9 +4,8 @@
 
 namespace veltrane {
 
-/// Appends to an error what helps on: the file and line that a bad value came from, the right spelling of a name, the
-/// places where a missing value was looked for, the option that names a missing folder. The error's own text stays as
-/// it is.
+/// Appends hints to an error: the file and line of a bad value, the right spelling of a name, the places where a
+/// missing value was looked for, the option that names a missing folder. The error's own text stays as it is.
 /// @code
 /// } catch (XException& error) {
 ///     veltrane::AddHints(error);

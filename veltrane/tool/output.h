@@ -42,7 +42,7 @@ void PrintLine(const Parts&... parts) {
     if (std::fwrite(line.data(), 1, line.size(), stdout) != line.size()) throw detail::OutputError(L"PrintLine");
 }
 
-/// Hands what was written to standard output, by std::cout, too, unless that was untied from stdio, over to the system.
+/// Flushes standard output, including what was written by std::cout unless that was unsynchronised from stdio.
 /// @throws XException  that, or a write before it, has failed
 inline void FlushOutput() {
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) throw detail::OutputError(L"FlushOutput");

@@ -13,7 +13,7 @@ namespace detail {
 inline int g_ExitCode = EXIT_FAILURE;
 inline std::terminate_handler g_Terminate = nullptr;
 
-// Nothing here may need memory: standard error has no buffer.
+// Nothing here may allocate: standard error has no buffer.
 [[noreturn]] inline void EndWithoutMemory() {
     std::fputs(program_invocation_short_name, stderr);
     std::fputs(": there is not enough memory\n", stderr);
@@ -27,7 +27,7 @@ inline bool IsMemoryShort() noexcept {
         return true;
     } catch (...) {  // NOLINT(bugprone-empty-catch): it may still be one that took the memory
     }
-    constexpr std::size_t errorSize = 1024;  // bytes; an error that is thrown needs less
+    constexpr std::size_t errorSize = 1024;  // bytes; an exception needs less
     void* volatile const probe = std::malloc(errorSize);
     std::free(probe);
     return !probe;
@@ -41,12 +41,13 @@ inline bool IsMemoryShort() noexcept {
 
 }  // namespace detail
 
-/// From now on a program that gets no memory writes one line on standard error and ends with this exit code: at once
-/// where memory is asked for, and where it would be aborted, as an error cannot be thrown, or nobody catches it, for
-/// want of memory. For the time before main, too:
+/// From now on a program that runs out of memory writes one line on standard error and ends with this exit code: at the
+/// failing allocation, and where it would be aborted because an exception could not be allocated or was not caught. To
+/// cover the time before main:
 /// @code
-/// // Runs before the static objects of the libraries are made.
-/// [[gnu::used, gnu::section(".preinit_array")]] void (*const g_AtStart)() = [] { veltrane::EndWhereMemoryIsShort(1);
+/// // Runs before the static objects of the libraries are created.
+/// [[gnu::used, gnu::section(".preinit_array")]] void (*const g_AtStart)() = [] {
+///     veltrane::EndWhereMemoryIsShort(1);
 /// };
 /// @endcode
 inline void EndWhereMemoryIsShort(int exitCode) noexcept {
@@ -55,7 +56,7 @@ inline void EndWhereMemoryIsShort(int exitCode) noexcept {
     if (std::get_terminate() != detail::Terminate) detail::g_Terminate = std::set_terminate(detail::Terminate);
 }
 
-/// The same, but where memory is asked for std::bad_alloc comes, for those who catch it. RunTool does this.
+/// The same, but a failing allocation throws std::bad_alloc, which may be caught. RunTool does this.
 inline void ThrowWhereMemoryIsShort(int exitCode) noexcept {
     EndWhereMemoryIsShort(exitCode);
     std::set_new_handler(nullptr);

@@ -21,16 +21,16 @@ XException ErrorOf(const CFileException& failure) {
     return error;
 }
 
-/// Runs steps that return an exit code. Whatever they throw is handed over as an error of the library.
+/// Runs steps that return an exit code. Whatever they throw is passed on as an error of the library.
 template <class Steps, class Handler>
 int Catching(Steps&& steps, const Handler& handler) try {
     return std::forward<Steps>(steps)();
 } catch (XException& error) {
     return handler(error);
-} catch (const CFileException& failure) {  // a log or a file of the tool that cannot be written any more
+} catch (const CFileException& failure) {  // a log or a file of the tool can no longer be written
     XException error = ErrorOf(failure);
     return handler(error);
-} catch (const std::exception& failure) {  // lost memory, too
+} catch (const std::exception& failure) {  // lack of memory, too
     XException error = MakeError(Here(L"RunTool"), L"An unknown exception occured: %S!", failure.what());
     return handler(error);
 } catch (...) {
@@ -43,10 +43,10 @@ class ErrorReporter {
 public:
     explicit ErrorReporter(const ToolFacts& facts) : m_Facts(facts) {}
 
-    /// From now on errors are told in that log, too, and it ends with the first one.
+    /// From now on errors are also written to that log, which ends with the first one.
     void Use(XLogging& log) { m_pLog = &log; }
 
-    /// Runs steps that return an exit code; an error that they throw is told, and has its own.
+    /// Runs steps that return an exit code; an error that they throw is reported and has its own exit code.
     template <class Steps>
     int Watch(Steps&& steps) const {
         return Catching(std::forward<Steps>(steps), [this](XException& error) { return Report(error); });
@@ -60,7 +60,7 @@ private:
         return EXIT_FAILURE;
     }
 
-    // What else fails while an error is told is told, too, and the next way is tried.
+    // A further failure while an error is reported is reported too, and the next way is tried.
     template <class Step>
     static void Attempt(const XException& error, const Step& step) {
         Catching([&] { return step(), EXIT_SUCCESS; },
@@ -70,7 +70,7 @@ private:
                  });
     }
 
-    // A box that cannot be shown loses nothing.
+    // If the box cannot be shown, the error is written instead.
     static void Show(const XException& error) try { error.Show(); } catch (...) {
         WriteError(error);
         throw;
@@ -148,15 +148,15 @@ int detail::RunTool(const ToolFacts& facts, const OwnTable& table, const ToolBod
     if (facts.boxes) SetMessageBoxHandler(facts.boxes);
     if (!facts.arguments.empty()) SetArguments(facts.arguments);
     XLogging log;
-    ErrorReporter teller{facts};
-    return teller.Watch([&] {
+    ErrorReporter reporter{facts};
+    return reporter.Watch([&] {
         std::optional<OwnOptions> registered;
         if (HasOwn(table)) registered.emplace(table);
-        return teller.Watch([&] {  // errors are told while the rows are known
+        return reporter.Watch([&] {  // errors are reported while the rows are known
             XOption store;
             StartUp(store, facts, FindProgram(facts, programFile));
             OpenLog(log, store, facts);
-            teller.Use(log);
+            reporter.Use(log);
             const int exitCode = body(store, log);
             log.CloseLogFile();
             return exitCode;

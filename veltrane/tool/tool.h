@@ -18,22 +18,22 @@
 #include "veltrane/tool/output.h"
 #include "veltrane/tool/shortmemory.h"
 
-// The frame of a tool: what happens from its start to its end around what it does.
+// The frame of a tool: everything around its own work, from its start to its end.
 
 namespace veltrane {
 
 /// A relative file below a folder that is absolute; else the file as it is.
 [[nodiscard]] VELTRANE_API CString PlaceBelow(const CString& folder, const CString& file);
 
-// What the frame does where the facts of a tool say nothing else.
+// What the frame does unless the facts of a tool say otherwise.
 
-/// Shows a box as text on the console, information on standard output, all else on standard error. Never waits.
+/// Shows a box as text on the console, information on standard output, everything else on standard error. Never waits.
 VELTRANE_API int WriteBox(const CString& text, unsigned style, unsigned helpId);
-/// The file of the log: that of the option "logfile", a relative one below the folder "logging"; empty for none,
-/// as for a tool without these rows.
+/// The file of the log: that of the option "logfile", a relative one below the folder "logging"; empty for no log, also
+/// for a tool without these rows.
 [[nodiscard]] VELTRANE_API CString LogFileOf(XOption& store);
 
-/// What a tool says of itself (UTF-8), and what it wants to have done in another way. All of it may be left out.
+/// What a tool says about itself (UTF-8), and what it wants done differently. Everything may be left out.
 struct ToolFacts {
     std::string_view version = {};
     std::string_view compileTime = {};
@@ -41,8 +41,8 @@ struct ToolFacts {
     std::string_view folder = {};  ///< where the folder ".metadata" is; empty: that of the program, links resolved
     std::vector<CString> arguments = {};        ///< the program first; empty: those of the process
     bool keepsOrigins = true;                   ///< of values, at a few percent of the start
-    MessageBoxHandler boxes = WriteBox;         ///< stays installed; null: the one that is installed
-    void (*hints)(XException&) = AddHints;      ///< null: errors are told as they are
+    MessageBoxHandler boxes = WriteBox;         ///< stays installed; null keeps the handler that is installed
+    void (*hints)(XException&) = AddHints;      ///< null: errors are reported as they are
     CString (*logFile)(XOption&) = &LogFileOf;  ///< null: no log
 };
 
@@ -59,7 +59,7 @@ public:
 
     const TypedOptions<Table> options;
     XOption& store;
-    XLogging& log;  ///< not open when there is none: what is written to it then goes nowhere
+    XLogging& log;  ///< not open if there is no log: what is written to it is then dropped
 
     /// Writes an entry to the log. @throws CFileException  the system cannot write it
     template <class Text>
@@ -68,8 +68,8 @@ public:
         log.WriteLog(Wide(text), /*newLine*/ true, /*timeStamp*/ true);
     }
 
-    /// Does something under an entry in the log that ends with the time it took; when entries came in between, that
-    /// comes with an entry of its own. An error passes, and the entry stays without time.
+    /// Runs an action under an entry in the log that ends with the time it took; if other entries came in between, the
+    /// time gets an entry of its own. An error passes through, and the entry stays without a time.
     /// @return what the action returns
     template <class Text, class Action>
     decltype(auto) Act(const Text& what, Action&& action) {
@@ -111,7 +111,7 @@ using ToolBody = std::function<int(XOption& store, XLogging& log)>;
 /// The part of RunTool that is the same for all tools. @return exit code
 VELTRANE_API int RunTool(const ToolFacts& facts, const OwnTable& table, const ToolBody& body, CString (*programFile)());
 
-/// The part that is not. @return exit code
+/// The part that differs by tool. @return exit code
 template <const OwnTable& Table, class Body>
 int RunBody(XOption& store, XLogging& log, Body& body) {
     using Result = std::invoke_result_t<Body&, Tool<Table>&>;
@@ -140,8 +140,8 @@ struct TableOf<std::function<Result(Tool<Table>&)>> {
 }  // namespace detail
 
 /// Runs a tool from its start to its end, for main to return: registers the rows of its table, starts the option store
-/// up, opens the log, and calls the body with the tool. Whatever is thrown on the way, of any type, is told in a box
-/// with hints and in an error block of the log, and so is an error while telling it. A standard output that cannot be
+/// up, opens the log, and calls the body with the tool. Anything thrown on the way, of any type, is reported in a box
+/// with hints and in an error block of the log, and so is an error in reporting it. A standard output that cannot be
 /// written is an error too. The options help, version and setup end the process.
 /// @param body  returns nothing or the exit code
 /// @return EXIT_FAILURE after an error, else what the body returns, EXIT_SUCCESS if nothing
@@ -159,13 +159,13 @@ int RunTool(const ToolFacts& facts, Body&& body) {
     try {
         const auto act = [&body](XOption& store, XLogging& log) { return detail::RunBody<Table>(store, log, body); };
         return detail::RunTool(facts, Table, act, GetProgramFile);
-    } catch (...) {  // no memory is left to tell more
+    } catch (...) {  // no memory is left to report more
         std::fputs("An unknown exception occured!\n", stderr);
     }
     return EXIT_FAILURE;
 }
 
-/// The same with the table of the tool that the body takes.
+/// The same, with the table of the tool that is the body's parameter.
 template <class Body>
 int RunTool(const ToolFacts& facts, Body&& body) {
     return RunTool<detail::TableOf<decltype(std::function{body})>::TABLE>(facts, std::forward<Body>(body));

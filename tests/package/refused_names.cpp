@@ -39,6 +39,7 @@ void Ask(XOption& store) {
     Get<"registry", LEAN>(store);       // refused: IsLeftOut<veltrane::detail::Spelled<'r', 'e', 'g', 'i', 's', 't', 'r', 'y'>
     Get<"spoil", LEAN>(store);          // refused: DidYouMean<'s', 'p', 'o', 'o', 'l'>
     BASE_ROWS.With<"unit">();           // refused: NotOfTheLibrary<veltrane::detail::Spelled<'u', 'n', 'i', 't'>
+    BASE_ROWS.With<"spol">();           // refused: DidYouMean<'s', 'p', 'o', 'o', 'l'>
     BASE_ROWS.Without<"data">();        // refused: StartUpNeeds<veltrane::detail::Spelled<'d', 'a', 't', 'a'>
 }
 // clang-format on

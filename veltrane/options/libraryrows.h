@@ -29,17 +29,18 @@ constexpr bool IsNeeded(int place) {
     return std::ranges::find(NEEDED_OPTIONS, g_OptionDefinitions[place].eOption) != std::end(NEEDED_OPTIONS);
 }
 
+constexpr std::wstring_view LibraryNameAt(int place) {
+    const XOptionDefinition& row = g_OptionDefinitions[place];
+    return IsTitle(row) ? std::wstring_view{} : row.szLongName;
+}
+
 /// Place of the library's option with that long name; -1 for none.
-constexpr int FindLibraryPlace(std::wstring_view name) {
-    for (int place = 0; place < OPTION_COUNT; ++place) {
-        const XOptionDefinition& row = g_OptionDefinitions[place];
-        if (!IsTitle(row) && name == row.szLongName) return place;
-    }
-    return -1;
+consteval int LibraryPlaceOf(std::wstring_view name) {
+    return FindPlace(LibraryNameAt, OPTION_COUNT, name);
 }
 
 // What compilers show.
-template <class Name>
+template <class Name, class... Near>
 struct NotOfTheLibrary {
     static_assert(sizeof(Name) == 0, "the library has no option of that name");
 };
@@ -51,10 +52,13 @@ struct StartUpNeeds {
 /// Place of a row that a table names, to have it or to leave it out.
 template <OptionName Name, bool IsKept>
 consteval int NamedPlace() {
-    constexpr int PLACE = FindLibraryPlace(Name.View());
+    constexpr int PLACE = LibraryPlaceOf(Name.View());
+    constexpr int NEAREST = FindNearest(LibraryNameAt, OPTION_COUNT, Name.View());
     // NOLINTBEGIN(bugprone-sizeof-expression)
-    if constexpr (PLACE < 0) {
+    if constexpr (PLACE < 0 && NEAREST < 0) {
         static_assert(sizeof(NotOfTheLibrary<Spell<Name>>) > 0);
+    } else if constexpr (PLACE < 0) {
+        static_assert(sizeof(NotOfTheLibrary<Spell<Name>, NearName<LibraryNameAt, NEAREST>>) > 0);
     } else if constexpr (!IsKept && IsNeeded(PLACE)) {
         static_assert(sizeof(StartUpNeeds<Spell<Name>>) > 0);
     }

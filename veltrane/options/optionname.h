@@ -5,7 +5,6 @@
 #include <type_traits>
 #include <utility>
 
-#include "veltrane/foundation/nearest.h"
 #include "veltrane/options/xowntable.h"
 
 // Names of options that the compiler looks up in the library and a tool's table, and what it shows when it finds none.
@@ -18,9 +17,6 @@ inline constexpr OwnTable LIBRARY_ALONE{};
 namespace detail {
 
 // --- What compilers show ---
-
-template <char...>
-struct DidYouMean {};
 
 template <class Name>
 struct NotAName {
@@ -64,54 +60,41 @@ constexpr bool HasOption(const OwnTable& table, int place) {
     return !IsTitle(RowAt(table, place)) && (place >= OPTION_COUNT || table.library.Has(place));
 }
 
-/// Place of the option with that long name; -1 for none.
-consteval int FindPlace(const OwnTable& table, std::wstring_view name) {
-    for (int place = 0; place < CountRows(table); ++place) {
-        if (HasOption(table, place) && name == RowAt(table, place).szLongName) return place;
-    }
-    return -1;
+template <const OwnTable& Table>
+constexpr std::wstring_view NameAt(int place) {
+    return HasOption(Table, place) ? RowAt(Table, place).szLongName : std::wstring_view{};
 }
 
-/// Place of the option whose name is nearest; -1 for none.
-consteval int FindNearest(const OwnTable& table, std::wstring_view name) {
-    NearestText search{name};
-    int nearest = -1;
-    for (int place = 0; place < CountRows(table); ++place) {
-        if (HasOption(table, place) && search.IsNearer(RowAt(table, place).szLongName)) nearest = place;
-    }
-    return nearest;
+template <const OwnTable& Table>
+consteval int PlaceOf(std::wstring_view name) {
+    return FindPlace(NameAt<Table>, CountRows(Table), name);
 }
 
 // --- An option that the compiler knows ---
-
-template <const OwnTable& Table, int Place, std::size_t... At>
-DidYouMean<static_cast<char>(RowAt(Table, Place).szLongName[At])...> SpellNear(std::index_sequence<At...>);
-template <const OwnTable& Table, int Place>
-using NearName = decltype(SpellNear<Table, Place>(
-    std::make_index_sequence<std::wstring_view{RowAt(Table, Place).szLongName}.size()>{}));
 
 /// How many values an option must have.
 enum class Values { Any, One, Several };
 
 struct NotRefused {};
 
-template <OptionName Name, const OwnTable& Table, int Nearest = FindNearest(Table, Name.View())>
+template <OptionName Name, const OwnTable& Table>
 consteval auto RefusalOfName() {
+    constexpr int NEAREST = FindNearest(NameAt<Table>, CountRows(Table), Name.View());
     if constexpr (Name.View().empty() || !IsTypeable(Name.View())) {
         return std::type_identity<NotAName<Spell<Name>>>{};
-    } else if constexpr (FindLibraryPlace(Name.View()) >= 0) {
+    } else if constexpr (LibraryPlaceOf(Name.View()) >= 0) {
         return std::type_identity<IsLeftOut<Spell<Name>>>{};
-    } else if constexpr (Nearest < 0) {
+    } else if constexpr (NEAREST < 0) {
         return std::type_identity<NoOptionIsCalled<Spell<Name>>>{};
     } else {
-        return std::type_identity<NoOptionIsCalled<Spell<Name>, NearName<Table, Nearest>>>{};
+        return std::type_identity<NoOptionIsCalled<Spell<Name>, NearName<NameAt<Table>, NEAREST>>>{};
     }
 }
 
 /// The class that the compiler names when it refuses the option; NotRefused when nothing is wrong.
 template <OptionName Name, const OwnTable& Table, Values Wanted>
 consteval auto RefusalOf() {
-    constexpr int PLACE = FindPlace(Table, Name.View());
+    constexpr int PLACE = PlaceOf<Table>(Name.View());
     if constexpr (PLACE < 0) {
         return RefusalOfName<Name, Table>();
     } else if constexpr (Wanted == Values::One && !RowAt(Table, PLACE).IsSingle()) {

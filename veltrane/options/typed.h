@@ -80,7 +80,7 @@ VELTRANE_API const XOptionDefinition* FindKnownRow(const XOptionDefinition& know
 /// An option that the compiler has looked up; does not compile for a name that none has or another number of values.
 template <OptionName Name, const OwnTable& Table, Values Wanted>
 class NamedOption {
-    static constexpr int PLACE = std::max(0, FindPlace(Table, Name.View()));  // the title for a refused name
+    static constexpr int PLACE = std::max(0, PlaceOf<Table>(Name.View()));  // the title for a refused name
     // The class of a refusal tells the reason when the compiler instantiates it.
     // NOLINTNEXTLINE(bugprone-sizeof-expression)
     static_assert(sizeof(typename decltype(RefusalOf<Name, Table, Wanted>())::type) > 0);

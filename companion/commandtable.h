@@ -58,6 +58,7 @@ inline constexpr SwitchRow SWITCHES[] = {
     {"lint",  "--code",     "LIST",                   WordKind::Text, "only these codes (C01,C02), or all but some (-C13)"},
     {"lint",  "--root",     "FOLDER",                 WordKind::File, "where paths for github and sarif begin; default: here"},
     {"lint",  "--fix",      "",                       WordKind::None, "mend what is certain: names with one slip, open headers"},
+    {"lint",  "--force",    "",                       WordKind::None, "with --fix: also move keys to the section they belong to"},
     {"lint",  "--dry-run",  "",                       WordKind::None, "with --fix: change nothing; print a unified diff"},
     {"lint",  "--explain",  "LIST",                   WordKind::Text, "what codes mean (C05, or 'all')"},
     {"diff",  "--places",   "",                       WordKind::None, "also values that only stand elsewhere"},

@@ -55,6 +55,15 @@ FileEdit::FileEdit(const CString& path, std::string bytes) : m_Path(path), m_Byt
     m_View = ReadProfileLines(m_Path);
 }
 
+const SourceLine& FileEdit::LastEntry(const SourceLine& header) const {
+    using enum SourceLine::Kind;
+    const SourceLine* last = &header;
+    for (int number = header.number + 1; HasLine(number) && Line(number).kind != Section; ++number) {
+        if (Line(number).kind == Entry) last = &Line(number);
+    }
+    return *last;
+}
+
 // Old files without a mark keep their one byte for a character.
 std::string FileEdit::Encoded(const CString& text) const {
     using enum SourceEncoding;

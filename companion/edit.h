@@ -29,6 +29,10 @@ public:
     /// A line by its number.
     const SourceLine& Line(int number) const { return m_View.lines[static_cast<std::size_t>(number) - 1]; }
 
+    bool HasLine(int number) const { return number > 0 && number <= static_cast<int>(m_View.lines.size()); }
+    /// The last entry of a section; its header when it has none.
+    const SourceLine& LastEntry(const SourceLine& header) const;
+
     // Each throws a Refusal, with nothing changed, for a text that the file cannot hold so that it is read again.
 
     /// Puts a text in the place of another within a line, such as a key or the name of a section.

@@ -63,17 +63,6 @@ const SourceLine* FindSection(const FileEdit& edit, const OptionKey& key) {
     return found == lines.end() ? nullptr : &*found;
 }
 
-/// The last entry of a section; its header when it has none.
-const SourceLine& LastEntry(const FileEdit& edit, const SourceLine& header) {
-    const SourceLine* last = &header;
-    const auto& lines = edit.View().lines;
-    for (auto number = static_cast<std::size_t>(header.number); number < lines.size(); ++number) {
-        if (lines[number].kind == Kind::Section) break;
-        if (lines[number].kind == Kind::Entry) last = &lines[number];
-    }
-    return *last;
-}
-
 // With blanks around its '=', unless the neighbour has none.
 CString NewEntry(const FileEdit& edit, const OptionKey& key, const CString& value, const SourceLine* neighbour) {
     CString between = L" = ";
@@ -137,7 +126,7 @@ int SetOption(FileEdit& edit, const OptionKey& key, const CString& value) {
     }
     RequireValue(value);
     if (const SourceLine* const header = FindSection(edit, key)) {
-        const SourceLine& last = LastEntry(edit, *header);
+        const SourceLine& last = edit.LastEntry(*header);
         edit.InsertAfter(last.number, {NewEntry(edit, key, value, &last)});
         return last.number + 1;
     }

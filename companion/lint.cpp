@@ -190,9 +190,12 @@ Answer Report(const Request& request, const LintRun& run, const std::vector<Lint
 
 CString MendText(const Mend& mend) {
     const LintRun::Placed& finding = mend.finding;
-    const CString old = finding.code == LintCode::C02 ? finding.key : finding.section;
+    const bool isMoved = finding.code == LintCode::C03;
+    const CString old = isMoved || finding.code == LintCode::C02 ? finding.key : finding.section;
     const bool isHeader = finding.code == LintCode::C16;
-    const CString change = isHeader ? L"[" + old + L" -> [" + old + L"]" : old + L" -> " + mend.text;
+    const CString change = isHeader  ? L"[" + old + L" -> [" + old + L"]"
+                           : isMoved ? old + L" -> [" + mend.text + L"]"
+                                     : old + L" -> " + mend.text;
     return ShortPlace({finding.file, finding.line}) + L": " + CString{RowOf(finding.code).name} + L": " +
            Printable(change) + L" (mended)";
 }
@@ -207,7 +210,9 @@ void WriteMended(const MendedFile& mended) {
 
 // Mends what is certain, and reports what is left.
 Answer Fix(const Request& request, Startup& startup, const LintRun& run, const std::vector<LintRun::Placed>& all) {
-    std::vector<Mend> mends = CertainMends(run, Wanted(request, FileFilter{run, request.words}, all));
+    const std::vector<LintRun::Placed> wanted = Wanted(request, FileFilter{run, request.words}, all);
+    std::vector<Mend> mends = CertainMends(run, wanted);
+    if (request.Has("--force")) std::ranges::copy(MovesOfKeys(run, wanted), std::back_inserter(mends));
     const std::vector<MendedFile> files = ProveMends(startup, all, mends);
     const bool isDry = request.Has("--dry-run");
     std::deque<SourceReplacement> replacements;
@@ -244,6 +249,7 @@ Answer Fix(const Request& request, Startup& startup, const LintRun& run, const s
 Answer Lint(const Request& request, Startup& startup) {
     if (request.Has("--explain")) return Explain(request.Value("--explain"));
     if (request.Has("--dry-run") && !request.Has("--fix")) throw Refusal{L"--dry-run goes with --fix"};
+    if (request.Has("--force") && !request.Has("--fix")) throw Refusal{L"--force goes with --fix"};
     LintRun run{startup};
     const std::vector<LintRun::Placed> findings = FindAll(run);
     return request.Has("--fix") ? Fix(request, startup, run, findings) : Report(request, run, findings);

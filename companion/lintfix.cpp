@@ -1,8 +1,10 @@
 #include "lintfix.h"
 
 #include <algorithm>
+#include <map>
 #include <memory>
 #include <set>
+#include <string>
 #include <tuple>
 
 #include "edit.h"
@@ -79,8 +81,41 @@ CString NameFor(const LintRun& run, const LintRun::Placed& finding) {
     return isOpen && run.FindSection(line.section).isKnown ? line.section : CString{};
 }
 
+bool IsMove(const Mend& mend) {
+    return mend.finding.code == C03;
+}
+
+const SourceLine* FindHeader(const SourceFileLines& view, const CString& name) {
+    const auto header = std::ranges::find_if(view.lines, [&](const SourceLine& line) {
+        return line.kind == Kind::Section && line.answers && IsSameName(line.section, name);
+    });
+    return header == view.lines.end() ? nullptr : &*header;
+}
+
+// Puts the lines of moves, as they are, after the last entries of their sections, or in new sections at the end.
+void MoveLines(FileEdit& edit, const std::vector<Mend>& mends) {
+    std::map<CString, std::vector<CString>> made;  // sections
+    for (const Mend& mend : mends) {
+        if (!IsMove(mend) || mend.finding.file != edit.Path() || !edit.HasLine(mend.finding.line)) continue;
+        const SourceLine& line = edit.Line(mend.finding.line);
+        const CString text = DecodeSource(line.place.In(edit.Bytes()), edit.View().encoding);
+        edit.Remove(line);
+        if (const SourceLine* const header = FindHeader(edit.View(), mend.text)) {
+            edit.InsertAfter(edit.LastEntry(*header).number, {text});
+        } else {
+            std::vector<CString>& lines = made[mend.text];
+            if (lines.empty()) lines.push_back(L"[" + mend.text + L"]");
+            lines.push_back(text);
+        }
+    }
+    for (const auto& [name, lines] : made) edit.InsertAfter(static_cast<int>(edit.View().lines.size()), lines);
+}
+
+// What a finding says wherever it stands: a move gives the lines after it other numbers, which texts name, too.
 auto KeyOf(const LintRun::Placed& finding) {
-    return std::tuple(finding.code, finding.source, finding.line, finding.text);
+    std::wstring text{finding.text.View()};
+    std::erase_if(text, [](wchar_t element) { return element >= L'0' && element <= L'9'; });
+    return std::tuple(finding.code, finding.source, text);
 }
 
 std::vector<std::unique_ptr<SourceReplacement>> Replaced(const std::vector<MendedFile>& files) {
@@ -91,17 +126,29 @@ std::vector<std::unique_ptr<SourceReplacement>> Replaced(const std::vector<Mende
     return replacements;
 }
 
-// The lines, by source, of findings that were not there before.
-std::set<std::pair<int, int>> NewPlaces(Startup& startup, const std::vector<LintRun::Placed>& before) {
-    std::set<decltype(KeyOf(before[0]))> known;
+// The findings that were not there before.
+std::vector<LintRun::Placed> NewFindings(Startup& startup, const std::vector<LintRun::Placed>& before) {
+    std::multiset<decltype(KeyOf(before[0]))> known;
     for (const LintRun::Placed& finding : before) known.insert(KeyOf(finding));
     Startup restarted = Restarted(startup);
     LintRun run{restarted};
-    std::set<std::pair<int, int>> places;
+    std::vector<LintRun::Placed> findings;
     for (const LintRun::Placed& finding : FindAll(run)) {
-        if (!known.contains(KeyOf(finding))) places.emplace(finding.source, finding.line);
+        const auto same = known.find(KeyOf(finding));
+        if (same == known.end()) {
+            findings.push_back(finding);
+        } else {
+            known.erase(same);
+        }
     }
-    return places;
+    return findings;
+}
+
+// Whether a finding is about the line of a mend, which after a move has another number.
+bool IsAbout(const LintRun::Placed& finding, const Mend& mend) {
+    if (finding.source != mend.finding.source) return false;
+    if (!IsMove(mend)) return finding.line == mend.finding.line;
+    return IsSameName(finding.section, mend.text) && IsSameName(finding.key, mend.finding.key);
 }
 
 }  // namespace
@@ -127,14 +174,35 @@ std::vector<Mend> CertainMends(const LintRun& run, const std::vector<LintRun::Pl
     return mends;
 }
 
+std::vector<Mend> MovesOfKeys(const LintRun& run, const std::vector<LintRun::Placed>& findings) {
+    std::vector<Mend> moves;
+    for (const LintRun::Placed& finding : findings) {
+        const bool isMisplaced = finding.code == C03 && finding.severity == Severity::Warning && finding.isInFile;
+        if (!isMisplaced || finding.suggestion[0] != L'[') continue;
+        const LintSource& source = SourceOf(run, finding);
+        const CString name = finding.suggestion.Mid(1, finding.suggestion.GetLength() - 2);
+        const auto isThere = [&](const SourceLine& line) {
+            return line.kind == Kind::Entry && IsSameName(line.section, name) && IsSameName(line.key, finding.key);
+        };
+        const auto isTwin = [&](const Mend& other) {
+            return other.finding.source == finding.source && IsSameName(other.text, name) &&
+                   IsSameName(other.finding.key, finding.key);
+        };
+        if (std::ranges::none_of(source.view.lines, isThere) && std::ranges::none_of(moves, isTwin))
+            moves.push_back({finding, name});
+    }
+    return moves;
+}
+
 std::vector<MendedFile> MendedFiles(const std::vector<Mend>& mends) {
     std::set<CString> paths;
     for (const Mend& mend : mends) paths.insert(mend.finding.file);
     std::vector<MendedFile> files;
     for (const CString& path : paths) {
         FileEdit edit{path, EditFile{path}.Bytes()};
-        for (const auto& [finding, text] : mends) {
-            if (finding.file != path || finding.line > static_cast<int>(edit.View().lines.size())) continue;
+        for (const Mend& mend : mends) {
+            const auto& [finding, text] = mend;
+            if (finding.file != path || IsMove(mend) || !edit.HasLine(finding.line)) continue;
             const SourceRange place = edit.Line(finding.line).namePlace;
             if (finding.code == C16) {
                 edit.Replace({place.End(), 0}, L"]");
@@ -142,6 +210,7 @@ std::vector<MendedFile> MendedFiles(const std::vector<Mend>& mends) {
                 edit.Replace(place, text);
             }
         }
+        MoveLines(edit, mends);
         files.push_back({path, edit.Bytes(), edit.Result(), edit.Diff(ToUtf8(DisplayPath(path)))});
     }
     return files;
@@ -152,10 +221,10 @@ std::vector<MendedFile> ProveMends(Startup& startup, const std::vector<LintRun::
     while (!mends.empty()) {
         std::vector<MendedFile> files = MendedFiles(mends);
         const auto replacements = Replaced(files);
-        const std::set<std::pair<int, int>> places = NewPlaces(startup, before);
-        if (places.empty()) return files;
+        const std::vector<LintRun::Placed> findings = NewFindings(startup, before);
+        if (findings.empty()) return files;
         const auto isBlamed = [&](const Mend& mend) {
-            return places.contains({mend.finding.source, mend.finding.line});
+            return std::ranges::any_of(findings, [&](const auto& finding) { return IsAbout(finding, mend); });
         };
         if (std::erase_if(mends, isBlamed) == 0) mends.pop_back();  // it shows on another line: whose, is not known
     }

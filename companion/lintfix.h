@@ -5,14 +5,16 @@
 
 #include "lint.h"
 
-// What lint mends by itself: names that can only have been meant to be another, and headers without their bracket.
+// What lint mends by itself: names that can only have been meant to be another, headers without their bracket and,
+// where that is asked for, keys in the wrong section.
 
 namespace veltrane::config {
 
 /// One change of a line.
 struct Mend {
     LintRun::Placed finding;
-    CString text;  ///< that takes the place of the name; of a header without its bracket the same name
+    CString text;  ///< that takes the place of the name; of a header without its bracket the same name; of a key in the
+                   ///< wrong section the section that its line goes to
 };
 
 /// A file and what it is to be.
@@ -25,6 +27,9 @@ struct MendedFile {
 
 /// The findings whose mending is certain.
 std::vector<Mend> CertainMends(const LintRun& run, const std::vector<LintRun::Placed>& findings);
+
+/// The keys whose section is certain, and does not have them yet. Their values may be in force afterwards.
+std::vector<Mend> MovesOfKeys(const LintRun& run, const std::vector<LintRun::Placed>& findings);
 
 /// The files of some mends, in memory.
 /// @throws Refusal  one cannot be read, or cannot hold a name

@@ -187,7 +187,8 @@ TEST_F(Lint, AnnotatesLinesForGithub) {
                    {"logfile=x", "data=" + Path("data")});
     };
     const std::string rest =
-        ",line=2,col=7,endColumn=12,title=C05::'\U0001F600%2525' is neither 'true' nor 'false'; quiet is taken as false\n"
+        ",line=2,col=7,endColumn=12,"
+        "title=C05::'\U0001F600%2525' is neither 'true' nor 'false'; quiet is taken as false\n"
         "::warning file=@,line=3,col=2,endColumn=6,title=C01::[USRE] is not a known section; did you mean [USER]?\n"
         "::notice title=C13::environment: the environment variable 'logfile' sets this option\n"
         "2 files, 1 registry: 0 errors, 2 warnings, 1 note\n";
@@ -220,6 +221,16 @@ TEST_F(Lint, MendsWhatIsCertainAndNothingElse) {
     std::ostringstream bytes;
     bytes << std::ifstream{Path("team.ini"), std::ios::binary}.rdbuf();
     EXPECT_EQ(bytes.str(), "[USER]\r\n quiet =\ttrue\r\nspool=a\r\nspol=b\r\n[ROOT]\r\nmetdata=x");
+}
+
+TEST_F(Lint, MovesKeysToTheirSectionsWhenForced) {
+    Write("registry.reg", "REGEDIT4\n");
+    const std::string stays = "load=a\ncreate-views=auto\nmap-file-1=m\n[ROOT]\nload=b\n; x\nquiet=yes";
+    Write("team.ini", "[USER]\n Logfile=x\nautodoc-title=T\n" + stays);
+    const ChildResult result = Ask({"lint", "--fix", "--force"}, {"-i", "team.ini"});
+    ExpectIn(result.output,
+             "team.ini:2: C03: Logfile -> [ROOT] (mended)\nteam.ini:3: C03: autodoc-title -> [AUTODOC] (mended)\n");
+    EXPECT_EQ(m_Folder.Read("team.ini"), "[USER]\n" + stays + "\n Logfile=x\n[AUTODOC]\nautodoc-title=T");
 }
 
 TEST_F(Lint, ExplainsTheCodesThatTheManualLists) {

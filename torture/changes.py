@@ -8,7 +8,6 @@ Needs strace; ends with 77 where that cannot be used."""
 import fcntl
 import os
 import pathlib
-import re
 import resource
 import shutil
 import stat
@@ -24,7 +23,6 @@ step = int(sys.argv[2]) if len(sys.argv) > 2 else 1
 OLD, NEW = b"[USER]\r\nspool=%name%.lst\n; end", b"[USER]\r\nspool=new.lst\n; end"
 CALLS = ["openat", "read", "pread64", "write", "newfstatat", "fstat", "ioctl", "flock", "close", "getcwd", "readlink", "fchmod",
          "fchown", "getdents64", "fgetxattr", "fsync", "rename", "faccessat", "faccessat2", "unlink", "umask", "rt_sigprocmask"]
-ERRORS = ["EIO", "ENOMEM", "EMFILE", "ENOSPC", "EACCES", "EINTR"]
 IS_ROOT = os.geteuid() == 0
 held = []
 # What the file is, how it is made so, how set is run, and what set says.
@@ -102,6 +100,11 @@ def run_overtaken(folder):
     return None if job.returncode == 2 and b"changed meanwhile" in told and is_kept else told
 
 
+def run_failing(folder, failing):
+    names = prepare(folder)
+    return fault_of(run(folder, failing), folder, names)
+
+
 def run_two(folder):
     """Both changes are there, or one says so."""
     jobs = [subprocess.Popen(command(folder, ["set", "--in", "user", *words]), cwd=folder, env=sample.environment(folder),
@@ -127,29 +130,14 @@ with tempfile.TemporaryDirectory() as top:
     os.chmod(top, 0o755)
     for what, *row in REFUSED:
         count(what, run_refused(f"{top}/refused{runs}", *row))
-    names = prepare(top + "/count")
+    prepare(top + "/count")
     whole = run(top + "/count", ["-e", "trace=" + ",".join(CALLS)])
-    if whole.returncode != 0 or pathlib.Path(top, "count/Team.ini").read_bytes() != NEW:
-        print("strace cannot be used here:", whole.stderr.decode()[:200])
-        sys.exit(1 if broken else 77)
-    counts, loader = {}, {}
-    for line in open(top + "/count/trace"):
-        name = re.match(r"(\w+)\(", line)
-        counts[name[1] if name else ""] = counts.get(name[1] if name else "", 0) + 1
-        if "libm.so" in line or "libc.so" in line or "libgcc" in line:
-            loader = dict(counts)
-    for call, calls in counts.items():
-        for number in range(loader.get(call, 0) + 1, calls + 1, step) if call else ():
-            for error in ERRORS:
-                folder = f"{top}/{runs:06}"
-                names = prepare(folder)
-                try:
-                    result = run(folder, ["-e", f"inject={call}:error={error}:when={number}"])
-                    fault = fault_of(result, folder, names)
-                except subprocess.TimeoutExpired:
-                    fault = "hangs"
-                count(f"{call} {number} {error}", fault)
-                subprocess.run(["rm", "-rf", folder])
+    if broken and whole.returncode != 0:
+        sys.exit(1)
+    for call, number in sample.traced_calls(whole, top + "/count/trace", step):
+        for error in sample.ERRORS:
+            failing = ["-e", f"inject={call}:error={error}:when={number}"]
+            count(f"{call} {number} {error}", sample.fault_in(f"{top}/{runs:06}", lambda folder: run_failing(folder, failing)))
     count("overtaken", run_overtaken(top + "/overtaken"))
     for number in range(20 // step + 1):
         folder = f"{top}/two{number}"

@@ -62,17 +62,14 @@ with tempfile.TemporaryDirectory() as top:
         for number in range(1, count + 1, step):
             for mode in [{}, {"TORTURE_FROM_THERE_ON": "1"}]:
                 runs += 1
-                folder = f"{top}/{runs:06}"
-                try:
-                    fault = fault_of(run(program, words, folder, TORTURE_FAIL_AT=str(number), **mode), whole, program, folder)
-                except subprocess.TimeoutExpired:
-                    fault = "hangs"
+                settings = {"TORTURE_FAIL_AT": str(number), **mode}
+                fault = sample.fault_in(f"{top}/{runs:06}", lambda folder: fault_of(
+                    run(program, words, folder, **settings), whole, program, folder))
                 if fault:
                     how = "from there on" if mode else "alone"
                     faults[title, how, fault] += 1
                     if faults[title, how, fault] <= 3:
                         print(f"{title}, allocation {number} {how}: {fault}")
-                subprocess.run(["rm", "-rf", folder])
         print(f"{title}: {count} allocations", flush=True)
 for (title, how, fault), times in faults.items():
     print(f"{times:6} of {title}, {how}: {fault}")

@@ -1,6 +1,11 @@
 """The sample run of the host that the scripts of this folder disturb, and what is wrong with the end of a run."""
 import os
+import re
+import shutil
+import subprocess
+import sys
 
+ERRORS = ["EIO", "ENOMEM", "EMFILE", "ENOSPC", "EACCES", "EINTR"]  # of calls of the system
 WORDS = ["-m", "{folder}/meta", "base", "--data", "{folder}/data", "-i", "team.ini", "--summary", "-l", "old.txt", "-l",
          "new.txt", "-d", "-c", "change.txt", "--logfile", "run.log"]
 FILES = {"meta/veltrane.ini": "[ROOT]\nlogfile=x.log\n[base]\ndictionary-name=d\nrole=r\nregistry=g\n"
@@ -35,6 +40,32 @@ def fault_of(result):
     if result.returncode != 0 and not text.strip():
         return "failed without a word"
     return None
+
+
+def fault_in(folder, run):
+    """What run(folder) finds wrong, in a folder that is removed afterwards."""
+    try:
+        return run(folder)
+    except subprocess.TimeoutExpired:
+        return "hangs"
+    finally:
+        shutil.rmtree(folder)
+
+
+def traced_calls(result, trace, step):
+    """Call and number of every step-th call that a run under strace made after the loader had made its own."""
+    if result.returncode != 0:
+        print("strace cannot be used here:", result.stderr.decode()[:200])
+        sys.exit(77)
+    calls, begin = [], {}
+    for line in open(trace):
+        name = re.match(r"(\w+)\(", line)
+        if name:
+            calls.append(name[1])
+        if "libm.so" in line or "libc.so" in line or "libgcc" in line:
+            begin = {call: calls.count(call) for call in calls}
+    return [(call, number) for call in dict.fromkeys(calls)
+            for number in range(begin.get(call, 0) + 1, calls.count(call) + 1, step)]
 
 
 def has_whole_log(folder):

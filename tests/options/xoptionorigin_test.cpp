@@ -89,9 +89,9 @@ TEST_F(Origins, AFamilyEndsWhereItsRetrievalEnds) {
 }
 
 TEST_F(Origins, FoldersAreAskedForInFilesWhereDataIsNothing) {
-    Complete("[ROOT]\nlogging=l\ndata=d\n");
+    Complete("[ROOT]\nlogging=l\ndata=d\n[AUTODOC]\nautodoc-title=t\n");
     User("[ROOT]\nlogging=m\ndata=e\n");
-    for (const char* data : {"%dictionary-root%", ""}) {
+    for (const char* data : {"%dictionary-root%", "%autodoc-title%", ""}) {
         const EnvironmentGuard variable{"data", data};
         Start({L"db", L"--ini", UserFile()});
         EXPECT_EQ(Candidates(L"logging"), L"user file:2 m | basic file:6 l") << data;

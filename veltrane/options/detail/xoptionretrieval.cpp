@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "veltrane/options/detail/optionregistry.h"
+#include "veltrane/options/detail/startupfolders.h"
 #include "veltrane/options/detail/xoptiongetter.h"
 
 namespace veltrane::detail {
@@ -139,13 +140,16 @@ void XOptionRetrieval::Expand(CString& value, const CString& section, XKeptOrigi
 bool XOptionRetrieval::GivesEarly(CString text) {
     struct Closed {  // closes both files during the question
         XOptionSources& sources;
+        bool& isEarly;
         std::unique_ptr<XConfiguration> userFile = std::move(sources.userFile);
         std::unique_ptr<XConfiguration> basicFile = std::move(sources.basicFile);
         ~Closed() {
+            isEarly = false;
             sources.userFile = std::move(userFile);
             sources.basicFile = std::move(basicFile);
         }
-    } closed{m_Sources};
+    } closed{m_Sources, m_bEarly};
+    m_bEarly = true;
     try {
         Expand(text, FindConfigSection(eSectionRoot)->szName, nullptr);
     } catch (const XException&) {
@@ -180,6 +184,7 @@ CString XOptionRetrieval::ItemValue(const CString& key, std::vector<OptionPlace>
     // item has no value.
     const bool isPlainText = !own || (own->IsString() && !own->IsValueOptional());
     if (!isPlainText && own->IsSingle() && !m_Items.Find(*own, -1)) return {};
+    if (m_bEarly && IsReadLater(key)) return {};
     CString value = OptionText(m_Items, key, -1);
     const XOptionDefinition* const definition = places ? KnownOption(key) : nullptr;
     const XOptionItem* const item = definition ? m_Items.Find(*definition, -1) : nullptr;
@@ -188,6 +193,15 @@ CString XOptionRetrieval::ItemValue(const CString& key, std::vector<OptionPlace>
     place.text = value;
     places->push_back(place);
     return value;
+}
+
+// Whether the item of an option was not there yet when start-up determined the folders. A mandatory one made that an
+// error, which counts as a value like the item's.
+bool XOptionRetrieval::IsReadLater(const CString& name) const {
+    const XOptionDefinition* const definition = FindOptionDefinition(name);
+    if (!definition || definition->IsMandatory() || IsStartupFolder(*definition)) return false;
+    const XOptionItem* const item = m_Items.Find(*definition, -1);
+    return item && IsSource(m_Origins.LastOf(*item).layer);
 }
 
 }  // namespace veltrane::detail

@@ -39,10 +39,12 @@ private:
     class Expansion;
     CString SourceValue(const CString& section, const CString& key, XKeptOrigin* kept);
     CString ItemValue(const CString& key, std::vector<OptionPlace>* places);
+    bool IsReadLater(const CString& name) const;
 
     XOptionItems& m_Items;
     XOptionSources& m_Sources;
     XOptionOrigins& m_Origins;
+    bool m_bEarly = false;  // the question is what start-up got while no file was open
 };
 
 }  // namespace veltrane::detail

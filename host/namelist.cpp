@@ -21,7 +21,7 @@ namespace {
 
 constexpr XSource Here{L".\\namelist"};
 
-// Rules and lists are compared in upper case, whatever the case they are written in.
+// Rules and lists are compared in upper case.
 constexpr bool KEEP_CASE = false;
 
 XFileException NotReadable(const CString& file) {
@@ -55,7 +55,7 @@ void AppendDifference(std::vector<CString>& lines, XSetString& names, XSetString
     for (int i = 0; i < only.Size(); ++i) lines.push_back(sign + only.GetConstRefAt(i));
 }
 
-/// A place in a name list, as errors tell it.
+/// A place in a name list, as errors show it.
 struct Line {
     const CString& file;
     int number;

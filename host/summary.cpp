@@ -19,7 +19,7 @@ CString LabelOf(const XOptionItem& item) {
 }
 
 // The table counts the tabulators after the bare name; an index must not move the column.
-CString TabulatorsBehind(const CString& label, const XOptionItem& item) {
+CString TabulatorsAfter(const CString& label, const XOptionItem& item) {
     CString name;
     item.GetOptionName(name);
     const int column = name.GetLength() / TABULATOR_WIDTH + item.GetNrTabulators();
@@ -32,7 +32,7 @@ CString OriginText(const OptionOrigin& origin) {
     return FormatText(L"%s %s:%d [%s]", LayerName(origin.layer), origin.file, origin.line, origin.section);
 }
 
-// Lone surrogates (bytes that were no UTF-8) are written as escapes too: JSON itself has to be valid UTF-8.
+// Lone surrogates (bytes that were not valid UTF-8) are written as escapes too: JSON must be valid UTF-8.
 CString JsonText(const CString& text) {
     CString json = L"\"";
     for (const wchar_t element : text.View()) {
@@ -58,7 +58,7 @@ CString JsonList(const XSetInt& list) {
     return json + L']';
 }
 
-// Without brackets: a line of the summary goes on with other fields.
+// Without brackets: a line of the summary continues with other fields.
 CString JsonSource(const OptionOrigin& origin) {
     CString json = FormatText(L"\"source\":\"%s\"", LayerName(origin.layer));
     if (origin.file.IsEmpty()) return json;
@@ -85,7 +85,7 @@ void PrintSummary(XOption& options) {
         const CString name = row->szLongName;
         for (const auto* item = options.GetFirstOptionItem(name); item; item = options.GetNextOptionItem(name)) {
             const CString label = LabelOf(*item);
-            PrintLine(label + TabulatorsBehind(label, *item) + Printable(item->GetOptionValue()) + L"\t(" +
+            PrintLine(label + TabulatorsAfter(label, *item) + Printable(item->GetOptionValue()) + L"\t(" +
                       OriginText(options.GetOptionOrigin(item)) + L")");
         }
     }

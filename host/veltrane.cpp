@@ -39,7 +39,7 @@ bool IsComparisonWanted(const Host& host) {
     return host.options.Has<"diff-dictionary">() || host.options.Has<"create-changefile">();
 }
 
-// The dictionaries of the command line, in its order. Only names that are compared are kept.
+// The dictionaries of the command line, in its order. Only the names to compare are kept.
 std::vector<NameList> LoadNameLists(Host& host, bool isQuiet) {
     std::vector<NameList> lists;
     const std::size_t kept = IsComparisonWanted(host) ? COMPARED : 0;
@@ -80,7 +80,7 @@ void Act(Host& host) {
     CompareLists(host, lists, isJson);
 }
 
-// In front of the static objects of the libraries.
+// Before the static objects of the libraries.
 [[gnu::used, gnu::section(".preinit_array")]] void (*const g_AtStart)() = [] { EndWhereMemoryIsShort(EXIT_FAILURE); };
 
 }  // namespace

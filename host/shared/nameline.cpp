@@ -13,7 +13,7 @@ namespace {
 
 constexpr int SHOWN = 64;  // elements of a line that is too long
 
-// Takes a word and the blanks after it off the front of a line.
+// Cuts a word and the blanks after it from the front of a line.
 bool CutWord(CString& line, const CString& word) {
     if (line.Left(word.GetLength()) != word || !IsWhiteSpace(line[word.GetLength()])) return false;
     line = line.Mid(word.GetLength()).TrimLeft();

@@ -16,7 +16,7 @@ struct NameLine {
     int version = 0;
 };
 
-/// The lines of a name list that say something: neither empty nor a comment that begins with ';'.
+/// The lines of a name list except empty ones and comments, which begin with ';'.
 class NameLines {
 public:
     static constexpr int LONGEST = 65'536;  ///< bytes of a line; far above any name
@@ -24,15 +24,15 @@ public:
     /// @param list  must outlive the reader
     explicit NameLines(std::istream& list);
 
-    /// Reads on to the next line. @return false at the end, and when reading fails: the stream is bad() then
+    /// Reads the next line. @return false at the end, and when reading fails: the stream is then bad()
     bool Next();
 
     int Number() const { return m_nNumber; }  ///< of the line, from 1
-    /// Without blanks at its ends, and without the mark that other systems put in front of UTF-8. Of a line that is too
-    /// long, its start.
+    /// Without blanks at its ends and without the mark that other systems put in front of UTF-8. Only the start of a
+    /// line that is too long.
     const CString& Text() const { return m_Text; }
     bool IsTooLong() const { return m_bTooLong; }
-    /// @return nothing for a line that is none of the three
+    /// @return nothing for any other line
     std::optional<NameLine> Line() const;
 
 private:

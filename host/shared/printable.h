@@ -6,12 +6,12 @@
 
 namespace veltrane::detail {
 
-/// Whether an element of text is a control character below the blank, whichever sign wide elements have.
+/// Whether an element of text is a control character below the blank, whether wide elements are signed or not.
 constexpr bool IsBelowBlank(wchar_t element) {
     return static_cast<std::uint32_t>(element) < 0x20;
 }
 
-/// The text on one line: what would end it, or move the cursor, is shown as its number.
+/// The text on one line: characters that would end it or move the cursor are shown as their numbers.
 CString Printable(const CString& text);
 
 }  // namespace veltrane::detail

@@ -5,8 +5,8 @@ namespace veltrane::detail {
 
 namespace {
 
-// A word is never evaluated: what stands on the line, and what a file holds, may be anything. So quotes and backslashes
-// are taken off the folder's word by hand, and names are quoted for the quotes that are open.
+// A word is never evaluated: the line and the names of files may hold anything. So the script removes quotes and
+// backslashes from the folder's word itself, and quotes names to match the open quotes.
 constexpr char BASH_SCRIPT[] = R"(# bash completion for @TOOL@, @MADE@
 
 _@FUNCTION@_databases() {

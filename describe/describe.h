@@ -2,19 +2,19 @@
 
 namespace veltrane {
 
-/// What the man page of a tool says of it beside its options.
+/// What the man page of a tool says about it, besides its options.
 struct DescribedTool {
     const char* program;  ///< "mytool"; the basic file is mytool.ini
     const char* title;    ///< in the head of the pages: "Mytool"
     const char* version;
     const char* summary;           ///< one line, without a full stop
-    const char* about = "";        ///< further paragraphs of the description, in troff; may be empty, as the next two
+    const char* about = "";        ///< further paragraphs of the description, in troff; may be empty, like the next two
     const char* environment = "";  ///< further entries of the section ENVIRONMENT
     const char* examples = "";     ///< the section EXAMPLES with its head
 };
 
-/// The main program of a generator: writes the man page, the page of the basic file or a shell completion, made from
-/// the option table with all rows that are registered.
+/// The main program of a generator: writes the man page, the page of the basic file or a shell completion, from the
+/// option table with all registered rows.
 /// @param argv  the document (man, ini, bash, zsh, fish) and the file to write
 /// @return exit code: 0 written, 1 not written, 2 wrong arguments
 /// @code

@@ -4,7 +4,7 @@
 
 namespace veltrane::detail {
 
-// Of a tool by the name of its program.
+// The documents of a tool, by the name of its program.
 
 std::string CommandPage(const std::string& tool);     ///< veltrane.1
 std::string IniPage(const std::string& tool);         ///< veltrane.ini.5

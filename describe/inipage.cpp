@@ -128,7 +128,7 @@ std::string Sections(const std::string& tool) {
     return text;
 }
 
-/// A key of several values that carry an index after it; empty where no option has several.
+/// A key of several values with an index after it; empty if no option has several.
 std::string FamilyKey() {
     std::string key;
     for (const OptionText& option : GetOptionTexts()) {
@@ -150,7 +150,7 @@ std::string Families() {
     return hasLists ? text + LISTS : text;
 }
 
-/// The options for folders, but that of the metadata: ".BR data ,", "and", ".B logging".
+/// The options for folders, except that of the metadata: ".BR data ,", "and", ".B logging".
 std::string FolderKeys() {
     std::vector<std::string> keys;
     for (const enumOption option : {eOptionData, eOptionChangefileRoot, eOptionLogging}) {

@@ -19,7 +19,7 @@ std::string OneLine(const CString& text) {
     return line;
 }
 
-/// What the left column of the help shows in angle brackets.
+/// The text that the left column of the help has in angle brackets.
 std::string Placeholder(const XOptionDefinition& row) {
     const std::string syntax = OneLine(row.szSyntax);
     const std::size_t first = syntax.find('<');
@@ -27,7 +27,7 @@ std::string Placeholder(const XOptionDefinition& row) {
 }
 
 ValueKind KindOfValue(const XOptionDefinition& row) {
-    const bool isEnding = row.eSection == eSectionNone && row.IsBoolean();  // help and version do not look at a value
+    const bool isEnding = row.eSection == eSectionNone && row.IsBoolean();  // help and version ignore a value
     if (row.eOption == eOptionName) return ValueKind::Database;
     if (row.IsBoolean()) return isEnding ? ValueKind::None : ValueKind::Flag;
     if (row.IsTrillian()) return ValueKind::TriState;

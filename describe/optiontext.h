@@ -22,7 +22,7 @@ struct OptionText {
     std::string description;  ///< may be empty
     ValueKind kind;
 
-    /// Whether the help has something to say on it.
+    /// Whether the help describes it.
     bool HasSyntax() const { return row->szSyntax[0] != 0; }
 };
 
@@ -48,7 +48,7 @@ std::string KindOf(const XOptionDefinition& row);
 std::vector<std::string> GetFixedSections();
 /// Name of a section as a reader sees it: "<database>\FILES\<n>"; empty for the unnamed one and for none.
 std::string SectionTitle(enumCfgSection section);
-/// The sections that options stand in, in the order of their values.
+/// The sections that options are in, in the order of their values.
 std::vector<enumCfgSection> GetOptionSections();
 
 }  // namespace veltrane::detail

@@ -8,9 +8,9 @@
 
 namespace veltrane::detail {
 
-/// One word of bash or zsh that stands for exactly this text.
+/// One word of bash or zsh that means exactly this text.
 std::string ShellQuoted(std::string_view text);
-/// One word of fish that stands for exactly this text.
+/// One word of fish that means exactly this text.
 std::string FishQuoted(std::string_view text);
 /// The same, quoted only where the shell needs it.
 std::string ShellWord(std::string_view text);
@@ -21,7 +21,7 @@ std::string FunctionName(std::string_view text);
 /// The short and long names of the options with a value of one of these kinds, with a separator between.
 std::string NamesOf(std::initializer_list<ValueKind> kinds, std::string_view separator);
 
-/// A program for GNU sed that prints the names of the databases in an INI file: its sections but those with a fixed
+/// A program for GNU sed that prints the names of the databases in an INI file: its sections except those with a fixed
 /// name and those of families.
 std::string DatabaseFilter();
 

@@ -7,7 +7,7 @@ namespace veltrane::detail {
 
 namespace {
 
-/// The escape of a character that troff would take for a command or print as another one.
+/// The escape of a character that troff would read as a command or print differently.
 std::string_view Escape(wchar_t c) {
     switch (c) {
         case L'\\':

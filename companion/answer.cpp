@@ -8,7 +8,7 @@ namespace veltrane::config {
 
 namespace {
 
-constexpr int WIDEST = 72;  // a longer text moves its own row alone
+constexpr int WIDEST = 72;  // a longer text moves only its own row
 constexpr int BETWEEN = 2;  // blanks between columns
 constexpr int NOTE_INDENT = 4;
 

@@ -15,14 +15,14 @@ namespace veltrane::config {
 
 class Startup;
 
-/// The same answer in both forms, for standard output, and whether there is something to look at.
+/// The answer in both forms, for standard output, and whether it has findings.
 struct Answer {
     Json document = Json::object();
     std::string text;
-    std::string errorText = {};  ///< for standard error, beside the text
+    std::string errorText = {};  ///< for standard error, in addition to the text
     bool hasFindings = false;
     bool tellsErrors = false;               ///< of start-up, among its findings
-    std::shared_ptr<Startup> startup = {};  ///< whose errors are told in place of those that the command met
+    std::shared_ptr<Startup> startup = {};  ///< whose errors are shown instead of those that the command met
 
     void AddLine(const CString& line) { text += ToUtf8(line) + '\n'; }
 };
@@ -30,18 +30,18 @@ struct Answer {
 /// The word of a severity in its colour on a terminal.
 std::string Coloured(const std::string& severity);
 
-/// Appends a remark on what is told above it.
+/// Appends a remark on the lines above it.
 void AddNote(Answer& answer, const CString& text);
 
 /// Texts of one line each in columns that are as wide as their widest text, two blanks between. The last text of a row
-/// may be wider than its column. Columns that would go past LINE_WIDTH begin a line of their own in every row, and
-/// texts break at their blanks.
+/// may be wider than its column. Columns that would go past LINE_WIDTH begin a new line in every row, and texts break
+/// at blanks.
 class Columns {
 public:
     void Add(std::vector<CString> row) { m_Rows.push_back(std::move(row)); }
     /// Appends the rows.
     /// @param indent   of each row
-    /// @param hanging  number of the column that lines of their own stand below
+    /// @param hanging  number of the column below which the new lines begin
     void Print(Answer& answer, int indent = 0, std::size_t hanging = 1) const;
     /// Appends the rows, each on one line whatever its length.
     void PrintUnbroken(Answer& answer) const;

@@ -21,7 +21,7 @@ const LintRow* FindLint(CString name) {
     return row == std::end(LINTS) ? nullptr : row;
 }
 
-// "5" and "C5" are no codes.
+// "5" and "C5" are not codes.
 CString NearestCode(CString name) {
     name.MakeUpper();
     CString padded = L"C0" + name.Right(1);

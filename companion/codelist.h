@@ -12,7 +12,7 @@ namespace veltrane::config {
 std::vector<std::string> SplitList(std::string list);
 
 /// @param name  in any case of letters
-/// @return null for one that is no code of lint
+/// @return null for a name that is not a code of lint
 const LintRow* FindLint(CString name);
 
 /// The code that may have been meant; empty when none is near.

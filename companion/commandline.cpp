@@ -4,7 +4,7 @@
 
 namespace {
 
-// In front of CLI11, whose headers bring static objects that need memory before main begins.
+// Before CLI11, whose headers define static objects that allocate before main begins.
 const struct MemoryGuard {
     MemoryGuard() { veltrane::EndWhereMemoryIsShort(2); }
 } g_MemoryGuard;
@@ -68,7 +68,7 @@ private:
     }
 };
 
-/// The parser, made from the table, and what it has parsed.
+/// The parser, built from the table, and its result.
 class CommandLine {
 public:
     CommandLine(const ConfigTool& tool, const std::string& name)
@@ -80,7 +80,7 @@ public:
         m_App.formatter(std::make_shared<HelpText>());
         m_App.allow_extras();
         m_App.fallthrough();
-        m_App.require_subcommand(0, 1);  // what follows the first is a word of it
+        m_App.require_subcommand(0, 1);  // everything after the first command is a word of it
         m_App.get_formatter()->column_width(24);
         for (const CommandRow& row : COMMANDS) AddCommand(row);
         AddSwitches(m_App, "");
@@ -127,7 +127,7 @@ private:
         }
     }
 
-    // A word that is none of a choice.
+    // A word that is not in the choice.
     static std::string RefuseOther(const SwitchRow& row, const std::string& word) {
         const std::vector<std::string> words = CLI::detail::split(row.value, '|');
         if (std::ranges::find(words, word) != words.end()) return {};
@@ -138,7 +138,7 @@ private:
         throw Refusal{text};
     }
 
-    // Services for code review know findings, no other answers.
+    // Services for code review accept only findings.
     void RefuseFormat() const {
         const std::string format = m_Request.Value("--format");
         const bool isOfLint = format == "github" || format == "sarif";
@@ -147,7 +147,7 @@ private:
             throw Refusal{FormatText(L"--format %s is for the findings of lint alone", FromUtf8(format))};
     }
 
-    // The first word that is no command and no option.
+    // The first word that is neither a command nor an option.
     void RefuseUnknown(bool hasArguments) const {
         const std::vector<std::string> unknown = m_App.remaining(/*recurse*/ true);
         if (unknown.empty()) return;
@@ -173,7 +173,7 @@ private:
 
     CLI::App m_App;
     Request m_Request;
-    std::deque<std::string> m_Values;  // where the parser puts what it checks
+    std::deque<std::string> m_Values;  // storage for what the parser checks
     std::vector<std::pair<std::string, CLI::Option*>> m_Options;
 };
 

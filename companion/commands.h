@@ -15,7 +15,7 @@ Answer Set(const Request& request, Startup& startup);
 Answer Unset(const Request& request, Startup& startup);
 Answer Freeze(const Request& request, Startup& startup);
 Answer Files(const Request& request, Startup& startup);
-/// @param commandLines  of the tool; with the documents that are asked for there have to be two
+/// @param commandLines  of the tool; together with the documents there must be two
 Answer Diff(const Request& request, const CString& tool, const std::vector<std::vector<CString>>& commandLines);
 Answer Errors(const Request& request);  ///< of a log, so without a start-up
 

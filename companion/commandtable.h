@@ -14,13 +14,13 @@ struct CommandRow {
     const char* words;  ///< what follows, as the help shows it
     WordKind kind;
     const char* summary;
-    const char* example;  ///< of a whole command line, without the name of the program
+    const char* example;  ///< a whole command line, without the name of the program
 };
 
 struct SwitchRow {
-    const char* command;  ///< that it belongs to; empty for all
+    const char* command;  ///< to which it belongs; empty for all
     const char* name;
-    const char* value;  ///< as the help shows it; empty for none. Words with bars between are the choice
+    const char* value;  ///< as the help shows it; empty for none. Words separated by bars are the choice
     WordKind kind;
     const char* summary;
 };

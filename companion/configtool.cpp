@@ -59,7 +59,7 @@ public:
     }
 
 private:
-    // Known before the command line is: its own faults are told in the form that is wanted.
+    // Known before the command line is parsed: errors in it are reported in the wanted form too.
     std::string Format() const {
         const std::string name = "--format";
         for (std::size_t i = 0; i < m_Own.size(); ++i) {
@@ -82,7 +82,7 @@ private:
         return Print(found->run(request, startup), &startup, IsColoured(request.Value("--color"), "2"));
     }
 
-    // Each after a "--" of its own.
+    // Each after its own "--".
     std::vector<std::vector<CString>> CommandLines() const {
         std::vector<std::vector<CString>> lines;
         if (m_HasArguments) lines.emplace_back();
@@ -96,7 +96,7 @@ private:
         return lines;
     }
 
-    // The client may have the server work in another folder than that of the path.
+    // The client may start the server in another folder than that of the path.
     int Serve(const std::filesystem::path& tool) const {
         FileInput input{FileInput::STANDARD_INPUT};
         return ServeEditor(
@@ -133,7 +133,7 @@ private:
         return document;
     }
 
-    // What is no UTF-8 comes as U+FFFD: JSON has no other form for it.
+    // Bytes that are not valid UTF-8 become U+FFFD: JSON has no other form for them.
     static void PrintDocument(const Json& document) {
         std::cout << document.dump(2, ' ', /*ensure_ascii*/ false, Json::error_handler_t::replace) << '\n';
     }

@@ -32,7 +32,7 @@ struct Difference {
     std::pair<bool, int> group = {};  // of rules: those of columns come last, and by version
 };
 
-/// Reads both sides; what is wrong with them goes into the answer.
+/// Reads both sides; their errors go into the answer.
 class Sides {
 public:
     Sides(Answer& answer, const Request& request, const CString& tool)
@@ -80,25 +80,25 @@ private:
     const CString& m_Tool;
 };
 
-// As a document has it: what is no UTF-8 came there as U+FFFD.
+// As a document has it: bytes that are not valid UTF-8 are U+FFFD there.
 std::string Documented(const CString& text) {
     return Json(ToUtf8(text)).dump(-1, ' ', /*ensure_ascii*/ false, Json::error_handler_t::replace);
 }
 
-// What the program itself brings along: its paths, its version and the time.
+// Facts of the program itself: its paths, its version and the time.
 bool IsOfHost(const CString& name, const Held& held) {
     const XOptionDefinition* const row = FindOptionDefinition(name);
     const bool isFact = row && row->eSection == eSectionNone && held.layer == LayerName(OptionLayer::Host);
     return isFact || (row && row->eOption == eOptionMetadata && held.layer == LayerName(OptionLayer::StartUp));
 }
 
-// What only says where the sources stand.
+// Options that only say where the sources are.
 bool IsOfSources(const CString& name) {
     const XOptionDefinition* const row = FindOptionDefinition(name);
     return row && (row->eOption == eOptionMetadata || row->eOption == eOptionIni || row->eOption == eOptionConfig);
 }
 
-/// The rules of one side that keep their order on the other: the longest series of positions that ascends.
+/// The rules of one side that keep their order on the other: the longest ascending series of positions.
 std::set<std::size_t> LongestAscent(const std::vector<std::size_t>& positions) {
     std::vector<std::size_t> last;  // of a series of each length, the one that ends lowest
     std::vector<std::size_t> before(positions.size());
@@ -179,8 +179,8 @@ private:
 
     static auto KeyOf(const Rule& rule) { return std::tuple(!rule.isTable, rule.version, rule.oldText); }
 
-    // A rule is that of the other side that replaces the same text in the same version; when there are several, in
-    // turn.
+    // A rule's partner on the other side replaces the same text in the same version; if there are several, they are
+    // paired in turn.
     std::vector<const Rule*> Partners() const {
         std::map<decltype(KeyOf(Rule{})), std::vector<const Rule*>> rest;
         const std::vector<Rule>& others = m_Right.machine.rules;

@@ -14,7 +14,7 @@
 
 namespace veltrane::config {
 
-using namespace detail;  // of the generators of all tools
+using namespace detail;  // shared by the generators of all tools
 
 namespace {
 
@@ -113,7 +113,7 @@ std::vector<std::string> OptionNames() {
     return names;
 }
 
-// The options of a command; without one those of all.
+// The options of a command; without a command those of all.
 std::vector<std::string> SwitchNames(std::string_view command) {
     std::vector<std::string> names{"--help"};
     if (command.empty()) names.emplace_back("--version");
@@ -166,7 +166,7 @@ std::string ManPage() {
     return Replaced(Replaced(page, "@LINTS@", lints), "@EXITS@", exits);
 }
 
-/// How a shell offers words, and files.
+/// How a shell offers words and files.
 struct ShellWords {
     std::string_view before;
     std::string_view after;

@@ -5,7 +5,7 @@
 
 namespace veltrane::config {
 
-/// An error as the store tells it: reasons from the outermost on, message, remarks, locations.
+/// An error of the store: reasons from the outermost on, message, remarks, locations.
 Json ErrorJson(int number, const CString& location, const CString& message);
 Json ErrorJson(const XException& error);
 

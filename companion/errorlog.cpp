@@ -23,7 +23,7 @@ struct Block {
     CString message = {};
     CString code = {};
 
-    /// The field that a line begins, its title taken off; null for one that goes on.
+    /// The field that a line begins, its title removed from the line; null for a continuation.
     CString* CutTitle(CString& text) {
         const struct {
             const wchar_t* title;
@@ -51,7 +51,7 @@ std::ifstream Open(const CString& file) {
     return log;
 }
 
-// A block that has no end, as that of a process that was killed, counts as far as it goes.
+// A block without an end, such as that of a killed process, counts as far as it goes.
 std::vector<Block> ReadBlocks(std::istream& log) {
     std::vector<Block> blocks;
     CString* field = nullptr;

@@ -31,14 +31,14 @@ CString TitleOf(const OptionStep& step) {
     }
 }
 
-/// The places of one section that were asked one after the other, and have nothing.
+/// The places of one section that were asked in turn and have nothing.
 struct Misses {
     CString section;
     CString layers;
     OptionLayer last;
 };
 
-// The files are asked from the weakest layer on: one that is not stronger than the one before begins a new section.
+// The files are asked from the weakest layer on: a layer that is not stronger than the one before begins a new section.
 std::vector<Misses> CollectMisses(const std::vector<OptionPlace>& places, const StartupFiles& files) {
     std::vector<Misses> all;
     bool isAnswered = false;
@@ -55,7 +55,7 @@ std::vector<Misses> CollectMisses(const std::vector<OptionPlace>& places, const 
     return all;
 }
 
-// Those of the places that cannot answer, each file once.
+// The places that cannot answer, each file once.
 std::vector<CString> UnreadablePlaces(const std::vector<OptionPlace>& places, const StartupFiles& files) {
     std::vector<CString> texts;
     for (const OptionPlace& place : places) {
@@ -102,7 +102,7 @@ Json StepJson(const OptionStep& step) {
     return json;
 }
 
-// A reference asks the configuration first, whatever was typed for the option of its name.
+// A reference asks the configuration first, even if the option of its name was typed.
 CString RemarkOf(XOption& options, const OptionStep& step) {
     if (step.kind != OptionStep::Kind::Reference || step.places.empty()) return {};
     const XOptionDefinition* const row = step.reference.IsEmpty() ? nullptr : FindOptionDefinition(step.reference);
@@ -116,7 +116,7 @@ CString RemarkOf(XOption& options, const OptionStep& step) {
                       Printable(item->GetOptionValue()));
 }
 
-/// An explanation, with what the store does not know of it.
+/// An explanation, with what the store does not know about it.
 struct Explained : OptionExplanation {
     const XOptionDefinition* row = nullptr;
     int index = -1;

@@ -44,7 +44,7 @@ void DescribeFile(const OptionLocation& location, CString& state, Json& json) {
     json["section_list_length"] = file.sectionListLength;
 }
 
-// A folder that only start-up itself has named is created when it is missing.
+// A missing folder is created if only start-up itself has named it.
 CString FolderState(XOption& options, const OptionLocation& location) {
     if (location.exists) return L"there";
     if (location.path.IsEmpty()) return L"not named";
@@ -61,7 +61,7 @@ CString OriginText(XOption& options, const CString& option) {
     return place.IsEmpty() ? CString{LayerName(origin.layer)} : place;
 }
 
-// "D:\Out = /srv/out/Out" where both differ.
+// "D:\Out = /srv/out/Out" if they differ.
 CString PathText(const OptionLocation& location) {
     if (location.path.IsEmpty()) return L"-";
     if (location.spelled.IsEmpty()) return location.path + L" (no such drive)";

@@ -1,4 +1,4 @@
-// One basic file that alone brings the values of this start-up.
+// One basic file that gives the values of this start-up on its own.
 #include <algorithm>
 
 #include "askedoption.h"
@@ -18,8 +18,8 @@ namespace veltrane::config {
 
 namespace {
 
-/// The sections that are written, each with its lines, in the order in which they came. A database may share the
-/// section of a name that differs in case.
+/// The sections to write, each with its lines, in the order of their first use. The section of a database and one whose
+/// name differs from it only in case are one.
 class File {
 public:
     void Add(const CString& section, const CString& key, const CString& value) {
@@ -93,7 +93,7 @@ private:
         m_File.Add(section, key + FormatText(L"-%d", index), value);
     }
 
-    // Of a family with an index that is given twice; the tool stops before it has any of its values.
+    // Of a family with an index that is given twice: the tool stops before it has any of its values.
     void AddLost(const XOptionDefinition& row) {
         for (const auto& [index, places] : m_Files.LostFamily(row)) {
             if (places.size() == 1) {
@@ -108,7 +108,7 @@ private:
         }
     }
 
-    // The tool brings it along, or finds the file by it.
+    // The tool has it without a file, or finds the file by it.
     static bool IsOfTool(const XOptionDefinition& row, const OptionOrigin& origin) {
         return (row.eSection == eSectionNone && origin.layer == OptionLayer::Host) ||
                (row.eOption == eOptionMetadata && origin.layer == OptionLayer::StartUp);
@@ -123,7 +123,7 @@ private:
         return ReasonAgainstValue(value);
     }
 
-    // What names the places of the sources themselves, and the folders that are asked for in no file now.
+    // Options that name the places of the sources, and folders that are looked up in no file now.
     bool IsTooLate(const XOptionDefinition& row) {
         return row.eOption != eOptionData && m_Options.ComesTooLate(row.szLongName);
     }

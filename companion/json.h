@@ -4,7 +4,7 @@
 
 namespace veltrane::config {
 
-/// Only declared: what makes some includes answer.h.
+/// Only declared; sources that create JSON include answer.h.
 using Json = nlohmann::ordered_json;
 
 }  // namespace veltrane::config

@@ -12,11 +12,11 @@ namespace veltrane::config {
 
 namespace {
 
-constexpr std::size_t LARGEST_DOCUMENT = std::size_t{16} << 20;  // bytes; that of a sample takes 1/400
-constexpr int DEEPEST = 16;                                      // nesting; answers have half of that
+constexpr std::size_t LARGEST_DOCUMENT = std::size_t{16} << 20;  // bytes; the sample's takes 1/400
+constexpr int DEEPEST = 16;                                      // levels; answers have half of that
 constexpr int MOST_MEMBERS = 64;  // of an object, whose names are searched one by one; answers have a dozen
 
-/// Takes a document apart that may hold anything.
+/// Reads a document, which may hold anything.
 class MachineReader {
 public:
     MachineReader(const Json& document, const CString& name) : m_Document(document), m_Name(name) {}
@@ -129,7 +129,7 @@ std::string ReadBytes(const std::string& file, const CString& name) {
     return bytes;
 }
 
-/// Ends the reading of what no answer looks like, before it costs memory or time.
+/// Stops reading a text that cannot be an answer, before it costs memory or time.
 class ShapeGuard {
 public:
     explicit ShapeGuard(const CString& name) : m_Name(name) {}

@@ -3,7 +3,7 @@
 
 namespace {
 
-// In front of the static objects of the libraries.
+// Before the static objects of the libraries.
 [[gnu::used, gnu::section(".preinit_array")]] void (*const g_AtStart)() = [] { veltrane::EndWhereMemoryIsShort(2); };
 
 }  // namespace

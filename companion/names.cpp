@@ -1,4 +1,4 @@
-// What the naming rules make of names, version by version, and the rules themselves.
+// How the naming rules change names, version by version, and the rules themselves.
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
@@ -20,7 +20,7 @@ namespace veltrane::config {
 
 namespace {
 
-// As the tool takes names: in upper case.
+// As the tool reads names: in upper case.
 constexpr bool KEEP_CASE = false;
 
 struct Name {
@@ -84,10 +84,10 @@ private:
 
     void ReadInput() {
         Read(std::cin, L"standard input");
-        if (std::ferror(stdin) != 0) throw Refusal{L"standard input cannot be read"};  // std::cin takes it for the end
+        if (std::ferror(stdin) != 0) throw Refusal{L"standard input cannot be read"};  // std::cin treats it as the end
     }
 
-    // The version of a list counts unless one was asked for.
+    // The version of a list counts unless versions were asked for.
     void Read(std::istream& lines, const CString& file) {
         for (NameLines reader{lines}; reader.Next();) {
             const auto refuse = [&](const CString& what) {
@@ -104,7 +104,7 @@ private:
 
     const std::vector<OptionRule>& RulesOf(bool isTable) const { return isTable ? m_Tables : m_Columns; }
 
-    // Of all rules in force; without any rule names only change to upper case.
+    // The versions of all rules in force; without rules names only change to upper case.
     std::vector<int> AllVersions() const {
         std::set<int> versions;
         for (const bool isTable : {true, false}) {
@@ -141,7 +141,7 @@ private:
         m_bHasFaults = true;
     }
 
-    // Two names that differ, and no longer do after their renaming.
+    // Two different names that become the same.
     void FindCollisions() {
         for (std::size_t i = 0; i < m_Versions.size(); ++i) {
             std::map<std::pair<bool, CString>, const Name*> first;
@@ -185,7 +185,7 @@ private:
         columns.Print(answer);
     }
 
-    // Only those that the versions asked for could bring.
+    // Only rules that the wanted versions include.
     void AddIdleRules(Answer& answer) {
         answer.document["never_fired"] = Json::array();
         const int last = *std::ranges::max_element(m_Versions);
@@ -211,7 +211,7 @@ private:
     bool m_bHasFaults = false;
 };
 
-// In the order of their application, those that the user file hides at the end.
+// In the order of their application; those that the user file hides come last.
 Answer ListRules(XOption& options) {
     Answer answer;
     answer.document["rules"] = Json::array();

@@ -4,7 +4,7 @@
 
 namespace veltrane::config {
 
-/// A name in the form in which names are compared that differ in case.
+/// A name in the form in which names are compared without regard to case.
 inline CString Folded(CString name) {
     return name.MakeLower();
 }

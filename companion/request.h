@@ -7,15 +7,15 @@
 #include "veltrane/platform/text/cstring.h"
 #include "veltrane/platform/text/encoding.h"
 
-// What a command is asked.
+// The question for a command.
 
 namespace veltrane::config {
 
-/// What was asked for after the name of the command.
+/// A command with its options and words.
 struct Request {
     std::string program;  ///< its name
     std::string version;
-    std::string command;                         ///< may be empty where a document is asked for
+    std::string command;                         ///< may be empty when a document is wanted
     std::map<std::string, std::string> options;  ///< by name with its hyphens; "" for one without a value
     std::vector<std::string> words;
     bool isColoured = false;  ///< whether standard output is a terminal that shows colours
@@ -28,12 +28,12 @@ struct Request {
     }
 };
 
-/// The question itself is at fault, or what it asks for cannot be read. The text is one line.
+/// The question is wrong, or what it asks for cannot be read. The text is one line.
 struct Refusal {
     CString text;
 };
 
-/// Ends a refusal when words of the tool may stand among those of this program.
+/// End of a refusal when words of the tool may be among those of this program.
 inline constexpr wchar_t FORGOTTEN_HYPHENS[] = L"; did you forget '--' before the tool's own command line?";
 
 }  // namespace veltrane::config

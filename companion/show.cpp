@@ -12,12 +12,12 @@ namespace veltrane::config {
 
 namespace {
 
-/// One value of an option, or the lack of one, with all that is known of it.
+/// One value of an option, or the lack of one, with all that is known about it.
 struct Shown {
     enum class State {
-        Stored,      // as the store has it, or has none
-        GivenTwice,  // the index is: the tool stops
-        Unread,      // another index of its family is: the store has none of them
+        Stored,      // by the store, which may have none
+        GivenTwice,  // the index is given twice: the tool stops
+        Unread,      // another index of its family is given twice: the store has none of them
     };
     const XOptionDefinition* row;
     int index;
@@ -28,9 +28,9 @@ struct Shown {
 
     bool HasWinner() const { return (item || state == State::Unread) && !found.candidates.empty(); }
     const OptionOrigin* Winner() const { return HasWinner() ? &found.candidates[0] : nullptr; }
-    /// A mandatory option that start-up asks for and nobody has.
+    /// A mandatory option that start-up asks for and no source has.
     bool IsMissing() const { return !item && row->IsMandatory() && row->eSection != eSectionNone; }
-    /// Whether there is something to tell of it without being asked for.
+    /// Whether it is shown without being asked for.
     bool IsSet() const { return item || IsMissing() || state != State::Stored; }
 };
 
@@ -47,7 +47,7 @@ CString ListText(const XSetInt& list) {
     return text;
 }
 
-// What the program makes of the text of a flag or a list; empty for all else.
+// How the program reads the text of a flag or a list; empty for any other option.
 CString MeaningOf(const XOptionItem& item) {
     if (item.IsBoolean()) return g_BooleanStrings[item.GetOptionBoolean() ? 1 : 0];
     if (item.IsTrillian()) return g_TrillianStrings[item.GetOptionTrillian()];
@@ -130,7 +130,7 @@ void AddDetails(Answer& answer, Shown& shown, const StartupFiles& files) {
     for (const CString& note : shown.notes) AddNote(answer, note);
 }
 
-// The value as far as it is known: the references of one that the store has not read are not replaced.
+// The value as far as it is known: if the store has not read it, its references are not replaced.
 Json ValueJson(const Shown& shown) {
     if (shown.item) return ToUtf8(shown.item->GetOptionValue());
     const bool isPlain = shown.state == Shown::State::Unread && shown.Winner()->text.Find(L'%') < 0;
@@ -190,7 +190,7 @@ private:
         }
     }
 
-    /// Those that have something, and one for each other source that is asked; the strongest first.
+    /// The places that have something, and one for each other source that is asked; the strongest first.
     std::vector<OptionPlace> AllPlaces(const XOptionDefinition& row, int index, const std::vector<OptionPlace>& found) {
         std::vector<OptionPlace> all{found.rbegin(), found.rend()};
         for (const OptionPlace& asked : m_Options.GetOptionCandidates(row.szLongName, index).places) {
@@ -213,7 +213,7 @@ private:
     std::vector<Shown> m_All;
 };
 
-// Naming rules count only as far as they were typed.
+// Naming rules count only if they were typed.
 std::vector<Shown> CollectTable(Collection collection, bool withUnset, const CString& layer) {
     for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
         if (row->eOption != eOptionTitle) collection.Add(*row, {});
@@ -248,7 +248,7 @@ CString LayerOf(const Request& request) {
     throw Refusal{L"--only must be " + names};
 }
 
-// With them one document is a whole machine.
+// With the rules one document describes a whole machine.
 void AddRules(Answer& answer, const XOption& options) {
     answer.document["rules"] = Json::array();
     for (const OptionRule& rule : AllRules(options)) answer.document["rules"].push_back(RuleJson(rule));

@@ -47,7 +47,7 @@ Startup::Startup(const CString& program, const std::vector<CString>& arguments, 
     AddHintsOnce();
 }
 
-// Reading tells the first of its errors; each option that has failed tells its own again.
+// Reading reports only its first error; asking each option again reports them all.
 void Startup::RetrieveEach() {
     const XException first = errors.back();
     errors.pop_back();
@@ -58,7 +58,7 @@ void Startup::RetrieveEach() {
     if (errors.size() == count) errors.push_back(first);
 }
 
-// An error that ends with the text of one before it is that one again, met by another option.
+// An error that ends with the text of an earlier one is the same error, met by another option.
 void Startup::AddHintsOnce() {
     std::vector<CString> told;
     std::erase_if(errors, [&](const XException& error) {
@@ -106,7 +106,7 @@ void Startup::RefuseFinalArguments() const {
     }
 }
 
-/// @return whether the step was taken without an error
+/// @return whether the step ran without an error
 template <class Step>
 bool Startup::Attempt(Step step) try {
     step();

@@ -8,17 +8,17 @@
 
 namespace veltrane::config {
 
-using namespace detail;  // what is shared with the sample host
+using namespace detail;  // shared with the sample host
 
 /// The tool as it would start now: its store after a start-up that only looks, and every error on the way.
 class Startup {
 public:
-    /// @param tool       path of the program; it need not be started
+    /// @param tool       path of the program, which is not started
     /// @param arguments  its command line, without the program
-    /// @throws Refusal  there is no such program; an argument ends it at once
+    /// @throws Refusal  there is no such program, or an argument would end it at once
     Startup(const CString& tool, const std::vector<CString>& arguments, const CString& version);
 
-    /// The errors as lines for people, a hint that several share told once.
+    /// The errors as lines for people; a hint that several share appears once.
     std::vector<CString> ErrorTexts() const;
 
     XOption options;

@@ -22,7 +22,7 @@ namespace {
 constexpr const wchar_t* READINGS[] = {L"read",         L"missing",       L"is a folder", L"is not a regular file",
                                        L"is too large", L"cannot be read"};
 
-// Text of configurations begins with a sign of ASCII, of which UTF-16 makes two bytes with one NUL.
+// A configuration begins with ASCII characters, which UTF-16 stores as two bytes, one of them NUL.
 bool IsUnmarkedUtf16(const CString& path) {
     std::string bytes(4, ' ');
     if (const std::optional<std::string_view> given = SourceReplacement::Find(path)) {
@@ -191,7 +191,8 @@ void StartupFiles::AddValues(Family& family, const StartupSource& source, const 
     }
 }
 
-// A section with an index that has a value already counts by its header; its own value then takes the place of that.
+// For an index that has a value already, a further section counts by its header, until its own value replaces that
+// place.
 void StartupFiles::AddNumbered(Family& family, const SourceLine& line, OptionPlace place, int index) {
     const auto known = family.find(index);
     if (line.kind == SourceLine::Kind::Section) {

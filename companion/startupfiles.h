@@ -30,16 +30,16 @@ struct KnownLines {
 /// Those of a start-up, the weakest first.
 std::vector<StartupSource> ReadSources(const XOption& options, const KnownLines& known = {});
 
-/// Whether a source is there and cannot be read. /dev/null is an empty file.
+/// Whether a source exists and cannot be read. /dev/null is an empty file.
 bool IsUnreadable(const CString& path, const SourceFileLines& view);
 
-/// What stands where the value of a place would, when its file cannot be read.
+/// The text in place of a value whose file cannot be read.
 CString UnreadableText(const CString& file, const CString& fault);
 
 /// What is wrong with a value that LostFamily has found, by its places.
 CString LossNote(const std::vector<OptionPlace>& places);
 
-/// Basic file, user file and registry of a start-up with all their lines, whatever the store could make of them.
+/// Basic file, user file and registry of a start-up with all their lines, even those that the store could not use.
 class StartupFiles {
 public:
     explicit StartupFiles(Startup& startup);
@@ -48,14 +48,15 @@ public:
     CString FaultOf(OptionLayer layer) const;
     /// A line for each file that cannot be read.
     std::vector<CString> FaultTexts() const;
-    /// Makes each file that cannot be read a finding, and tells it in the document, and beside a text that does not.
+    /// Makes each file that cannot be read a finding, and adds it to the document and, if the text does not mention it,
+    /// to standard error.
     void AddFaults(Answer& answer) const;
     /// What may have been meant when no file has the section of an option; empty when one has, or nothing is near.
     CString SectionHint(const XOptionDefinition& row) const;
 
     using Family = std::map<int, std::vector<OptionPlace>>;
     /// The values of an option that an index given twice has kept out of the store, each index with its places; none
-    /// for any other option. A section that has the index again and not the key is a place without a text.
+    /// for any other option. A section that has the index again but not the key is a place without a text.
     Family LostFamily(const XOptionDefinition& row) const;
 
 private:

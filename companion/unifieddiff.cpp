@@ -49,7 +49,7 @@ private:
                m_Before[m_nBefore + skipped] == m_After[m_nAfter + added];
     }
 
-    // Up to the next line of both texts that leaves out the fewest.
+    // Adds the lines before the next common one that skips the fewest lines.
     void AddChange() {
         const std::size_t left = m_Before.size() - m_nBefore;
         const std::size_t right = m_After.size() - m_nAfter;

@@ -17,7 +17,7 @@ using namespace detail;
 
 namespace {
 
-constexpr std::wstring_view FILE_BLANKS = L" \t\v\f\x1A";  // that the readers take off both ends
+constexpr std::wstring_view FILE_BLANKS = L" \t\v\f\x1A";  // that the readers remove from both ends
 
 void AppendUnit(std::string& bytes, char32_t unit, SourceEncoding encoding) {
     const char high = static_cast<char>(unit >> 8 & 0xFF);
@@ -37,7 +37,7 @@ std::string InUtf16(const CString& text, SourceEncoding encoding) {
     return bytes;
 }
 
-// A character that has no byte becomes a '?', which does not read as the character.
+// A character without a byte becomes '?', which is not read as that character.
 std::string InWindows1252(const CString& text) {
     std::string bytes;
     for (const wchar_t element : text.View()) {
@@ -64,7 +64,7 @@ const SourceLine& FileEdit::LastEntry(const SourceLine& header) const {
     return *last;
 }
 
-// Old files without a mark keep their one byte for a character.
+// Old files without a mark keep one byte for each character.
 std::string FileEdit::Encoded(const CString& text) const {
     using enum SourceEncoding;
     const bool isWindows1252 = m_View.encoding == Utf8 && m_View.hasWindows1252;
@@ -83,7 +83,7 @@ void FileEdit::SetValue(const SourceLine& entry, const CString& value) {
     Replace(entry.valuePlace, entry.isQuoted ? value : QuotedValue(value));
 }
 
-// Of a line end nearby: that of the line itself, of the one before it or of the next one that has any.
+// The line end nearby: that of the line itself, of the one before it or of the next one that has one.
 std::string FileEdit::EndNear(int number) const {
     const auto& lines = m_View.lines;
     const auto at = std::max(number - 1, 0);
@@ -119,7 +119,7 @@ std::vector<EditPiece> FileEdit::Pieces() const {
     const auto byStart = [](const EditPiece& piece) { return piece.place.start; };
     std::ranges::stable_sort(pieces, {}, byStart);
     if (pieces.empty() || !EndsWithoutEnd()) return pieces;
-    // A last line that goes takes the end before it along, which the lines before it may have taken already.
+    // Removing the last line also removes the end before it, unless the lines before it are removed too.
     auto line = m_View.lines.rbegin();
     for (auto piece = pieces.rbegin(); piece != pieces.rend() && line != m_View.lines.rend(); ++piece, ++line) {
         const bool isGone = piece->bytes.empty() && piece->place.start == line->place.start &&

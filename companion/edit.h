@@ -6,11 +6,11 @@
 
 #include "veltrane/platform/sources/sourcelines.h"
 
-// Changes of the text of an INI file, line by line. Every byte that is not changed stays.
+// Changes of the text of an INI file, line by line. All other bytes stay.
 
 namespace veltrane::config {
 
-/// Bytes of a file that others take the place of.
+/// Bytes of a file and their replacement.
 struct EditPiece {
     SourceRange place;
     std::string bytes;  ///< in the encoding of the file
@@ -20,7 +20,7 @@ struct EditPiece {
 /// the file as it was.
 class FileEdit {
 public:
-    /// @param path  that the readers know the file by; it need not exist
+    /// @param path  by which the readers know the file; it may not exist
     FileEdit(const CString& path, std::string bytes);
 
     const CString& Path() const { return m_Path; }
@@ -33,16 +33,16 @@ public:
     /// The last entry of a section; its header when it has none.
     const SourceLine& LastEntry(const SourceLine& header) const;
 
-    // Each throws a Refusal, with nothing changed, for a text that the file cannot hold so that it is read again.
+    // Each throws a Refusal, with nothing changed, for a text that could not be read back from the file.
 
-    /// Puts a text in the place of another within a line, such as a key or the name of a section.
+    /// Replaces a text within a line, such as a key or the name of a section.
     void Replace(const SourceRange& place, const CString& text);
-    /// Gives an entry another value, in quotes where the readers would take something off it.
+    /// Gives an entry another value, in quotes if the readers would otherwise remove a part of it.
     void SetValue(const SourceLine& entry, const CString& value);
-    /// Puts lines after the one of a number, with an end like those of their neighbours; after 0 in front of all. Where
-    /// the file has no end at its end, it has none afterwards.
+    /// Puts lines after the one of a number, with an end like those of their neighbours; after 0 in front of all. A
+    /// file without an end at its last line stays without one.
     void InsertAfter(int number, const std::vector<CString>& lines);
-    /// Takes a line away with its end; where the file has no end at its end, it has none afterwards.
+    /// Removes a line with its end; a file without an end at its last line stays without one.
     void Remove(const SourceLine& line);
 
     bool IsChanged() const { return !m_Pieces.empty(); }
@@ -69,10 +69,10 @@ private:
     std::vector<EditPiece> m_Pieces;
 };
 
-/// A value as an entry of a file holds it: in quotes where the readers would take blanks or quotes off it.
+/// A value as an entry of a file holds it: in quotes if the readers would otherwise remove blanks or quotes.
 CString QuotedValue(const CString& value);
 
-/// Why no entry can hold a value so that it is read again; null when one can.
+/// Why a value could not be read back from an entry; null when it can.
 const wchar_t* ReasonAgainstValue(const CString& value);
 /// @throws Refusal  no entry can hold the value
 void RequireValue(const CString& value);

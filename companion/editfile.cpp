@@ -22,7 +22,7 @@ namespace veltrane::config {
 
 namespace {
 
-constexpr std::size_t LARGEST = std::size_t{256} << 20;  // that the readers take
+constexpr std::size_t LARGEST = std::size_t{256} << 20;  // largest that the readers read
 
 template <class Call>
 auto Retried(Call&& call) {
@@ -40,7 +40,7 @@ auto Retried(Call&& call) {
     Refuse(path, FormatText(L"%s (%s)", reason, FromUtf8(std::system_category().message(error))));
 }
 
-// The folder of a drive is nobody's to leave; the readers stop there.
+// ".." must not leave the folder of a drive; the readers stop there.
 bool ClimbsBelowDrive(const CString& path) {
     if (path[1] != L':') return false;
     CString parts = L"/" + path.Mid(2) + L"/";
@@ -48,13 +48,13 @@ bool ClimbsBelowDrive(const CString& path) {
     return parts.Find(L"/../") >= 0;
 }
 
-/// A name of the system without links; empty for one that leads nowhere.
+/// A name of the system without links; empty when there is no such file.
 std::string Resolved(const std::string& name) {
     const std::unique_ptr<char, decltype(&free)> full{realpath(name.c_str(), nullptr), free};
     return full ? full.get() : "";
 }
 
-/// The file that a path leads to. Of a missing one the folder is looked up.
+/// The file that a path leads to. For a missing file its folder is resolved.
 /// @throws Refusal
 std::string FullName(const CString& path) {
     if (ClimbsBelowDrive(path)) Refuse(path, L"its path climbs with '..' below a drive");
@@ -115,7 +115,7 @@ private:
     sigset_t m_Before;
 };
 
-/// The access list of a file, beside its rights.
+/// The access list of a file, in addition to its rights.
 struct AccessList {
     static constexpr char NAME[] = "system.posix_acl_access";
     char bytes[XATTR_SIZE_MAX];
@@ -124,8 +124,8 @@ struct AccessList {
     explicit AccessList(int file) noexcept : size(fgetxattr(file, NAME, bytes, sizeof bytes)) {}
 };
 
-/// A new file beside another; it removes itself unless it takes that one's name. Nothing here asks for memory: where
-/// that is short, the program ends at once.
+/// A new file beside another; it removes itself unless it takes that one's name. Nothing here allocates: the program
+/// ends at once when memory is short.
 class NewFile {
 public:
     /// @param name  to be, ending in "XXXXXX"

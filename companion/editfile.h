@@ -7,7 +7,7 @@
 
 #include "veltrane/platform/text/cstring.h"
 
-// A file that is changed on the disk: as a whole or not at all.
+// A file that is changed on the disk, either completely or not at all.
 
 namespace veltrane::config {
 
@@ -25,10 +25,10 @@ private:
     int m_Handle;
 };
 
-/// A configuration file as it was read, to be written anew. A link is followed to its file.
+/// A configuration file as it was read, for writing it again. A link is followed to its file.
 class EditFile {
 public:
-    /// Reads a file; one that does not exist is empty, and is made when it is written.
+    /// Reads a file; one that does not exist is empty and is created when it is written.
     /// @throws Refusal  it is not a regular file of one name and at most 256 MiB that can be read; ".." below a drive
     explicit EditFile(const CString& path);
 
@@ -36,10 +36,10 @@ public:
     const std::string& Bytes() const { return m_Bytes; }
     bool Exists() const { return m_File.Handle() >= 0; }
 
-    /// Puts other bytes in the place of those that were read: a new file of the same owner, rights and access list
-    /// takes the name over when it is whole on the disk.
-    /// @throws Refusal  the file has changed since it was read, or another process changes it; no right, no room. Then
-    ///                  the file is as it was, and nothing is left beside it.
+    /// Replaces the bytes that were read: a new file with the same owner, rights and access list takes the name once it
+    /// is completely on the disk.
+    /// @throws Refusal  the file has changed since it was read, or another process changes it; no right, no room. The
+    /// file is then as before, and nothing is left beside it.
     void Write(std::string_view bytes);
 
 private:

@@ -34,7 +34,7 @@ bool IsEntryOf(const OptionKey& key, const SourceLine& line) {
     return XConfiguration::IsFamilyKey(line.key, key.key, index) && index == key.index;
 }
 
-/// Where the values of a family stand in a file; as far as an index that is given twice, which lint tells.
+/// The places of a family's values in a file, up to an index that is given twice, which lint reports.
 std::vector<IndexedPlace> PlacesIn(const CString& path, const OptionKey& key) {
     const SourceSnapshot snapshot;
     XMapInt2CString values;
@@ -63,7 +63,7 @@ const SourceLine* FindSection(const FileEdit& edit, const OptionKey& key) {
     return found == lines.end() ? nullptr : &*found;
 }
 
-// With blanks around its '=', unless the neighbour has none.
+// With blanks around '=', unless the neighbour has none.
 CString NewEntry(const FileEdit& edit, const OptionKey& key, const CString& value, const SourceLine* neighbour) {
     CString between = L" = ";
     if (neighbour && neighbour->kind == Kind::Entry && !neighbour->isQuoted) {
@@ -75,7 +75,7 @@ CString NewEntry(const FileEdit& edit, const OptionKey& key, const CString& valu
     return key.key + (isNumbered ? CString{FormatText(L"-%d", *key.index)} : CString{}) + between + QuotedValue(value);
 }
 
-/// The answers of a file but those for the key of one line.
+/// The answers of a file except those for the key of one line.
 std::vector<std::tuple<CString, CString, CString>> OtherAnswers(const SourceFileLines& view, const SourceLine& line) {
     std::vector<std::tuple<CString, CString, CString>> answers;
     for (const SourceLine& each : view.lines) {

@@ -9,7 +9,7 @@
 
 namespace veltrane::config {
 
-/// What a file is asked for.
+/// The value that a file is asked for.
 struct OptionKey {
     CString section;                   ///< full name; "%d" stands for the index of a family whose sections carry it
     CString key;                       ///< name of the option
@@ -27,15 +27,15 @@ const SourceLine* FindAnswer(const FileEdit& edit, const OptionKey& key);
 /// @throws Refusal  no line of the file can hold the text
 int SetOption(FileEdit& edit, const OptionKey& key, const CString& value);
 
-/// Takes the line that answers away, or each of its key in the sections of the name. @return the lines, as they were
+/// Removes the line that answers, or all lines of its key in the sections of that name. @return the lines, as they were
 std::vector<SourceLine> UnsetOption(FileEdit& edit, const OptionKey& key, bool withAll);
 
-/// Reads the changed file with the library's own readers: the value asked for is there, and every other section, key
-/// and index answers as before.
+/// Reads the changed file with the library's own readers: the wanted value is there, and every other section, key and
+/// index answers as before.
 /// @param after  the file with the changes made
 /// @param value  nothing for one that is removed
 /// @param line   that was changed, or is new
-/// @throws Refusal  something else has changed, or the value is not read again
+/// @throws Refusal  something else has changed, or the value is not read back
 void ProveChange(const FileEdit& edit, const FileEdit& after, const OptionKey& key, const std::optional<CString>& value,
                  const SourceLine& line);
 

@@ -21,7 +21,7 @@ namespace veltrane::config {
 
 namespace {
 
-constexpr int TEXT_INDENT = 4;  // of what follows the first line
+constexpr int TEXT_INDENT = 4;  // of lines after the first
 
 /// @throws Refusal  there is no such code
 const LintRow& AskedLint(const std::string& word) {
@@ -50,10 +50,10 @@ private:
     std::set<const LintRow*> m_Excluded;
 };
 
-/// The sources that findings are wanted of: all of them, or those that are named.
+/// The sources whose findings are wanted: all, or the named ones.
 class FileFilter {
 public:
-    /// @throws Refusal  a file is missing, or no source
+    /// @throws Refusal  a file is missing, or is not a source
     FileFilter(const LintRun& run, const std::vector<std::string>& files) : m_HasAll(files.empty()) {
         for (const std::string& file : files) {
             std::error_code failure;
@@ -120,7 +120,7 @@ void AddSummary(Answer& answer, const LintRun& run, const FileFilter& wanted, co
                    Counted(counts[2], "note") + '\n';
 }
 
-// In the form that is asked for; text and JSON are made at once.
+// In the form that is asked for; text and JSON are made together.
 void AddFindings(Answer& answer, const LintRun& run, const std::vector<LintRun::Placed>& findings,
                  const Request& request) {
     const std::string format = request.Value("--format");
@@ -157,14 +157,14 @@ Answer Explain(const std::string& list) {
     return answer;
 }
 
-// Whether a finding tells that a source cannot be read.
+// Whether a finding says that a source cannot be read.
 bool IsOfUnreadable(const LintRun& run, const LintRun::Placed& finding) {
     if (finding.code != LintCode::C19 || !finding.isInFile) return false;
     const LintSource& source = run.sources[static_cast<std::size_t>(finding.source)];
     return IsUnreadable(source.path, source.view);
 }
 
-/// The findings that are wanted of all.
+/// The wanted ones among all findings.
 std::vector<LintRun::Placed> Wanted(const Request& request, const FileFilter& files, std::vector<LintRun::Placed> all) {
     const CodeFilter codes{request.Value("--code")};
     std::erase_if(
@@ -208,7 +208,7 @@ void WriteMended(const MendedFile& mended) {
     file.Write(mended.result);
 }
 
-// Mends what is certain, and reports what is left.
+// Mends what is certain and reports the rest.
 Answer Fix(const Request& request, Startup& startup, const LintRun& run, const std::vector<LintRun::Placed>& all) {
     const std::vector<LintRun::Placed> wanted = Wanted(request, FileFilter{run, request.words}, all);
     std::vector<Mend> mends = CertainMends(run, wanted);

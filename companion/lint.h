@@ -17,7 +17,7 @@ struct Finding {
     CString text;
     CString suggestion = {};  ///< that may have been meant; the text does not name it
     Severity severity = RowOf(code).severity;
-    LinePart part = RowOf(code).part;  ///< of an entry; the report sets that of any other line
+    LinePart part = RowOf(code).part;  ///< of an entry; Report sets that of any other line
 };
 
 using LintSource = StartupSource;
@@ -26,7 +26,7 @@ using LintSource = StartupSource;
 struct SectionUse {
     enumCfgSection section = eSectionNone;
     bool isKnown = false;
-    bool isOfOtherDatabase = false;  ///< than the one that is worked on
+    bool isOfOtherDatabase = false;  ///< not of the database in use
     CString form = {};               ///< its full name, with "%d" for an index
     std::optional<int> index = {};
 };
@@ -43,10 +43,10 @@ struct RegistryKey {
     enumCfgSection section;
 };
 
-/// One entry of an INI file whose findings alone are wanted.
+/// One entry of an INI file, when only its findings are wanted.
 struct AskedLine {
     OptionLayer layer;
-    const SourceFileLines& view;   ///< that was read already
+    const SourceFileLines& view;   ///< read already
     const SourceLine& line;        ///< of the view
     const XOptionDefinition& row;  ///< the option that it gives a value
 };
@@ -54,10 +54,10 @@ struct AskedLine {
 /// Everything that the checks look at and report to.
 class LintRun {
 public:
-    /// @param asked  has to outlive the run; with errors of start-up, which may be about any line, all are looked at
+    /// @param asked  must outlive the run; with errors of start-up, which may be about any line, all lines are checked
     explicit LintRun(Startup& started, const AskedLine* asked = nullptr);
 
-    /// The one entry that is looked at; null when all lines are. What is found about others is no answer then.
+    /// The one entry that is checked, and whose findings alone count; null for all lines.
     const AskedLine* Asked() const { return m_Asked; }
     bool IsLookedAt(OptionLayer layer, int line) const {
         return !m_Asked || (m_Asked->layer == layer && m_Asked->line.number == line);
@@ -76,14 +76,14 @@ public:
     const RegistryKey* FindRegistryKey(const CString& path) const;
 
     bool IsOtherDatabase(const CString& section) const;
-    /// The other database of a section that has the form of one of a family; empty for all else.
+    /// The other database of a section that has the form of one of a family; empty for any other section.
     CString DatabaseOfFamily(const CString& section) const;
-    /// Whether a section of another database may be meant to be that of this one: nearly its name, which no other
-    /// source knows, in a source that has no section of this one.
+    /// Whether a section of another database may be a misspelt one of this database: nearly the same name, which no
+    /// other source has, in a source without a section of this one.
     bool IsNearOwnDatabase(const LintSource& source, const CString& section) const;
     bool HasDatabase() const { return !m_Database.IsEmpty(); }
     /// The database that was probably meant, when the one that the command line or the environment names has no section
-    /// anywhere; empty else.
+    /// anywhere; otherwise empty.
     const CString& MeantDatabase() const { return m_MeantDatabase; }
 
     /// Names that a section, or a key in a section, may have been meant to be, the likeliest first.
@@ -99,7 +99,7 @@ public:
     /// @param place  of a source, of the environment, or a word of the command line
     void Report(const OptionOrigin& place, Finding finding);
     struct Placed : Finding {
-        int source;    ///< place among the sources; one more for the environment, two for the command line
+        int source;    ///< position among the sources; after them the environment, then the command line
         CString file;  ///< or the name of the environment or the command line
         bool isInFile;
         int line;
@@ -163,15 +163,15 @@ std::vector<CString> ReferencesOf(const CString& value);
 
 /// What is wrong with the text of a value for the kind of its option; nothing while it has references.
 std::vector<Finding> CheckText(const CString& key, const CString& value, const XOptionDefinition& row);
-/// What of the text of a value looks like more than text: a comment or a quote.
+/// What in the text of a value looks like a comment or a quote.
 std::optional<Finding> CheckSigns(const CString& value, bool isQuoted);
-/// Whether it has a percent sign that begins no reference, or one without a name.
+/// Finds a percent sign that does not begin a reference, or a reference without a name.
 std::optional<Finding> CheckPercent(const CString& value);
 
 /// "team.ini:4", to be named in a text.
 CString ShortPlace(const SourcePlace& place);
 
-/// Runs the checks. @return what they find, by source, line and code, each told once
+/// Runs the checks. @return their findings, by source, line and code, each once
 std::vector<LintRun::Placed> FindAll(LintRun& run);
 
 // The checks.
@@ -180,7 +180,7 @@ void LintLines(LintRun& run);
 void LintRegistry(LintRun& run);
 void LintRules(LintRun& run);
 void LintValues(LintRun& run);
-void LintErrors(LintRun& run);       ///< after those: it looks at what they have found
+void LintErrors(LintRun& run);       ///< after those: uses their findings
 void LintUnused(LintRun& run);       ///< after the errors
 void SilenceFindings(LintRun& run);  ///< after all of them
 

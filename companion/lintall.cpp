@@ -6,7 +6,7 @@ namespace veltrane::config {
 
 namespace {
 
-// A line that stops the tool is not told to be a second one, too.
+// A line that stops the tool is not also reported as a second one.
 std::vector<LintRun::Placed> WithoutSecondLines(const std::vector<LintRun::Placed>& all) {
     std::set<std::pair<int, int>> stopping;
     for (const LintRun::Placed& finding : all) {

@@ -4,8 +4,8 @@
 #include <iterator>
 #include <string_view>
 
-// What lint can find. Its report, its switch --code, its explanations, the man page and the manual are made from these
-// rows, or compared with them.
+// What lint can find. Its report, --code, --explain and the man page use these rows, and the tests compare the manual
+// with them.
 
 namespace veltrane::config {
 
@@ -13,7 +13,7 @@ enum class Severity { Error, Warning, Note };
 
 inline constexpr const char* SEVERITIES[] = {"error", "warning", "note"};
 
-/// What of a line a finding is about.
+/// The part of a line that a finding is about.
 enum class LinePart { Line, Section, Key, Value };
 
 inline constexpr const char* LINE_PARTS[] = {"line", "section", "key", "value"};
@@ -25,8 +25,8 @@ enum class LintCode { C01, C02, C03, C04, C05, C06, C07, C08, C09, C10, C11, C12
 
 struct LintRow {
     const char* name;
-    Severity severity;        ///< of its findings, unless one is less certain or weighs less
-    LinePart part;            ///< of an entry that its findings are about, unless one says another
+    Severity severity;        ///< of its findings, unless one is less certain or less serious
+    LinePart part;            ///< the part of an entry that its findings are about, unless one sets another
     const char* title;        ///< in lower case, without a full stop
     const char* explanation;  ///< what it means, an example, why, and what to write instead; sentences of one paragraph
 };
@@ -124,7 +124,7 @@ inline constexpr LintRow LINTS[] = {
      "silence is a note. Correct the code, move the comment to the line above the finding, or remove it."},
 };
 
-/// Whether each row stands at the place of its code.
+/// Whether each row is at the position of its code.
 consteval bool AreLintsInOrder() {
     for (std::size_t i = 0; i < std::size(LINTS); ++i) {
         const std::string_view name = LINTS[i].name;

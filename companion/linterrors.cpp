@@ -19,7 +19,7 @@ CString WithoutStop(const Json& text) {
     return Printable(FromUtf8(text.get<std::string>()).TrimRight(L"!"));
 }
 
-// The message that an error began with, and what it says of the folder or file there; hints of the command line apart.
+// The message that an error began with and its remarks on the folder or file, without hints for the command line.
 CString MessageOf(const XException& error) {
     const Json json = ErrorJson(error);
     const Json& remarks = json["remarks"];
@@ -47,7 +47,7 @@ public:
             if (!subject.reference.IsEmpty()) {
                 LintReference(error, subject);
             } else if (subject.index >= 0 && !subject.places.empty()) {
-                continue;  // told with both places
+                continue;  // reported with both places
             } else if (!subject.places.empty()) {
                 LintMissing(subject, isFound ? OptionOrigin{*found} : LikelyPlace(subject));
             } else {
@@ -63,14 +63,14 @@ private:
         return m_Run.startup.options.GetOptionOrigin(FindItem<"name">(m_Run.startup.options));
     }
 
-    // The word is at fault, not the sections of the files.
+    // The word is wrong, not the sections of the files.
     void LintDatabase() {
         const CString name = m_Run.startup.options.GetSectionName(eSectionDatabase);
         m_Run.Report(DatabasePlace(),
                      {C01, FormatText(L"no source has a section of the database '%s'", name), m_Meant});
     }
 
-    // What start-up could not use stands where the option was given.
+    // The value that start-up could not use is where the option was given.
     void LintOther(const XException& error, const ErrorSubject& subject) {
         OptionOrigin place = CommandLine();
         if (!subject.option.IsEmpty() && subject.argument.IsEmpty()) {
@@ -86,7 +86,7 @@ private:
     void LintReference(const XException& error, const ErrorSubject& subject) {
         const XOptionDefinition* const row = FindOptionDefinition(subject.reference);
         const bool isMissing = row && row->IsMandatory() && row->IsSingle();
-        if (isMissing) return;  // told as missing
+        if (isMissing) return;  // reported as missing
         const CString name = Printable(subject.reference);
         const CString text = row && !row->IsSingle()
                                  ? FormatText(L"%%%s%% names an option with several values; the tool stops", name)
@@ -109,13 +109,13 @@ private:
     }
 
     void LintMissing(const ErrorSubject& subject, const OptionOrigin& place) {
-        if (m_Run.sources.front().view.reading == SourceReading::Missing) return;  // the cause is told
+        if (m_Run.sources.front().view.reading == SourceReading::Missing) return;  // the cause is reported
         const CString section = m_Run.startup.options.GetSectionName(FindOptionDefinition(subject.option)->eSection);
         m_Run.Report(place, {C07, FormatText(L"the mandatory option '%s' of [%s] has no value; the tool stops",
                                              subject.option, section)});
     }
 
-    // The line that may have been meant: a key or a section of nearly that name, else the header of the section.
+    // The line that was probably meant: a key or a section of nearly that name, else the header of the section.
     OptionOrigin LikelyPlace(const ErrorSubject& subject) const {
         if (!m_Meant.IsEmpty()) return DatabasePlace();
         const CString section = m_Run.startup.options.GetSectionName(FindOptionDefinition(subject.option)->eSection);

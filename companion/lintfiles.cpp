@@ -26,7 +26,7 @@ const wchar_t* FaultOf(SourceReading reading) {
     }
 }
 
-// The first one in byte order is read, which need not be the one that is meant.
+// The first one in byte order is read, which may not be the intended one.
 CString OtherSpelling(const std::filesystem::path& file) {
     const std::filesystem::path path = std::filesystem::absolute(file);
     const CString name = FromUtf8(path.filename().native());
@@ -38,7 +38,7 @@ CString OtherSpelling(const std::filesystem::path& file) {
     return {};
 }
 
-// The default registry need not be there; a missing user file is an error of start-up, which tells its place.
+// The default registry may be missing; a missing user file is an error of start-up, which names its place.
 void LintMissing(LintRun& run, const LintSource& source) {
     CString named;
     const bool isNamed = GetEnvironmentText(named, L"VORNAK_REGISTRY") && !named.IsEmpty();

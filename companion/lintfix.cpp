@@ -66,7 +66,7 @@ bool IsCertainKey(const LintRun& run, const LintRun::Placed& finding) {
     });
 }
 
-// The name that a line should have; empty where that is not certain.
+// The name that a line should have; empty when that is not certain.
 CString NameFor(const LintRun& run, const LintRun::Placed& finding) {
     const bool isIni = finding.isInFile && SourceOf(run, finding).layer != OptionLayer::Registry;
     if (!isIni || finding.line <= 0) return {};
@@ -111,7 +111,7 @@ void MoveLines(FileEdit& edit, const std::vector<Mend>& mends) {
     for (const auto& [name, lines] : made) edit.InsertAfter(static_cast<int>(edit.View().lines.size()), lines);
 }
 
-// What a finding says wherever it stands: a move gives the lines after it other numbers, which texts name, too.
+// What a finding says without its place: a move renumbers the lines after it, and texts contain line numbers too.
 auto KeyOf(const LintRun::Placed& finding) {
     std::wstring text{finding.text.View()};
     std::erase_if(text, [](wchar_t element) { return element >= L'0' && element <= L'9'; });
@@ -226,7 +226,8 @@ std::vector<MendedFile> ProveMends(Startup& startup, const std::vector<LintRun::
         const auto isBlamed = [&](const Mend& mend) {
             return std::ranges::any_of(findings, [&](const auto& finding) { return IsAbout(finding, mend); });
         };
-        if (std::erase_if(mends, isBlamed) == 0) mends.pop_back();  // it shows on another line: whose, is not known
+        if (std::erase_if(mends, isBlamed) == 0)
+            mends.pop_back();  // it appears on another line: the mend that causes it is not known
     }
     return {};
 }

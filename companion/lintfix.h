@@ -5,8 +5,8 @@
 
 #include "lint.h"
 
-// What lint mends by itself: names that can only have been meant to be another, headers without their bracket and,
-// where that is asked for, keys in the wrong section.
+// What lint mends itself: names that can only be misspelt, headers without their bracket and, if asked for, keys in the
+// wrong section.
 
 namespace veltrane::config {
 
@@ -17,7 +17,7 @@ struct Mend {
                    ///< wrong section the section that its line goes to
 };
 
-/// A file and what it is to be.
+/// A file and its new content.
 struct MendedFile {
     CString path;
     std::string bytes;  ///< as read
@@ -25,22 +25,22 @@ struct MendedFile {
     std::string diff;
 };
 
-/// The findings whose mending is certain.
+/// The findings that can be mended with certainty.
 std::vector<Mend> CertainMends(const LintRun& run, const std::vector<LintRun::Placed>& findings);
 
-/// The keys whose section is certain, and does not have them yet. Their values may be in force afterwards.
+/// The keys whose right section is certain and does not have them yet. Their values may come into force.
 std::vector<Mend> MovesOfKeys(const LintRun& run, const std::vector<LintRun::Placed>& findings);
 
 /// The files of some mends, in memory.
 /// @throws Refusal  one cannot be read, or cannot hold a name
 std::vector<MendedFile> MendedFiles(const std::vector<Mend>& mends);
 
-/// Takes out what would bring a finding that was not there before, and makes the files of the rest.
+/// Removes the mends that would cause a new finding, and makes the files of the rest.
 /// @param before  all findings of the configuration
 std::vector<MendedFile> ProveMends(Startup& startup, const std::vector<LintRun::Placed>& before,
                                    std::vector<Mend>& mends);
 
-/// The tool as it starts with other bytes in its files, which have to stand in their place while it is asked.
+/// The tool as it starts with other bytes in its files, whose replacements must live while it is asked.
 Startup Restarted(Startup& startup);
 
 }  // namespace veltrane::config

@@ -59,7 +59,7 @@ std::optional<TextRange> MarkedPiece(const LintRun& run, const LintRun::Placed& 
     return RangeOf({&source, &line}, finding.part, {ColumnUnit::Utf16, /*text*/ nullptr});
 }
 
-/// The files of findings as seen from a folder.
+/// The files of findings, relative to a folder.
 class FindingPaths {
 public:
     explicit FindingPaths(const std::string& root) {
@@ -79,7 +79,7 @@ public:
     }
 
 private:
-    // The file itself may be a link to one elsewhere.
+    // The file itself may be a link to a file elsewhere.
     fs::path FromRoot(const fs::path& file) const {
         std::error_code failure;
         const fs::path whole = fs::weakly_canonical(file.parent_path(), failure) / file.filename();

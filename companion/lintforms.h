@@ -11,10 +11,10 @@
 
 namespace veltrane::config {
 
-/// What a finding says: its text, and what may have been meant.
+/// What a finding says: its text and its suggestion.
 CString TextOf(const LintRun::Placed& finding);
 
-/// Appends one workflow command of GitHub a finding.
+/// Appends one workflow command of GitHub for each finding.
 /// @throws Refusal  the folder of --root is missing
 void AddGithub(Answer& answer, const LintRun& run, const std::vector<LintRun::Placed>& findings,
                const Request& request);

@@ -16,9 +16,10 @@ using Kind = SourceLine::Kind;
 using Reason = SourceLine::Reason;
 using enum LintCode;
 
-constexpr int LONGEST_LIST = XConfiguration::MAX_LIST + 1;  // that is not cut, the end of its last name included
+constexpr int LONGEST_LIST =
+    XConfiguration::MAX_LIST + 1;  // longest that is not cut, including the end of its last name
 
-// What other formats begin a comment with; in naming rules '#' can begin the name of a table.
+// The start of a comment in other formats; in naming rules '#' can begin the name of a table.
 bool IsForeignComment(const CString& text, bool isRule) {
     const bool isHash = text.Left(1) == L"#";
     return isRule ? text.Left(2) == L"# " : isHash || text.Left(2) == L"//";
@@ -28,11 +29,11 @@ bool IsInQuotes(const CString& key) {
     return key.Left(1) == L"\"" || key.Left(1) == L"'";
 }
 
-/// The option that a key stands for in whichever section, and the key as it is written there.
+/// The option that a key means in any section, and its right spelling there.
 struct MeantKey {
     const XOptionDefinition* row = nullptr;  // null for none
     std::optional<int> index = {};
-    CString key = {};  // empty when it is written right
+    CString key = {};  // empty when the spelling is right
 };
 
 MeantKey FindFamily(const XOptionDefinition& row, const CString& key) {
@@ -60,7 +61,7 @@ MeantKey FindAnywhere(const CString& key) {
     return isOption ? MeantKey{row, {}, row->szLongName} : MeantKey{};
 }
 
-// A key in capitals is none, and need not be looked for.
+// A key in capitals is not an option and is not searched.
 MeantKey FindInSmallLetters(const CString& key) {
     return key == Folded(key) ? FindAnywhere(key) : MeantKey{};
 }
@@ -189,7 +190,7 @@ private:
                       Bracketed(m_Run.SectionFor(m_Source, *meant.row, meant.index)), Severity::Note});
     }
 
-    // Any text can be a rule; one that is spelled like an option need not be meant as one.
+    // Any text can be a rule, even one that is spelled like an option.
     void LintRule(const SourceLine& line) {
         Report(line, CheckSigns(line.value, line.isQuoted));
         if (IsForeignComment(line.key, /*isRule*/ true)) {

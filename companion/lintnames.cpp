@@ -1,4 +1,4 @@
-// Names of sections, keys and databases that a misspelt one may have been meant to be.
+// The names of sections, keys and databases that were probably meant by misspelt ones.
 #include <algorithm>
 
 #include "libraryoption.h"
@@ -13,7 +13,7 @@ namespace {
 
 using Kind = SourceLine::Kind;
 
-constexpr int SHORTEST_NAME = 4;  // of which a misspelt one can be told
+constexpr int SHORTEST_NAME = 4;  // shortest whose misspelling can be recognised
 
 bool IsBelow(const CString& section, const CString& parent) {
     return section.Left(parent.GetLength() + 1) == parent + L"\\";
@@ -35,8 +35,8 @@ bool IsNeighbour(const CString& left, const CString& right) {
     return WithoutDigits(left).CompareNoCase(WithoutDigits(right)) == 0;
 }
 
-// A section that is none of the known ones is one of another database when it holds a key of a database, or when it has
-// the form of a family and its database is not nearly this one.
+// An unknown section is one of another database if it holds a key of a database, or if it has the form of a family and
+// its database's name is not near this one.
 void LintRun::AddDatabases() {
     for (const LintSource& source : sources) {
         if (source.layer == OptionLayer::Registry) {

@@ -64,7 +64,7 @@ private:
         m_Run.Report(m_Source, line, {C15, text, suggestion});
     }
 
-    // The values below a key that is none go with it.
+    // The values below an invalid key are reported with it.
     void LintReason(const SourceLine& line) {
         if (line.reason == Reason::OtherRoot) return LintRoot(line);
         const bool isOfLostKey = line.reason == Reason::NoCurrentKey && m_IsLost;
@@ -75,7 +75,7 @@ private:
         if (line.reason == Reason::MalformedKey) m_IsLost = true;
     }
 
-    // Another root is not ours to judge; one that no registry has, with a key of the tool, is a slip.
+    // Other roots are not checked; one that no registry has, with a key of the tool, is a slip.
     void LintRoot(const SourceLine& line) {
         m_IsLost = true;
         const int end = std::max(line.section.Find(L'\\'), 0);
@@ -125,7 +125,7 @@ private:
         for (const RegistryKey& key : m_Run.RegistryKeys()) paths.push_back(key.path);
         return Nearest(path, paths);
     }
-    // What the file has as well is not what another path was meant to be.
+    // A key that the file has is not a suggestion for another path.
     bool IsInFile(const CString& path) const { return m_Paths.contains(Folded(path)); }
 
     void LintEntry(const SourceLine& line) {
@@ -163,7 +163,7 @@ private:
                       .part = LinePart::Value});
     }
 
-    // The store tells what the empty value keeps from being asked.
+    // The store tells which sources the empty value hides.
     void LintEmpty(const SourceLine& line, const XOptionDefinition& row) {
         for (const OptionPlace& place : m_Run.startup.options.GetOptionCandidates(row.szLongName, -1).places) {
             if (!place.found || !IsFile(place.layer)) continue;
@@ -183,7 +183,7 @@ private:
         return type == REG_SZ || type == REG_EXPAND_SZ;
     }
 
-    // What other programs keep in the file is not ours to judge.
+    // Keys of other programs in the file are not checked.
     void LintForeign() {
         if (m_nForeign == 0) return;
         m_Run.Report(m_Source, SourceLine{},
@@ -197,7 +197,7 @@ private:
     const LintSource& m_Source;
     std::set<CString> m_Paths;  // of the keys in the file, folded
     int m_nForeign = 0;
-    bool m_IsLost = false;  // the values that follow belong to a key that is none
+    bool m_IsLost = false;  // the values that follow belong to an invalid key
     CString m_Opened;
     HKEY m_hKey = nullptr;
 };
@@ -205,7 +205,7 @@ private:
 }  // namespace
 
 void LintRegistry(LintRun& run) {
-    const SourceSnapshot snapshot;  // the file is not read anew for each key
+    const SourceSnapshot snapshot;  // the file is read once for all keys
     for (const LintSource& source : run.sources) {
         if (source.layer == OptionLayer::Registry) RegistryLint{run, source}.Walk();
     }

@@ -25,7 +25,7 @@ std::pair<CString, CString> FoldedTexts(const CString& first, const CString& sec
     return {Folded(first), Folded(second)};
 }
 
-// A rule is undone by a later one that goes its way back.
+// A rule is undone by a later one that reverses it.
 void LintUndone(LintRun& run, const std::vector<OptionRule>& rules) {
     std::map<std::pair<CString, CString>, const OptionRule*> last;
     for (const OptionRule& rule : rules) {

@@ -10,7 +10,7 @@ namespace veltrane::config {
 
 namespace {
 
-// What a finding is about on a line that need not be an entry.
+// The part that a finding is about on a line that may not be an entry.
 LinePart PartOn(const SourceLine& line, LinePart part) {
     const bool isWhole = line.number == 0 || part == LinePart::Line;
     if (!isWhole && line.kind == SourceLine::Kind::Section) return LinePart::Section;
@@ -59,7 +59,7 @@ void LintRun::AddRegistryKeys() {
     }
 }
 
-// What words of the command line and the environment refer to is looked up in [ROOT].
+// References in words of the command line and in the environment are looked up in [ROOT].
 void LintRun::AddReferences() {
     const auto add = [this](const CString& section, const CString& value) {
         for (const CString& name : ReferencesOf(value)) m_References[Folded(name)].insert(Folded(section));

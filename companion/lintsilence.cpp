@@ -56,7 +56,7 @@ private:
         bool isUsed = false;
     };
 
-    // Several of these comments may stand above a line.
+    // Several of these comments may be above a line.
     void Look(const LintSource& source, const SourceLine& line) {
         const std::optional<CString> list = ListOf(line);
         if (!list) return AddPending(source, line.number);

@@ -1,4 +1,5 @@
-// Checks of the text of a value: the words of flags, the numbers of lists, and signs that mean less than they seem to.
+// Checks of the text of a value: the words of flags, the numbers of lists, and characters that look like comments or
+// quotes.
 #include <algorithm>
 #include <limits>
 
@@ -13,16 +14,16 @@ namespace {
 
 using enum LintCode;
 
-constexpr const wchar_t* REMARK_MARKS[] = {L" ;", L" # "};  // "Ticket #12" is none
+constexpr const wchar_t* REMARK_MARKS[] = {L" ;", L" # "};  // "Ticket #12" is not a remark
 
-// Whether a number says more than it is read as.
+// Whether a number is read differently from how it is written.
 bool IsTooLarge(const CString& digits) {
     const CString largest = FormatText(L"%d", std::numeric_limits<int>::max());
     const CString number = CString{digits}.TrimLeft(L'0');
     return number.GetLength() > largest.GetLength() || (number.GetLength() == largest.GetLength() && number > largest);
 }
 
-// What a list reads a field as that is not a plain number; empty for one that is.
+// How a list reads a field that is not a plain number; empty for a plain number.
 CString FaultOf(const CString& field) {
     const int number = _wtoi(field);
     if (field.IsEmpty()) return L"the list has an empty entry, which is skipped";
@@ -33,7 +34,7 @@ CString FaultOf(const CString& field) {
 
 std::vector<Finding> ListFaults(const CString& value) {
     std::vector<Finding> faults;
-    for (int begin = 0; begin < value.GetLength();) {  // nothing after a comma at the end is no entry
+    for (int begin = 0; begin < value.GetLength();) {  // an empty text after a last comma is not an entry
         const int comma = value.Find(L',', begin);
         const int end = comma < 0 ? value.GetLength() : comma;
         const CString fault = FaultOf(value.Mid(begin, end - begin).Trim());
@@ -78,7 +79,7 @@ bool HasRemark(CString value) {
     });
 }
 
-// A single quote at an end is an apostrophe as often as not, and one after a number stands for inches.
+// A single quote at an end may be an apostrophe, and one after a number may mean inches.
 bool HasLoneQuote(const CString& value) {
     const std::wstring_view text = value.View();
     const bool isOpened = text.starts_with(L'"') || text.starts_with(L'\'');

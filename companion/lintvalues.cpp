@@ -1,4 +1,4 @@
-// Checks of the values that the store has, or has not: where they come from unforeseen, and what they would do.
+// Checks of the values that the store has or lacks: unexpected origins, and their effects.
 #include <algorithm>
 
 #include "libraryoption.h"
@@ -47,7 +47,7 @@ private:
         if (!isFirst) Report(source, line, *use.row, *known);
     }
 
-    // A section of a family that stands there twice gives its values twice.
+    // A section of a family that occurs twice gives its values twice.
     void LookAgain(const LintSource& source, const SourceLine& line) {
         for (const auto& [row, places] : m_Places) {
             const auto known = places.find(*m_Use.index);
@@ -87,7 +87,7 @@ void LintSteps(LintRun& run, const XOptionItem& item) {
     }
 }
 
-// The text of a value with references is known only here; nobody has looked at a text of the environment before.
+// The text of a value with references is known only here; texts of the environment have not been checked before.
 void LintItem(LintRun& run, const XOptionItem& item) {
     XOption& options = run.startup.options;
     const OptionOrigin origin = options.GetOptionOrigin(&item);
@@ -140,12 +140,12 @@ void LintLogFile(LintRun& run) {
     SplitFileName(folder, name, isBelow ? BuildFileName(logs, file) : file);
     if (folder.IsEmpty() || folder == logs || FileExists(folder)) return;
     const OptionOrigin origin = options.GetOptionOrigin(item);
-    if (HasFinding(run, C10, origin)) return;  // a list of sections is no folder that is missed
+    if (HasFinding(run, C10, origin)) return;  // a list of sections is not a missing folder
     run.Report(origin, {C22, FormatText(L"the folder <%s> of the log file does not exist; the tool cannot open its log",
                                         Printable(folder))});
 }
 
-/// Looks at values that are not used now: what they say may count tomorrow.
+/// Checks values that are not in force now: they may be later.
 class UnusedLint {
 public:
     explicit UnusedLint(LintRun& run) : m_Run(run), m_Root(Folded(run.startup.options.GetSectionName(eSectionRoot))) {
@@ -165,7 +165,7 @@ public:
     }
 
 private:
-    // As an INI file names it; nothing for a key of another program.
+    // The section as an INI file names it; nothing for a key of another program.
     std::optional<CString> SectionOf(const LintSource& source, const SourceLine& line) const {
         return source.layer == OptionLayer::Registry ? m_Run.BelowTool(line.section) : line.section;
     }
@@ -206,7 +206,7 @@ private:
         return m_Keys.contains({Folded(section), key}) || m_Keys.contains({m_Root, key});
     }
 
-    // An empty value of a file does not take the value of a weaker source away.
+    // An empty value of a file does not hide the value of a weaker source.
     void LintEmpty(const LintSource& source, const SourceLine& line, const XOptionDefinition& row) {
         if (!row.IsSingle() || source.layer != OptionLayer::UserFile) return;
         for (const OptionPlace& place : m_Run.startup.options.GetOptionCandidates(row.szLongName, -1).places) {

@@ -7,7 +7,7 @@
 #include "request.h"
 #include "unifieddiff.h"
 #include "veltrane/config/xconfiguration.h"
-#include "veltrane/platform/sources/internal/replacement.h"
+#include "veltrane/platform/files/internal/replacement.h"
 #include "veltrane/platform/text/internal/utf16.h"
 #include "veltrane/platform/text/internal/windows1252.h"
 

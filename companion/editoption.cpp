@@ -7,7 +7,7 @@
 #include "request.h"
 #include "veltrane/collections/xmap.h"
 #include "veltrane/config/xconfiguration.h"
-#include "veltrane/platform/sources/internal/replacement.h"
+#include "veltrane/platform/files/internal/replacement.h"
 #include "veltrane/platform/sources/internal/snapshot.h"
 #include "veltrane/platform/text/internal/indexformat.h"
 

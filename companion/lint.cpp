@@ -13,8 +13,8 @@
 #include "printable.h"
 #include "startupfiles.h"
 #include "veltrane/platform/files/filesystem.h"
+#include "veltrane/platform/files/internal/replacement.h"
 #include "veltrane/platform/process/process.h"
-#include "veltrane/platform/sources/internal/replacement.h"
 #include "wrapped.h"
 
 namespace veltrane::config {

@@ -13,8 +13,8 @@
 #include "places.h"
 #include "printable.h"
 #include "veltrane/options/typed.h"
+#include "veltrane/platform/files/internal/replacement.h"
 #include "veltrane/platform/process/process.h"
-#include "veltrane/platform/sources/internal/replacement.h"
 
 namespace veltrane::config {
 

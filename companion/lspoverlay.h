@@ -3,7 +3,7 @@
 #include <list>
 
 #include "lspdocuments.h"
-#include "veltrane/platform/sources/internal/replacement.h"
+#include "veltrane/platform/files/internal/replacement.h"
 #include "veltrane/platform/sources/internal/snapshot.h"
 
 namespace veltrane::config {

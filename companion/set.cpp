@@ -10,8 +10,8 @@
 #include "places.h"
 #include "printable.h"
 #include "veltrane/options/typed.h"
+#include "veltrane/platform/files/internal/replacement.h"
 #include "veltrane/platform/process/process.h"
-#include "veltrane/platform/sources/internal/replacement.h"
 #include "veltrane/platform/sources/internal/snapshot.h"
 
 namespace veltrane::config {

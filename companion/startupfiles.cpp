@@ -12,7 +12,7 @@
 #include "veltrane/config/xconfiguration.h"
 #include "veltrane/foundation/nearest.h"
 #include "veltrane/platform/files/filesystem.h"
-#include "veltrane/platform/sources/internal/replacement.h"
+#include "veltrane/platform/files/internal/replacement.h"
 #include "veltrane/platform/text/internal/indexformat.h"
 
 namespace veltrane::config {

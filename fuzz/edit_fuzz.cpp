@@ -8,7 +8,7 @@
 #include "editoption.h"
 #include "fuzz_input.h"
 #include "request.h"
-#include "veltrane/platform/sources/internal/replacement.h"
+#include "veltrane/platform/files/internal/replacement.h"
 #include "veltrane/platform/sources/internal/snapshot.h"
 #include "veltrane/platform/sources/profile.h"
 #include "veltrane/platform/text/internal/utf16.h"

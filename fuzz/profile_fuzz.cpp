@@ -9,8 +9,8 @@
 
 #include "fuzz_input.h"
 #include "fuzz_text.h"
+#include "veltrane/platform/files/internal/replacement.h"
 #include "veltrane/platform/sources/internal/linenumbers.h"
-#include "veltrane/platform/sources/internal/replacement.h"
 #include "veltrane/platform/sources/internal/snapshot.h"
 #include "veltrane/platform/sources/profile.h"
 #include "veltrane/platform/sources/sourcelines.h"

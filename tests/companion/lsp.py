@@ -127,7 +127,7 @@ def applied(talk, name, text, title):
     return text
 
 
-ARGUMENTS = ("db", "-m", "@/meta", "-i", "@/team.ini")  # @ is the folder of the talk
+ARGUMENTS = ("db", "-m", "@/meta", "-i", "team.ini")  # @ is the folder of the talk
 
 
 def questions():

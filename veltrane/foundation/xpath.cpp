@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "veltrane/platform/files/cfile.h"
-#include "veltrane/platform/sources/internal/replacement.h"
 #include "veltrane/platform/text/characters.h"
 
 using namespace veltrane::detail;
@@ -32,7 +31,7 @@ bool IsAbsolutePath(const CString& path) {
 
 bool FileExists(const CString& path) {
     CFileStatus status;
-    return CFile::GetStatus(path, status) || SourceReplacement::Find(path);
+    return CFile::GetStatus(path, status);
 }
 
 bool FileExists(const CString& path, const CString& name) {

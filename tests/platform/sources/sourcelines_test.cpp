@@ -5,7 +5,7 @@
 
 #include "support/support.h"
 #include "veltrane/foundation/xpath.h"
-#include "veltrane/platform/sources/internal/replacement.h"
+#include "veltrane/platform/files/internal/replacement.h"
 #include "veltrane/platform/sources/internal/snapshot.h"
 
 using Kind = SourceLine::Kind;

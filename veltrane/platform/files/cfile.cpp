@@ -9,6 +9,7 @@
 
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/files/internal/nativefile.h"
+#include "veltrane/platform/files/internal/replacement.h"
 #include "veltrane/platform/text/characters.h"
 #include "veltrane/platform/text/encoding.h"
 
@@ -75,7 +76,9 @@ CString FullName(const CString& path) {
 }  // namespace
 
 bool CFile::GetStatus(const CString& path, CFileStatus& status) {
-    if (!LeadsToAFile(SpelledPath(path)) && !LeadsToAFile(MapPath(path))) return false;
+    const bool isThere =
+        LeadsToAFile(SpelledPath(path)) || LeadsToAFile(MapPath(path)) || SourceReplacement::Find(path);
+    if (!isThere) return false;
     status.m_szFullName = FullName(path);
     return true;
 }

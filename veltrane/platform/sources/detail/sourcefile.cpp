@@ -13,7 +13,7 @@
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/files/internal/foreigncode.h"
 #include "veltrane/platform/files/internal/openfile.h"
-#include "veltrane/platform/sources/internal/replacement.h"
+#include "veltrane/platform/files/internal/replacement.h"
 #include "veltrane/platform/sources/internal/snapshot.h"
 #include "veltrane/platform/text/internal/utf16.h"
 #include "veltrane/platform/text/internal/utf8.h"

@@ -5,7 +5,7 @@
 
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/files/internal/foreigncode.h"
-#include "veltrane/platform/sources/internal/replacement.h"
+#include "veltrane/platform/files/internal/replacement.h"
 
 namespace veltrane::detail {
 

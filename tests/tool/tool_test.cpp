@@ -8,6 +8,7 @@ constexpr enumOption eOptionWeight = veltrane::OwnOption(1, eString | eSingle);
 constexpr XOptionDefinition OWN[] = {veltrane::OptionRow(eOptionWeight, eSectionRoot, L"", L"weight", 2)};
 constexpr veltrane::OwnTable OWN_TABLE{OWN};
 using OwnTool = veltrane::Tool<OWN_TABLE>;
+constexpr veltrane::OwnTable NO_LOG{.library = veltrane::BASE_ROWS.Without<"logfile">()};
 
 class ToolFrame : public ToolTest {
 protected:
@@ -100,4 +101,11 @@ TEST_F(ToolFrame, ActionsEndWithTheTimeTheyTook) {
     EXPECT_EQ(result.exitCode, 7);
     const std::string text = std::regex_replace(Log(), std::regex{"[0-9:]{8}: |[0-9.]+ seconds"}, "@");
     ExpectIn(text, "\r\n@load a\xC3\xA4,  @\r\n@outer\r\n@entry\r\n@outer,  @\r\n***");
+}
+
+TEST_F(ToolFrame, WithoutTheRowOfALogEntriesGoNowhere) {
+    const auto body = [](veltrane::Tool<NO_LOG>& tool) { return tool.Act("load", [] { return 7; }); };
+    const ChildResult result = RunChild([&] { return veltrane::RunTool(m_Facts, body); });
+    EXPECT_EQ(std::pair(result.exitCode, result.errors), std::pair(7, std::string{}));
+    EXPECT_EQ(Log(), "");  // although the file names one
 }

@@ -150,27 +150,27 @@ public:
         }
         return Retried([&] { return fsync(m_Handle); }) == 0;
     }
-    bool TakeOwner(const struct stat& status) const noexcept {
+    bool SetOwner(const struct stat& status) const noexcept {
         struct stat own;
         if (fstat(m_Handle, &own) != 0) return false;
         const bool isSame = own.st_uid == status.st_uid && own.st_gid == status.st_gid;
         return isSame || fchown(m_Handle, status.st_uid, status.st_gid) == 0;
     }
-    bool TakeRights(mode_t rights) const noexcept { return fchmod(m_Handle, rights & 07777) == 0; }
-    bool TakeAccess(const AccessList& list) const noexcept {
+    bool SetRights(mode_t rights) const noexcept { return fchmod(m_Handle, rights & 07777) == 0; }
+    bool SetAccess(const AccessList& list) const noexcept {
         const auto size = static_cast<std::size_t>(list.size);
         return list.size < 1 || fsetxattr(m_Handle, AccessList::NAME, list.bytes, size, 0) == 0;
     }
     /// @param isNew  whether nobody may have the name yet
-    bool TakeName(const char* name, bool isNew) noexcept {
-        if (isNew ? !TakeFreeName(name) : rename(m_Name, name) != 0) return false;
+    bool RenameTo(const char* name, bool isNew) noexcept {
+        if (isNew ? !RenameToFree(name) : rename(m_Name, name) != 0) return false;
         m_Name = nullptr;
         return true;
     }
 
 private:
     // Some file systems know only one of the two calls.
-    bool TakeFreeName(const char* name) const noexcept {
+    bool RenameToFree(const char* name) const noexcept {
         if (renameat2(AT_FDCWD, m_Name, AT_FDCWD, name, RENAME_NOREPLACE) == 0) return true;
         return errno == EINVAL && link(m_Name, name) == 0 && unlink(m_Name) == 0;
     }
@@ -211,11 +211,11 @@ Failure PutInPlace(const std::string& name, char* beside, std::string_view bytes
     NewFile made{beside};
     if (!made.Exists()) return Failed(L"no file can be made beside it");
     if (!made.Write(bytes)) return Failed(L"a new file beside it cannot be written");
-    if (!isNew && !made.TakeOwner(status)) return Failed(L"its owner cannot be kept");
-    if (!made.TakeRights(isNew ? DefaultRights() : status.st_mode)) return Failed(L"its rights cannot be kept");
-    if (!isNew && !made.TakeAccess(AccessList{file})) return Failed(L"its access list cannot be kept");
+    if (!isNew && !made.SetOwner(status)) return Failed(L"its owner cannot be kept");
+    if (!made.SetRights(isNew ? DefaultRights() : status.st_mode)) return Failed(L"its rights cannot be kept");
+    if (!isNew && !made.SetAccess(AccessList{file})) return Failed(L"its access list cannot be kept");
     if (!isNew && !IsAsRead(name, status)) return {L"it has changed", ECANCELED};
-    if (!made.TakeName(name.c_str(), isNew)) return Failed(L"the new file cannot take its name");
+    if (!made.RenameTo(name.c_str(), isNew)) return Failed(L"the new file cannot take its name");
     return {};
 }
 

@@ -57,8 +57,8 @@ bool IsCertainKey(const LintRun& run, const LintRun::Placed& finding) {
     const KeyUse meant = run.FindKey(use, finding.suggestion);
     if (!meant.row || !IsOneSlip(finding.key, finding.suggestion)) return false;
     for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
-        const bool isOther = row->eOption != eOptionTitle && row->eSection == use.section && row != meant.row;
-        if (isOther && IsOneSlip(finding.key, row->szLongName)) return false;
+        const bool isOtherOption = row->eOption != eOptionTitle && row->eSection == use.section && row != meant.row;
+        if (isOtherOption && IsOneSlip(finding.key, row->szLongName)) return false;
     }
     return std::ranges::none_of(SourceOf(run, finding).view.lines, [&](const SourceLine& line) {
         const bool isEntry = line.kind == Kind::Entry && IsSameName(line.section, finding.section);

@@ -1,4 +1,4 @@
-// What can be done about a finding: take its suggestion, remove what is never read, silence it.
+// The actions for a finding: apply its suggestion, remove a line that is never read, silence it.
 #include <algorithm>
 #include <set>
 
@@ -58,7 +58,7 @@ private:
             AddAction(FormatText(L"Change to '%s'", Printable(text)), {{*range, ToUtf8(text)}}, /*isPreferred*/ true);
     }
 
-    // Of a value only the name of a reference is meant, which the finding tells.
+    // In a value only the name of a reference is replaced, which the finding names.
     std::optional<TextRange> MeantRange(const LineFinding& found) const {
         if (found.finding->part != LinePart::Value) return found.Range(m_View.Units());
         for (const auto& [name, range] : ReferencesIn(found.placed, m_View.Units())) {
@@ -88,7 +88,7 @@ private:
                   /*isPreferred*/ true);
     }
 
-    // Lines with their ends. Those at the end of the text take the end before them along.
+    // Lines with their ends. Lines at the end of the text are removed with the end before them.
     TextRange LinesRange(int first, int last) const {
         const DocumentText& text = m_View.document.text;
         const bool isAtEnd = last >= text.LineCount();
@@ -136,7 +136,7 @@ private:
     std::set<std::pair<int, std::string>> m_Silenced;
 };
 
-// The client may want actions of other kinds alone.
+// The client may want only actions of other kinds.
 bool IsWanted(const LspJson& params) {
     const LspJson context = params.value("context", LspJson{});
     const LspJson only = context.is_object() ? context.value("only", LspJson{}) : LspJson{};

@@ -15,12 +15,12 @@ struct LspTool {
     std::string program;  ///< name of the server itself, whose manual explains the codes
 };
 
-/// A start-up of the tool as it would go now, and all that lint finds in it.
+/// A start-up of the tool as it would run now, and all that lint finds in it.
 struct LspAnalysis {
     /// @throws Refusal  as Startup
     LspAnalysis(const LspTool& tool, const std::vector<CString>& arguments);
 
-    /// The source that is a file, by its path as documents have it; null for a file that is none.
+    /// The source that is a file, by its path as documents have it; null for a file that is not a source.
     const LintSource* FindSource(const std::string& path) const;
 
     Startup startup;

@@ -11,7 +11,7 @@ namespace veltrane::config {
 
 namespace {
 
-// What stands below the names of a path; null where there is none.
+// The value below the names of a path; null when there is none.
 LspJson At(const LspJson& json, const char* path) {
     const LspJson::json_pointer pointer{path};
     return json.is_object() && json.contains(pointer) ? json.at(pointer) : LspJson{};

@@ -8,7 +8,7 @@
 
 namespace veltrane::config {
 
-/// The client at the other end: what it is able to do, and what it is told.
+/// The client at the other end: its capabilities, and the messages to it.
 class LspClient {
 public:
     enum class Importance { Error = 1, Warning, Note };  // as the protocol counts
@@ -16,7 +16,7 @@ public:
     /// @param output  must outlive the client
     explicit LspClient(std::ostream& output) : m_Output(output) {}
 
-    /// Takes the client's capabilities as it tells them, whatever they look like.
+    /// Reads the client's capabilities, which may have any form.
     void Meet(const LspJson& capabilities);
     ColumnUnit Unit() const { return m_Unit; }
     bool ShowsMarkdown() const { return m_ShowsMarkdown; }
@@ -25,7 +25,7 @@ public:
 
     void Send(const LspJson& message);
     void Notify(const char* method, LspJson params);
-    /// Asks the client for something; its reply is not waited for.
+    /// Sends the client a request and does not wait for its reply.
     void Ask(const char* method, LspJson params);
     /// Shows a text to the user; a note goes into the log of the client.
     void Show(Importance importance, const CString& text);

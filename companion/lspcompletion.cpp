@@ -20,7 +20,7 @@ using Kind = SourceLine::Kind;
 /// The kinds of the protocol.
 enum class ItemKind { Variable = 6, Module = 9, Property = 10, Value = 12 };
 
-/// Collects the words that may take the place of a part of a line.
+/// Collects the words that may replace a part of a line.
 class Items {
 public:
     /// @param begin  byte of the line, from which on the part is replaced up to end
@@ -72,8 +72,8 @@ std::set<CString> SectionsIn(const LspView& view, int but) {
 std::set<CString> KeysIn(const LspView& view, const CString& section, int but) {
     std::set<CString> names;
     for (const SourceLine& line : view.source.view.lines) {
-        const bool isOther = line.kind == Kind::Entry && line.number != but + 1;
-        if (isOther && line.section.CompareNoCase(section) == 0) names.insert(Folded(line.key));
+        const bool isOtherEntry = line.kind == Kind::Entry && line.number != but + 1;
+        if (isOtherEntry && line.section.CompareNoCase(section) == 0) names.insert(Folded(line.key));
     }
     return names;
 }
@@ -88,7 +88,7 @@ std::optional<CString> SectionAt(const LspView& view, int number) {
     return {};
 }
 
-// The first of a numbered name that is not there.
+// The first unused number of a numbered name.
 CString FreeName(const CString& form, const std::set<CString>& known) {
     for (int index = 1;; ++index) {
         CString name = FormatIndex(form, index);
@@ -132,7 +132,7 @@ LspJson CompleteKey(const Question& asked) {
     return items.Release();
 }
 
-// Where a reference that the place is in begins; nothing outside of one.
+// The start of the reference around a position; nothing outside a reference.
 std::optional<std::size_t> OpenReference(const Question& asked, std::size_t value) {
     const std::string_view before = asked.Before().substr(value);
     if (std::ranges::count(before, '%') % 2 == 0) return {};

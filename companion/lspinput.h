@@ -5,7 +5,7 @@
 
 namespace veltrane::config {
 
-/// A file that is read as it comes, such as a pipe: in_avail() tells whether a byte can be had without waiting.
+/// A file that is read as it comes, such as a pipe: in_avail() tells whether a byte can be read without waiting.
 class FileInput : public std::streambuf {
 public:
     static constexpr int STANDARD_INPUT = 0;

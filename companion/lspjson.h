@@ -4,7 +4,7 @@
 
 namespace veltrane::config {
 
-/// What client and server say. Its objects are searched in halves: that of a client can have a million members.
+/// What client and server say. Its objects are searched by binary search: a client's can have a million members.
 using LspJson = nlohmann::json;
 
 }  // namespace veltrane::config

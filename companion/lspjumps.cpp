@@ -1,4 +1,4 @@
-// Jumps from a reference to its value, along what overrides what, and to all places of a name.
+// Jumps from a reference to its value, between a value and the one that it overrides, and to all places of a name.
 #include <algorithm>
 
 #include "lsplookup.h"
@@ -51,7 +51,7 @@ std::optional<LspSpot> SpotIn(const std::optional<LspView>& view, const LspJson&
 
 }  // namespace
 
-// A line in force leads to the one that it overrides, any other to the one that does not let it count.
+// A line in force leads to the one that it overrides, any other to the one that hides it.
 LspJson GoToDefinition(LspWorld& world, const LspJson& params) {
     const std::optional<LspView> view = world.Look(UriIn(params));
     const std::optional<LspSpot> spot = SpotIn(view, params);

@@ -59,7 +59,7 @@ std::optional<LineOption> OptionOf(LspAnalysis& analysis, const PlacedLine& plac
     return option;
 }
 
-// Each layer has one file, which places may spell otherwise.
+// Each layer has one file, which places may spell differently.
 bool IsAt(const OptionOrigin& place, const PlacedLine& placed) {
     return place.line == placed.line->number && place.layer == placed.source->layer;
 }

@@ -6,11 +6,11 @@
 #include "lspspot.h"
 #include "lspworld.h"
 
-// What the lines of a configuration have to do with each other.
+// How the lines of a configuration are related.
 
 namespace veltrane::config {
 
-/// What stands at a position of a document.
+/// The part of a line at a position of a document.
 struct LspSpot {
     PlacedLine placed;
     LinePart part = LinePart::Line;
@@ -23,7 +23,7 @@ std::optional<LspSpot> SpotAt(const LspView& view, const TextPosition& position)
 /// The section of a line as INI files name it; nothing for a key of the registry that is not the tool's.
 std::optional<CString> SectionOf(const LspAnalysis& analysis, const PlacedLine& placed);
 
-/// The option that a line gives a value of.
+/// The option to which a line gives a value.
 struct LineOption {
     const XOptionDefinition* row;
     int index = -1;          ///< of one with several values; -1 where the line does not tell it, and no item does
@@ -33,11 +33,11 @@ std::optional<LineOption> OptionOf(LspAnalysis& analysis, const PlacedLine& plac
 
 /// Whether a place is a line.
 bool IsAt(const OptionOrigin& place, const PlacedLine& placed);
-/// The line that a place names; nothing for one that is no line of a source.
+/// The line that a place names; nothing for a place that is not a line of a source.
 std::optional<PlacedLine> LineAt(const LspAnalysis& analysis, const OptionOrigin& place);
 
 /// The lines that give a section and a key in each source, those of the strongest first; without a key the headers.
-/// Those that do not answer are among them.
+/// Includes those that do not answer.
 std::vector<PlacedLine> LinesOf(const LspAnalysis& analysis, const CString& section, const CString& key);
 
 /// The lines that a reference in a value leads to, the one that gives its value first.

@@ -17,7 +17,7 @@ char Lowered(char byte) {
     return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
 }
 
-// A header may follow what is left of a broken message on the same line.
+// A header may follow the rest of a broken message on the same line.
 std::optional<std::uint64_t> LengthIn(std::string_view line, bool isLost) {
     const auto isSame = [](char left, char right) { return Lowered(left) == right; };
     const auto begin = std::search(line.begin(), line.end(), LENGTH_FIELD.begin(), LENGTH_FIELD.end(), isSame);
@@ -38,7 +38,7 @@ bool IsOtherField(std::string_view line) {
     return !isLength && colon != line.npos && line.substr(0, colon).find_first_of(" {\"") == line.npos;
 }
 
-/// Looks at the form of JSON before it is read: how deep it is, and how many values it has.
+/// Checks JSON before it is read: its depth and its number of values.
 class Shape {
 public:
     explicit Shape(std::string_view text) {
@@ -81,7 +81,7 @@ Incoming Parsed(const std::string& body) {
 
 }  // namespace
 
-// A broken line is told once; the next header may be at its end.
+// A broken line is reported once; the next header may be at its end.
 Incoming MessageReader::Next() {
     for (std::string line; ReadLine(line);) {
         if (line.empty() && m_Length) {

@@ -26,7 +26,7 @@ enum class LspError {
     Cancelled = -32800,
 };
 
-/// What came: a message, or why it is none; neither at the end of the input.
+/// What was read: a message, or why it is not one; neither at the end of the input.
 struct Incoming {
     std::optional<LspJson> message = {};
     LspError error = LspError::Parse;
@@ -36,7 +36,7 @@ struct Incoming {
     bool IsEnd() const { return !message && errorText.empty(); }
 };
 
-/// Reads messages one by one. After a broken one it goes on at the next header that it finds.
+/// Reads messages one by one. After a broken one it continues at the next header that it finds.
 class MessageReader {
 public:
     static constexpr std::size_t MAX_SIZE = std::size_t{64} << 20;  ///< of a body, in bytes; a longer one is skipped

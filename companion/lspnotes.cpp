@@ -20,7 +20,7 @@ TextChange ChangeIn(const LspJson& json) {
 
 }  // namespace
 
-void TakeInitialized(LspWorld& world, const LspJson&) {
+void OnInitialized(LspWorld& world, const LspJson&) {
     if (!world.client.CanWatch()) return;
     const LspJson watchers = LspJson::array({{{"globPattern", "**/*.{ini,reg}"}}});
     const LspJson registration{
@@ -28,22 +28,22 @@ void TakeInitialized(LspWorld& world, const LspJson&) {
     world.client.Ask("client/registerCapability", {{"registrations", LspJson::array({registration})}});
 }
 
-void TakeOpened(LspWorld& world, const LspJson& params) {
+void OnOpened(LspWorld& world, const LspJson& params) {
     const LspJson& document = params.at("textDocument");
     world.Open(UriIn(params), VersionIn(document).value_or(0), document.at("text").get<std::string>());
 }
 
-void TakeChanged(LspWorld& world, const LspJson& params) {
+void OnChanged(LspWorld& world, const LspJson& params) {
     std::vector<TextChange> changes;
     for (const LspJson& change : params.at("contentChanges")) changes.push_back(ChangeIn(change));
     world.Change(UriIn(params), VersionIn(params.at("textDocument")), changes);
 }
 
-void TakeClosed(LspWorld& world, const LspJson& params) {
+void OnClosed(LspWorld& world, const LspJson& params) {
     world.Close(UriIn(params));
 }
 
-void TakeFilesChanged(LspWorld& world, const LspJson&) {
+void OnFilesChanged(LspWorld& world, const LspJson&) {
     world.Refresh();
 }
 

@@ -4,14 +4,14 @@
 
 #include "lspworld.h"
 
-// What the client tells without a reply.
+// The client's notifications, which get no reply.
 
 namespace veltrane::config {
 
-void TakeInitialized(LspWorld& world, const LspJson& params);
-void TakeOpened(LspWorld& world, const LspJson& params);
-void TakeChanged(LspWorld& world, const LspJson& params);
-void TakeClosed(LspWorld& world, const LspJson& params);
-void TakeFilesChanged(LspWorld& world, const LspJson& params);
+void OnInitialized(LspWorld& world, const LspJson& params);
+void OnOpened(LspWorld& world, const LspJson& params);
+void OnChanged(LspWorld& world, const LspJson& params);
+void OnClosed(LspWorld& world, const LspJson& params);
+void OnFilesChanged(LspWorld& world, const LspJson& params);
 
 }  // namespace veltrane::config

@@ -7,7 +7,7 @@
 #include "lspjson.h"
 #include "lsptext.h"
 
-// Parts of messages that occur in many of them. What is read throws an exception of JSON when it is of another type.
+// Parts of messages that occur in many of them. Reading a part of another type throws an exception of JSON.
 
 namespace veltrane::config {
 

@@ -8,7 +8,7 @@ namespace veltrane::config {
 
 namespace {
 
-/// Reads what the client says and hands it to the talk.
+/// Reads the client's messages and passes them to the talk.
 class Server {
 public:
     Server(const LspTool& tool, const std::vector<CString>& arguments, std::streambuf& input, std::ostream& output)
@@ -18,8 +18,9 @@ public:
     /// text is looked at, and what is cancelled meanwhile is not answered.
     int Run() {
         while (!m_Talk.IsOver()) {
-            bool isMore = Take(m_Reader.Next());
-            while (isMore && m_Reader.IsReady() && m_nWaiting < MessageReader::MAX_SIZE) isMore = Take(m_Reader.Next());
+            bool isMore = Receive(m_Reader.Next());
+            while (isMore && m_Reader.IsReady() && m_nWaiting < MessageReader::MAX_SIZE)
+                isMore = Receive(m_Reader.Next());
             HandleWaiting();
             if (!isMore) m_Talk.End();
             m_Talk.Publish();
@@ -29,7 +30,7 @@ public:
 
 private:
     /// @return whether more may come
-    bool Take(Incoming incoming) {
+    bool Receive(Incoming incoming) {
         if (incoming.IsEnd()) return false;
         if (!incoming.message) {
             m_Client.Send(FaultReply({}, {incoming.error, incoming.errorText}));
@@ -42,7 +43,7 @@ private:
         return true;
     }
 
-    // The id of the request that a message takes back; null for any other message.
+    // The id of the request that a message cancels; null for any other message.
     static LspJson CancelledBy(const LspJson& message) {
         const bool isCancelling = message.is_object() && message.value("method", LspJson{}) == "$/cancelRequest";
         return isCancelling ? IdOf(message.value("params", LspJson{})) : LspJson{};

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int CHANGES_OF_PARTS = 2;  // the client tells what has changed, not the whole text
 
-// The client may start the server anywhere; what the arguments name is found from the folder that it works on.
+// The client may start the server anywhere; relative names in the arguments are below the folder that it works on.
 void EnterRoot(const LspJson& params) {
     const LspJson root = params.value("rootUri", LspJson{});
     const std::optional<std::string> path = root.is_string() ? PathOfUri(root.get<std::string>()) : std::nullopt;

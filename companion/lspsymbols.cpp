@@ -48,7 +48,7 @@ public:
         return symbols;
     }
 
-    /// For clients that know no tree.
+    /// For clients that do not support a tree.
     LspJson List() const {
         LspJson symbols = LspJson::array();
         for (const LspJson& section : Tree()) {
@@ -63,7 +63,7 @@ private:
         return RangeOf({&m_View.source, &line}, part, m_View.Units());
     }
 
-    // The protocol wants names that are not empty.
+    // The protocol requires names that are not empty.
     LspJson Symbol(const SourceLine& line) const {
         const bool isSection = line.kind == Kind::Section;
         const std::string name = ToUtf8(isSection ? line.section : line.key);

@@ -37,12 +37,12 @@ constexpr RequestRow REQUESTS[] = {
 };
 
 constexpr NoteRow NOTES[] = {
-    {"initialized",                      TakeInitialized},
-    {"textDocument/didOpen",             TakeOpened},
-    {"textDocument/didChange",           TakeChanged},
-    {"textDocument/didSave",             TakeFilesChanged},
-    {"textDocument/didClose",            TakeClosed},
-    {"workspace/didChangeWatchedFiles",  TakeFilesChanged},
+    {"initialized",                      OnInitialized},
+    {"textDocument/didOpen",             OnOpened},
+    {"textDocument/didChange",           OnChanged},
+    {"textDocument/didSave",             OnFilesChanged},
+    {"textDocument/didClose",            OnClosed},
+    {"workspace/didChangeWatchedFiles",  OnFilesChanged},
 };
 // clang-format on
 
@@ -83,7 +83,7 @@ void LspTalk::Publish() {
     }
 }
 
-// Null for a message that wants no reply.
+// Null for a message without a reply.
 LspJson LspTalk::ReplyTo(const LspJson& message) {
     const LspJson id = IdOf(message);
     const auto reply = [&](LspError code, const std::string& text) { return FaultReply(id, {code, text}); };
@@ -135,7 +135,7 @@ LspJson LspTalk::Answer(const std::string& method, const LspJson& params) {
     return row->answer(m_World, params);
 }
 
-// One that is not known, or comes at the wrong time, is left out, as the protocol wants it.
+// A notification that is unknown, or comes at the wrong time, is ignored, as the protocol requires.
 void LspTalk::Note(const std::string& method, const LspJson& params) {
     if (method == "exit") End();
     if (m_State != State::Serving) return;

@@ -33,7 +33,7 @@ public:
 
     /// Answers one message, or several in an array.
     void Handle(const LspJson& message);
-    /// Tells what is wrong with the texts as they are now.
+    /// Sends the findings for the texts as they are now.
     void Publish();
 
 private:

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-// The text of a document, and the positions in it that client and server tell each other.
+// The text of a document, and the positions in it that client and server exchange.
 
 namespace veltrane::config {
 
@@ -26,8 +26,8 @@ struct TextRange {
 /// How many units a text in UTF-8 takes.
 int WidthOf(std::string_view text, ColumnUnit unit);
 
-/// A text in UTF-8. Its lines end at LF, CR or both. Every position is one of it: outside a line it is the end of that
-/// line, outside the text its end, and inside a character the front of that.
+/// A text in UTF-8. Its lines end at LF, CR or both. Every position is valid: outside a line it means the end of that
+/// line, outside the text its end, and inside a character the character's start.
 class DocumentText {
 public:
     explicit DocumentText(std::string bytes);

@@ -16,7 +16,7 @@ using Kind = SourceLine::Kind;
 /// In the order of the legend.
 enum class Token { Section, Key, Value, Reference, Comment };
 
-/// Tells tokens as the protocol wants them: each by its distance from the one before.
+/// Encodes tokens as the protocol requires: each by its distance from the one before.
 class Tokens {
 public:
     explicit Tokens(const LspView& view) : m_View(view) {

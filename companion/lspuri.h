@@ -6,7 +6,7 @@
 
 namespace veltrane::config {
 
-/// The path that a URI names; nothing for one that names no file of this machine by its whole path.
+/// The path that a URI names; nothing for one that is not the full path of a file of this machine.
 std::optional<std::string> PathOfUri(std::string_view uri);
 
 std::string UriOfPath(std::string_view path);

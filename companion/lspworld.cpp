@@ -113,9 +113,9 @@ LspAnalysis* LspWorld::Analyze(Configuration& configuration) {
         if (&configuration == &Main() && configuration.files != m_Live->paths) m_IsAssigned = false;
         configuration.files = m_Live->paths;
     } catch (const Refusal& refusal) {
-        TellRefusal(refusal.text);
+        ReportRefusal(refusal.text);
     } catch (const XException& error) {
-        TellRefusal(error.GetMessage());
+        ReportRefusal(error.GetMessage());
     }
     return m_Live.get();
 }
@@ -148,7 +148,7 @@ void LspWorld::Publish(Configuration& configuration) {
                               DiagnosticsOf(*analysis, analysis->run.sources[i],
                                             {client.Unit(), document ? &document->text : nullptr}, m_Tool));
         }
-        if (isMain) TellOthers(*analysis);
+        if (isMain) ReportOthers(*analysis);
     }
     const std::map<std::string, LspJson> before = configuration.published;
     for (const auto& [uri, diagnostics] : before) {
@@ -173,8 +173,8 @@ void LspWorld::Send(Configuration& configuration, const std::string& uri, LspJso
     }
 }
 
-// What is found in the environment and on the command line has no text to stand at.
-void LspWorld::TellOthers(const LspAnalysis& analysis) {
+// Findings in the environment and on the command line have no text to be shown in.
+void LspWorld::ReportOthers(const LspAnalysis& analysis) {
     std::set<CString> found;
     for (const LintRun::Placed& finding : analysis.findings) {
         if (finding.isInFile) continue;
@@ -185,7 +185,7 @@ void LspWorld::TellOthers(const LspAnalysis& analysis) {
     m_Told = std::move(found);
 }
 
-void LspWorld::TellRefusal(const CString& text) {
+void LspWorld::ReportRefusal(const CString& text) {
     if (!m_Told.contains(text)) client.Show(Importance::Error, text);
     m_Told = {text};
 }

@@ -27,15 +27,16 @@ struct LspView {
     LineUnits Units() const { return {unit, &document.text}; }
 };
 
-/// The documents of the client, the configurations that they belong to, and what the client knows of both.
+/// The documents of the client, the configurations that they belong to, and what the client has been told about both.
 ///
-/// The main configuration is that of the tool's command line. A document that is no file of it makes one of its own: as
-/// the basic file when it has the name of that, else as a user file. Of that only the document's own findings count.
+/// The main configuration is that of the tool's command line. A document that is not one of its files makes a
+/// configuration of its own: as the basic file when it has that name, otherwise as a user file. Only the document's own
+/// findings count there.
 class LspWorld {
 public:
     LspWorld(LspTool tool, std::vector<CString> arguments, LspClient& client);
 
-    /// Takes another command line of the tool.
+    /// Sets another command line of the tool.
     void SetArguments(std::vector<CString> arguments);
     void Open(const std::string& uri, std::int64_t version, std::string text);
     void Change(const std::string& uri, std::optional<std::int64_t> version, const std::vector<TextChange>& changes);
@@ -43,7 +44,7 @@ public:
     /// Files on the disk may have changed.
     void Refresh();
 
-    /// Whether something has changed since the client was told what is wrong.
+    /// Whether something has changed since the findings were sent.
     bool HasNews() const;
     /// Tells the client what is wrong now. As Look, to be called while an LspOverlay lives.
     void Publish();
@@ -73,12 +74,12 @@ private:
     LspAnalysis* Analyze(Configuration& configuration);
     void Publish(Configuration& configuration);
     void Send(Configuration& configuration, const std::string& uri, LspJson diagnostics);
-    void TellOthers(const LspAnalysis& analysis);
-    void TellRefusal(const CString& text);
+    void ReportOthers(const LspAnalysis& analysis);
+    void ReportRefusal(const CString& text);
 
     LspTool m_Tool;
     std::list<Configuration> m_Configurations;  // the main one first
-    bool m_IsAssigned = false;                  // whether the documents are shared out among them
+    bool m_IsAssigned = false;                  // whether each document is assigned to one of them
     std::unique_ptr<LspAnalysis> m_Live;        // of the configuration that was looked at last
     const Configuration* m_LiveOf = nullptr;    // null for none
     std::set<CString> m_Told;                   // of no file, as of the last time

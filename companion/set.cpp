@@ -28,7 +28,7 @@ CString PathOf(const XOption& options, OptionLocation::Kind kind) {
     CString path;
     for (const OptionLocation& location : options.GetLocations()) {
         if (location.kind != kind || location.path.IsEmpty()) continue;
-        path = location.path;  // of a user file that does not exist the place below the folder of configurations
+        path = location.path;  // for a user file that does not exist, the place below the folder of configurations
         if (location.exists && location.isInForce) break;
     }
     return path;
@@ -72,16 +72,16 @@ public:
         const int line = SetOption(m_Edit, m_Key, value);
         m_Result = m_Edit.Result();
         const FileEdit after{m_Target.path, m_Result};
-        // What a name with the end of a line in it would make of the file is found by the proof.
+        // A name that contains a line end is found by the proof.
         m_Line = after.Line(std::min(line, static_cast<int>(after.View().lines.size())));
         ProveChange(m_Edit, after, m_Key, value, m_Line);
         Restart();
         if (!m_Request.Has("--force")) RequireNoFindings(after);
         Write();
         const CString old = m_Old ? Printable(m_Old->value) + L" -> " : CString{};
-        Tell(FormatText(L"%s: %s = %s%s%s", PlaceOf(m_Line), m_Line.key, old, Printable(value),
-                        m_Old ? L"" : L" (new)"));
-        TellWinner();
+        AddLine(FormatText(L"%s: %s = %s%s%s", PlaceOf(m_Line), m_Line.key, old, Printable(value),
+                           m_Old ? L"" : L" (new)"));
+        ReportWinner();
         Describe("set", Json(ToUtf8(value)));
         return Release();
     }
@@ -95,7 +95,7 @@ public:
         }
         Restart();
         Write();
-        TellRemoved(removed);
+        ReportRemoved(removed);
         Describe("unset", Json(nullptr));
         return Release();
     }
@@ -119,11 +119,11 @@ private:
         return PlaceText({m_Target.path, line.number, line.section, line.key, line.value});
     }
 
-    void Tell(const CString& line) {
+    void AddLine(const CString& line) {
         (m_Request.Has("--dry-run") ? m_Answer.errorText : m_Answer.text) += ToUtf8(line) + '\n';
     }
 
-    // The tool as it starts with the file as it will be.
+    // The tool as it starts with the changed file.
     void Restart() {
         const SourceReplacement replacement{m_Target.path, m_Result};
         std::vector<CString> words = GetArguments();
@@ -149,7 +149,7 @@ private:
         return findings;
     }
 
-    /// @throws Refusal  lint has something against the line that it did not have before
+    /// @throws Refusal  lint has a new finding about the line
     void RequireNoFindings(const FileEdit& after) const {
         std::vector<LintRun::Placed> findings;
         {
@@ -188,31 +188,31 @@ private:
                           IsEmptyAnswer(winner) ? CString{EMPTY_ANSWER} : Printable(winner.text));
     }
 
-    void TellWinner() {
+    void ReportWinner() {
         if (IsInForce()) return;
         m_Answer.hasFindings = true;
-        Tell(L"not in force: " +
-             (m_Found.empty() ? CString{L"the tool does not ask for it there"} : WinnerText(m_Found[0], m_Key.key)));
+        AddLine(L"not in force: " +
+                (m_Found.empty() ? CString{L"the tool does not ask for it there"} : WinnerText(m_Found[0], m_Key.key)));
     }
 
-    void TellRemoved(const std::vector<SourceLine>& removed) {
+    void ReportRemoved(const std::vector<SourceLine>& removed) {
         const CString rest = m_Found.empty() ? CString{L"no value"}
                              : m_Found[0].file.IsEmpty() || IsEmptyAnswer(m_Found[0])
                                  ? WinnerText(m_Found[0], m_Key.key)
                                  : FormatText(L"%s: %s", ShortPlace(m_Found[0]), Printable(m_Found[0].text));
         for (const SourceLine& line : removed) {
             const CString now = &line == &removed.back() ? L"; now " + rest : CString{};
-            Tell(FormatText(L"%s: %s = %s, removed%s", PlaceOf(line), line.key, Printable(line.value), now));
+            AddLine(FormatText(L"%s: %s = %s, removed%s", PlaceOf(line), line.key, Printable(line.value), now));
         }
         const FileEdit after{m_Target.path, m_Result};
         const SourceLine* const next = FindAnswer(after, m_Key);
         const bool isWinner = next && !m_Found.empty() && m_Found[0].layer == m_Target.layer;
         if (next && !isWinner)
-            Tell(FormatText(L"%s: %s = %s answers there now", PlaceOf(*next), next->key, Printable(next->value)));
+            AddLine(FormatText(L"%s: %s = %s answers there now", PlaceOf(*next), next->key, Printable(next->value)));
         if (!removed.empty()) return;
         m_Answer.hasFindings = true;
-        Tell(FormatText(L"%s has no line for '%s'; the tool has %s", DisplayPath(m_Target.path),
-                        LabelOf(*m_Asked.row, m_Asked.index.value_or(-1)), rest));
+        AddLine(FormatText(L"%s has no line for '%s'; the tool has %s", DisplayPath(m_Target.path),
+                           LabelOf(*m_Asked.row, m_Asked.index.value_or(-1)), rest));
     }
 
     void Describe(const char* action, const Json& value) {
@@ -254,7 +254,7 @@ private:
 
 Answer Set(const Request& request, Startup& startup) {
     std::vector<std::string> words = request.words;
-    // "NAME=VALUE" serves for a value that begins with a hyphen.
+    // "NAME=VALUE" allows a value that begins with a hyphen.
     if (const std::size_t equals = words.size() == 1 ? words[0].find('=') : std::string::npos;
         equals != std::string::npos) {
         words = {words[0].substr(0, equals), words[0].substr(equals + 1)};

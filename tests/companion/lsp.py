@@ -172,6 +172,10 @@ def questions():
     assert complete("[USER]\nexit=true\n^", "exit", "spool", "logfile", "load-dictionary-1") == ["load-dictionary-1", "spool", "exit"]
     assert complete("[USER]\ncreate-views = ^", "true", "false", "auto") == ["auto", "false", "true"]
     assert complete("[USER]\nown=1\nspool = %^", "own", "name", "exit", "logfile") == ["logfile", "name", "own"]
+    talk.open("r.reg", REGISTRY.replace("db", "USER") + '"ex"\n"quiet"="')
+    texts = lambda *at: [i["textEdit"]["newText"] for i in talk.about("completion", "r.reg", *at)]
+    assert 'exit"=' in texts(3, 2) and texts(4, 9) == ['false"', 'true"'] and "load-dictionary-1" not in str(texts(3, 2))
+    assert "HKLM\\SOFTWARE\\VORNAK\\veltrane\\db" in texts(1, 6)
     talk.end()
 
 

@@ -8,6 +8,7 @@ Needs strace; ends with 77 where that cannot be used."""
 import fcntl
 import os
 import pathlib
+import re
 import resource
 import shutil
 import stat
@@ -97,7 +98,7 @@ def run_overtaken(folder):
     pathlib.Path(folder, "Team.ini").write_bytes(b"of another")
     told = job.communicate()[1]
     is_kept = pathlib.Path(folder, "Team.ini").read_bytes() == b"of another" and len(os.listdir(folder)) == len(sample.FILES) + 1
-    return None if job.returncode == 2 and b"changed meanwhile" in told and is_kept else told
+    return None if job.returncode == 2 and b"changed meanwhile" in told and is_kept else f"ended with {job.returncode}: {told}"
 
 
 def run_failing(folder, failing):
@@ -134,6 +135,8 @@ with tempfile.TemporaryDirectory() as top:
     whole = run(top + "/count", ["-e", "trace=" + ",".join(CALLS)])
     if broken and whole.returncode != 0:
         sys.exit(1)
+    order = re.findall(r"^(fsync|rename)", pathlib.Path(top, "count/trace").read_text(), re.MULTILINE)
+    count("when the disk has what", None if whole.returncode != 0 or order == ["fsync", "rename", "fsync"] else order)
     for call, number in sample.traced_calls(whole, top + "/count/trace", step):
         for error in sample.ERRORS:
             failing = ["-e", f"inject={call}:error={error}:when={number}"]

@@ -135,9 +135,10 @@ with tempfile.TemporaryDirectory() as top:
     whole = run(top + "/count", ["-e", "trace=" + ",".join(CALLS)])
     if broken and whole.returncode != 0:
         sys.exit(1)
+    calls = sample.traced_calls(whole, top + "/count/trace", step)
     order = re.findall(r"^(fsync|rename)", pathlib.Path(top, "count/trace").read_text(), re.MULTILINE)
-    count("when the disk has what", None if whole.returncode != 0 or order == ["fsync", "rename", "fsync"] else order)
-    for call, number in sample.traced_calls(whole, top + "/count/trace", step):
+    count("when the disk has what", None if order == ["fsync", "rename", "fsync"] else order)
+    for call, number in calls:
         for error in sample.ERRORS:
             failing = ["-e", f"inject={call}:error={error}:when={number}"]
             count(f"{call} {number} {error}", sample.fault_in(f"{top}/{runs:06}", lambda folder: run_failing(folder, failing)))

@@ -21,12 +21,34 @@ run_consumer() {
     diff "$tests/consumer/expected.txt" "$temporary/consumer.out" || fail "$1 prints something else"
 }
 
+# message BODY: a message as an editor sends it; @ stands for a document.
+message() {
+    local body=${1//@/\"uri\":\"file:///owntool.ini\"}
+    printf 'Content-Length: %d\r\n\r\n{"jsonrpc":"2.0",%s}' $((${#body} + 18)) "$body"
+}
+
+# run_editor PROGRAM: its server for editors knows the options of the tool.
+run_editor() {
+    {
+        message '"id":1,"method":"initialize","params":{}'
+        message '"method":"textDocument/didOpen","params":{"textDocument":{@,"text":"[ROOT]\nname=b\n[SCALE]\nround=x\nuint=cm\n"}}'
+        message '"id":2,"method":"textDocument/codeAction","params":{"textDocument":{@},"range":{"start":{"line":0,"character":0},"end":{"line":9,"character":0}}}'
+        message '"id":3,"method":"textDocument/completion","params":{"textDocument":{@},"position":{"line":5,"character":0}}'
+        message '"id":4,"method":"shutdown"'
+        message '"method":"exit"'
+    } | "$1" lsp >"$temporary/out" || fail "$1 lsp ended with $?"
+    for text in "did you mean 'unit'?" 'round is taken as auto' '"newText":"dry-run = "' '"newText":"source-1 = "'; do
+        grep -qF -- "$text" "$temporary/out" || fail "$1 lsp does not say: $text, but $(cat "$temporary/out")"
+    done
+}
+
 # run_config PROGRAM: the companion of that tool knows its options, and its documents name no others.
 run_config() {
     "$1" show -- -m "$tests/../../examples/owntool/metadata" >"$temporary/out" || fail "$1 ended with $?: $(cat "$temporary/out")"
     grep -qE '^unit +cm ' "$temporary/out" || fail "$1 shows something else: $(cat "$temporary/out")"
     cp -r "$tests/../../examples/owntool/metadata" "$temporary/changed"
     "$1" set unit mm -- -m "$temporary/changed" | grep -qE ':[0-9]+ \[SCALE\]: unit = cm -> mm$' || fail "$1 sets no unit"
+    run_editor "$1"
     for page in man/man1/owntool.1 man/man5/owntool.ini.5 bash-completion/completions/owntool \
         zsh/vendor-completions/_owntool fish/vendor_completions.d/owntool.fish; do
         page=$(dirname "$1")/share/$page

@@ -2,12 +2,12 @@
 
 #include "veltrane/options/xowntable.h"
 
+// clang-format off
 using veltrane::OptionRow, veltrane::OwnOption;
 
 constexpr enumCfgSection SCALE = veltrane::OwnSection(1);
 constexpr XConfigSection OWN_SECTIONS[] = {veltrane::SectionRow(SCALE, eSectionUnnamed, L"SCALE")};
 
-// clang-format off
 constexpr XOptionDefinition OWN_OPTIONS[] = {
     veltrane::TitleRow(L"scaling:"),
     //        number, kind of value                      section  short   long       tabs  syntax                              description
@@ -18,7 +18,6 @@ constexpr XOptionDefinition OWN_OPTIONS[] = {
     OptionRow(OwnOption(5, eIList),                         SCALE, L"",    L"steps",     2),
     OptionRow(OwnOption(6, eString | eSingle | eMandatory), SCALE, L"",    L"team",      3),
 };
-// clang-format on
-constexpr veltrane::OwnTable OWN_TABLE{
-    .options = OWN_OPTIONS, .sections = OWN_SECTIONS, .library = veltrane::BASE_ROWS};
+constexpr veltrane::OwnTable OWN_TABLE{.options = OWN_OPTIONS, .sections = OWN_SECTIONS, .library = veltrane::BASE_ROWS};
 static_assert(veltrane::FitsLibrary<OWN_TABLE>());
+// clang-format on

@@ -13,7 +13,9 @@ constexpr int CHANGES_OF_PARTS = 2;  // the client tells what has changed, not t
 
 // The client may start the server anywhere; relative names in the arguments are below the folder that it works on.
 void EnterRoot(const LspJson& params) {
-    const LspJson root = params.value("rootUri", LspJson{});
+    LspJson root = params.value("rootUri", LspJson{});
+    const LspJson folders = params.value("workspaceFolders", LspJson{});
+    if (root.is_null() && folders.is_array() && !folders.empty()) root = folders[0].value("uri", LspJson{});
     const std::optional<std::string> path = root.is_string() ? PathOfUri(root.get<std::string>()) : std::nullopt;
     std::error_code ignored;
     if (path) std::filesystem::current_path(*path, ignored);

@@ -190,8 +190,9 @@ def configurations():
         talk.read()
     talk.end()
     talk = Talk(start=False)
-    arguments = [word.replace("@", talk.work.name) for word in ARGUMENTS]
-    talk.ask("initialize", capabilities={}, initializationOptions={"arguments": arguments})  # a fault of one text shows in another
+    arguments = [word.replace("@", talk.work.name) for word in ARGUMENTS[:-1]] + ["../team.ini"]
+    talk.ask("initialize", capabilities={}, workspaceFolders=[{"uri": talk.uri("meta")}],  # a fault of one text shows in another
+             initializationOptions={"arguments": arguments})
     both = "[db\\FILES\\1]\nmap-file=a\n"
     talk.open("meta/veltrane.ini", BASIC + both)
     assert "C08" not in [d["code"] for d in talk.diagnostics("meta/veltrane.ini", 1)]

@@ -206,6 +206,13 @@ def configurations():
     talk.tell(talk.change("team.ini", 2, (None, "[USER]\nquiet=no\n")))
     assert [d["code"] for d in talk.diagnostics("team.ini", 2)] == ["C05"]
     talk.end()
+    talk = Talk(*ARGUMENTS)
+    assert talk.diagnostics("team.ini", None)
+    os.remove(f"{talk.work.name}/team.ini")
+    talk.tell(note("workspace/didChangeWatchedFiles", changes=[]))
+    while talk.published[-1]["uri"] != talk.uri("team.ini") or talk.published[-1]["diagnostics"]:
+        talk.read()
+    talk.end()
     talk = Talk("--help")
     talk.open("team.ini", TEAM)
     assert talk.about("hover", "team.ini") is None and talk.shown == ["--help ends the tool at once; there is nothing to show"]

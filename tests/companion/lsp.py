@@ -143,6 +143,7 @@ def questions():
                       (4, 3): ["[USER]", "quiet, "], (5, 9): ["quiet = yes, means false", "C05, word that a flag"]}.items():
         text = hover(*at)
         assert all(part in text for part in parts), (at, text)
+    assert talk.about("hover", "team.ini", 3, 14)["range"] == span(3, 13, 19)
     assert hover(0, 1) is None and hover(99, 99) is None
     rule = talk.about("hover", "meta/veltrane.ini", 10, 1)["contents"]["value"]
     assert "From version 3 on, 'OLD' is replaced by 'NEW' in names of tables." in rule, rule
@@ -176,6 +177,8 @@ def questions():
     texts = lambda *at: [i["textEdit"]["newText"] for i in talk.about("completion", "r.reg", *at)]
     assert 'exit"=' in texts(3, 2) and texts(4, 9) == ['false"', 'true"'] and "load-dictionary-1" not in str(texts(3, 2))
     assert "HKLM\\SOFTWARE\\VORNAK\\veltrane\\db" in texts(1, 6)
+    talk.tell(talk.change("r.reg", 2, (None, REGISTRY.replace("db", "USER") + '"quiet"="yes"\n')))
+    assert [d["range"] for d in talk.diagnostics("r.reg", 2)] == [span(2, 1, 5), span(3, 8, 13)]
     talk.end()
 
 

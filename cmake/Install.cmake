@@ -15,6 +15,7 @@ install(DIRECTORY veltrane/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/veltrane COM
     FILES_MATCHING PATTERN "*.h" PATTERN "detail" EXCLUDE PATTERN "internal" EXCLUDE)
 install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development PATTERN "*.in" EXCLUDE)
+install(DIRECTORY examples/owntool examples/origin DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples COMPONENT development)
 
 install(EXPORT veltrane_base-targets NAMESPACE veltrane:: DESTINATION ${VELTRANE_PACKAGE_DIR} COMPONENT development)
 configure_package_config_file(cmake/veltrane_base-config.cmake.in veltrane_base-config.cmake

@@ -1,8 +1,8 @@
 #pragma once
+// clang-format off
 
 #include "veltrane/options/xowntable.h"
 
-// clang-format off
 using veltrane::OptionRow, veltrane::OwnOption;
 
 constexpr enumCfgSection SCALE = veltrane::OwnSection(1);

@@ -9,6 +9,19 @@ namespace veltrane::config {
 
 using namespace detail;
 
+namespace {
+
+/// How the value that a key of a file gives to a family is named here; empty if it gives none.
+CString LabelOfKey(const CString& key) {
+    const int hyphen = key.ReverseFind(L'-');
+    int index = 0;
+    if (hyphen < 1 || !ScanInteger(key.Mid(hyphen + 1).View(), index)) return {};
+    const XOptionDefinition* const row = FindOptionDefinition(key.Left(hyphen));
+    return row && !row->IsSingle() ? LabelOf(*row, index) : CString{};
+}
+
+}  // namespace
+
 AskedOption ParseOption(const std::string& word) {
     CString name = FromUtf8(word);
     std::optional<int> index;
@@ -23,6 +36,9 @@ AskedOption ParseOption(const std::string& word) {
         throw Refusal{FormatText(L"'%s' has one value; leave out its index", name)};
     }
     if (isOption) return {row, index};
+    if (const CString label = LabelOfKey(name); !label.IsEmpty()) {
+        throw Refusal{FormatText(L"unknown option '%s'; write '%s'", name, label)};
+    }
     std::vector<CString> names;
     for (int i = 0; const auto* other = GetOptionDefinitionAt(i); ++i) names.emplace_back(other->szLongName);
     const CString nearest = Nearest(name, names);

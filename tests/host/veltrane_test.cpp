@@ -115,6 +115,7 @@ TEST_F(Host, ShowsTheSystemsErrorsWithItsOwnHintsBehind) {
            "must exist but could not be found!\n\t    <---- Looked for in [SOFTWARE\\VORNAK\\veltrane\\dbs] of <" +
                Path("registry.reg") + ">, [dbs] of <" + BasicFile() + "> ---->\n" +
                "\t    <---- Did you mean [db]? ---->\n");
+    expect({"other"}, "> ---->\n\t    <---- Or give it with <--dictionary-name> on the command line ---->\n");
     expect({"db", "-l", "bad.txt"}, "The name list <bad.txt> cannot be understood in line 2: <tabel b>!\n");
     std::string growing;
     for (const char version : {'1', '2', '3'}) {

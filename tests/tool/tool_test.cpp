@@ -74,6 +74,8 @@ TEST_F(ToolFrame, EveryWayOutHasItsExitCodeBoxAndLog) {
          "\t    <---- Name the folder with <--metadata FOLDER> ---->\n", ""},
         {"no file", [](Facts& facts) { facts.name = "x"; }, prints, 1,
          "\t    <---- Name its folder with <--metadata FOLDER> ---->\n", ""},
+        {"no database", [](Facts& facts) { facts.arguments.resize(1); }, prints, 1,
+         "\t    <---- Name the database on the command line ---->\n", ""},
         {"within", same, [&](OwnTool&) { return veltrane::RunTool(m_Facts, prints); }, 1, "before a store is made!\n",
          "finish"},
         {"help", [](Facts& facts) { facts.arguments[1] = L"--help"; }, fails, 0, "", ""},

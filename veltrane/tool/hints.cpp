@@ -50,10 +50,10 @@ std::vector<CString> SectionNames(const CString& file) {
 }
 
 // Where a missing value was looked for, and the section that may have been meant.
-void AddPlaces(XException& error, const std::vector<OptionPlace>& places) {
+void AddPlaces(XException& error, const ErrorSubject& subject) {
     CString hint;
     CString nearest;
-    for (const OptionPlace& place : places) {
+    for (const OptionPlace& place : subject.places) {
         if (place.file.IsEmpty()) continue;
         AddString(hint, FormatText(L"[%s] of <%s>", place.section, place.file));
         const std::vector<CString> sections = SectionNames(place.file);
@@ -61,8 +61,10 @@ void AddPlaces(XException& error, const std::vector<OptionPlace>& places) {
             sections, [&](const CString& section) { return section.CompareNoCase(place.section) == 0; });
         if (!isThere && nearest.IsEmpty()) nearest = Nearest(place.section, sections);
     }
-    if (!hint.IsEmpty()) AddHint(error, L"Looked for in " + hint);
-    if (!nearest.IsEmpty()) AddHint(error, FormatText(L"Did you mean [%s]?", nearest));
+    if (hint.IsEmpty()) return;
+    AddHint(error, L"Looked for in " + hint);
+    AddHint(error, nearest.IsEmpty() ? FormatText(L"Or give it with <--%s> on the command line", subject.option)
+                                     : FormatText(L"Did you mean [%s]?", nearest));
 }
 
 void AddLine(XException& error, const OptionPlace& place) {
@@ -70,8 +72,10 @@ void AddLine(XException& error, const OptionPlace& place) {
     AddHint(error, FormatText(L"See <%s>, line %d: %s=%s", place.file, place.line, place.key, place.text));
 }
 
-// The folder, or the basic file in it.
-CString WayToMetadata(const ErrorSubject& subject) {
+// What every start needs: the database, the folder, and the basic file in it.
+CString WayToStart(const ErrorSubject& subject) {
+    const bool isMissing = subject.places.empty() && subject.argument.IsEmpty();
+    if (subject.option == L"name" && isMissing) return L"Name the database on the command line";
     if (subject.option != L"metadata") return {};
     if (subject.places.empty()) return L"Name the folder with <--metadata FOLDER>";
     return subject.places[0].layer == OptionLayer::BasicFile ? L"Name its folder with <--metadata FOLDER>" : L"";
@@ -88,10 +92,10 @@ void AddHints(XException& error) {
         const CString nearest = subject.argument.IsEmpty() ? CString{} : NearestOption(subject.reference);
         if (!nearest.IsEmpty()) AddHint(error, FormatText(L"Did you mean <%%%s%%>?", nearest));
     }
-    if (const CString way = WayToMetadata(subject); !way.IsEmpty()) return AddHint(error, way);
+    if (const CString way = WayToStart(subject); !way.IsEmpty()) return AddHint(error, way);
     const auto found = std::ranges::find(subject.places, true, &OptionPlace::found);
     if (found == subject.places.end()) {
-        AddPlaces(error, subject.places);
+        AddPlaces(error, subject);
     } else if (subject.index >= 0) {
         for (const OptionPlace& place : subject.places) AddLine(error, place);
     } else {

@@ -75,7 +75,7 @@ TEST_F(ToolFrame, EveryWayOutHasItsExitCodeBoxAndLog) {
         {"no file", [](Facts& facts) { facts.name = "x"; }, prints, 1,
          "\t    <---- Name its folder with <--metadata FOLDER> ---->\n", ""},
         {"no database", [](Facts& facts) { facts.arguments.resize(1); }, prints, 1,
-         "\t    <---- Name the database on the command line ---->\n", ""},
+         "\t    <---- Or give it with <--name> on the command line ---->\n", ""},
         {"within", same, [&](OwnTool&) { return veltrane::RunTool(m_Facts, prints); }, 1, "before a store is made!\n",
          "finish"},
         {"help", [](Facts& facts) { facts.arguments[1] = L"--help"; }, fails, 0, "", ""},

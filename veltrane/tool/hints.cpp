@@ -72,10 +72,8 @@ void AddLine(XException& error, const OptionPlace& place) {
     AddHint(error, FormatText(L"See <%s>, line %d: %s=%s", place.file, place.line, place.key, place.text));
 }
 
-// What every start needs: the database, the folder, and the basic file in it.
-CString WayToStart(const ErrorSubject& subject) {
-    const bool isMissing = subject.places.empty() && subject.argument.IsEmpty();
-    if (subject.option == L"name" && isMissing) return L"Name the database on the command line";
+// The folder, or the basic file in it.
+CString WayToMetadata(const ErrorSubject& subject) {
     if (subject.option != L"metadata") return {};
     if (subject.places.empty()) return L"Name the folder with <--metadata FOLDER>";
     return subject.places[0].layer == OptionLayer::BasicFile ? L"Name its folder with <--metadata FOLDER>" : L"";
@@ -92,7 +90,7 @@ void AddHints(XException& error) {
         const CString nearest = subject.argument.IsEmpty() ? CString{} : NearestOption(subject.reference);
         if (!nearest.IsEmpty()) AddHint(error, FormatText(L"Did you mean <%%%s%%>?", nearest));
     }
-    if (const CString way = WayToStart(subject); !way.IsEmpty()) return AddHint(error, way);
+    if (const CString way = WayToMetadata(subject); !way.IsEmpty()) return AddHint(error, way);
     const auto found = std::ranges::find(subject.places, true, &OptionPlace::found);
     if (found == subject.places.end()) {
         AddPlaces(error, subject);

@@ -132,11 +132,9 @@ XOptionItem* XOptionItems::Get(const XOptionDefinition& definition, int index) c
     }
     if (XOptionItem* const item = Find(definition, index)) return item;
     if (definition.IsMandatory()) {
-        XException error = MakeError(Here(L"XOption::GetOptionItem"),
-                                     L"The mandatory option <%s> could not be found in the program option registry!",
-                                     definition.szLongName);
-        error.AddSubject({.option = definition.szLongName});
-        throw error;
+        throw MakeError(Here(L"XOption::GetOptionItem"),
+                        L"The mandatory option <%s> could not be found in the program option registry!",
+                        definition.szLongName);
     }
     return nullptr;
 }

@@ -9,6 +9,10 @@ import statistics
 import sys
 import tempfile
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
+sys.dont_write_bytecode = True
+from bars import judge
+
 build = os.path.abspath(sys.argv[1])
 pairs = int(sys.argv[2]) if len(sys.argv) > 2 else 100
 host, companion = (os.path.join(build, name) for name in ("veltrane", "veltrane-config"))
@@ -41,8 +45,8 @@ held = True
 
 def row(what, floor, work, ratio, bar):
     global held
-    held = held and ratio <= bar
-    verdict = "held" if ratio <= bar else "NOT HELD"
+    is_held, verdict = judge(what, ratio, bar)
+    held = held and is_held
     print(f"{what:46} {work * 1e3:8.2f} ms {floor * 1e3:8.2f} ms {ratio:6.2f} {bar:6.2f}  {verdict}")
 
 

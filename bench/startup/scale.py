@@ -10,6 +10,10 @@ import subprocess
 import sys
 import tempfile
 
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
+sys.dont_write_bytecode = True
+from bars import judge
+
 build = os.path.abspath(sys.argv[1])
 pairs = int(sys.argv[2]) if len(sys.argv) > 2 else 100
 by_hand, by_store = (os.path.join(build, "bench", "startup_" + name) for name in ("inih", "store"))
@@ -61,8 +65,9 @@ held = True
 def row(what, floor, work, bar):
     global held
     ratio = work / floor
-    held = held and ratio <= bar
-    print(f"{what:46} {work:8.2f} ms {floor:8.2f} ms {ratio:6.2f} {bar:6.2f}  {'held' if ratio <= bar else 'NOT HELD'}")
+    is_held, verdict = judge(what, ratio, bar)
+    held = held and is_held
+    print(f"{what:46} {work:8.2f} ms {floor:8.2f} ms {ratio:6.2f} {bar:6.2f}  {verdict}")
 
 
 with tempfile.TemporaryDirectory() as folder:

@@ -88,16 +88,21 @@ def run_refused(folder, spoil, how, told):
     return None if result.returncode == 2 and told.encode() in result.stderr and state_of(folder) == before else result
 
 
-def run_overtaken(folder):
-    """Another writes the file while set waits for the disk."""
+def run_overtaken(folder, is_there):
+    """Another writes the file, or makes it, while set waits for the disk."""
     prepare(folder)
+    file = pathlib.Path(folder, "Team.ini" if is_there else "data/configuration/team.ini")
+    if not is_there:
+        os.unlink(folder + "/Team.ini")
+        file.parent.mkdir(parents=True, exist_ok=True)
+    before = len(os.listdir(file.parent))
     words = ["strace", "-o", "/dev/null", "-e", "inject=fsync:delay_enter=1000000:when=1", *command(folder, ["set", "spool", "x"])]
     job = subprocess.Popen(words, cwd=folder, env=sample.environment(folder), stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
-    while job.poll() is None and not any(name.startswith(".Team.ini.") for name in os.listdir(folder)):
+    while job.poll() is None and not any(name.startswith(f".{file.name}.") for name in os.listdir(file.parent)):
         pass
-    pathlib.Path(folder, "Team.ini").write_bytes(b"of another")
+    file.write_bytes(b"of another")
     told = job.communicate()[1]
-    is_kept = pathlib.Path(folder, "Team.ini").read_bytes() == b"of another" and len(os.listdir(folder)) == len(sample.FILES) + 1
+    is_kept = file.read_bytes() == b"of another" and len(os.listdir(file.parent)) == before + (not is_there)
     return None if job.returncode == 2 and b"changed meanwhile" in told and is_kept else f"ended with {job.returncode}: {told}"
 
 
@@ -142,7 +147,8 @@ with tempfile.TemporaryDirectory() as top:
         for error in sample.ERRORS:
             failing = ["-e", f"inject={call}:error={error}:when={number}"]
             count(f"{call} {number} {error}", sample.fault_in(f"{top}/{runs:06}", lambda folder: run_failing(folder, failing)))
-    count("overtaken", run_overtaken(top + "/overtaken"))
+    count("overtaken", run_overtaken(top + "/overtaken", is_there=True))
+    count("made meanwhile", run_overtaken(top + "/made", is_there=False))
     for number in range(20 // step + 1):
         folder = f"{top}/two{number}"
         prepare(folder)

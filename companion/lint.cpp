@@ -60,7 +60,7 @@ public:
             if (!std::filesystem::exists(file, failure))
                 throw Refusal{FormatText(L"file <%s> not found%s", FromUtf8(file),
                                          GetArguments().size() == 1 ? FORGOTTEN_HYPHENS : L"")};
-            const auto isFile = [&](const LintSource& source) {
+            const auto isFile = [&](const StartupSource& source) {
                 return std::filesystem::equivalent(MapPath(source.path), file, failure);
             };
             const auto found = std::ranges::find_if(run.sources, isFile);
@@ -109,7 +109,7 @@ std::string Counted(std::ptrdiff_t count, const std::string& what) {
 void AddSummary(Answer& answer, const LintRun& run, const FileFilter& wanted, const std::ptrdiff_t (&counts)[3]) {
     std::ptrdiff_t files = 0;
     std::ptrdiff_t registries = 0;
-    for (const LintSource& source : run.sources) {
+    for (const StartupSource& source : run.sources) {
         const bool isLooked = wanted.Has(run.SourceNumber(source.layer)) && source.view.reading == SourceReading::Done;
         if (isLooked) ++(source.layer == OptionLayer::Registry ? registries : files);
     }
@@ -160,7 +160,7 @@ Answer Explain(const std::string& list) {
 // Whether a finding says that a source cannot be read.
 bool IsOfUnreadable(const LintRun& run, const LintRun::Placed& finding) {
     if (finding.code != LintCode::C19 || !finding.isInFile) return false;
-    const LintSource& source = run.sources[static_cast<std::size_t>(finding.source)];
+    const StartupSource& source = run.sources[static_cast<std::size_t>(finding.source)];
     return IsUnreadable(source.path, source.view);
 }
 

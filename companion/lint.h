@@ -20,8 +20,6 @@ struct Finding {
     LinePart part = RowOf(code).part;  ///< of an entry; Report sets that of any other line
 };
 
-using LintSource = StartupSource;
-
 /// What a section of a file is for.
 struct SectionUse {
     enumCfgSection section = eSectionNone;
@@ -80,7 +78,7 @@ public:
     CString DatabaseOfFamily(const CString& section) const;
     /// Whether a section of another database may be a misspelt one of this database: nearly the same name, which no
     /// other source has, in a source without a section of this one.
-    bool IsNearOwnDatabase(const LintSource& source, const CString& section) const;
+    bool IsNearOwnDatabase(const StartupSource& source, const CString& section) const;
     bool HasDatabase() const { return !m_Database.IsEmpty(); }
     /// The database that was probably meant, when the one that the command line or the environment names has no section
     /// anywhere; otherwise empty.
@@ -90,12 +88,13 @@ public:
     CString NearestSection(const CString& section) const;
     CString NearestKey(const SectionUse& section, const CString& key) const;
     /// The section of an option as it is written, with an index that the source has, unless one is given.
-    CString SectionFor(const LintSource& source, const XOptionDefinition& row, const std::optional<int>& index) const;
+    CString SectionFor(const StartupSource& source, const XOptionDefinition& row,
+                       const std::optional<int>& index) const;
     /// Whether a reference reads a key: one in a value of its section or, for [ROOT], of any section.
     /// @param section  as an INI file spells it
     bool IsReferredTo(const CString& section, const CString& key) const;
 
-    void Report(const LintSource& source, const SourceLine& line, Finding finding);
+    void Report(const StartupSource& source, const SourceLine& line, Finding finding);
     /// @param place  of a source, of the environment, or a word of the command line
     void Report(const OptionOrigin& place, Finding finding);
     struct Placed : Finding {
@@ -114,7 +113,7 @@ public:
     }
 
     Startup& startup;
-    std::vector<LintSource> sources;
+    std::vector<StartupSource> sources;
 
 private:
     void AddSections();
@@ -122,9 +121,9 @@ private:
     void AddReferences();
     void FindMeantDatabase();
     void AddDatabases();
-    void AddDatabasesOf(const LintSource& source);
-    void AddRegistryDatabasesOf(const LintSource& source);
-    void AddDatabase(const LintSource& source, const CString& name);
+    void AddDatabasesOf(const StartupSource& source);
+    void AddRegistryDatabasesOf(const StartupSource& source);
+    void AddDatabase(const StartupSource& source, const CString& name);
     CString FormFor(const CString& section, const CString& form) const;
     bool IsNearOwn(const CString& database) const;
 

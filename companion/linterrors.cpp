@@ -123,10 +123,10 @@ private:
             const bool isOfSection =
                 known.isInFile && known.suggestion == L"[" + section + L"]" && Holds(known, subject.option);
             if (!known.isInFile || (known.suggestion != subject.option && !isOfSection)) continue;
-            const LintSource& source = m_Run.sources[static_cast<std::size_t>(known.source)];
+            const StartupSource& source = m_Run.sources[static_cast<std::size_t>(known.source)];
             return {{known.file, known.line, known.section, known.key}, source.layer};
         }
-        const LintSource& basic = m_Run.sources.front();
+        const StartupSource& basic = m_Run.sources.front();
         OptionOrigin place{{basic.path, 0, section}, basic.layer};
         for (const SourceLine& line : basic.view.lines) {  // the last of several: those after the first are ignored
             if (line.kind == Kind::Section && line.section.CompareNoCase(section) == 0) place.line = line.number;

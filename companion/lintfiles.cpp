@@ -39,7 +39,7 @@ CString OtherSpelling(const std::filesystem::path& file) {
 }
 
 // The default registry may be missing; a missing user file is an error of start-up, which names its place.
-void LintMissing(LintRun& run, const LintSource& source) {
+void LintMissing(LintRun& run, const StartupSource& source) {
     CString named;
     const bool isNamed = GetEnvironmentText(named, L"VORNAK_REGISTRY") && !named.IsEmpty();
     const auto isOfMetadata = [](const XException& error) {
@@ -53,7 +53,7 @@ void LintMissing(LintRun& run, const LintSource& source) {
     }
 }
 
-void LintFile(LintRun& run, const LintSource& source) {
+void LintFile(LintRun& run, const StartupSource& source) {
     const auto report = [&](LintCode code, const CString& text) { run.Report(source, SourceLine{}, {code, text}); };
     if (IsUnreadable(source.path, source.view)) report(C19, FaultOf(source.view.reading));
     if (source.view.reading == SourceReading::Missing) LintMissing(run, source);
@@ -69,7 +69,7 @@ void LintFile(LintRun& run, const LintSource& source) {
 }  // namespace
 
 void LintFiles(LintRun& run) {
-    for (const LintSource& source : run.sources) LintFile(run, source);
+    for (const StartupSource& source : run.sources) LintFile(run, source);
 }
 
 }  // namespace veltrane::config

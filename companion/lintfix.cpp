@@ -41,11 +41,11 @@ bool IsOneSlip(CString left, CString right) {
     return isSwap || std::max(first.size(), second.size()) == 1;
 }
 
-const LintSource& SourceOf(const LintRun& run, const LintRun::Placed& finding) {
+const StartupSource& SourceOf(const LintRun& run, const LintRun::Placed& finding) {
     return run.sources[static_cast<std::size_t>(finding.source)];
 }
 
-bool HasSection(const LintSource& source, const CString& name) {
+bool HasSection(const StartupSource& source, const CString& name) {
     return std::ranges::any_of(source.view.lines, [&](const SourceLine& line) {
         return line.kind == Kind::Section && IsSameName(line.section, name);
     });
@@ -179,7 +179,7 @@ std::vector<Mend> MovesOfKeys(const LintRun& run, const std::vector<LintRun::Pla
     for (const LintRun::Placed& finding : findings) {
         const bool isMisplaced = finding.code == C03 && finding.severity == Severity::Warning && finding.isInFile;
         if (!isMisplaced || finding.suggestion[0] != L'[') continue;
-        const LintSource& source = SourceOf(run, finding);
+        const StartupSource& source = SourceOf(run, finding);
         const CString name = finding.suggestion.Mid(1, finding.suggestion.GetLength() - 2);
         const auto isThere = [&](const SourceLine& line) {
             return line.kind == Kind::Entry && IsSameName(line.section, name) && IsSameName(line.key, finding.key);

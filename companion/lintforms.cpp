@@ -52,7 +52,7 @@ std::string PropertyOfCommand(const std::string& text) {
 /// The piece of its line that a finding is about, as an editor marks it, in units of UTF-16; nothing for all of it.
 std::optional<TextRange> MarkedPiece(const LintRun& run, const LintRun::Placed& finding) {
     if (!finding.isInFile || finding.part == LinePart::Line) return {};
-    const LintSource& source = run.sources[static_cast<std::size_t>(finding.source)];
+    const StartupSource& source = run.sources[static_cast<std::size_t>(finding.source)];
     const bool isIni = source.layer != OptionLayer::Registry;
     if (!isIni || finding.line <= 0 || finding.line > static_cast<int>(source.view.lines.size())) return {};
     const SourceLine& line = source.view.lines[static_cast<std::size_t>(finding.line) - 1];

@@ -73,7 +73,7 @@ CString Bracketed(const CString& section) {
 /// One walk over the lines of a file.
 class FileLint {
 public:
-    FileLint(LintRun& run, const LintSource& source) : m_Run(run), m_Source(source) {}
+    FileLint(LintRun& run, const StartupSource& source) : m_Run(run), m_Source(source) {}
 
     void Walk() {
         for (const SourceLine& line : m_Source.view.lines) {
@@ -233,7 +233,7 @@ private:
     }
 
     LintRun& m_Run;
-    const LintSource& m_Source;
+    const StartupSource& m_Source;
     SectionUse m_Use;
     const SourceLine* m_FirstCut = nullptr;
     int m_nKeys = 0;      // length of the list of the section's keys so far
@@ -244,7 +244,7 @@ private:
 }  // namespace
 
 void LintLines(LintRun& run) {
-    for (const LintSource& source : run.sources) {
+    for (const StartupSource& source : run.sources) {
         const bool isLookedAt = !run.Asked() || run.Asked()->layer == source.layer;
         if (isLookedAt && source.layer != OptionLayer::Registry) FileLint{run, source}.Walk();
     }

@@ -38,14 +38,14 @@ bool IsNeighbour(const CString& left, const CString& right) {
 // An unknown section is one of another database if it holds a key of a database, or if it has the form of a family and
 // its database's name is not near this one.
 void LintRun::AddDatabases() {
-    for (const LintSource& source : sources) {
+    for (const StartupSource& source : sources) {
         if (source.layer == OptionLayer::Registry) {
             AddRegistryDatabasesOf(source);
         } else {
             AddDatabasesOf(source);
         }
     }
-    for (const LintSource& source : sources) {
+    for (const StartupSource& source : sources) {
         for (const SourceLine& line : source.view.lines) {
             const bool isIni = line.kind == Kind::Section && source.layer != OptionLayer::Registry;
             const CString database = isIni ? DatabaseOfFamily(line.section) : CString{};
@@ -55,7 +55,7 @@ void LintRun::AddDatabases() {
     }
 }
 
-void LintRun::AddDatabasesOf(const LintSource& source) {
+void LintRun::AddDatabasesOf(const StartupSource& source) {
     SectionUse use;
     for (const SourceLine& line : source.view.lines) {
         if (line.kind == Kind::Section) use = FindSection(line.section);
@@ -71,7 +71,7 @@ void LintRun::AddDatabasesOf(const LintSource& source) {
 }
 
 // In the registry a database is a key directly below that of the tool.
-void LintRun::AddRegistryDatabasesOf(const LintSource& source) {
+void LintRun::AddRegistryDatabasesOf(const StartupSource& source) {
     for (const SourceLine& line : source.view.lines) {
         const RegistryKey* const key = FindRegistryKey(line.section);
         if (key && key->section == eSectionDatabase) {
@@ -84,7 +84,7 @@ void LintRun::AddRegistryDatabasesOf(const LintSource& source) {
     }
 }
 
-void LintRun::AddDatabase(const LintSource& source, const CString& name) {
+void LintRun::AddDatabase(const StartupSource& source, const CString& name) {
     Database& known = m_OtherDatabases[Folded(name)];
     if (known.name.IsEmpty()) known.name = name;
     known.layers.insert(source.layer);
@@ -98,7 +98,7 @@ bool LintRun::IsNearOwn(const CString& database) const {
     return !Nearest(database, {m_Database}).IsEmpty() && !IsNeighbour(database, m_Database);
 }
 
-bool LintRun::IsNearOwnDatabase(const LintSource& source, const CString& section) const {
+bool LintRun::IsNearOwnDatabase(const StartupSource& source, const CString& section) const {
     const auto known = m_OtherDatabases.find(Folded(section));
     const bool isAlone = known != m_OtherDatabases.end() && known->second.layers.size() == 1;
     return isAlone && IsNearOwn(section) && !m_WithOwn.contains(source.layer) && MeantDatabase().IsEmpty();
@@ -167,7 +167,7 @@ CString LintRun::NearestKey(const SectionUse& section, const CString& key) const
     return nearest.IsEmpty() ? NearestOf(key, all) : nearest;
 }
 
-CString LintRun::SectionFor(const LintSource& source, const XOptionDefinition& row,
+CString LintRun::SectionFor(const StartupSource& source, const XOptionDefinition& row,
                             const std::optional<int>& index) const {
     const CString form = startup.options.GetSectionName(row.eSection);
     if (index || form.Find(L"%d") < 0) return FormatIndex(form, index.value_or(0));

@@ -35,7 +35,7 @@ constexpr const wchar_t* OTHER_ROOTS[] = {L"HKEY_CURRENT_USER", L"HKCU", L"HKEY_
 
 class RegistryLint {
 public:
-    RegistryLint(LintRun& run, const LintSource& source) : m_Run(run), m_Source(source) {
+    RegistryLint(LintRun& run, const StartupSource& source) : m_Run(run), m_Source(source) {
         for (const SourceLine& line : source.view.lines) {
             if (line.kind == Kind::Section) m_Paths.insert(Folded(line.section));
         }
@@ -194,7 +194,7 @@ private:
     }
 
     LintRun& m_Run;
-    const LintSource& m_Source;
+    const StartupSource& m_Source;
     std::set<CString> m_Paths;  // of the keys in the file, folded
     int m_nForeign = 0;
     bool m_IsLost = false;  // the values that follow belong to an invalid key
@@ -206,7 +206,7 @@ private:
 
 void LintRegistry(LintRun& run) {
     const SourceSnapshot snapshot;  // the file is read once for all keys
-    for (const LintSource& source : run.sources) {
+    for (const StartupSource& source : run.sources) {
         if (source.layer == OptionLayer::Registry) RegistryLint{run, source}.Walk();
     }
 }

@@ -10,7 +10,7 @@ namespace {
 
 using enum LintCode;
 
-void LintVersion(LintRun& run, const LintSource& source, const SourceLine& line, const SectionUse& use) {
+void LintVersion(LintRun& run, const StartupSource& source, const SourceLine& line, const SectionUse& use) {
     if (*use.index < 0 && !use.isOfOtherDatabase) {
         run.Report(source, line, {C14, L"a negative version ends the reading; no rule of this kind is in force"});
     }
@@ -55,7 +55,7 @@ void LintHidden(LintRun& run, const std::vector<OptionRule>& rules) {
 }  // namespace
 
 void LintRules(LintRun& run) {
-    for (const LintSource& source : run.sources) {
+    for (const StartupSource& source : run.sources) {
         if (source.layer == OptionLayer::Registry) continue;
         for (const SourceLine& line : source.view.lines) {
             if (line.kind != SourceLine::Kind::Section || !line.answers) continue;

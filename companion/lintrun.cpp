@@ -64,7 +64,7 @@ void LintRun::AddReferences() {
     const auto add = [this](const CString& section, const CString& value) {
         for (const CString& name : ReferencesOf(value)) m_References[Folded(name)].insert(Folded(section));
     };
-    for (const LintSource& source : sources) {
+    for (const StartupSource& source : sources) {
         const bool isRegistry = source.layer == OptionLayer::Registry;
         for (const SourceLine& line : source.view.lines) {
             add(isRegistry ? BelowTool(line.section).value_or(CString{}) : line.section, line.value);
@@ -134,7 +134,7 @@ const RegistryKey* LintRun::FindRegistryKey(const CString& path) const {
     return found == m_RegistryKeys.end() ? nullptr : &*found;
 }
 
-void LintRun::Report(const LintSource& source, const SourceLine& line, Finding finding) {
+void LintRun::Report(const StartupSource& source, const SourceLine& line, Finding finding) {
     const CString key = line.kind == SourceLine::Kind::Entry ? line.key : CString{};
     finding.part = PartOn(line, finding.part);
     m_Findings.push_back({std::move(finding), SourceNumber(source.layer), source.path, /*isInFile*/ true, line.number,
@@ -150,7 +150,7 @@ void LintRun::Report(const OptionOrigin& place, Finding finding) {
 }
 
 int LintRun::SourceNumber(OptionLayer layer) const {
-    const auto isOf = [&](const LintSource& source) { return source.layer == layer; };
+    const auto isOf = [&](const StartupSource& source) { return source.layer == layer; };
     const auto found = std::ranges::find_if(sources, isOf) - sources.begin();
     return static_cast<int>(found) + (layer < OptionLayer::Registry ? 1 : 0);
 }

@@ -39,7 +39,7 @@ public:
     explicit Silencing(LintRun& run) : m_Run(run) {}
 
     void Walk() {
-        for (const LintSource& source : m_Run.sources) {
+        for (const StartupSource& source : m_Run.sources) {
             for (const SourceLine& line : source.view.lines) Look(source, line);
             AddPending(source, NO_LINE);
         }
@@ -51,13 +51,13 @@ public:
 
 private:
     struct Comment {
-        const LintSource* source;
+        const StartupSource* source;
         const SourceLine* line;
         bool isUsed = false;
     };
 
     // Several of these comments may be above a line.
-    void Look(const LintSource& source, const SourceLine& line) {
+    void Look(const StartupSource& source, const SourceLine& line) {
         const std::optional<CString> list = ListOf(line);
         if (!list) return AddPending(source, line.number);
         std::vector<std::string> words = SplitList(ToUtf8(*list));
@@ -67,7 +67,7 @@ private:
         for (const std::string& word : words) ReadCode(source, line, FromUtf8(word), isOfFile);
     }
 
-    void ReadCode(const LintSource& source, const SourceLine& line, const CString& name, bool isOfFile) {
+    void ReadCode(const StartupSource& source, const SourceLine& line, const CString& name, bool isOfFile) {
         const LintRow* const row = FindLint(name);
         if (!row) {
             m_Run.Report(source, line,
@@ -79,7 +79,7 @@ private:
         }
     }
 
-    void AddPending(const LintSource& source, int number) {
+    void AddPending(const StartupSource& source, int number) {
         for (const auto& [code, line] : m_Pending)
             Add({m_Run.SourceNumber(source.layer), number, code}, {&source, line});
         m_Pending.clear();

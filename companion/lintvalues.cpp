@@ -24,14 +24,14 @@ public:
 
     void Walk() {
         if (m_Run.Asked() && m_Run.Asked()->row.IsSingle()) return;
-        for (const LintSource& source : m_Run.sources) {
+        for (const StartupSource& source : m_Run.sources) {
             if (source.layer == OptionLayer::Registry) continue;
             for (const SourceLine& line : source.view.lines) Look(source, line);
         }
     }
 
 private:
-    void Look(const LintSource& source, const SourceLine& line) {
+    void Look(const StartupSource& source, const SourceLine& line) {
         if (line.kind == Kind::Section) {
             m_Use = m_Run.FindSection(line.section);
             if (m_Use.index && !line.answers && !m_Use.isOfOtherDatabase) LookAgain(source, line);
@@ -48,14 +48,14 @@ private:
     }
 
     // A section of a family that occurs twice gives its values twice.
-    void LookAgain(const LintSource& source, const SourceLine& line) {
+    void LookAgain(const StartupSource& source, const SourceLine& line) {
         for (const auto& [row, places] : m_Places) {
             const auto known = places.find(*m_Use.index);
             if (row->eSection == m_Use.section && known != places.end()) Report(source, line, *row, *known);
         }
     }
 
-    void Report(const LintSource& source, const SourceLine& line, const XOptionDefinition& row,
+    void Report(const StartupSource& source, const SourceLine& line, const XOptionDefinition& row,
                 const std::pair<const int, SourcePlace>& first) {
         m_Run.Report(source, line,
                      {C08, FormatText(L"index %d of '%s' is already given in %s; the tool stops", first.first,
@@ -155,7 +155,7 @@ public:
     }
 
     void Walk() {
-        for (const LintSource& source : m_Run.sources) {
+        for (const StartupSource& source : m_Run.sources) {
             for (const SourceLine& line : source.view.lines) {
                 const bool mayMatter = line.value.IsEmpty() || HasReference(line.value);
                 const bool isRead = line.kind == Kind::Entry && line.answers;
@@ -166,11 +166,11 @@ public:
 
 private:
     // The section as an INI file names it; nothing for a key of another program.
-    std::optional<CString> SectionOf(const LintSource& source, const SourceLine& line) const {
+    std::optional<CString> SectionOf(const StartupSource& source, const SourceLine& line) const {
         return source.layer == OptionLayer::Registry ? m_Run.BelowTool(line.section) : line.section;
     }
 
-    void Look(const LintSource& source, const SourceLine& line) {
+    void Look(const StartupSource& source, const SourceLine& line) {
         const std::optional<CString> section = SectionOf(source, line);
         const SectionUse use = section ? m_Run.FindSection(*section) : SectionUse{};
         if (!use.isKnown || m_Run.HoldsRules(use.section)) return;
@@ -186,7 +186,7 @@ private:
     }
 
     void AddKeys() {
-        for (const LintSource& source : m_Run.sources) {
+        for (const StartupSource& source : m_Run.sources) {
             for (const SourceLine& line : source.view.lines) {
                 const std::optional<CString> section = SectionOf(source, line);
                 if (line.kind == Kind::Entry && line.answers && section && !line.value.IsEmpty())
@@ -207,7 +207,7 @@ private:
     }
 
     // An empty value of a file does not hide the value of a weaker source.
-    void LintEmpty(const LintSource& source, const SourceLine& line, const XOptionDefinition& row) {
+    void LintEmpty(const StartupSource& source, const SourceLine& line, const XOptionDefinition& row) {
         if (!row.IsSingle() || source.layer != OptionLayer::UserFile) return;
         for (const OptionPlace& place : m_Run.startup.options.GetOptionCandidates(row.szLongName, -1).places) {
             if (!place.found || place.layer != OptionLayer::BasicFile) continue;

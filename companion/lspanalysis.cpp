@@ -9,10 +9,10 @@ namespace veltrane::config {
 
 LspAnalysis::LspAnalysis(const LspTool& tool, const std::vector<CString>& arguments)
     : startup(tool.path, arguments, tool.version), run(startup), findings(FindAll(run)) {
-    for (const LintSource& source : run.sources) paths.push_back(KnownPath(MapPath(source.path)));
+    for (const StartupSource& source : run.sources) paths.push_back(KnownPath(MapPath(source.path)));
 }
 
-const LintSource* LspAnalysis::FindSource(const std::string& path) const {
+const StartupSource* LspAnalysis::FindSource(const std::string& path) const {
     const auto found = std::ranges::find(paths, path);
     return found == paths.end() ? nullptr : &run.sources[static_cast<std::size_t>(found - paths.begin())];
 }

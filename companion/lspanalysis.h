@@ -21,7 +21,7 @@ struct LspAnalysis {
     LspAnalysis(const LspTool& tool, const std::vector<CString>& arguments);
 
     /// The source that is a file, by its path as documents have it; null for a file that is not a source.
-    const LintSource* FindSource(const std::string& path) const;
+    const StartupSource* FindSource(const std::string& path) const;
 
     Startup startup;
     LintRun run;

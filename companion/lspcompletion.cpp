@@ -193,7 +193,7 @@ LspJson CompleteReference(const Question& asked, std::size_t begin) {
     const XOption& options = asked.view.analysis.startup.options;
     for (const CString& section :
          {SectionAt(asked.view, asked.line).value_or(CString{}), options.GetSectionName(eSectionRoot)}) {
-        for (const LintSource& source : asked.view.analysis.run.sources) {
+        for (const StartupSource& source : asked.view.analysis.run.sources) {
             for (const SourceLine& line : source.view.lines) {
                 const bool isKey = line.kind == Kind::Entry && line.answers && line.number != asked.line + 1;
                 if (isKey && line.section.CompareNoCase(section) == 0) add(line.key, "[" + ToUtf8(section) + "]");

@@ -22,7 +22,7 @@ bool LineFinding::IsNeverRead() const {
     return isUnknown || isSecond || isIgnored;
 }
 
-std::vector<LineFinding> FindingsIn(const LspAnalysis& analysis, const LintSource& source) {
+std::vector<LineFinding> FindingsIn(const LspAnalysis& analysis, const StartupSource& source) {
     static const SourceLine blank{.number = 1};
     std::vector<LineFinding> found;
     const std::vector<SourceLine>& lines = source.view.lines;
@@ -45,7 +45,7 @@ LspJson DiagnosticJson(const LineFinding& found, const LineUnits& units, const L
     return json;
 }
 
-LspJson DiagnosticsOf(const LspAnalysis& analysis, const LintSource& source, const LineUnits& units,
+LspJson DiagnosticsOf(const LspAnalysis& analysis, const StartupSource& source, const LineUnits& units,
                       const LspTool& tool) {
     LspJson diagnostics = LspJson::array();
     for (const LineFinding& found : FindingsIn(analysis, source)) {

@@ -20,13 +20,13 @@ struct LineFinding {
 };
 
 /// Those of a source, line by line.
-std::vector<LineFinding> FindingsIn(const LspAnalysis& analysis, const LintSource& source);
+std::vector<LineFinding> FindingsIn(const LspAnalysis& analysis, const StartupSource& source);
 
 /// A finding as the protocol tells it.
 LspJson DiagnosticJson(const LineFinding& found, const LineUnits& units, const LspTool& tool);
 
 /// All that lint finds in a source.
-LspJson DiagnosticsOf(const LspAnalysis& analysis, const LintSource& source, const LineUnits& units,
+LspJson DiagnosticsOf(const LspAnalysis& analysis, const StartupSource& source, const LineUnits& units,
                       const LspTool& tool);
 
 }  // namespace veltrane::config

@@ -65,7 +65,7 @@ bool IsAt(const OptionOrigin& place, const PlacedLine& placed) {
 }
 
 std::optional<PlacedLine> LineAt(const LspAnalysis& analysis, const OptionOrigin& place) {
-    const auto source = std::ranges::find(analysis.run.sources, place.layer, &LintSource::layer);
+    const auto source = std::ranges::find(analysis.run.sources, place.layer, &StartupSource::layer);
     if (source == analysis.run.sources.end()) return {};
     const std::vector<SourceLine>& lines = source->view.lines;
     if (place.line < 1 || place.line > static_cast<int>(lines.size())) return {};
@@ -110,7 +110,7 @@ std::vector<PlacedLine> LinesOfReference(LspAnalysis& analysis, const PlacedLine
 
 std::vector<PlacedLine> LinesReferringTo(const LspAnalysis& analysis, const CString& name) {
     std::vector<PlacedLine> found;
-    for (const LintSource& source : analysis.run.sources) {
+    for (const StartupSource& source : analysis.run.sources) {
         for (const SourceLine& line : source.view.lines) {
             const auto isName = [&](const CString& reference) { return IsSameName(reference, name); };
             if (line.kind == Kind::Entry && std::ranges::any_of(ReferencesOf(line.value), isName))

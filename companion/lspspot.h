@@ -12,7 +12,7 @@ namespace veltrane::config {
 
 /// A line of one of the sources.
 struct PlacedLine {
-    const LintSource* source;
+    const StartupSource* source;
     const SourceLine* line;
 
     bool operator==(const PlacedLine&) const = default;

@@ -20,7 +20,7 @@ struct SectionLines {
     const SourceLine* last;
 };
 
-std::vector<SectionLines> SectionsOf(const LintSource& source) {
+std::vector<SectionLines> SectionsOf(const StartupSource& source) {
     std::vector<SectionLines> sections;
     for (const SourceLine& line : source.view.lines) {
         if (line.kind == Kind::Section) sections.push_back({.header = &line, .last = &line});

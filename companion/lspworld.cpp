@@ -63,7 +63,7 @@ std::optional<LspView> LspWorld::Look(const std::string& uri) {
     if (!document || document->path.empty()) return {};
     AssignDocuments();
     LspAnalysis* const analysis = Analyze(ConfigurationOf(*document));
-    const LintSource* const source = analysis ? analysis->FindSource(document->path) : nullptr;
+    const StartupSource* const source = analysis ? analysis->FindSource(document->path) : nullptr;
     if (!source) return {};
     return LspView{*document, *analysis, *source, client.Unit()};
 }

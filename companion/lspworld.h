@@ -21,7 +21,7 @@ namespace veltrane::config {
 struct LspView {
     const OpenDocument& document;
     LspAnalysis& analysis;
-    const LintSource& source;  ///< that the document is
+    const StartupSource& source;  ///< that the document is
     ColumnUnit unit;
 
     LineUnits Units() const { return {unit, &document.text}; }

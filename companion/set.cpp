@@ -137,7 +137,7 @@ private:
         const AskedLine asked{m_Target.layer, file.View(), file.Line(m_Line.number), *m_Asked.row};
         LintRun run{startup, &asked};
         std::vector<LintRun::Placed> findings;
-        for (const LintSource& source : run.sources) {
+        for (const StartupSource& source : run.sources) {
             if (source.layer == m_Target.layer && source.isUnmarkedUtf16)
                 throw Refusal{DisplayPath(m_Target.path) + L" looks like UTF-16 without a mark; save it as UTF-8"};
         }

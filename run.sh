@@ -4,7 +4,7 @@ set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/packages.sh
 need_packages g++ cmake ninja-build libcli11-dev nlohmann-json3-dev
-cmake -S . -B build/run -G Ninja -DCMAKE_BUILD_TYPE=Release -DVELTRANE_BUILD_TESTS=OFF >/dev/null
+cmake -S . -B build/run -G Ninja -DCMAKE_BUILD_TYPE=Release -DVELTRANE_BUILD_TESTS=OFF -DCMAKE_UNITY_BUILD=ON >/dev/null
 cmake --build build/run -- -j"$(nproc)"
 
 . examples/config/environment.sh

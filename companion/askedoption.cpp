@@ -17,7 +17,8 @@ CString LabelOfKey(const CString& key) {
     int index = 0;
     if (hyphen < 1 || !ScanInteger(key.Mid(hyphen + 1).View(), index)) return {};
     const XOptionDefinition* const row = FindOptionDefinition(key.Left(hyphen));
-    return row && !row->IsSingle() ? LabelOf(*row, index) : CString{};
+    const bool isFamily = row && row->eOption != eOptionTitle && !row->IsSingle();
+    return isFamily ? LabelOf(*row, index) : CString{};
 }
 
 }  // namespace

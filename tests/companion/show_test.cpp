@@ -219,6 +219,7 @@ TEST_F(Show, AnswersItsOwnFaultsInOneLine) {
         {{"show", "lint"}, "unknown option 'lint'"},
         {{"freeze", "now"}, "'freeze' takes no argument"},
         {{"show", "logfil"}, "unknown option 'logfil'; did you mean 'logfile'?"},
+        {{"show", "load-dictionary-2"}, "unknown option 'load-dictionary-2'; write 'load-dictionary[2]'"},
         {{"show", "--only", "usr"},
          "--only must be host, start-up, command line, registry, user file, basic file or environment"},
         {{"show", "--format", "xml"}, "--format must be text, json, github or sarif"},

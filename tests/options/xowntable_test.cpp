@@ -125,7 +125,7 @@ TEST(OwnOptions, RefuseWhatIsInUse) {
     expect(eOptionScale, L"", L"other", L"The option <other> cannot be registered: its id is in use!");
     expect(enumOption{0x41}, L"", L"other", L"The option <other> cannot be registered: its id has no number!");
     expect(id, L"", L"o=r", L"The option <o=r> cannot be registered: a name is made of letters, digits and hyphens!");
-    expect(id, L"wxyz", L"other", L"The option <> cannot be registered: a text fills its column without an end!");
+    expect(id, L"wxyz", L"other", L"The option <other> cannot be registered: a text fills its column without an end!");
     constexpr enumOption several = OwnOption(10, eString);
     expect(several, L"", L"exit-x",
            L"The option <exit-x> cannot be registered: the key of <exit> would be one of its values!", {},

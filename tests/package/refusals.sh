@@ -22,7 +22,7 @@ check() {
 names=tests/package/refused_names.cpp
 for compiler in g++ clang++; do
     check $compiler tests/package/refused_tables.cpp \
-        < <(grep -ohE 'L"The (option|section) [^"]*' veltrane/options/optionrules.h | sort -u)
+        < <(sed -n '/^enum class Fault/,/^}/s/^    \([A-Z].*\),$/Fault::\1/p' veltrane/options/optionrules.h | grep -v ::None)
     check $compiler $names \
         < <(sed -n 's|.*// refused: ||p' $names; sed -n 's/.*sizeof(Name) == 0, "\(.*\)");/\1/p' veltrane/options/{optionname,libraryrows}.h)
 done

@@ -12,10 +12,16 @@ constexpr XOptionDefinition TAKEN[] = {ROWS[0], OptionRow(OwnOption(2, eString),
 constexpr XConfigSection BELOW[] = {SectionRow(OwnSection(1), OwnSection(2), L"SUB")};
 constexpr OwnTable IN_USE{TAKEN};
 constexpr OwnTable NOWHERE{.sections = BELOW};
+constexpr XOptionDefinition LOAD[] = {OptionRow(OwnOption(1, eString | eSingle), eSectionUser, L"", L"load", -1)};
+constexpr OwnTable BEGINS{LOAD};
+constexpr XOptionDefinition LONG[] = {{OwnOption(1, eString), eSectionRoot, {'l', 'o', 'n', 'g'}, L"filled", {}, -1, {}}};
+constexpr OwnTable FILLED{LONG};
 
 // clang-format off
-static_assert(FitsLibrary<IN_USE>());   // refused: OptionCalled<veltrane::detail::Spelled<'l', 'o', 'g', 'g', 'i', 'n', 'g'>
-static_assert(FitsLibrary<NOWHERE>());  // refused: SectionCalled<veltrane::detail::Spelled<'S', 'U', 'B'>
+static_assert(FitsLibrary<IN_USE>());   // refused: Fault::NameIsInUse, veltrane::detail::Spelled<'l', 'o', 'g', 'g', 'i', 'n', 'g'>
+static_assert(FitsLibrary<NOWHERE>());  // refused: Fault::SectionAboveDoesNotExist, veltrane::detail::Spelled<'S', 'U', 'B'>
+static_assert(FitsLibrary<BEGINS>());   // refused: Fault::ItsKeyWouldBeAValueOf, veltrane::detail::Spelled<'l', 'o', 'a', 'd'>, veltrane::detail::Spelled<'l', 'o', 'a', 'd', '-',
+static_assert(FitsLibrary<FILLED>());   // refused: Fault::TextDoesNotFitItsColumn, veltrane::detail::Spelled<'f', 'i', 'l', 'l', 'e', 'd'>
 void Ask(XOption& store) {
     const TypedOptions<OWN> options{store};
     options.Get<"unit">();

@@ -15,7 +15,7 @@ namespace detail {
 
 template <std::size_t Width>
 consteval void Put(wchar_t (&field)[Width], std::wstring_view text) {
-    if (text.size() >= Width) throw "the text does not fit its field";
+    if (text.size() >= Width) RowIsRefused<Fault::TextDoesNotFitItsColumn>();
     std::ranges::copy(text, field);
 }
 
@@ -34,7 +34,7 @@ consteval XOptionDefinition OptionRow(enumOption option, enumCfgSection section,
     detail::Put(row.szLongName, longName);
     detail::Put(row.szSyntax, syntax);
     detail::Put(row.szDescription, description);
-    detail::CheckRow(row);
+    detail::Refuse(detail::CheckRow(row));
     return row;
 }
 
@@ -47,7 +47,7 @@ consteval XOptionDefinition TitleRow(std::wstring_view title) {
 consteval XConfigSection SectionRow(enumCfgSection section, enumCfgSection parent, std::wstring_view name) {
     XConfigSection row{section, parent, {}};
     detail::Put(row.szName, name);
-    detail::CheckRow(row);
+    detail::Refuse(detail::CheckRow(row));
     return row;
 }
 

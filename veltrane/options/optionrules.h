@@ -4,12 +4,12 @@
 #include <cstddef>
 #include <span>
 #include <string_view>
+#include <utility>
 
 #include "veltrane/options/xoptiondefinition.h"
-#include "veltrane/platform/text/format.h"
 
-// The rules for rows of an option table. The compiler checks constant tables and shows the line that throws; a
-// registration checks while the program runs.
+// The rules for rows of an option table. The compiler checks constant tables and shows the rule that a row breaks by
+// its name here; a registration checks while the program runs and has a text for each.
 
 namespace veltrane::detail {
 
@@ -24,17 +24,47 @@ struct TableRows {
     }
 };
 
-/// A row that a table must not have, by its name.
-struct RowRefused {
-    XFormat<const wchar_t*> message;
-    const wchar_t* name;
+/// What is wrong with a row. Compilers show these names.
+enum class Fault {
+    None,
+    // An option
+    NameIsEmpty,
+    NameHasOtherThanLettersDigitsAndHyphens,
+    HasSeveralTypes,
+    HasNoType,
+    ValueMayBeLeftOutButIsNoText,
+    TabulatorsAreNotFromMinus1To16,
+    TextDoesNotFitItsColumn,
+    IdHasNoNumber,
+    IdIsInUse,
+    NameIsInUse,
+    ShortNameIsInUse,
+    ItsValuesWouldHaveTheKeyOf,
+    ItsKeyWouldBeAValueOf,
+    SectionDoesNotExist,
+    SectionHasAnIndexValueHasNone,
+    // A section
+    SectionNameIsEmpty,
+    SectionNameDoesNotFitItsColumn,
+    SectionValueStandsForNone,
+    SectionHasPercentOutsideOneIndex,
+    SectionIsBelowItself,
+    SectionValueOrNameIsInUse,
+    SectionSharesItsIndexWith,
+    SectionIsNamedByAnUnknownOption,
+    SectionIsNamedByAnOptionWithoutOneText,
+    SectionAboveDoesNotExist,
+    SectionIsBelowOneWithAnIndex,
 };
+inline constexpr int FAULT_COUNT = static_cast<int>(Fault::SectionIsBelowOneWithAnIndex) + 1;
 
-/// A row that must not be in a table with another.
-struct RowsRefused {
-    XFormat<const wchar_t*, const wchar_t*> message;
-    const wchar_t* name;
-    const wchar_t* other;
+/// Why a table is refused; converts to false when it is not.
+struct Refusal {
+    Fault fault = Fault::None;
+    std::wstring_view name = {};
+    std::wstring_view other = {};  ///< the second row or the short name, for the rules that name one
+
+    constexpr explicit operator bool() const { return fault != Fault::None; }
 };
 
 constexpr bool IsTitle(const XOptionDefinition& row) {
@@ -61,52 +91,52 @@ constexpr bool IsTypeable(std::wstring_view name) {
     return !name.starts_with(L'-') && std::ranges::all_of(name, isPart);
 }
 
-constexpr void CheckNames(const XOptionDefinition& row) {
-    if (row.szLongName[0] == 0) throw RowRefused{L"The option <%s> cannot be registered: its name is empty!", L""};
+constexpr Refusal CheckNames(const XOptionDefinition& row) {
+    if (row.szLongName[0] == 0) return {Fault::NameIsEmpty, L""};
     if (!IsTypeable(row.szLongName) || !IsTypeable(row.szShortName)) {
-        throw RowRefused{L"The option <%s> cannot be registered: a name is made of letters, digits and hyphens!",
-                         row.szLongName};
+        return {Fault::NameHasOtherThanLettersDigitsAndHyphens, row.szLongName};
     }
+    return {};
 }
 
 // A command may have no type or also the type of its value.
-constexpr void CheckType(const XOptionDefinition& row) {
+constexpr Refusal CheckType(const XOptionDefinition& row) {
     const int types = row.IsString() + row.IsBoolean() + row.IsTrillian() + row.IsIList();
-    if (types > 1) throw RowRefused{L"The option <%s> cannot be registered: it has several types!", row.szLongName};
-    if (types == 0 && !row.IsCommand()) {
-        throw RowRefused{L"The option <%s> cannot be registered: it has no type!", row.szLongName};
-    }
+    if (types > 1) return {Fault::HasSeveralTypes, row.szLongName};
+    if (types == 0 && !row.IsCommand()) return {Fault::HasNoType, row.szLongName};
+    return {};
 }
 
-constexpr void CheckOptionalValue(const XOptionDefinition& row) {
-    if (row.IsValueOptional() && !row.IsString()) {
-        throw RowRefused{L"The option <%s> cannot be registered: only the value of a text may be left out!",
-                         row.szLongName};
-    }
+constexpr Refusal CheckOptionalValue(const XOptionDefinition& row) {
+    if (row.IsValueOptional() && !row.IsString()) return {Fault::ValueMayBeLeftOutButIsNoText, row.szLongName};
+    return {};
 }
 
 // No listing has a value 128 columns to the right.
 inline constexpr int MAX_TABULATORS = 16;
 
-constexpr void CheckTabulators(const XOptionDefinition& row) {
+constexpr Refusal CheckTabulators(const XOptionDefinition& row) {
     if (row.nTabulators < -1 || row.nTabulators > MAX_TABULATORS) {
-        throw RowRefused{L"The option <%s> cannot be registered: its tabulators are from -1 to 16!", row.szLongName};
+        return {Fault::TabulatorsAreNotFromMinus1To16, row.szLongName};
     }
+    return {};
 }
 
-constexpr void CheckEnds(const XOptionDefinition& row) {
-    if (!HasEnd(row.szShortName) || !HasEnd(row.szLongName) || !HasEnd(row.szSyntax) || !HasEnd(row.szDescription)) {
-        throw RowRefused{L"The option <%s> cannot be registered: a text fills its column without an end!", L""};
+constexpr Refusal CheckEnds(const XOptionDefinition& row) {
+    if (!HasEnd(row.szLongName)) return {Fault::TextDoesNotFitItsColumn, L""};
+    if (!HasEnd(row.szShortName) || !HasEnd(row.szSyntax) || !HasEnd(row.szDescription)) {
+        return {Fault::TextDoesNotFitItsColumn, row.szLongName};
     }
+    return {};
 }
 
-constexpr void CheckRow(const XOptionDefinition& row) {
-    CheckEnds(row);
-    if (IsTitle(row)) return;
-    CheckNames(row);
-    CheckType(row);
-    CheckOptionalValue(row);
-    CheckTabulators(row);
+constexpr Refusal CheckRow(const XOptionDefinition& row) {
+    if (const Refusal refusal = CheckEnds(row)) return refusal;
+    if (IsTitle(row)) return {};
+    if (const Refusal refusal = CheckNames(row)) return refusal;
+    if (const Refusal refusal = CheckType(row)) return refusal;
+    if (const Refusal refusal = CheckOptionalValue(row)) return refusal;
+    return CheckTabulators(row);
 }
 
 // --- A section alone ---
@@ -121,25 +151,20 @@ constexpr bool HasIndex(std::wstring_view name) {
     return FromPercent(name).starts_with(L"%d");
 }
 
-constexpr void CheckPercent(const XConfigSection& row) {
+constexpr Refusal CheckPercent(const XConfigSection& row) {
     const std::wstring_view rest = FromPercent(row.szName);
     if (!rest.empty() && (!HasIndex(rest) || !FromPercent(rest.substr(1)).empty())) {
-        throw RowRefused{L"The section <%s> cannot be registered: a '%%' stands in one \"%%d\" only!", row.szName};
+        return {Fault::SectionHasPercentOutsideOneIndex, row.szName};
     }
+    return {};
 }
 
-constexpr void CheckRow(const XConfigSection& row) {
-    if (!HasEnd(row.szName)) {
-        throw RowRefused{L"The section <%s> cannot be registered: its name fills its column without an end!", L""};
-    }
-    if (row.szName[0] == 0 && row.eSection != eSectionUnnamed) {
-        throw RowRefused{L"The section <%s> cannot be registered: its name is empty!", L""};
-    }
-    if (row.eSection == eSectionNone) {
-        throw RowRefused{L"The section <%s> cannot be registered: its value stands for none!", row.szName};
-    }
-    if (row.eSection == row.eParent) throw RowRefused{L"The section <%s> stands below itself!", row.szName};
-    CheckPercent(row);
+constexpr Refusal CheckRow(const XConfigSection& row) {
+    if (!HasEnd(row.szName)) return {Fault::SectionNameDoesNotFitItsColumn, L""};
+    if (row.szName[0] == 0 && row.eSection != eSectionUnnamed) return {Fault::SectionNameIsEmpty, L""};
+    if (row.eSection == eSectionNone) return {Fault::SectionValueStandsForNone, row.szName};
+    if (row.eSection == row.eParent) return {Fault::SectionIsBelowItself, row.szName};
+    return CheckPercent(row);
 }
 
 // --- Rows side by side ---
@@ -167,21 +192,17 @@ constexpr bool IsSameName(const wchar_t* a, const wchar_t* b) {
     return a[0] == b[0] && std::wstring_view{a} == b;
 }
 
-constexpr void CheckIds(const XOptionDefinition& row, const XOptionDefinition& other) {
-    if (IsSameId(row.eOption, other.eOption)) {
-        throw RowRefused{L"The option <%s> cannot be registered: its id is in use!", row.szLongName};
-    }
+constexpr Refusal CheckIds(const XOptionDefinition& row, const XOptionDefinition& other) {
+    if (IsSameId(row.eOption, other.eOption)) return {Fault::IdIsInUse, row.szLongName};
+    return {};
 }
 
-constexpr void CheckDiffer(const XOptionDefinition& row, const XOptionDefinition& other) {
-    if (IsSameName(row.szLongName, other.szLongName)) {
-        throw RowRefused{L"The option <%s> cannot be registered: its name is in use!", row.szLongName};
-    }
+constexpr Refusal CheckDiffer(const XOptionDefinition& row, const XOptionDefinition& other) {
+    if (IsSameName(row.szLongName, other.szLongName)) return {Fault::NameIsInUse, row.szLongName};
     if (row.szShortName[0] != 0 && IsSameName(row.szShortName, other.szShortName)) {
-        throw RowsRefused{L"The option <%s> cannot be registered: its short name <%s> is in use!", row.szLongName,
-                          row.szShortName};
+        return {Fault::ShortNameIsInUse, row.szLongName, row.szShortName};
     }
-    CheckIds(row, other);
+    return CheckIds(row, other);
 }
 
 /// Whether a key of a section also gives a value of an option with several values there: by its bare name, of which the
@@ -200,15 +221,10 @@ constexpr bool HasValueAt(const XOptionDefinition& family, const XOptionDefiniti
            IsKeyOf(family.szLongName, other.szLongName);
 }
 
-constexpr void CheckFamilies(const XOptionDefinition& row, const XOptionDefinition& other) {
-    if (HasValueAt(row, other)) {
-        throw RowsRefused{L"The option <%s> cannot be registered: the key of <%s> would be one of its values!",
-                          row.szLongName, other.szLongName};
-    }
-    if (HasValueAt(other, row)) {
-        throw RowsRefused{L"The option <%s> cannot be registered: its key would be a value of <%s>!", row.szLongName,
-                          other.szLongName};
-    }
+constexpr Refusal CheckFamilies(const XOptionDefinition& row, const XOptionDefinition& other) {
+    if (HasValueAt(row, other)) return {Fault::ItsValuesWouldHaveTheKeyOf, row.szLongName, other.szLongName};
+    if (HasValueAt(other, row)) return {Fault::ItsKeyWouldBeAValueOf, row.szLongName, other.szLongName};
+    return {};
 }
 
 constexpr bool HaveSameParent(const XConfigSection& a, const XConfigSection& b) {
@@ -218,12 +234,13 @@ constexpr bool HaveSameParent(const XConfigSection& a, const XConfigSection& b) 
     return parent(a) == parent(b);
 }
 
-constexpr void CheckDiffer(const XConfigSection& row, const XConfigSection& other) {
+constexpr Refusal CheckDiffer(const XConfigSection& row, const XConfigSection& other) {
     const std::wstring_view name = row.szName;
     const bool isSameName = name.size() == std::wstring_view{other.szName}.size() && Begins(name, other.szName);
     if (row.eSection == other.eSection || (isSameName && HaveSameParent(row, other))) {
-        throw RowRefused{L"The section <%s> cannot be registered: its value or its name is in use!", row.szName};
+        return {Fault::SectionValueOrNameIsInUse, row.szName};
     }
+    return {};
 }
 
 /// Whether a section is read as one with an index: whatever follows the number is ignored.
@@ -235,12 +252,12 @@ constexpr bool IsSectionOf(std::wstring_view family, std::wstring_view name) {
     return IsDigit(next) || next == L'%' || next == L'-' || next == L'+' || next == L' ';
 }
 
-constexpr void CheckFamilies(const XConfigSection& row, const XConfigSection& other) {
-    if (!HaveSameParent(row, other)) return;
+constexpr Refusal CheckFamilies(const XConfigSection& row, const XConfigSection& other) {
+    if (!HaveSameParent(row, other)) return {};
     if (IsSectionOf(row.szName, other.szName) || IsSectionOf(other.szName, row.szName)) {
-        throw RowsRefused{L"The section <%s> cannot be registered: its index and that of <%s> are one!", row.szName,
-                          other.szName};
+        return {Fault::SectionSharesItsIndexWith, row.szName, other.szName};
     }
+    return {};
 }
 
 // --- Rows among tables; those of the last one are checked ---
@@ -272,16 +289,17 @@ constexpr Found<XOptionDefinition> FindRow(Tables tables, std::wstring_view long
 /// The option that names a section, as the database's name does; none for a fixed name.
 constexpr Found<XOptionDefinition> NamingOption(Tables tables, const XConfigSection& row) {
     const std::wstring_view name = row.szName;
-    if (!name.starts_with(L"--")) return {};
-    const Found<XOptionDefinition> option = FindRow(tables, name.substr(2));
-    if (option.empty()) {
-        throw RowRefused{L"The section <%s> cannot be registered: the option that names it is not known!", row.szName};
-    }
+    return name.starts_with(L"--") ? FindRow(tables, name.substr(2)) : Found<XOptionDefinition>{};
+}
+
+constexpr Refusal CheckNaming(Tables tables, const XConfigSection& row) {
+    if (!std::wstring_view{row.szName}.starts_with(L"--")) return {};
+    const Found<XOptionDefinition> option = NamingOption(tables, row);
+    if (option.empty()) return {Fault::SectionIsNamedByAnUnknownOption, row.szName};
     if (!option[0].IsString() || !option[0].IsSingle() || option[0].IsValueOptional()) {
-        throw RowRefused{L"The section <%s> cannot be registered: only an option with one text can name it!",
-                         row.szName};
+        return {Fault::SectionIsNamedByAnOptionWithoutOneText, row.szName};
     }
-    return option;
+    return {};
 }
 
 constexpr std::size_t CountSections(Tables tables) {
@@ -291,18 +309,20 @@ constexpr std::size_t CountSections(Tables tables) {
 }
 
 /// A section whose name depends on itself can never be asked for.
-constexpr void CheckDepth(Tables tables, const XConfigSection& row, std::size_t left) {
-    if (left == 0) throw RowRefused{L"The section <%s> stands below itself!", row.szName};
+constexpr Refusal CheckDepth(Tables tables, const XConfigSection& row, std::size_t left) {
+    if (left == 0) return {Fault::SectionIsBelowItself, row.szName};
     if (row.eParent != eSectionNone) {
         const Found<XConfigSection> parent = FindRow(tables, row.eParent);
-        if (parent.empty()) {
-            throw RowRefused{L"The section <%s> cannot be registered: the one above does not exist!", row.szName};
-        }
-        CheckDepth(tables, parent[0], left - 1);
+        if (parent.empty()) return {Fault::SectionAboveDoesNotExist, row.szName};
+        if (const Refusal refusal = CheckDepth(tables, parent[0], left - 1)) return refusal;
     }
+    if (const Refusal refusal = CheckNaming(tables, row)) return refusal;
     for (const XOptionDefinition& naming : NamingOption(tables, row)) {
-        for (const XConfigSection& place : FindRow(tables, naming.eSection)) CheckDepth(tables, place, left - 1);
+        for (const XConfigSection& place : FindRow(tables, naming.eSection)) {
+            if (const Refusal refusal = CheckDepth(tables, place, left - 1)) return refusal;
+        }
     }
+    return {};
 }
 
 /// @param section  its depth is checked
@@ -312,81 +332,116 @@ constexpr bool HasIndex(Tables tables, enumCfgSection section) {
     return !row.empty() && (HasIndex(row[0].szName) || HasIndex(tables, row[0].eParent));
 }
 
-constexpr void CheckPlace(Tables tables, const XConfigSection& row) {
-    CheckDepth(tables, row, CountSections(tables));
-    if (HasIndex(tables, row.eParent)) {
-        throw RowRefused{L"The section <%s> cannot be registered: it stands below one with an index!", row.szName};
-    }
+constexpr Refusal CheckPlace(Tables tables, const XConfigSection& row) {
+    if (const Refusal refusal = CheckDepth(tables, row, CountSections(tables))) return refusal;
+    if (HasIndex(tables, row.eParent)) return {Fault::SectionIsBelowOneWithAnIndex, row.szName};
+    return {};
 }
 
-constexpr void CheckPlace(Tables tables, const XOptionDefinition& row) {
-    if (IsTitle(row) || row.eSection == eSectionNone) return;
-    if (FindRow(tables, row.eSection).empty()) {
-        throw RowRefused{L"The option <%s> cannot be registered: its section does not exist!", row.szLongName};
-    }
-    if (row.IsSingle() && HasIndex(tables, row.eSection)) {
-        throw RowRefused{L"The option <%s> cannot be registered: its section has an index, its value has none!",
-                         row.szLongName};
-    }
+constexpr Refusal CheckPlace(Tables tables, const XOptionDefinition& row) {
+    if (IsTitle(row) || row.eSection == eSectionNone) return {};
+    if (FindRow(tables, row.eSection).empty()) return {Fault::SectionDoesNotExist, row.szLongName};
+    if (row.IsSingle() && HasIndex(tables, row.eSection)) return {Fault::SectionHasAnIndexValueHasNone, row.szLongName};
+    return {};
 }
 
 /// @param table  that of the other
-constexpr void CheckBeside(Tables tables, const XOptionDefinition& row, const TableRows& table,
-                           const XOptionDefinition& other) {
-    if (IsTitle(row) || IsTitle(other)) return;
+constexpr Refusal CheckBeside(Tables tables, const XOptionDefinition& row, const TableRows& table,
+                              const XOptionDefinition& other) {
+    if (IsTitle(row) || IsTitle(other)) return {};
     if (!table.Has(other)) return CheckIds(row, other);  // the library still distinguishes its rows by them
-    CheckDiffer(row, other);
-    if (row.eSection != other.eSection || row.eSection == eSectionNone) return;
-    if (!HasValueAt(row, other) && !HasValueAt(other, row)) return;
+    if (const Refusal refusal = CheckDiffer(row, other)) return refusal;
+    if (row.eSection != other.eSection || row.eSection == eSectionNone) return {};
+    if (!HasValueAt(row, other) && !HasValueAt(other, row)) return {};
     // If the section has an index, the key has none.
-    if (!HasIndex(tables, row.eSection)) CheckFamilies(row, other);
+    return HasIndex(tables, row.eSection) ? Refusal{} : CheckFamilies(row, other);
 }
 
-constexpr void CheckBeside(Tables, const XConfigSection& row, const TableRows&, const XConfigSection& other) {
-    CheckDiffer(row, other);
-    CheckFamilies(row, other);
-}
-
-/// Comes before rows are compared with each other: only then does each of their texts end.
-constexpr void CheckAlone(const TableRows& table) {
-    for (const XConfigSection& row : table.sections) CheckRow(row);
-    for (const XOptionDefinition& row : table.options) CheckRow(row);
-}
-
-/// @throws RowRefused, RowsRefused  a row of the last table breaks a rule
-template <class Row>
-constexpr void CheckAmong(Tables tables, const Row& row, std::span<const Row> TableRows::*rows) {
-    CheckPlace(tables, row);
-    for (const TableRows& table : tables) {
-        for (const Row& other : table.*rows) {
-            if (&other == &row) break;  // those after it are compared with it
-            CheckBeside(tables, row, table, other);
-        }
-    }
-}
-
-constexpr void CheckAmong(Tables tables) {
-    for (const XConfigSection& row : tables.back().sections) CheckAmong(tables, row, &TableRows::sections);
-    for (const XOptionDefinition& row : tables.back().options) CheckAmong(tables, row, &TableRows::options);
-}
-
-/// @throws RowRefused, RowsRefused  a row of the last table breaks a rule
-constexpr void CheckTables(Tables tables) {
-    CheckAlone(tables.back());
-    CheckAmong(tables);
+constexpr Refusal CheckBeside(Tables, const XConfigSection& row, const TableRows&, const XConfigSection& other) {
+    if (const Refusal refusal = CheckDiffer(row, other)) return refusal;
+    return CheckFamilies(row, other);
 }
 
 /// For an option that a store looks up by number at start-up.
-constexpr void CheckNumber(const XOptionDefinition& row) {
-    if (IsTitle(row) || row.HasOptionNumber()) return;
-    throw RowRefused{L"The option <%s> cannot be registered: its id has no number!", row.szLongName};
+constexpr Refusal CheckNumber(const XOptionDefinition& row) {
+    if (IsTitle(row) || row.HasOptionNumber()) return {};
+    return {Fault::IdHasNoNumber, row.szLongName};
 }
 
-/// As CheckTables, for a tool's rows.
-constexpr void CheckOwnTables(Tables tables) {
-    CheckAlone(tables.back());
-    for (const XOptionDefinition& row : tables.back().options) CheckNumber(row);
-    CheckAmong(tables);
+/// Comes before rows are compared with each other: only then does each of their texts end.
+constexpr Refusal CheckAlone(const TableRows& table) {
+    for (const XConfigSection& row : table.sections) {
+        if (const Refusal refusal = CheckRow(row)) return refusal;
+    }
+    for (const XOptionDefinition& row : table.options) {
+        if (const Refusal refusal = CheckRow(row)) return refusal;
+    }
+    return {};
+}
+
+template <class Row>
+constexpr Refusal CheckAmong(Tables tables, const Row& row, std::span<const Row> TableRows::*rows) {
+    if (const Refusal refusal = CheckPlace(tables, row)) return refusal;
+    for (const TableRows& table : tables) {
+        for (const Row& other : table.*rows) {
+            if (&other == &row) break;  // those after it are compared with it
+            if (const Refusal refusal = CheckBeside(tables, row, table, other)) return refusal;
+        }
+    }
+    return {};
+}
+constexpr Refusal CheckAmong(Tables tables, const XConfigSection& row) {
+    return CheckAmong(tables, row, &TableRows::sections);
+}
+constexpr Refusal CheckAmong(Tables tables, const XOptionDefinition& row) {
+    return CheckAmong(tables, row, &TableRows::options);
+}
+
+/// @param tables  the texts of all rows end
+constexpr Refusal CheckAmong(Tables tables) {
+    for (const XConfigSection& row : tables.back().sections) {
+        if (const Refusal refusal = CheckAmong(tables, row)) return refusal;
+    }
+    for (const XOptionDefinition& row : tables.back().options) {
+        if (const Refusal refusal = CheckAmong(tables, row)) return refusal;
+    }
+    return {};
+}
+
+/// The first fault in the last table, which is the library's.
+constexpr Refusal CheckTables(Tables tables) {
+    if (const Refusal refusal = CheckAlone(tables.back())) return refusal;
+    return CheckAmong(tables);
+}
+
+/// As CheckAlone, for a tool's rows.
+constexpr Refusal CheckOwnAlone(const TableRows& table) {
+    if (const Refusal refusal = CheckAlone(table)) return refusal;
+    for (const XOptionDefinition& row : table.options) {
+        if (const Refusal refusal = CheckNumber(row)) return refusal;
+    }
+    return {};
+}
+
+/// The first fault in the last table, which is a tool's.
+constexpr Refusal CheckOwnTables(Tables tables) {
+    if (const Refusal refusal = CheckOwnAlone(tables.back())) return refusal;
+    return CheckAmong(tables);
+}
+
+// --- What compilers show ---
+
+// Without constexpr and never defined: the compiler stops here and shows the fault.
+template <Fault Found>
+void RowIsRefused();
+
+/// For a row whose name the compiler does not know; it shows the line of the row.
+consteval void Refuse(const Refusal& refusal) {
+    if (!refusal) return;
+    [&]<int... Faults>(std::integer_sequence<int, Faults...>) {
+        ((refusal.fault == Fault{Faults} ? RowIsRefused<Fault{Faults}>() : void()), ...);
+    }
+    (std::make_integer_sequence<int, FAULT_COUNT>{});
 }
 
 }  // namespace veltrane::detail

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <span>
 #include <utility>
@@ -28,62 +27,76 @@ struct ToolTables {
     TableRows rows[2];
 };
 
-template <std::size_t Width>
-constexpr std::size_t LengthOf(const wchar_t (&column)[Width]) {
-    return static_cast<std::size_t>(std::ranges::find(column, L'\0') - column);
-}
-template <const OwnTable& Table, std::size_t Row, std::size_t... At>
-Spelled<static_cast<char>(Table.options[Row].szLongName[At])...> SpellOption(std::index_sequence<At...>);
-template <const OwnTable& Table, std::size_t Row, std::size_t... At>
-Spelled<static_cast<char>(Table.sections[Row].szName[At])...> SpellSection(std::index_sequence<At...>);
+// What compilers show when they refuse a table.
+template <Fault, class... Names>
+struct RowRefused;
 
-// A class for each row, which compilers name when they refuse the row.
-template <class Name, const OwnTable& Table, std::size_t Row>
-struct OptionCalled {
-    static_assert((CheckRow(Table.options[Row]), CheckNumber(Table.options[Row]),
-                   CheckAmong(ToolTables{Table}.rows, Table.options[Row], &TableRows::options), true));
-};
-template <class Name, const OwnTable& Table, std::size_t Row>
-struct SectionCalled {
-    static_assert((CheckRow(Table.sections[Row]),
-                   CheckAmong(ToolTables{Table}.rows, Table.sections[Row], &TableRows::sections), true));
-};
+using FindRefusal = Refusal (*)();
 
-template <const OwnTable& Table, std::size_t Row>
-constexpr void CheckOption() {
-    using Letters = std::make_index_sequence<LengthOf(Table.options[Row].szLongName)>;
-    // NOLINTNEXTLINE(bugprone-sizeof-expression)
-    static_assert(sizeof(OptionCalled<decltype(SpellOption<Table, Row>(Letters{})), Table, Row>) > 0);
+template <FindRefusal Find, auto Name, std::size_t... At>
+Spelled<static_cast<char>((Find().*Name)[At])...> SpellNameIn(std::index_sequence<At...>);
+template <FindRefusal Find, auto Name>
+using NameIn = decltype(SpellNameIn<Find, Name>(std::make_index_sequence<(Find().*Name).size()>{}));
+
+/// Does not compile when there is a refusal.
+template <FindRefusal Find>
+consteval bool Fits() {
+    constexpr Refusal REFUSAL = Find();
+    // NOLINTBEGIN(bugprone-sizeof-expression)
+    if constexpr (!REFUSAL.other.empty()) {
+        static_assert(
+            sizeof(RowRefused<REFUSAL.fault, NameIn<Find, &Refusal::name>, NameIn<Find, &Refusal::other>>) > 0);
+    } else if constexpr (bool{REFUSAL}) {
+        static_assert(sizeof(RowRefused<REFUSAL.fault, NameIn<Find, &Refusal::name>>) > 0);
+    }
+    // NOLINTEND(bugprone-sizeof-expression)
+    return true;
+}
+
+// A function for each row: clang limits the steps that one constant may take.
+template <const OwnTable& Table>
+constexpr Refusal RefusalAlone() {
+    return CheckOwnAlone({Table.options, Table.sections});
 }
 template <const OwnTable& Table, std::size_t Row>
-constexpr void CheckSection() {
-    using Letters = std::make_index_sequence<LengthOf(Table.sections[Row].szName)>;
-    // NOLINTNEXTLINE(bugprone-sizeof-expression)
-    static_assert(sizeof(SectionCalled<decltype(SpellSection<Table, Row>(Letters{})), Table, Row>) > 0);
+constexpr Refusal RefusalOfOption() {
+    return CheckAmong(ToolTables{Table}.rows, Table.options[Row]);
+}
+template <const OwnTable& Table, std::size_t Row>
+constexpr Refusal RefusalOfSection() {
+    return CheckAmong(ToolTables{Table}.rows, Table.sections[Row]);
+}
+
+template <const OwnTable& Table>
+consteval bool FitAmong() {
+    return []<std::size_t... Row>(std::index_sequence<Row...>) {
+        return (Fits<&RefusalOfSection<Table, Row>>() && ...);
+    }
+    (std::make_index_sequence<Table.sections.size()>{})&&[]<std::size_t... Row>(std::index_sequence<Row...>) {
+        return (Fits<&RefusalOfOption<Table, Row>>() && ...);
+    }
+    (std::make_index_sequence<Table.options.size()>{});
 }
 
 }  // namespace detail
 
 /// For a static_assert beside a tool's rows: true, or it does not compile when a row breaks a rule by itself, with
-/// another one, or with one of the library's that the tool has. The compiler shows the name of the row and the rule.
+/// another one, or with one of the library's that the tool has. The compiler shows the rule and the name of the row:
+/// RowRefused<Fault::NameIsInUse, Spelled<'q', 'u', 'i', 'e', 't'>>.
 /// @code
 /// static_assert(veltrane::FitsLibrary<OWN_TABLE>());
 /// @endcode
 template <const OwnTable& Table>
 consteval bool FitsLibrary() {
-    [[maybe_unused]] constexpr auto checkOptions = []<std::size_t... Row>(std::index_sequence<Row...>) {
-        (detail::CheckOption<Table, Row>(), ...);
-    };
-    [[maybe_unused]] constexpr auto checkSections = []<std::size_t... Row>(std::index_sequence<Row...>) {
-        (detail::CheckSection<Table, Row>(), ...);
-    };
-    checkSections(std::make_index_sequence<Table.sections.size()>{});
-    checkOptions(std::make_index_sequence<Table.options.size()>{});
-    return true;
+    if constexpr (bool{detail::RefusalAlone<Table>()}) {
+        return detail::Fits<&detail::RefusalAlone<Table>>();
+    } else {
+        return detail::FitAmong<Table>();
+    }
 }
 /// The same for a table without a name; the compiler shows the rule alone.
 consteval bool FitsLibrary(const OwnTable& table) {
-    detail::CheckOwnTables(detail::ToolTables{table}.rows);
+    detail::Refuse(detail::CheckOwnTables(detail::ToolTables{table}.rows));
     return true;
 }
 

@@ -42,7 +42,7 @@ Pairs Walk(XCommandLine& line, std::size_t limit) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::vector<CString> arguments = {L"program"};
     for (std::string_view input = InputText(data, size); !input.empty();) {
-        arguments.push_back(FromUtf8(TakeLine(input)));
+        arguments.push_back(FromUtf8(NextLine(input)));
     }
     const std::size_t count = arguments.size();
     SetArguments(std::move(arguments));

@@ -17,7 +17,7 @@ namespace {
 
 constexpr ConfigTool TOOL{"tool", "1.0"};
 
-/// A stream that works with another place as long as this lives.
+/// Redirects a stream during its lifetime.
 class Redirected {
 public:
     Redirected(std::ios& stream, std::streambuf* place) : m_Stream(stream), m_Before(stream.rdbuf(place)) {}
@@ -53,7 +53,7 @@ std::vector<std::string> ReadWords(std::string_view input, const std::string& fo
     std::vector<std::string> words;
     bool isOwn = true;
     while (!input.empty()) {
-        std::string word{TakeLine(input)};
+        std::string word{NextLine(input)};
         word.erase(std::min(word.find('\0'), word.size()));
         isOwn = isOwn && word != "--";
         const bool isForm = word.starts_with("-h") || word.starts_with("--h") || word.starts_with("--f") ||
@@ -72,13 +72,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static const ProgramFolder folder;
     const std::string path = folder.Native().string();
     std::string_view input = InputText(data, size);
-    std::vector<std::string> words = ReadWords(TakePart(input), path);
+    std::vector<std::string> words = ReadWords(NextPart(input), path);
     words.insert(words.begin(), {"tool-config", "--tool", path + "/tool", "--format=text"});
     folder.Write("tool", "");
-    const std::string_view standardInput = TakePart(input);
-    folder.Write(".metadata/tool.ini", TakePart(input));
-    folder.Write("user.ini", TakePart(input));
-    SetRegistryFile(folder.Write("registry.reg", TakePart(input)));
+    const std::string_view standardInput = NextPart(input);
+    folder.Write(".metadata/tool.ini", NextPart(input));
+    folder.Write("user.ini", NextPart(input));
+    SetRegistryFile(folder.Write("registry.reg", NextPart(input)));
     folder.Write("list", input);
 
     const Reply text = Ask(words, standardInput);

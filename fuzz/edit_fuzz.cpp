@@ -1,7 +1,7 @@
 // Input: five bytes that choose encoding, section, key, index and whether the last line has an end, a line with the
-// value, then one byte for each line of an INI file and its end. One value is set and then taken away: it is read back,
-// no other question has another answer, no byte outside of its line changes, and what was new leaves nothing behind but
-// a header.
+// value, then one byte for each line of an INI file and its end. One value is set and then removed: it is read back, no
+// other question gets another answer, no byte outside of its line changes, and of a new value nothing remains but its
+// header.
 #include <algorithm>
 #include <map>
 #include <optional>
@@ -185,7 +185,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return static_cast<unsigned char>(head[i]);
     };
     input.remove_prefix(choices);
-    const CString value = FromUtf8(TakeLine(input));
+    const CString value = FromUtf8(NextLine(input));
     OptionKey key{SECTIONS[choice(1) % std::size(SECTIONS)], KEYS[choice(2) % std::size(KEYS)]};
     if (key.section.Find(L"%d") >= 0 || key.key == L"load-dictionary") key.index = choice(3) % 4;
     FileEdit edit{PATH, Encoded(TextOf(input.substr(0, 200), choice(4) % 2 == 0), choice(0))};

@@ -1,4 +1,4 @@
-// Input: bytes of a text; read also as the elements of one.
+// Input: the bytes of a text, also used as the elements of one.
 #include <cstring>
 
 #include "fuzz_input.h"

@@ -1,6 +1,6 @@
 // Input: the basic file, then the user file and the registry file, each after a line "====". The title of the section
-// AUTODOC is retrieved with all its references; what comes out is short enough, holds no reference any more, or is an
-// error of the system.
+// AUTODOC is retrieved with all its references: the result is short enough and has no reference left, or it is an error
+// of the library.
 #include <algorithm>
 
 #include "fuzz_program.h"
@@ -15,8 +15,8 @@ using namespace veltrane::detail;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const ProgramFolder folder;
     std::string_view input = InputText(data, size);
-    folder.Write(".metadata/tool.ini", TakePart(input));
-    const CString userFile = folder.Write("user.ini", TakePart(input));
+    folder.Write(".metadata/tool.ini", NextPart(input));
+    const CString userFile = folder.Write("user.ini", NextPart(input));
     SetRegistryFile(folder.Write("registry.reg", input));
     SetArguments({L"tool", L"--ini", userFile, L"db"});
     try {

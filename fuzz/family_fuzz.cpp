@@ -15,13 +15,13 @@ using namespace veltrane::detail;
 
 namespace {
 
-/// What a question gives: everything up to an error, and the error.
+/// What a question gives: the result up to an error, and the error.
 template <class Result>
-struct Told {
+struct Outcome {
     Result result;
     CString error;
 
-    bool operator==(const Told&) const = default;
+    bool operator==(const Outcome&) const = default;
 };
 
 /// The number that a format finds in an item.
@@ -78,22 +78,22 @@ int Next(int index) {
     return index == INT_MAX ? INT_MIN : index + 1;
 }
 
-/// Calls take(name, index) for each member until it answers false; next() gives the index of a bare key.
-template <class NextIndex, class Take>
+/// Calls visit(name, index) for each member until it returns false; next() gives the index of a bare key.
+template <class NextIndex, class Visit>
 CString ForEachMember(const XConfiguration& file, const CString& section, const CString& pattern, NextIndex next,
-                      Take take) {
+                      Visit visit) {
     const bool isOfSections = section.IsEmpty() || section.Find(L"%d") >= 0;
     const CString form = isOfSections ? section : pattern + L"-%d";
     const Text format = Folded(Text{form.View()});
     for (const Text& name : NamesOf(file, isOfSections ? CString{} : section)) {
         std::optional<int> index = Scan(name, format);
         if (!index && !isOfSections && format.starts_with(name)) index = next();
-        if (index && !take(name, *index)) return FormatText(L"Multiple options <%s> for index <%d>!", pattern, *index);
+        if (index && !visit(name, *index)) return FormatText(L"Multiple options <%s> for index <%d>!", pattern, *index);
     }
     return {};
 }
 
-Told<std::set<int>> ExpectedIndexes(const XConfiguration& file, const CString& section, const CString& pattern) {
+Outcome<std::set<int>> ExpectedIndexes(const XConfiguration& file, const CString& section, const CString& pattern) {
     std::set<int> indexes;
     const auto next = [&] { return indexes.empty() || *indexes.rbegin() < 0 ? 0 : Next(*indexes.rbegin()); };
     const CString error = ForEachMember(file, section, pattern, next,
@@ -101,8 +101,8 @@ Told<std::set<int>> ExpectedIndexes(const XConfiguration& file, const CString& s
     return {indexes, error};
 }
 
-Told<std::map<int, CString>> ExpectedValues(const XConfiguration& file, const CString& section,
-                                            const CString& pattern) {
+Outcome<std::map<int, CString>> ExpectedValues(const XConfiguration& file, const CString& section,
+                                               const CString& pattern) {
     std::map<int, CString> values;
     const auto next = [&] { return values.empty() || values.begin()->first < 0 ? 0 : Next(values.rbegin()->first); };
     const bool isOfSections = section.IsEmpty() || section.Find(L"%d") >= 0;
@@ -125,7 +125,7 @@ CString ErrorOf(Ask ask) try {
     return error.GetMessage();
 }
 
-Told<std::set<int>> Indexes(const XConfiguration& file, const CString& section, const CString& pattern) {
+Outcome<std::set<int>> Indexes(const XConfiguration& file, const CString& section, const CString& pattern) {
     XSetInt indexes;
     const CString error = ErrorOf([&] { file.GetKeyIndexSet(indexes, section, pattern); });
     std::set<int> all;
@@ -134,8 +134,8 @@ Told<std::set<int>> Indexes(const XConfiguration& file, const CString& section, 
 }
 
 /// The values under the indexes that are expected, and whether there are others.
-Told<std::map<int, CString>> Values(const XConfiguration& file, const CString& section, const CString& pattern,
-                                    const std::map<int, CString>& expected, std::vector<IndexedPlace>* places) {
+Outcome<std::map<int, CString>> Values(const XConfiguration& file, const CString& section, const CString& pattern,
+                                       const std::map<int, CString>& expected, std::vector<IndexedPlace>* places) {
     XMapInt2CString values;
     const CString error = ErrorOf([&] { file.GetKeyValueSet(values, section, pattern, places); });
     REQUIRE(values.Size() == static_cast<int>(expected.size()));
@@ -149,8 +149,8 @@ Told<std::map<int, CString>> Values(const XConfiguration& file, const CString& s
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const MemoryFile memory;
     std::string_view input = InputText(data, size);
-    const CString section = FromUtf8(TakeLine(input));
-    const CString pattern = FromUtf8(TakeLine(input));
+    const CString section = FromUtf8(NextLine(input));
+    const CString pattern = FromUtf8(NextLine(input));
     memory.Write(input);
     const XConfiguration file{memory.Name()};
     RequireNames(file, section);

@@ -10,7 +10,7 @@
 
 #include "veltrane/platform/text/encoding.h"
 
-/// Ends the run with a report: the input has broken a rule.
+/// Ends the run with a report if a condition does not hold.
 #define REQUIRE(condition)                                                                 \
     do {                                                                                   \
         if (!(condition)) {                                                                \
@@ -23,15 +23,15 @@ inline std::string_view InputText(const std::uint8_t* data, std::size_t size) {
     return {reinterpret_cast<const char*>(data), size};
 }
 
-/// Takes the first line of an input, without its end.
-inline std::string_view TakeLine(std::string_view& input) {
+/// Cuts off the first line of an input and returns it without its end.
+inline std::string_view NextLine(std::string_view& input) {
     const std::size_t end = input.find('\n');
     const std::string_view line = input.substr(0, end);
     input.remove_prefix(end == input.npos ? input.size() : end + 1);
     return line;
 }
 
-/// A file without a disk, with new contents for each input.
+/// A file in memory, with new contents for each input.
 class MemoryFile {
 public:
     void Write(std::string_view bytes) const {

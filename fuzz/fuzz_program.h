@@ -10,14 +10,14 @@
 
 #include "fuzz_input.h"
 
-/// The folders that an input has made the system create, and whether it wanted one elsewhere.
+/// The folders that were created for an input, and whether one was asked for elsewhere.
 struct {
     std::vector<std::string> made;
     bool isDenied = false;
 } g_Folders;
 
-// In place of the system's, for the library too: an input may name any folder, and gets one below its own only. Each
-// harness is one source, so this can stand in a header.
+// Replaces that of the system, also for the library: an input may name any folder, but gets only those below the folder
+// of the program. Each harness is one source, so a header can define it.
 extern "C" __attribute__((visibility("default"))) int mkdir(const char* path, mode_t mode) {
     const std::string_view name = path;
     const bool isBelow = name.find("/veltrane-fuzz-") != name.npos && name.find("..") == name.npos;
@@ -31,14 +31,13 @@ extern "C" __attribute__((visibility("default"))) int mkdir(const char* path, mo
     return result;
 }
 
-/// Forgets and removes the folders.
+/// Removes the folders, and forgets them.
 inline void RemoveFolders() {
     for (; !g_Folders.made.empty(); g_Folders.made.pop_back()) rmdir(g_Folders.made.back().c_str());
     g_Folders.isDenied = false;
 }
 
-/// The folder of a program whose configuration changes with each input; in memory where the system has a place for
-/// that.
+/// The folder of a program whose configuration changes with each input; in memory if the system has /dev/shm.
 class ProgramFolder {
 public:
     ProgramFolder() {
@@ -69,8 +68,8 @@ private:
     std::filesystem::path m_Path;
 };
 
-/// Takes what stands before a line "====" from an input.
-inline std::string_view TakePart(std::string_view& input) {
+/// Cuts off the part of an input before the next line "====", and that line, and returns the part.
+inline std::string_view NextPart(std::string_view& input) {
     constexpr std::string_view separator = "\n====\n";
     const std::size_t end = input.find(separator);
     const std::string_view part = input.substr(0, end);
@@ -78,9 +77,9 @@ inline std::string_view TakePart(std::string_view& input) {
     return part;
 }
 
-/// Hands out an input line by line.
+/// The lines of an input.
 inline std::vector<CString> LinesOf(std::string_view input) {
     std::vector<CString> lines;
-    while (!input.empty()) lines.push_back(veltrane::FromUtf8(TakeLine(input)));
+    while (!input.empty()) lines.push_back(veltrane::FromUtf8(NextLine(input)));
     return lines;
 }

@@ -23,8 +23,8 @@ inline void AppendUnits(Bytes& bytes, const Text& text) {
     }
 }
 
-/// Takes a text in quotes off the front, and the blanks after it.
-inline std::optional<Text> TakeQuoted(Text& rest) {
+/// Cuts off a text in quotes and the blanks after it, and returns the text.
+inline std::optional<Text> CutQuoted(Text& rest) {
     Text text;
     for (std::size_t at = 1; at < rest.size(); ++at) {
         if (rest[at] == L'"') {
@@ -38,8 +38,8 @@ inline std::optional<Text> TakeQuoted(Text& rest) {
     return {};
 }
 
-/// Takes the mark of the default value, whose name is empty.
-inline std::optional<Text> TakeDefault(Text& rest) {
+/// Cuts off the '@' of the default value and returns its name, which is empty.
+inline std::optional<Text> CutDefault(Text& rest) {
     rest = Trimmed(rest.substr(1));
     return Text{};
 }
@@ -56,7 +56,7 @@ inline std::uint32_t NumberOf(const Text& digits) {
     return static_cast<std::uint32_t>(std::stoul(digits, nullptr, 16));
 }
 
-/// The keys and values of a registry export, read the plainest way to compare with.
+/// The keys and values of a registry export, read in the plainest way, to compare with.
 class RegistryModel {
 public:
     struct Value {
@@ -89,7 +89,7 @@ private:
     void ReadLine(Text line) {
         if (line[0] == L'[') ReadKey(line);
         if (line[0] != L'"' && line[0] != L'@') return;
-        const std::optional<Text> name = line[0] == L'"' ? TakeQuoted(line) : TakeDefault(line);
+        const std::optional<Text> name = line[0] == L'"' ? CutQuoted(line) : CutDefault(line);
         if (!name || line.empty() || line[0] != L'=') return;
         ReadData(Folded(*name), Trimmed(line.substr(1)));
     }
@@ -125,7 +125,7 @@ private:
         if (data[0] == L'-' && IsOnlyComment(data.substr(1))) {
             if (m_pKey) m_pKey->erase(name);
         } else if (data[0] == L'"') {
-            const std::optional<Text> text = TakeQuoted(data);
+            const std::optional<Text> text = CutQuoted(data);
             if (!text || !IsOnlyComment(data)) return;
             value = Value{REG_SZ, {}};
             AppendUnits(value->bytes, *text + L'\0');

@@ -12,7 +12,7 @@
 #include "veltrane/platform/text/internal/utf16.h"
 #include "veltrane/platform/text/internal/windows1252.h"
 
-// What the readers of files do to texts, done the plainest way to compare with.
+// The plainest way to do what the readers of files do to texts, to compare with.
 
 using Text = std::wstring;
 
@@ -45,7 +45,7 @@ inline Text Folded(Text text) {
     return text;
 }
 
-/// The number at a place of a text after white space, held within an int; nothing without a digit.
+/// The number at a position after white space, limited to the range of int; nothing without a digit.
 inline std::optional<int> NumberAt(const Text& text, std::size_t at) {
     while (at < text.size() && veltrane::IsWhiteSpace(text[at])) ++at;
     const bool isNegative = at < text.size() && text[at] == L'-';

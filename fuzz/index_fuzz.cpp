@@ -9,22 +9,22 @@ using namespace veltrane::detail;
 
 namespace {
 
-/// Whether a format has a place for the number, and no digit after it that would be read along.
+/// Whether a format has a place for the number that is not followed by a digit, which would be read with it.
 bool IsReadableBack(const CString& format) {
     const CString one = FormatIndex(format, 1);
     const CString two = FormatIndex(format, 2);
     REQUIRE(one.GetLength() == two.GetLength());
     int at = 0;
     while (at < one.GetLength() && one[at] == two[at]) ++at;
-    const wchar_t behind = one[at + 1];
-    return at < one.GetLength() && (behind < L'0' || behind > L'9');
+    const wchar_t after = one[at + 1];
+    return at < one.GetLength() && (after < L'0' || after > L'9');
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string_view input = InputText(data, size);
-    const CString format = FromUtf8(TakeLine(input));
+    const CString format = FromUtf8(NextLine(input));
     const CString item = FromUtf8(input);
 
     int index = 77;

@@ -1,5 +1,5 @@
-// Input: a line with the separators, then a text with a list and one with another, each on a line. What sets make of
-// the texts, and of each other, is compared with plain loops.
+// Input: a line with the separators, then two lines with a list each. What sets make of the lists, and of each
+// other, is compared with plain loops.
 #include <algorithm>
 #include <iterator>
 #include <vector>
@@ -96,9 +96,9 @@ std::vector<CString> NamesIn(const Text& text, const Text& separators) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string_view input = InputText(data, size);
-    const Text separators{FromUtf8(TakeLine(input)).View()};
-    const Text text{FromUtf8(TakeLine(input)).View()};
-    const Text other{FromUtf8(TakeLine(input)).View()};
+    const Text separators{FromUtf8(NextLine(input)).View()};
+    const Text text{FromUtf8(NextLine(input)).View()};
+    const Text other{FromUtf8(NextLine(input)).View()};
     RequireNumbers(text, other);
     RequireFields(text);
     XSetString set;

@@ -1,6 +1,6 @@
 // Input: what is written to a log, one a line: "w" and an entry, "u" and a text as it is, or "e" and the number, the
-// method, the message and the reasons of an error, divided by tabulators; "\" stands for a line end. The companion
-// tells every error block back, and texts of one line word by word.
+// method, the message and the reasons of an error, separated by tabs; "\" stands for a line end. The companion
+// reports every error block, and texts of one line word by word.
 #include <algorithm>
 #include <iostream>
 #include <sstream>
@@ -26,7 +26,7 @@ struct Written {
     CString message;
 };
 
-CString TakeField(CString& line) {
+CString NextField(CString& line) {
     CString field;
     if (line.Find(L'\t') < 0) line += L'\t';
     SplitString(field, line, line, L'\t');
@@ -34,7 +34,7 @@ CString TakeField(CString& line) {
     return field;
 }
 
-// What cannot be taken for a part of the block around it.
+// Whether a text cannot be mistaken for another part of its block.
 bool IsPlain(const CString& text) {
     for (const wchar_t element : text.View()) {
         const bool isText = element >= L' ' && element < 0xD800;
@@ -47,10 +47,10 @@ bool IsPlain(const CString& text) {
 Written WriteError(XLogging& log, CString line) {
     Written written;
     XException error;
-    written.number = _wtoi(TakeField(line));
+    written.number = _wtoi(NextField(line));
     for (int i = 0; i == 0 || !line.IsEmpty(); ++i) {
-        const CString method = TakeField(line);
-        const CString text = TakeField(line);
+        const CString method = NextField(line);
+        const CString text = NextField(line);
         if (i == 0) error.SetError(written.number, L".\\log", method, 7, text);
         if (i > 0) error.AddError(L".\\log", method, 7, text);
         if (i > 0 && written.number == 0) continue;
@@ -62,15 +62,16 @@ Written WriteError(XLogging& log, CString line) {
     return written;
 }
 
-void RequireTold(const nlohmann::json& told, const Written& written) {
+void RequireReported(const nlohmann::json& reported, const Written& written) {
     if (!std::ranges::all_of(written.methods, IsPlain) || !std::ranges::all_of(written.texts, IsPlain)) return;
     const std::size_t last = written.texts.size() - 1;
-    REQUIRE(told["number"] == written.number);
-    REQUIRE(told["message"] == ToUtf8(written.texts[last]) && told["reasons"].size() == last);
-    for (std::size_t i = 0; i < last; ++i) REQUIRE(told["reasons"][i] == ToUtf8(written.texts[i]));
-    REQUIRE(told["locations"].size() == last + 1);
+    REQUIRE(reported["number"] == written.number);
+    REQUIRE(reported["message"] == ToUtf8(written.texts[last]) && reported["reasons"].size() == last);
+    for (std::size_t i = 0; i < last; ++i) REQUIRE(reported["reasons"][i] == ToUtf8(written.texts[i]));
+    REQUIRE(reported["locations"].size() == last + 1);
     for (std::size_t i = 0; i <= last; ++i) {
-        REQUIRE(told["locations"][i]["method"] == ToUtf8(written.methods[i]) && told["locations"][i]["line"] == 7);
+        REQUIRE(reported["locations"][i]["method"] == ToUtf8(written.methods[i]) &&
+                reported["locations"][i]["line"] == 7);
     }
 }
 
@@ -98,20 +99,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const CString& line : LinesOf(InputText(data, size))) {
         CString rest = line.Mid(1);
         if (line[0] == L'e') errors.push_back(WriteError(log, rest));
-        if (line[0] == L'w') log.WriteLog(TakeField(rest), /*newLine*/ true, /*timeStamp*/ true);
-        if (line[0] == L'u') log.WriteUnformatted(TakeField(rest));
+        if (line[0] == L'w') log.WriteLog(NextField(rest), /*newLine*/ true, /*timeStamp*/ true);
+        if (line[0] == L'u') log.WriteUnformatted(NextField(rest));
         isHostile = isHostile || line.Find(L"Error info") >= 0;
     }
     log.CloseLogFile();
 
-    const nlohmann::json told = AskErrors(path);
+    const nlohmann::json reported = AskErrors(path);
     if (isHostile) return 0;
-    std::erase_if(errors, [last = Written{}](const Written& error) mutable {  // what repeats the one before
+    std::erase_if(errors, [last = Written{}](const Written& error) mutable {  // one that repeats the one before
         const bool isRepeat = last.number == error.number && last.message == error.message;
         last = error;
         return isRepeat;
     });
-    REQUIRE(told.size() == errors.size());
-    for (std::size_t i = 0; i < errors.size(); ++i) RequireTold(told[i], errors[i]);
+    REQUIRE(reported.size() == errors.size());
+    for (std::size_t i = 0; i < errors.size(); ++i) RequireReported(reported[i], errors[i]);
     return 0;
 }

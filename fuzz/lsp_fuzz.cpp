@@ -1,6 +1,6 @@
-// Input: what a client says after its 'initialize', as bytes. "~METHOD PARAMS" in front of a line end is the message
-// with that method and those parameters (with an id, too, where a '?' follows the '~'), framed; "@" in it is the folder
-// of the files. Every reply is a message in JSON that the protocol knows, and nothing is written.
+// Input: the bytes that a client sends after its 'initialize'. A line "~METHOD PARAMS" is framed as the message with
+// that method and those parameters, as a request with an id if a '?' follows the '~'; "@" is the folder of the files.
+// Every reply is a JSON message of the protocol, and nothing is written.
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -30,18 +30,18 @@ std::string Message(std::string_view line) {
                   (params.empty() ? "" : ",\"params\":" + params) + "}");
 }
 
-// Files of the system, some of which have no end, are left out.
-std::string Said(std::string_view input, const std::string& folder) {
-    std::string said = Message(R"(?initialize {"initializationOptions":{"arguments":["db","-m",")" + folder +
+// Lines that name files of the system, some of which have no end, are left out.
+std::string SentBytes(std::string_view input, const std::string& folder) {
+    std::string sent = Message(R"(?initialize {"initializationOptions":{"arguments":["db","-m",")" + folder +
                                R"(/.metadata","-i",")" + folder + R"(/user.ini"]}})");
     while (!input.empty()) {
-        std::string line{TakeLine(input)};
+        std::string line{NextLine(input)};
         for (std::size_t at = 0; (at = line.find('@', at)) != line.npos; at += folder.size())
             line.replace(at, 1, folder);
         if (line.find("arguments") != line.npos || line.find("rootUri") != line.npos) continue;
-        said += line.starts_with('~') ? Message(std::string_view{line}.substr(1)) : line + "\r\n";
+        sent += line.starts_with('~') ? Message(std::string_view{line}.substr(1)) : line + "\r\n";
     }
-    return said;
+    return sent;
 }
 
 void RequireMessages(std::string_view output) {
@@ -69,7 +69,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     folder.Write("user.ini", "[USER]\nquiet=yes\n");
     SetRegistryFile(
         folder.Write("registry.reg", "REGEDIT4\n[HKLM\\SOFTWARE\\VORNAK\\tool\\USER]\n\"exit\"=\"true\"\n"));
-    std::stringbuf input{Said(InputText(data, size), path)};
+    std::stringbuf input{SentBytes(InputText(data, size), path)};
     std::ostringstream output;
     const int code = config::ServeEditor({FromUtf8(path + "/tool"), L"1.0", "tool", "tool-config"}, {}, input, output);
     REQUIRE(code == 0 || code == 1);

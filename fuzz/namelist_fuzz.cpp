@@ -1,5 +1,6 @@
-// Input: two name lists, the second after a line "====". What is read, told and different is compared with a plain
-// reading of the lines; one that is neither name nor comment, or a version that does not stand first, is an error.
+// Input: two name lists, the second after a line "====". The names that are read and reported, and the difference of
+// the lists, are compared with a plain reading of the lines. A line that is neither a name nor a comment, or a version
+// that is not the first entry, is an error.
 #include <optional>
 #include <set>
 
@@ -15,7 +16,7 @@ namespace {
 struct Model {
     std::set<CString> tables;
     std::set<CString> columns;
-    int told = 0;
+    int reported = 0;
     int badLine = 0;  // number of the line that ends the reading
 };
 
@@ -36,13 +37,13 @@ Model Read(std::string_view list) {
     bool isFirst = true;
     if (list.starts_with("\xEF\xBB\xBF")) list.remove_prefix(3);
     for (int number = 1; !list.empty(); ++number) {
-        const Text text{FromUtf8(TakeLine(list)).Trim().View()};
+        const Text text{FromUtf8(NextLine(list)).Trim().View()};
         if (text.empty() || text[0] == L';') continue;
         const auto table = NameAfter(L"table", text);
         const auto column = NameAfter(L"column", text);
         if (table) model.tables.insert(*table);
         if (column) model.columns.insert(*column);
-        model.told += table || column ? 1 : 0;
+        model.reported += table || column ? 1 : 0;
         if (!table && !column && !(isFirst && IsVersion(text))) {
             model.badLine = number;
             return model;
@@ -64,19 +65,19 @@ std::set<CString> SetOf(const XSetString& names) {
 /// @return whether the list can be read
 bool RequireList(NameList& names, const MemoryFile& file, std::string_view list, const Model& model) {
     file.Write(list);
-    int told = 0;
+    int reported = 0;
     try {
         XOption options;
         ReadNameList(options, file.Name(), [&](const ListedName& name) {
             REQUIRE(CString{name.oldName}.MakeUpper() == name.newName);
             Keep(name.isTable ? names.tables : names.columns, name.newName);
-            ++told;
+            ++reported;
         });
         REQUIRE(model.badLine == 0);
     } catch (const XException& error) {
         REQUIRE(model.badLine > 0 && error.GetMessage().Find(FormatText(L" line %d:", model.badLine)) > 0);
     }
-    REQUIRE(told == model.told);
+    REQUIRE(reported == model.reported);
     return model.badLine == 0;
 }
 
@@ -92,7 +93,7 @@ void AddMissing(std::vector<CString>& lines, const std::set<CString>& names, con
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const MemoryFile file;
     std::string_view input = InputText(data, size);
-    const std::string_view list = TakePart(input);
+    const std::string_view list = NextPart(input);
     const Model first = Read(list);
     const Model second = Read(input);
     NameList names;

@@ -1,7 +1,7 @@
-// Input: the rows of a tool's table, one a line with its columns divided by tabulators: "option", id, section, short
+// Input: the rows of a tool's table, one a line with columns separated by tabs: "option", id, section, short
 // and long name, tabulators, syntax and description, or "section", value, parent and name; numbers are hexadecimal.
 // Then the words of the command line and the basic file, each after a line "====". The table is refused, or its rows
-// are found, shown, typed and read like the library's; afterwards everything is as it was.
+// are found, shown in the help, typed and read like those of the library. Afterwards the library's table is as before.
 #include <cwchar>
 
 #include "fuzz_program.h"
@@ -90,7 +90,7 @@ void RequireKnown(const Rows& rows, int before) {
     }
 }
 
-// An error of the system is an answer, too.
+// An error of the library is an answer, too.
 template <class Step>
 void Try(Step step) try {
     step();
@@ -128,8 +128,8 @@ void Use(const Rows& rows, const CString& path) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const ProgramFolder folder;
     std::string_view input = InputText(data, size);
-    const Rows rows = ReadRows(TakePart(input));
-    std::vector<CString> words = LinesOf(TakePart(input));
+    const Rows rows = ReadRows(NextPart(input));
+    std::vector<CString> words = LinesOf(NextPart(input));
     words.insert(words.begin(), L"tool");
     SetArguments(std::move(words));
     SetRegistryFile(L"/nowhere");

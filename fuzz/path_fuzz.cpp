@@ -1,6 +1,6 @@
-// Input: a line with the folder of drive C below the tree ("" for none) and one with a path, then one with a name. What
-// the parts of a path are, and the file that it leads to in a small tree of names that differ in case, is compared with
-// a walk that reads every folder.
+// Input: a line with the folder of drive C in the tree ("" for none), one with a path and one with a name. The parts of
+// the path, and the file that it leads to in a small tree whose names differ only in case, are compared with a walk
+// that reads every folder.
 #include <cctype>
 #include <filesystem>
 
@@ -109,9 +109,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }();
     REQUIRE(isMade);
     std::string_view input = InputText(data, size);
-    const std::string drive{TakeLine(input)};
-    const CString path = FromUtf8(TakeLine(input));
-    const CString name = FromUtf8(TakeLine(input));
+    const std::string drive{NextLine(input)};
+    const CString path = FromUtf8(NextLine(input));
+    const CString name = FromUtf8(NextLine(input));
     RequireParts(path, name);
 
     const bool hasDrive = drive == "Data" || drive == "data/" || drive == ".";

@@ -1,7 +1,7 @@
 // Input: a line with the capacity as a character ('0' is 0), a line with the section and one with the key ("*" is
 // null), then the file. Every answer is compared with that of a reader that goes over the whole file, character by
-// character; so is every answer to what could be asked of the file while a snapshot keeps it, by its index. Each line
-// that is said to answer is the one that a question finds, and no other.
+// character, and so are the answers to the names of the file while a snapshot keeps it. A line is marked as answering
+// exactly when a question finds it.
 #include <algorithm>
 #include <optional>
 #include <span>
@@ -82,7 +82,7 @@ Text Expected(const std::vector<Section>& sections, const wchar_t* section, cons
     return key ? L" default" : list;
 }
 
-/// What is left of an answer in a buffer of '#'.
+/// A buffer of '#' with the part of an answer that fits.
 Text Placed(const Text& answer, bool isList, std::size_t capacity, std::size_t room, unsigned& count) {
     Text buffer(room, L'#');
     const bool fits = answer.size() < capacity;
@@ -112,7 +112,7 @@ void RequireAnswer(const MemoryFile& file, const wchar_t* section, const wchar_t
     REQUIRE(buffer == placed);
 }
 
-/// Asks for the first names of a file and what they could be taken for.
+/// Asks for the first names of a file, each key also in the other sections.
 void RequireAllAnswers(const MemoryFile& file, const std::vector<Section>& sections) {
     const auto require = [&](const wchar_t* section, const wchar_t* key) {
         const Text expected = Expected(sections, section, key);
@@ -131,7 +131,7 @@ void RequireAllAnswers(const MemoryFile& file, const std::vector<Section>& secti
     }
 }
 
-/// Each line that is said to answer is the one that a question finds, and no other.
+/// A line is marked as answering exactly when a question finds it.
 void RequireSameLines(const MemoryFile& file, std::span<const SourceLine> lines) {
     wchar_t buffer[512];
     for (const SourceLine& line : lines) {
@@ -144,7 +144,7 @@ void RequireSameLines(const MemoryFile& file, std::span<const SourceLine> lines)
     }
 }
 
-/// The lines follow one another through all bytes of a file, and names and values stand where they are said to.
+/// The lines follow one another through all bytes of a file, and names and values are at their stated places.
 void RequirePlaces(const SourceFileLines& view, std::string_view bytes) {
     std::size_t at = view.lines.empty() ? 0 : view.lines[0].place.start;
     const auto textOf = [&](const SourceRange& place) { return DecodeSource(place.In(bytes), view.encoding); };
@@ -177,9 +177,9 @@ void RequireLines(const MemoryFile& file, const Text& text, std::string_view byt
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const MemoryFile file;
     std::string_view input = InputText(data, size);
-    const std::string_view first = TakeLine(input);
-    const std::optional<CString> section = Question(TakeLine(input));
-    const std::optional<CString> key = Question(TakeLine(input));
+    const std::string_view first = NextLine(input);
+    const std::optional<CString> section = Question(NextLine(input));
+    const std::optional<CString> key = Question(NextLine(input));
     const wchar_t* const sectionText = section ? section->GetString() : nullptr;
     const wchar_t* const keyText = key ? key->GetString() : nullptr;
     file.Write(input);

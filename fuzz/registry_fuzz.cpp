@@ -1,6 +1,6 @@
 // Input: a line with the path of the key, one with the name of the value, then the export. Every answer is compared
-// with that of a reader that goes over the whole file, character by character. Each line that is said to answer is the
-// one that a question finds, and no other.
+// with that of a reader that goes over the whole file, character by character. A line is marked as answering exactly
+// when a question finds it.
 #include <algorithm>
 #include <vector>
 
@@ -110,8 +110,8 @@ void RequireLines(const CString& file) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const MemoryFile file;
     std::string_view input = InputText(data, size);
-    const CString path = FromUtf8(TakeLine(input));
-    const CString name = FromUtf8(TakeLine(input));
+    const CString path = FromUtf8(NextLine(input));
+    const CString name = FromUtf8(NextLine(input));
     file.Write(input);
     SetRegistryFile(file.Name());
     RequireLines(file.Name());

@@ -1,5 +1,5 @@
-// Runs every file below the given folders through the harness that is linked in. A folder may be missing; no input at
-// all is a failure.
+// Runs the linked harness with every file below the given folders. A folder may be missing; no input at all is a
+// failure.
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>

@@ -1,5 +1,5 @@
 // Input: a line with the name, one with the version and whether the case counts ("3 k"), then one rule a line: version,
-// old and new text, divided by tabulators. The renamed name is compared with what replacing rule by rule gives.
+// old and new text, separated by tabs. The new name is compared with that of replacing rule by rule.
 #include <vector>
 
 #include "fuzz_input.h"
@@ -26,9 +26,9 @@ Rule ReadRule(const CString& line) {
     return rule;
 }
 
-constexpr int LONGEST_NAME = 100'000;  // rules that multiply a text end elsewhere; here they would only take time
+constexpr int LONGEST_NAME = 100'000;  // rules that multiply a text would only take time
 
-// @return false when the name gets too long
+/// @return false if the name gets too long
 bool RenamePlainly(CString& name, const std::vector<Rule>& rules, int version, bool keepCase) {
     if (!keepCase) name.MakeUpper();
     for (Rule rule : rules) {
@@ -45,15 +45,15 @@ bool RenamePlainly(CString& name, const std::vector<Rule>& rules, int version, b
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string_view input = InputText(data, size);
-    CString name = FromUtf8(TakeLine(input));
-    const CString mode = FromUtf8(TakeLine(input));
+    CString name = FromUtf8(NextLine(input));
+    const CString mode = FromUtf8(NextLine(input));
     const int version = _wtoi(mode);
     const bool keepCase = mode.Find(L'k') >= 0;
 
     std::vector<Rule> rules;
     XNamingRules set;
     while (!input.empty()) {
-        rules.push_back(ReadRule(FromUtf8(TakeLine(input))));
+        rules.push_back(ReadRule(FromUtf8(NextLine(input))));
         set.InsertRule(rules.back().version, rules.back().oldText, rules.back().newText);
     }
     CString expected = name;

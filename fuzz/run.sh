@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # fuzz/run.sh SECONDS [HARNESS...]: builds the harnesses under AddressSanitizer and UBSan and runs each that long, or ten
-# million times if that takes less; an hour is a whole run. What breaks one is left in fuzz/crashers/HARNESS, where the
-# tests replay it from then on.
+# million times if that takes less; an hour is a whole run. An input that breaks one is left in fuzz/crashers/HARNESS,
+# where the tests replay it from then on.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh

@@ -1,6 +1,6 @@
 // Input: the words of the command line, the settings of the environment ("NAME=value"), the basic file, the user file
 // and the registry file, each after a line "====". Start-up is the same with and without origins, and when it only
-// looks; and what the store tells of a value fits the value.
+// looks; and the store explains each value as it is.
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
@@ -18,12 +18,12 @@ using namespace veltrane::detail;
 
 namespace {
 
-/// Settings that last as long as this.
+/// Environment variables that are set during its lifetime.
 class Environment {
 public:
     explicit Environment(std::string_view settings) {
         while (!settings.empty()) {
-            const std::string line{TakeLine(settings)};
+            const std::string line{NextLine(settings)};
             const std::string name = line.substr(0, line.find('='));
             const bool isOption = name.find_first_not_of("abcdefghijklmnopqrstuvwxyz-") == name.npos;
             if (name == line || name.empty() || !isOption) continue;
@@ -42,7 +42,7 @@ private:
 };
 
 struct Outcome {
-    std::vector<CString> errors;  // of the three steps; empty for one that was taken
+    std::vector<CString> errors;  // of the three steps; empty for one that succeeded
     std::vector<CString> items;
 
     bool operator==(const Outcome&) const = default;
@@ -104,23 +104,23 @@ bool IsSame(const OptionOrigin& a, const OptionOrigin& b) {
            a.key == b.key && a.text == b.text;
 }
 
-void RequireTold(XOption& options, const XOptionItem& item, bool areKept) {
+void RequireExplained(XOption& options, const XOptionItem& item, bool areKept) {
     CString name;
     item.GetOptionName(name);
-    const OptionExplanation told = options.ExplainOption(name, item.GetOptionIndex());
+    const OptionExplanation explained = options.ExplainOption(name, item.GetOptionIndex());
     const bool isBare = FindOptionDefinition(name)->IsValueOptional() && item.GetOptionValue().IsEmpty();
-    REQUIRE(told.hasValue && told.error.IsEmpty());
-    REQUIRE(told.value == (isBare ? L"true" : item.GetOptionValue()));
-    REQUIRE(told.steps.back().kind == OptionStep::Kind::Value && told.steps.back().text == told.value);
+    REQUIRE(explained.hasValue && explained.error.IsEmpty());
+    REQUIRE(explained.value == (isBare ? L"true" : item.GetOptionValue()));
+    REQUIRE(explained.steps.back().kind == OptionStep::Kind::Value && explained.steps.back().text == explained.value);
     const OptionCandidates found = options.GetOptionCandidates(name, item.GetOptionIndex());
     if (areKept) REQUIRE(!found.candidates.empty() && IsSame(found.candidates[0], options.GetOptionOrigin(&item)));
 }
 
-// What the store is asked about itself changes nothing.
-void RequireAllTold(XOption& options, const Outcome& outcome, bool areKept) {
+// Asking the store about itself changes nothing.
+void RequireAllExplained(XOption& options, const Outcome& outcome, bool areKept) {
     const SourceSnapshot snapshot;  // each file is read once
     for (const auto* item = options.GetFirstOptionItem(L""); item; item = options.GetNextOptionItem(L"")) {
-        RequireTold(options, *item, areKept);
+        RequireExplained(options, *item, areKept);
     }
     options.GetLocations();
     options.GetNamingRules(eOptionTableNameRules);
@@ -133,28 +133,28 @@ void RequireAllTold(XOption& options, const Outcome& outcome, bool areKept) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const ProgramFolder folder;
     std::string_view input = InputText(data, size);
-    std::vector<CString> words = LinesOf(TakePart(input));
-    const Environment environment{TakePart(input)};
-    folder.Write(".metadata/tool.ini", TakePart(input));
-    words.insert(words.begin(), {L"tool", L"--ini", folder.Write("user.ini", TakePart(input))});
+    std::vector<CString> words = LinesOf(NextPart(input));
+    const Environment environment{NextPart(input)};
+    folder.Write(".metadata/tool.ini", NextPart(input));
+    words.insert(words.begin(), {L"tool", L"--ini", folder.Write("user.ini", NextPart(input))});
     SetRegistryFile(folder.Write("registry.reg", input));
     SetArguments(std::move(words));
 
     XOption looking;
     looking.LookOnly(true);
     if (EndsProcess()) {
-        RequireAllTold(looking, Start(looking, folder.Path()), /*areKept*/ false);
+        RequireAllExplained(looking, Start(looking, folder.Path()), /*areKept*/ false);
         return 0;
     }
     Start(*std::make_unique<XOption>(), folder.Path());  // the default folders are there from now on
     const bool isDenied = g_Folders.isDenied;
     XOption plain;
     const Outcome outcome = Start(plain, folder.Path());
-    RequireAllTold(plain, outcome, /*areKept*/ false);
+    RequireAllExplained(plain, outcome, /*areKept*/ false);
     XOption kept;
     kept.KeepOrigins(true);
     REQUIRE(Start(kept, folder.Path()) == outcome);
-    RequireAllTold(kept, outcome, /*areKept*/ true);
+    RequireAllExplained(kept, outcome, /*areKept*/ true);
     if (!isDenied) RequireSameUpToError(Start(looking, folder.Path()), outcome);
     RemoveFolders();
     return 0;

@@ -1,4 +1,4 @@
-// Sets beside what the standard library offers for the same job: a sorted vector and std::set, in the same run.
+// Sets compared with what the standard library offers for the same job: a sorted vector and std::set, in the same run.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -159,7 +159,7 @@ void UnionVector(benchmark::State& state) {
     }
 }
 
-// Difference and intersection: the sets are unsorted at the start of each round, as hosts hand them over.
+// Difference and intersection: the sets are unsorted at the start of each round, as hosts pass them.
 template <void (XSetString::*Operation)(XSetString&, XSetString&)>
 void Arithmetic(benchmark::State& state) {
     XSetString a;
@@ -205,8 +205,8 @@ void InsertList(benchmark::State& state) {
     }
 }
 
-// The operations of XSetInt at growing sizes. Time for each element: steady where each element is taken once; a sort of
-// numbers is a radix sort from 256 elements on, so it is linear, too.
+// The operations of XSetInt at growing sizes. Time for each element: constant, because each element is handled once;
+// from 256 elements on numbers are sorted by a radix sort, which is linear, too.
 template <class Operation>
 void IntOperation(benchmark::State& state, Operation operation) {
     const std::vector<int> values = Values<int>(1, static_cast<int>(state.range(0)));

@@ -18,7 +18,7 @@ using namespace veltrane::config;
 
 namespace {
 
-/// A tool with a basic file of about a size, and an editor that has it open.
+/// A tool with a basic file of about a given size, and an editor that has it open.
 class Editor {
 public:
     explicit Editor(std::size_t size) : m_Talk(Tool(), Arguments(), m_Client) {

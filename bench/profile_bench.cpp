@@ -18,7 +18,7 @@ using namespace veltrane::detail;
 
 namespace {
 
-/// What no reader can save: open, read, close.
+/// What every reader has to do: open, read, close.
 void Floor(const BenchFile& file, std::size_t size, char* buffer) {
     const int handle = ::open(file.Name(), O_RDONLY | O_CLOEXEC);
     if (::read(handle, buffer, size) != static_cast<ssize_t>(size)) std::abort();
@@ -26,7 +26,7 @@ void Floor(const BenchFile& file, std::size_t size, char* buffer) {
     benchmark::DoNotOptimize(buffer);
 }
 
-/// Sections "section<n>" of keys "key<n>", as large as asked for.
+/// Sections "section<n>" with keys "key<n>", of the given size.
 std::string Sections(std::size_t size, int count) {
     std::string bytes;
     for (int section = 1; section <= count; ++section) {
@@ -43,8 +43,8 @@ double Median(std::vector<double>& values) {
     return *middle;
 }
 
-/// Reads and asks in turn, so that both meet the same machine, and reports how the medians compare: turns that others
-/// interrupt do not count.
+/// Reads and asks in turn, so that both run under the same load, and reports the ratio of the medians, which leaves out
+/// interrupted turns.
 template <class Question>
 void CompareWithFloor(benchmark::State& state, const BenchFile& file, std::size_t size, Question&& question) {
     using Clock = std::chrono::steady_clock;
@@ -99,7 +99,7 @@ constexpr Question KEYS{L"A", nullptr};
 constexpr Question VALUE{L"A", L"last"};
 constexpr Question ABSENT_SECTION{L"absent", L"last"};
 
-/// Time by size: it has to grow no faster than the file, whatever is in it and whatever is asked.
+/// Time by size: it must not grow faster than the file, whatever is in it and whatever is asked.
 void Growth(benchmark::State& state, const std::string& piece, Question question) {
     const auto size = static_cast<std::size_t>(state.range(0));
     const BenchFile file{Shape(piece, size)};

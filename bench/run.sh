@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs every benchmark and prints one table: work, floor, ratio, bar, held or not; then the start of a process.
-# Exit code 1 when a bar is not held. Wants a quiet machine.
+# Exit code 1 when a bar is not held. Needs a quiet machine.
 # Usage: bench/run.sh [PAIRS]       pairs of starts that are timed, 200 if not given
 set -euo pipefail
 cd "$(dirname "$0")/.."

@@ -1,4 +1,5 @@
-// What many questions to one file cost while a snapshot keeps it, beside one question. A start asks about 70 times.
+// The cost of many questions to one file while a snapshot keeps it, compared with one question. A start asks about 70
+// times.
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>

@@ -34,7 +34,7 @@ BARS = {
     "ChangeBesideLint": 3,
     "ChangeBesideReading": 10,
 }
-# Benchmarks whose floor is another one: work, floor, bar; none where the ratio only informs.
+# Benchmarks whose floor is another one: work, floor, bar; no bar where the ratio is only for information.
 PAIRS = [
     ("Union<int>/100000", "Union<int>/50000", 2.4),
     ("Union<CString>/100000", "Union<CString>/50000", 2.4),
@@ -74,7 +74,7 @@ for name, result in results.items():
 for work, floor, bar in PAIRS:
     times = [results[name]["cpu_time"] * UNITS[results[name]["time_unit"]] for name in (work, floor)]
     held &= row(work, floor, times[0] / times[1], bar)
-for name, result in results.items():  # how well the time is a line over the size: root mean square error
+for name, result in results.items():  # how linear the time is in the size: root mean square error
     if name.endswith("_RMS"):
         held &= row(name.removesuffix("_RMS"), "a line over the size", result["rms"], 0.2)
 sys.exit(0 if held else 1)

@@ -16,7 +16,7 @@ using namespace veltrane::detail;
 
 namespace {
 
-// An entry of about 85 characters against one write of the bytes that it becomes.
+// An entry of about 85 characters, compared with one write of its bytes.
 void WriteEntry(benchmark::State& state, const std::string& logFile, const std::string& floorFile) {
     const CString text = L"loading dictionary <base_2026_11> with 1,204 tables and 18,330 columns, all";
     XLogging log;

@@ -1,4 +1,4 @@
-// ReplaceName beside the plain loop: find and replace each rule's text, upper case prepared beforehand.
+// ReplaceName compared with the plain loop: find and replace each rule's text, with upper case prepared beforehand.
 #include <benchmark/benchmark.h>
 
 #include <chrono>

@@ -13,7 +13,7 @@ using namespace veltrane::detail;
 
 namespace {
 
-// The getter of an existing item beside one look-up of the same name, both asked with ready strings.
+// The getter of an existing item compared with one look-up of the same name, both with prepared strings.
 void GetOptionString(benchmark::State& state) {
     XOption options;
     std::unordered_map<std::wstring, std::wstring> map;
@@ -41,7 +41,7 @@ void GetOptionString(benchmark::State& state) {
 }
 BENCHMARK(GetOptionString)->Iterations(300);
 
-// Options by a name that the compiler looks up, beside the getters with ready names.
+// Options by a name that the compiler looks up, compared with the getters with prepared names.
 constexpr XOptionDefinition OWN_ROWS[] = {OptionRow(OwnOption(1, eString | eSingle), eSectionRoot, L"", L"unit", -1)};
 constexpr OwnTable OWN{OWN_ROWS};
 
@@ -99,7 +99,7 @@ void TypedFlag(benchmark::State& state) {
 }
 BENCHMARK(TypedFlag)->Arg(1)->Iterations(300);
 
-// What one item costs among many of an option, beside the same among a thousand. Bar: 1.2.
+// The cost of one item among many of an option, compared with one among a thousand. Bar: 1.2.
 template <class Ask>
 void PerItem(benchmark::State& state, Ask ask) {
     const auto fill = [](XOption& options, int count) {
@@ -142,7 +142,7 @@ void CandidatesOfAllItems(benchmark::State& state) {
 }
 BENCHMARK(CandidatesOfAllItems)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMicrosecond);
 
-// A value that is full of references, with its origin kept, beside the same without.
+// A value that is full of references, with its origin kept, compared with the same value without.
 void OriginOfReferences(benchmark::State& state) {
     std::string value;
     for (auto i = state.range(0); i > 0; --i) value += "%reference%";

@@ -19,7 +19,7 @@ const std::unordered_map<std::wstring, int>& Names() {
     return names;
 }
 
-// Both are asked with ready strings, one after the other through a list of names.
+// Both look up prepared strings, one after the other through a list of names.
 void FindNames(benchmark::State& state, const std::vector<std::wstring>& names) {
     const std::unordered_map<std::wstring, int>& map = Names();
     const std::vector<CString> texts(names.begin(), names.end());

@@ -1,5 +1,5 @@
-// Lists and messages that grow item by item, beside a plain text that the same items are appended to: the ratio must
-// not grow with what is there already.
+// Lists and messages that grow item by item, compared with a plain text to which the same items are appended: the ratio
+// must not grow with their length.
 #include "veltrane/foundation/xstring.h"
 
 #include <string>

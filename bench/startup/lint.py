@@ -20,10 +20,10 @@ if not os.path.exists(companion):
     sys.exit("veltrane-config was not built: install libcli11-dev and nlohmann-json3-dev and configure again")
 environment = {"PATH": "/usr/bin", "LANG": "C.UTF-8", "VORNAK_REGISTRY": "/dev/null"}
 HEAD = "[base]\ndictionary-name=BASE\nrole=OWNER\nregistry=REG\n"
-# Each line of a kind; what is wrong with it takes the longest to find, or what is right the longest to believe.
+# The lines of each kind are those that take lint the longest, to find what is wrong or to make sure that nothing is.
 KINDS = {
     "unknown keys": ("[USER]\n", "team-setting-{0:06}=a value of some length that nobody asks for, whatever it is\n"),
-    "repeated keys": ("[USER]\n", "quiet=true ; a comment behind the value, which counts, in line {0:06}\n"),
+    "repeated keys": ("[USER]\n", "quiet=true ; a comment after the value, which counts, in line {0:06}\n"),
     "a family": ("[USER]\n", "load-dictionary-{0}=%exe-path%/lists/of/all/names/in/the/schema/of/the/base/v{0}.txt\n"),
     "databases": ("", "[base-{0:06}]\nrole=OWNER_OF_THE_TABLES_{0:06}\n[base-{0:06}\\FILES\\1]\nmap-file={0:06}.map\n"),
     "naming rules": ("[base\\TABLENAME RULES\\1]\n",
@@ -32,7 +32,7 @@ KINDS = {
 
 
 def seconds(command):
-    """Processor time of a run; unlike the time by the clock it bears a busy machine."""
+    """Processor time of a run; unlike elapsed time it hardly depends on other load."""
     silence = [(os.POSIX_SPAWN_OPEN, 1, "/dev/null", os.O_WRONLY, 0)]
     process = os.posix_spawn(command[0], command, environment, file_actions=silence)
     _, status, usage = os.wait4(process, 0)

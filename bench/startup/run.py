@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Times the start of a host beside an empty program, in pairs, and counts instructions, memory and libraries.
+"""Times the start of a host compared with an empty program, in pairs, and counts instructions, memory and libraries.
 
 Usage: run.py BUILD_FOLDER [PAIRS [STATIC_BUILD_FOLDER]]
 Exit code 1 when a bar is not held."""

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Times the start of a host on configurations that grow, beside the same start written by hand over inih and maps.
+"""Times the start of a host on configurations that grow, compared with the same start written by hand over inih and maps.
 
 Usage: scale.py BUILD_FOLDER [PAIRS]
 Prints a table of work, floor, ratio and bar; exit code 1 when a bar is not held."""
@@ -42,7 +42,7 @@ def configuration(size, values, sections=60):
 
 
 def cost(command):
-    """Processor time of a run in milliseconds; unlike the time by the clock it bears a busy machine."""
+    """Processor time of a run in milliseconds; unlike elapsed time it hardly depends on other load."""
     process = os.posix_spawn(command[0], command, environment)
     _, status, usage = os.wait4(process, 0)
     assert status == 0, f"{command[0]} failed"

@@ -23,7 +23,7 @@ void ReadEveryOption(XOption& options) {
 
 }  // namespace
 
-// Usage: startup_store OPTION... ; startup_origins keeps the origins of all values beside.
+// Usage: startup_store OPTION... ; startup_origins also keeps the origins of all values.
 int main(int /*argc*/, char** /*argv*/) {
     XOption options;
     options.KeepOrigins(KEEP_ORIGINS);

@@ -7,7 +7,7 @@
 
 #include "veltrane/platform/text/encoding.h"
 
-/// A file of the system's temporary folder, removed at the end.
+/// A file in the system's temporary folder, removed at the end.
 class BenchFile {
 public:
     explicit BenchFile(const std::string& bytes) {

@@ -6,7 +6,7 @@
 #include <chrono>
 #include <vector>
 
-/// Times an action against a floor, alternating between both in small batches so that a noisy machine hits both alike.
+/// Times an action against a floor, alternating between both in small batches so that other load affects both alike.
 /// Reports the median times of one run in nanoseconds and their ratio.
 template <class Floor, class Action>
 void CompareToFloor(benchmark::State& state, int batch, Floor floor, Action action) {

@@ -1,5 +1,5 @@
-# What every target of this project is compiled with; nothing of it reaches users. What may be a matter of taste stands in
-# front of the user's own CMAKE_CXX_FLAGS, which have the last word.
+# Options of every target of this project; none of them is passed on to users. Those that may be a matter of taste come
+# before the user's own CMAKE_CXX_FLAGS, which can override them.
 set(VELTRANE_CXX_FLAGS "-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wformat=2 -Wformat-nonliteral -fstack-protector-strong")
 string(PREPEND CMAKE_CXX_FLAGS "${VELTRANE_CXX_FLAGS} ")
 
@@ -11,7 +11,7 @@ target_compile_options(veltrane_options INTERFACE
 if(VELTRANE_SANITIZE)
     target_compile_options(veltrane_options INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
-        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)  # g++ sees ghosts of it in the standard library then
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)  # g++ then gives false warnings in the standard library
     target_link_options(veltrane_options INTERFACE -fsanitize=address,undefined)
 elseif(NOT VELTRANE_BUILD_FUZZ AND NOT CMAKE_CXX_FLAGS MATCHES "_FORTIFY_SOURCE|-fsanitize")
     target_compile_options(veltrane_options INTERFACE

@@ -1,5 +1,5 @@
 # Three components: runtime (the shared library), development (headers, documents, CMake package, pkg-config file, the
-# library when it is a static one) and tool (the host). Nothing that is installed holds the prefix: the tree may be moved.
+# library when it is a static one) and tool (the host). No installed file contains the prefix, so the tree can be moved.
 include(CMakePackageConfigHelpers)
 
 set(VELTRANE_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/veltrane_base)
@@ -10,7 +10,7 @@ install(TARGETS veltrane_base EXPORT veltrane_base-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 
-# Neither installed nor documented: detail/, what a room keeps to itself, and internal/, what it shares with others only.
+# Neither installed nor documented: detail/ is private to its folder, internal/ to the library.
 install(DIRECTORY veltrane/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/veltrane COMPONENT development
     FILES_MATCHING PATTERN "*.h" PATTERN "detail" EXCLUDE PATTERN "internal" EXCLUDE)
 install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
@@ -36,8 +36,8 @@ if(TARGET veltrane_config_tool)
 endif()
 foreach(program veltrane veltrane-config)
     if(TARGET ${program})
-        # Linked once more for its place below the prefix: where CMake is to change a program's path at the end, it
-        # appends an empty element, and in the build folder the loader looks into the current folder.
+        # Linked a second time, for its place below the prefix: if CMake had to change the run path on installation, it
+        # would pad the one in the build folder with an empty element, and the loader would search the current folder.
         add_executable(${program}_installed $<TARGET_OBJECTS:${program}>)
         target_link_libraries(${program}_installed PRIVATE $<TARGET_PROPERTY:${program},LINK_LIBRARIES>)
         set_target_properties(${program}_installed PROPERTIES OUTPUT_NAME ${program}

@@ -20,7 +20,7 @@ if(TARGET veltrane)
 endif()
 set(VELTRANE_DEB_RUNTIME libveltrane-base${PROJECT_VERSION_MAJOR})
 
-# What is written for the packages alone; cmake/debian/finish.cmake puts changelog and copyright into them.
+# Files for the packages only; cmake/debian/finish.cmake adds changelog and copyright to them.
 set(VELTRANE_DEB_FOLDER ${CMAKE_CURRENT_BINARY_DIR}/debian)
 string(TIMESTAMP VELTRANE_DEB_DATE "%a, %d %b %Y %H:%M:%S +0000" UTC)
 file(STRINGS cmake/exported-symbols.txt symbols)
@@ -38,7 +38,7 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "This package holds the shared library.")
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
-# The trigger runs ldconfig. A script of cpack's own would do so too; it writes none where one is named, though there is none.
+# The trigger runs ldconfig. cpack would add scripts that do so too, but not if scripts are named, even missing ones.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/cmake/debian/triggers ${VELTRANE_DEB_FOLDER}/symbols
     ${VELTRANE_DEB_FOLDER}/none/postinst ${VELTRANE_DEB_FOLDER}/none/postrm)
 
@@ -61,7 +61,7 @@ else()
     set(CPACK_STRIP_FILES ON)
 endif()
 
-# What the compiled files need of the system: found by the package tools, else what every build needs.
+# What the compiled files depend on: found by the package tools, or else what every build needs.
 if(VELTRANE_SHLIBDEPS)
     set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
     set(CPACK_DEBIAN_TOOL_PACKAGE_SHLIBDEPS ON)

@@ -1,20 +1,19 @@
 # veltrane_describe(GENERATOR target PROGRAM name FOLDER folder)
-#   Runs a generator (a program whose main calls veltrane::RunDescribe) while building: man pages and completions of a
-#   tool below a folder, as the system wants them below share/. Sets <name>_DOCUMENTS to the files, for a custom target.
+#   Runs a generator (a program whose main calls veltrane::RunDescribe) during the build: it writes man pages and
+#   completions of a tool below a folder, laid out as below share/. Sets <name>_DOCUMENTS to the files, for a custom target.
 # veltrane_describe_config(CONFIG target PROGRAM name FOLDER folder)
 #   The same for the program that answers questions about the tool's configuration (its main calls
-#   veltrane::RunConfigTool); adds to <name>_DOCUMENTS.
+#   veltrane::RunConfigTool); adds its files to <name>_DOCUMENTS.
 # veltrane_install_documents(PROGRAM name FOLDER folder [COMPONENT component])
-#   Installs all of them.
+#   Installs all these files.
 # veltrane_tool_programs(tool TABLE table HEADER header VERSION version SUMMARY text [TITLE title] [FOLDER folder])
-#   All of that for the target of a tool with a table of its own, without programs to write: makes the documents with
-#   everything else, below folder (share/ in the build folder), and the program <tool>-config beside the tool, which is
-#   left out where the package is built without it. The table is a veltrane::OwnTable, its namespaces in front, in that
-#   header; the summary is one line without a full stop, the title stands in the head of the pages. Sets
-#   <tool>_DOCUMENTS and installs nothing.
+#   Does all of that for the target of a tool with its own table, without programs to write: the build makes the
+#   documents below folder (default: share/ in the build folder) and the program <tool>-config beside the tool, unless
+#   this package was built without it. TABLE is a veltrane::OwnTable with its namespaces, declared in HEADER; SUMMARY is
+#   one line without a full stop; TITLE is shown at the top of the pages. Sets <tool>_DOCUMENTS and installs nothing.
 include(GNUInstallDirs)
 
-# veltrane_add_document(program file COMMAND ... DEPENDS ...): one that add_custom_command makes.
+# veltrane_add_document(program file COMMAND ... DEPENDS ...): a document that add_custom_command makes.
 function(veltrane_add_document program file)
     cmake_path(GET file PARENT_PATH folder)
     file(MAKE_DIRECTORY ${folder})
@@ -22,7 +21,7 @@ function(veltrane_add_document program file)
     set_property(GLOBAL APPEND PROPERTY veltrane_documents_${program} ${file})
 endfunction()
 
-# Where the documents of a program stand below share/.
+# The places of a program's documents below share/.
 function(veltrane_name_documents program)
     set(man man/man1/${program}.1 PARENT_SCOPE)
     set(ini man/man5/${program}.ini.5 PARENT_SCOPE)
@@ -31,7 +30,7 @@ function(veltrane_name_documents program)
     set(fish fish/vendor_completions.d/${program}.fish PARENT_SCOPE)
 endfunction()
 
-macro(veltrane_tell_documents program)
+macro(veltrane_set_documents program)
     get_property(documents GLOBAL PROPERTY veltrane_documents_${program})
     set(${program}_DOCUMENTS ${documents} PARENT_SCOPE)
 endmacro()
@@ -43,19 +42,19 @@ function(veltrane_describe)
         veltrane_add_document(${arg_PROGRAM} ${arg_FOLDER}/${${kind}}
             COMMAND ${arg_GENERATOR} ${kind} ${arg_FOLDER}/${${kind}} DEPENDS ${arg_GENERATOR})
     endforeach()
-    veltrane_tell_documents(${arg_PROGRAM})
+    veltrane_set_documents(${arg_PROGRAM})
 endfunction()
 
 function(veltrane_describe_config)
     cmake_parse_arguments(PARSE_ARGV 0 arg "" "CONFIG;PROGRAM;FOLDER" "")
     veltrane_name_documents(${arg_CONFIG})
     foreach(kind man bash zsh fish)
-        # It prints them. Where the build is for another processor, the emulator stands in front.
+        # The program prints them; in a cross build the emulator runs it.
         veltrane_add_document(${arg_PROGRAM} ${arg_FOLDER}/${${kind}} COMMAND sh -c "\"$@\" >\"$0\""
             ${arg_FOLDER}/${${kind}} ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:${arg_CONFIG}> --generate ${kind}
             DEPENDS ${arg_CONFIG})
     endforeach()
-    veltrane_tell_documents(${arg_PROGRAM})
+    veltrane_set_documents(${arg_PROGRAM})
 endfunction()
 
 function(veltrane_install_documents)
@@ -71,7 +70,7 @@ function(veltrane_install_documents)
     endforeach()
 endfunction()
 
-# A program of a tool whose main returns a call, beside the tool and with what the tool's header needs.
+# A program whose main returns a call, compiled with the include folders of the tool.
 function(veltrane_add_program target tool table header include call)
     file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${target}.cpp @ONLY CONTENT [=[
 #include "@header@"
@@ -123,5 +122,5 @@ function(veltrane_tool_programs tool)
     endif()
     get_property(documents GLOBAL PROPERTY veltrane_documents_${tool})
     add_custom_target(${tool}_documents ALL DEPENDS ${documents})
-    veltrane_tell_documents(${tool})
+    veltrane_set_documents(${tool})
 endfunction()

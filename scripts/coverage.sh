@@ -10,9 +10,9 @@ need_packages g++ cmake ninja-build libgtest-dev gcovr
 cmake --preset coverage >/dev/null
 cmake --build --preset coverage -- -j"$(nproc)" >/dev/null
 find build/coverage -name '*.gcda' -delete
-ctest --preset coverage --quiet || echo "some tests failed; the figures are of what ran"
+ctest --preset coverage --quiet || echo "some tests failed; the figures cover what ran"
 
-# Output files are plain ones of the build folder: gcovr removes what it is told to write before it writes.
+# Output goes to regular files in the build folder: gcovr removes an output file before it writes it.
 folder=build/coverage
 gcovr --root . --filter veltrane/ --exclude-throw-branches --json $folder/coverage.json $folder
 figures() { gcovr --root . --add-tracefile $folder/coverage.json --exclude-throw-branches "$@"; }

@@ -49,7 +49,7 @@ failed=0
 # run_row NAME COMPILER OPTION...: one line of the table; the log stays in build/matrix/NAME.log.
 run_row() {
     local name=$1 folder=build/matrix/$1 log=build/matrix/$1.log tests="not built" begin=$SECONDS
-    # Without precompiled headers: a header that a source has forgotten is missed here.
+    # Without precompiled headers, so that a missing #include fails.
     local options=(-DCMAKE_CXX_COMPILER="$2" -DVELTRANE_BUILD_TESTS=ON -DVELTRANE_PRECOMPILE=OFF "${@:3}")
     local library=libstdc++
     [[ "$*" == *libc++* ]] && library=libc++
@@ -66,7 +66,7 @@ run_row() {
     fi
     local warnings
     warnings=$(grep -cE "(warning|Warning):" "$log")
-    # A program that is linked statically as a whole is warned of dlopen by the C library, whatever it does.
+    # The C library warns of dlopen in every program that is linked statically as a whole.
     [[ "$*" == *-static* ]] && warnings=$(grep -E "(warning|Warning):" "$log" | grep -cv "statically linked applications")
     [ "$warnings" = 0 ] && [[ "$tests" == passed || "$tests" == "not built" ]] || failed=1
     printf '%-22s %-42s %8s  %-14s %4s s\n' "$name" "$2 ${*:3}" "$warnings" "$tests" $((SECONDS - begin)) |

@@ -5,8 +5,8 @@ Usage: mutateconfig.py SOURCE_FOLDER BUILD_FOLDER [COUNT [SEED]]
 
 Letters of keys, sections, references and words of flags are dropped, doubled and swapped, keys are moved to a section
 of another kind, lines are repeated, a percent sign or quote is lost, a value of the registry emptied, a remark put
-after a flag. Values that another source overrides slip like all others. Old texts of naming rules are left out: any text is one. A slip that lint does not
-name has to leave all values and renamings as they are. COUNT picks that many slips at random.
+after a flag, also in values that another source overrides. Old texts of naming rules are left out: any text is valid. A
+slip that lint does not report must leave all values and renamings as they are. COUNT picks that many slips at random.
 """
 import collections, json, os, random, re, shutil, subprocess, sys, tempfile
 
@@ -16,7 +16,7 @@ rng = random.Random(int(sys.argv[4]) if len(sys.argv) > 4 else 1)
 work = tempfile.mkdtemp()
 FILES = ['metadata/veltrane.ini', 'user/team.ini', 'registry.reg']
 RULES = re.compile(r'RULES\\')
-# A part that can slip: what stands in front, the part, what stands behind.
+# The text before a part that can slip, the part, the text after it.
 SECTION = re.compile(r'(\[(?:HKEY_LOCAL_MACHINE\\)?)([^]]*)(\].*)')
 KEY = re.compile(r'("?)([A-Za-z][\w-]*)("?\s*=.*)')
 WORD = re.compile(r'([^=]*=\s*"?)(true|false|auto)("?)$')

@@ -1,19 +1,19 @@
 #!/usr/bin/env bash
 # clang-tidy on library, host, companion and describe. The standard headers take most of its time, so the sources go
 # through it in groups (preset tidy). Two that use one name for different things in their unnamed namespaces cannot
-# stand in a group: rename one, or give it SKIP_UNITY_BUILD_INCLUSION.
+# be in one group: rename one, or give it SKIP_UNITY_BUILD_INCLUSION.
 # By hand for one file: clang-tidy -p build/debug FILE
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 cmake --preset tidy >/dev/null
-# The lines of the groups themselves only include.
+# The files of the groups only include their sources.
 sed -n 's/^  "file": "\(.*\)".*/\1/p' build/tidy/compile_commands.json |
     xargs -P "$(nproc)" -n 1 clang-tidy -p build/tidy --quiet --line-filter='[{"name": ".cpp"}, {"name": ".h"}]' 2>/dev/null
 
-# In a group, a use in one file hides that another declares the name in vain.
+# In a group, a use of a name in one file hides an unused 'using' in another.
 git ls-files --cached --others --exclude-standard {veltrane,host,companion,describe}'/*.cpp' | while read -r file; do
     sed -n 's/^ *using [A-Za-z_:]*::\([A-Za-z_]*\);.*/\1/p' "$file" | while read -r name; do
-        [ "$(grep -cw "$name" "$file")" -gt 1 ] || { echo "$file: 'using' of $name, which is not used"; exit 1; }
+        [ "$(grep -cw "$name" "$file")" -gt 1 ] || { echo "$file: unused 'using' of $name"; exit 1; }
     done
 done

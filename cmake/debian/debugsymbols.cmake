@@ -1,5 +1,5 @@
-# Run by cpack after the packaging: lets the documents of its packages of debug symbols be those of the packages that the
-# symbols belong to, and takes the paths of the build out of the list of checksums.
+# Run by cpack after the packaging, for the packages of debug symbols: links their documents to those of the packages that
+# the symbols belong to, and removes the build paths from the list of checksums.
 find_program(dpkg_deb dpkg-deb)
 if(NOT dpkg_deb)
     return()

@@ -144,7 +144,7 @@ private:
         const bool isOfLint = format == "github" || format == "sarif";
         const bool isFindings = m_Request.command == "lint" && !m_Request.Has("--explain") && !m_Request.Has("--fix");
         if (isOfLint && !isFindings)
-            throw Refusal{FormatText(L"--format %s is for the findings of lint alone", FromUtf8(format))};
+            throw Refusal{FormatText(L"--format %s is only for the findings of lint", FromUtf8(format))};
     }
 
     // The first word that is neither a command nor an option.

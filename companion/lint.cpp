@@ -28,8 +28,8 @@ const LintRow& AskedLint(const std::string& word) {
     const CString name = FromUtf8(word);
     if (const LintRow* const row = FindLint(name)) return *row;
     const CString nearest = NearestCode(name);
-    if (nearest.IsEmpty()) throw Refusal{FormatText(L"'%s' is not a code of lint; --explain all shows them", name)};
-    throw Refusal{FormatText(L"'%s' is not a code of lint; did you mean '%s'?", name, nearest)};
+    if (nearest.IsEmpty()) throw Refusal{FormatText(L"'%s' is not a lint code; '--explain all' lists them", name)};
+    throw Refusal{FormatText(L"'%s' is not a lint code; did you mean '%s'?", name, nearest)};
 }
 
 /// The codes that are wanted: those of a list, or all but those with a hyphen in front.
@@ -65,8 +65,9 @@ public:
             };
             const auto found = std::ranges::find_if(run.sources, isFile);
             if (found == run.sources.end())
-                throw Refusal{FormatText(L"<%s> is not a source of this configuration; the command 'files' shows them",
-                                         FromUtf8(file))};
+                throw Refusal{
+                    FormatText(L"<%s> is not a source of this configuration; the command 'files' lists the sources",
+                               FromUtf8(file))};
             m_Wanted.insert(static_cast<int>(found - run.sources.begin()));
         }
     }
@@ -204,7 +205,7 @@ CString MendText(const Mend& mend) {
 void WriteMended(const MendedFile& mended) {
     EditFile file{mended.path};
     if (file.Bytes() != mended.bytes)
-        throw Refusal{L"<" + DisplayPath(mended.path) + L"> has changed meanwhile; try again"};
+        throw Refusal{L"<" + DisplayPath(mended.path) + L"> has changed in the meantime; try again"};
     file.Write(mended.result);
 }
 
@@ -248,8 +249,8 @@ Answer Fix(const Request& request, Startup& startup, const LintRun& run, const s
 
 Answer Lint(const Request& request, Startup& startup) {
     if (request.Has("--explain")) return Explain(request.Value("--explain"));
-    if (request.Has("--dry-run") && !request.Has("--fix")) throw Refusal{L"--dry-run goes with --fix"};
-    if (request.Has("--force") && !request.Has("--fix")) throw Refusal{L"--force goes with --fix"};
+    if (request.Has("--dry-run") && !request.Has("--fix")) throw Refusal{L"--dry-run requires --fix"};
+    if (request.Has("--force") && !request.Has("--fix")) throw Refusal{L"--force requires --fix"};
     LintRun run{startup};
     const std::vector<LintRun::Placed> findings = FindAll(run);
     return request.Has("--fix") ? Fix(request, startup, run, findings) : Report(request, run, findings);

@@ -32,96 +32,107 @@ struct LintRow {
 };
 
 inline constexpr LintRow LINTS[] = {
-    {"C01", Severity::Warning, LinePart::Section, "section that nothing reads",
+    {"C01", Severity::Warning, LinePart::Section, "unknown section",
      "No option belongs in a section of this name, as in [USR] for [USER], so nothing in it is "
-     "read. The sections are those of the table of options and those of the database; any "
-     "other section with a key of a database is taken as that of another database. Correct "
-     "the name, or the name of the database on the command line, or remove the section."},
+     "read. The known sections are those in the table of options and those of the database. An "
+     "unknown section with a key of a database is taken as the section of another database. "
+     "Correct the name of the section, or of the database on the command line, or remove the "
+     "section."},
     {"C02", Severity::Warning, LinePart::Key, "unknown key",
-     "The key is no option and no %reference% names it, as in lodfile=run.log. The tool asks "
-     "only for the keys it knows, so a misspelt one has no effect. Correct it, or put a ';' "
-     "in front of the line."},
+     "The key is not an option, as in lodfile=run.log for logfile, and no %reference% names it. "
+     "The tool looks up only the keys it knows, so a misspelt one has no effect. Correct the key, "
+     "or put ';' in front of the line."},
     {"C03", Severity::Warning, LinePart::Key, "key in the wrong section or form",
-     "The option is looked for in one section only, as quiet in [USER], and several values "
-     "carry their index either in the key (load-dictionary-1) or in the section's name "
-     "([base\\FILES\\1]). Move the key to the section that is suggested, or write it so."},
+     "An option is read from one section only, for example quiet from [USER]. An option with "
+     "several values has its index either in the key (load-dictionary-1) or in the name of the "
+     "section ([base\\FILES\\1]). Move the key to the suggested section, or write it as "
+     "suggested."},
     {"C04", Severity::Warning, LinePart::Key, "section or key given twice",
-     "The first section of a name answers alone, and in it the first key of a name, even if "
-     "it is empty. What follows under the same name is ignored. Join the two."},
-    {"C05", Severity::Warning, LinePart::Value, "word that a flag does not know",
-     "A flag is 'true' or 'false', one with three states also 'auto'. Any other text, as in "
-     "quiet=yes or quiet=true ; for now, counts as false (auto). Write one of the words, and "
-     "comments on lines of their own."},
+     "If several sections have the same name, only the first one is read; within it, only the "
+     "first of several keys with the same name is read, even if its value is empty. The others "
+     "are ignored. Merge the sections, or remove the key that is not wanted."},
+    {"C05", Severity::Warning, LinePart::Value, "invalid value of a flag",
+     "A flag is 'true' or 'false'; some flags can also be 'auto'. Any other text counts as false, "
+     "or as auto for a flag that can be auto: quiet=yes and quiet=true ; for now both mean false. "
+     "Write one of these words, and put comments on lines of their own."},
     {"C06", Severity::Warning, LinePart::Value, "list entry that is not a number",
-     "A list consists of positive numbers with commas between, as in 12, 14. An entry that "
-     "begins with no number is skipped, '12y' is read as 12, and a number above 2147483647 as "
-     "2147483647. Write the number."},
+     "A list consists of positive numbers separated by commas, as in 12, 14. An entry that does "
+     "not begin with one is skipped, '12y' is read as 12, and a number above 2147483647 as "
+     "2147483647. Write each entry as a plain number."},
     {"C07", Severity::Error, LinePart::Key, "mandatory option without a value",
-     "The tool stops without it. It is reported where the value was probably meant: at a misspelt "
-     "key or section, at an empty value of the registry, else at the section that should have "
-     "it. Give the option a value there."},
+     "The tool stops without this value. The finding points to where the value was probably "
+     "meant: to a misspelt key or section, to an empty value in the registry, or else to the "
+     "section where the option belongs. Give the option a value there."},
     {"C08", Severity::Error, LinePart::Key, "index given twice",
-     "Each index of an option with several values may be given once in both files together; "
-     "map-file 1 and map-file 01 are the same. The tool stops at the second one. Change one of "
-     "the indexes."},
+     "Each index of an option with several values may be given only once in both files together; "
+     "load-dictionary-1 and load-dictionary-01 are the same. The tool stops at the second one. "
+     "Change one of the two."},
     {"C09", Severity::Error, LinePart::Value, "reference that leads nowhere",
-     "%name% is replaced by the key of that name in the same section, then in [ROOT], then by an "
-     "environment variable or an option of the tool. One that finds none, leads back to itself "
-     "or names an option with several values stops the tool; in a value that is not used it "
-     "waits until the value is, which is a note. Correct the name."},
+     "%name% is replaced by the value of the key 'name' in the same section, or else in [ROOT], "
+     "or else by the environment variable or the option of that name. The tool stops if there is "
+     "none, if the reference leads back to itself, or if it names an option with several values. "
+     "While the value is not used, the finding is only a note. Correct the name."},
     {"C10", Severity::Warning, LinePart::Value, "reference to an option without a value",
-     "In place of %name% the tool puts the list of all sections when the option is known and has "
-     "no value. Refer to an option that has one, or give it a value."},
-    {"C11", Severity::Warning, LinePart::Value, "text longer than the readers take",
-     "The readers take 2047 characters of a value and 2046 of a list of the names of keys or "
-     "sections. What follows is cut off; families and rules after the end of a list are not "
-     "seen. Shorten the names, or split the section."},
+     "If %name% names an option without a value, the list of all sections takes its place; '%%' "
+     "becomes the list of the keys of its section. Refer to an option that has a value, or give "
+     "it one."},
+    {"C11", Severity::Warning, LinePart::Value, "text that is too long",
+     "At most 2,047 characters of a value are read, and at most 2,046 of the list of the keys in "
+     "a section or of all sections. The rest is cut off; indexed values and naming rules beyond "
+     "the end of a list are not read. Shorten the value or the names, or split the section."},
     {"C12", Severity::Note, LinePart::Key, "value that comes too late",
-     "Start-up needs folders and user file before it opens the files, so what a file says of "
-     "them has no effect there. Give them on the command line, in the registry or, for options "
-     "of [ROOT], in the environment."},
+     "Start-up needs the folders and the user file before it opens the files, so it does not use "
+     "what a file says about them, as in data=D:\\Out. Give them on the command line, in the "
+     "registry or, for options of [ROOT], in the environment."},
     {"C13", Severity::Note, LinePart::Line, "value from the environment",
-     "An option of [ROOT] that no other source has is taken from the environment variable of "
+     "An option of [ROOT] that has no other value takes the value of the environment variable of "
      "its name, which may have been set for something else. Give the option a value, or remove "
      "the variable."},
-    {"C14", Severity::Warning, LinePart::Key, "naming rules or family values without effect",
-     "A version in the user file replaces that of the basic file as a whole, a negative version "
-     "or the index -1 ends the reading, quotes belong to the text that is replaced, and a "
-     "version is read from [base\\TABLENAME RULES\\3] in this spelling alone. Write the rules or "
-     "values that are wanted in one place."},
+    {"C14", Severity::Warning, LinePart::Key, "naming rule or indexed value without effect",
+     "The rules of a version in the user file replace all rules of that version in the basic "
+     "file. A negative version or the index -1 ends the reading. Quotes are part of the text that "
+     "a rule replaces. A version is read only from a section spelled like [base\\TABLENAME "
+     "RULES\\3], not from [base\\TABLENAME RULES\\03]. Put all rules of a version in one section, "
+     "and number versions and values from 0 on."},
     {"C15", Severity::Warning, LinePart::Key, "registry value or key that is not read",
-     "The tool reads texts from the keys of its own sections below HKEY_LOCAL_MACHINE, single "
-     "values only, and of several lines for one value the last. What other programs keep in the "
-     "file is counted, not checked. Correct the name, or remove the line."},
+     "The tool reads only texts, only for options with a single value, and only from the keys of "
+     "its own sections below HKEY_LOCAL_MACHINE. If several lines set the same value, the last "
+     "one counts. Keys of other programs are counted, not checked. Correct the name, or remove "
+     "the line."},
     {"C16", Severity::Warning, LinePart::Line, "line that is not read",
-     "Only sections, lines KEY=VALUE after a section, and comments that begin with ';' mean "
-     "something; '#' and '//' begin no comment, and a header ends with ']'. Put a ';' in front "
-     "of what is meant as a comment."},
-    {"C17", Severity::Note, LinePart::Key, "index other than it looks",
-     "A key without an index takes the next free one, so load-dictionary joins the family "
-     "load-dictionary-1, and so does each beginning of the name, as 'load'. In name--3 the "
-     "second hyphen is a sign, and an index above 2147483647 is read as that. Write an index."},
-    {"C18", Severity::Warning, LinePart::Line, "files that differ in case only",
-     "Names of files count in any case. Of files whose names differ in case only, the one spelled "
-     "as asked for is read, else the first in the order of their bytes. Rename one of them."},
+     "A file consists of sections, lines KEY=VALUE in a section, and comments that begin with "
+     "';'. Any other line is ignored. '#' and '//' do not begin a comment, and a header ends with "
+     "']'. Put ';' in front of what is meant as a comment."},
+    {"C17", Severity::Note, LinePart::Key, "unexpected index",
+     "A key without an index gets the next free one: load-dictionary=x counts as one more "
+     "load-dictionary-N, and so does any beginning of the name, such as load. In "
+     "load-dictionary--3 the second hyphen is a minus sign, and an index above 2147483647 is read "
+     "as that number. Write the index."},
+    {"C18", Severity::Warning, LinePart::Line, "files whose names differ only in case",
+     "File names are matched without regard to case. Of several files whose names differ only in "
+     "case, the one spelled as the tool asks for it is read, or else the first in byte order. "
+     "Rename the others."},
     {"C19", Severity::Warning, LinePart::Value, "file or folder that cannot be used",
-     "A file that is missing, not a regular file, unreadable or not in UTF-8, Windows-1252 or UTF-16 "
-     "with a mark counts as empty. It is an error where the tool stops, as without its basic "
-     "file or with a word of the command line that it does not know."},
+     "A file counts as empty if it is missing, not a regular file, unreadable, or not in UTF-8, "
+     "Windows-1252 or UTF-16 with a byte order mark. The finding is an error if the tool stops, "
+     "as it does without its basic file or at an unknown word of the command line. Correct the "
+     "path, or save the file as UTF-8."},
     {"C20", Severity::Warning, LinePart::Key, "empty value that hides others",
-     "An empty value of the registry counts as an answer and hides those of both files; in a file "
-     "an empty value counts as none. Remove the value from the registry, or give it a text."},
-    {"C21", Severity::Note, LinePart::Value, "signs that are ordinary text",
-     "A value runs to the end of its line: ' ; text' or ' # text' after it is no comment, a quote "
-     "without its partner and a single '%' are part of it. Put comments on lines of their own, and quotes "
-     "around a text that is meant so."},
+     "An empty value in the registry counts as an answer and hides the values in both files; an "
+     "empty value in a file counts as no value. Remove the value from the registry, or give it a "
+     "text."},
+    {"C21", Severity::Note, LinePart::Value, "comment or quote that is part of the value",
+     "A value extends to the end of its line: ' ; text' or ' # text' after it is not a comment "
+     "but part of it, and so are an unmatched quote and an unmatched '%'. Put comments on lines "
+     "of their own, and put such a text in quotes if it is meant that way."},
     {"C22", Severity::Warning, LinePart::Value, "log file in a folder that does not exist",
-     "The tool creates its log file but not the folder for it, unless that is the default one. "
-     "Create the folder, or correct logfile or logging."},
+     "The tool creates its log file, but no folder for it except the default one. Create the "
+     "folder, or correct logfile or logging."},
     {"C23", Severity::Warning, LinePart::Line, "lint comment without effect",
-     "A comment '; lint: C05' silences the findings of these codes on the line after it, '; lint: file "
-     "C05,C21' those of its file. One of an unknown code silences nothing; one that finds nothing to "
-     "silence is a note. Correct the code, move the comment to the line above the finding, or remove it."},
+     "'; lint: C05' silences the findings with this code on the next line, '; lint: file C05,C21' "
+     "those in the whole file. An unknown code silences nothing; a comment that finds nothing to "
+     "silence is a note. Correct the code, move the comment to the line right above the finding, "
+     "or remove it."},
 };
 
 /// Whether each row is at the position of its code.

@@ -67,7 +67,7 @@ private:
     void LintDatabase() {
         const CString name = m_Run.startup.options.GetSectionName(eSectionDatabase);
         m_Run.Report(DatabasePlace(),
-                     {C01, FormatText(L"no source has a section of the database '%s'", name), m_Meant});
+                     {C01, FormatText(L"no source has a section for the database '%s'", name), m_Meant});
     }
 
     // The value that start-up could not use is where the option was given.

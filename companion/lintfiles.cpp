@@ -18,11 +18,11 @@ const wchar_t* FaultOf(SourceReading reading) {
         case SourceReading::Folder:
             return L"this is a folder; it counts as an empty file";
         case SourceReading::NotRegular:
-            return L"this is not a regular file; it counts as an empty one";
+            return L"this is not a regular file; it counts as an empty file";
         case SourceReading::TooLarge:
-            return L"the file is larger than 256 MiB; it counts as empty";
+            return L"this is larger than 256 MiB; it counts as an empty file";
         default:
-            return L"the file cannot be read; it counts as empty";
+            return L"this cannot be read; it counts as an empty file";
     }
 }
 
@@ -58,12 +58,12 @@ void LintFile(LintRun& run, const StartupSource& source) {
     if (IsUnreadable(source.path, source.view)) report(C19, FaultOf(source.view.reading));
     if (source.view.reading == SourceReading::Missing) LintMissing(run, source);
     if (source.isUnmarkedUtf16) {
-        report(C19, L"this looks like UTF-16 without a mark at its start, which is not read as such; save it as UTF-8");
+        report(C19, L"this looks like UTF-16 without a byte order mark, which cannot be read; save it as UTF-8");
     }
     if (source.view.path.IsEmpty()) return;
     const CString other = OtherSpelling(ToUtf8(source.view.path));
     if (other.IsEmpty()) return;
-    report(C18, FormatText(L"'%s' beside it differs in case only; which of them is meant?", other));
+    report(C18, FormatText(L"'%s' in the same folder differs only in case; rename one of them", other));
 }
 
 }  // namespace

@@ -92,13 +92,13 @@ private:
 
     void LintIgnored(const SourceLine& line) {
         if (IsForeignComment(line.key, /*isRule*/ false)) {
-            Report(line, {C16, L"only ';' begins a comment; this line is ignored all the same", {}, Severity::Note});
+            Report(line, {C16, L"only ';' begins a comment; this line is ignored anyway", {}, Severity::Note});
         } else if (line.reason == Reason::BeforeFirstSection) {
-            Report(line, {C16, L"a line before the first section is ignored"});
+            Report(line, {C16, L"this line comes before the first section and is ignored"});
         } else if (line.reason == Reason::EmptyKey) {
-            Report(line, {C16, L"a line without a key before its '=' is ignored"});
+            Report(line, {C16, L"this line has no key before its '=' and is ignored"});
         } else {
-            Report(line, {C16, L"a line without '=' is ignored"});
+            Report(line, {C16, L"this line has no '=' and is ignored"});
         }
     }
 
@@ -108,9 +108,10 @@ private:
         if (!line.section.IsEmpty()) m_nSections += line.section.GetLength() + 1;
         const bool isCut = m_Source.view.sectionListLength > LONGEST_LIST && m_nSections > LONGEST_LIST;
         if (isCut && !std::exchange(m_IsCut, true)) {
-            Report(line, {C11, FormatText(L"the names of the sections above fill the list of %d characters; families "
-                                          L"and rules in [%s] and after it are not seen",
-                                          XConfiguration::MAX_LIST, line.section)});
+            Report(line,
+                   {C11, FormatText(L"the names of the sections above fill the list of %d characters; indexed values "
+                                    L"and naming rules in [%s] and later sections are not read",
+                                    XConfiguration::MAX_LIST, line.section)});
         }
         if (line.reason == Reason::HeaderWithoutBracket)
             Report(line, {C16, FormatText(L"the header [%s has no ']' at its end", line.section)});
@@ -136,7 +137,7 @@ private:
         }
         if (!line.answers || !m_Use.isKnown) return;
         if (line.value.GetLength() > XConfiguration::MAX_VALUE) {
-            Report(line, {C11, FormatText(L"'%s' has %d characters; those after the first %d are cut off", line.key,
+            Report(line, {C11, FormatText(L"the value of '%s' has %d characters; only the first %d are read", line.key,
                                           line.value.GetLength(), XConfiguration::MAX_VALUE)});
         }
         const KeyUse use = m_Run.FindKey(m_Use, line.key);
@@ -159,9 +160,10 @@ private:
             LintIndex(line, use);
         } else if (m_Run.startup.options.ComesTooLate(use.row->szLongName)) {
             Report(line,
-                   {C12, FormatText(L"'%s' comes too late: start-up determines it before the file is opened; give "
-                                    L"it on the command line, in the registry or, for [ROOT], in the environment",
-                                    line.key)});
+                   {C12,
+                    FormatText(L"'%s' comes too late: start-up determines it before the file is opened; give "
+                               L"it on the command line, in the registry or, for options of [ROOT], in the environment",
+                               line.key)});
         }
     }
 
@@ -186,7 +188,7 @@ private:
     }
 
     void LintReferred(const SourceLine& line, const MeantKey& meant) {
-        Report(line, {C03, FormatText(L"'%s' is read only by references in this section", line.key),
+        Report(line, {C03, FormatText(L"in this section '%s' is read only by references", line.key),
                       Bracketed(m_Run.SectionFor(m_Source, *meant.row, meant.index)), Severity::Note});
     }
 
@@ -208,9 +210,10 @@ private:
         if (!use.index) {
             Report(line, {C17, FormatText(L"'%s' has no index and gets the next free one of '%s'", line.key, family)});
         } else if (*use.index == -1) {
-            Report(line, {C14, FormatText(L"the index -1 ends the family '%s'; values after it are not read", family)});
+            Report(line,
+                   {C14, FormatText(L"the index -1 ends the values of '%s'; those after it are not read", family)});
         } else if (*use.index < 0 && !m_Use.index) {
-            Report(line, {C17, FormatText(L"'%s' has the index %d; the second hyphen is read as a sign", line.key,
+            Report(line, {C17, FormatText(L"'%s' has the index %d; the second hyphen is read as a minus sign", line.key,
                                           *use.index)});
         } else if (*use.index == std::numeric_limits<int>::max() &&
                    (m_Use.index ? line.section : line.key).Find(L"2147483647") < 0) {
@@ -223,9 +226,10 @@ private:
         if (m_FirstCut && m_Run.IsListed(m_Use)) {
             Report(*m_FirstCut,
                    {.code = C11,
-                    .text = FormatText(L"the names of the keys above fill the list of %d characters; no family "
-                                       L"and no rule sees '%s' and what follows in [%s]",
-                                       XConfiguration::MAX_LIST, m_FirstCut->key, m_FirstCut->section),
+                    .text = FormatText(
+                        L"the names of the keys above fill the list of %d characters; indexed values and naming "
+                        L"rules from '%s' on are not read in [%s]",
+                        XConfiguration::MAX_LIST, m_FirstCut->key, m_FirstCut->section),
                     .part = LinePart::Key});
         }
         m_FirstCut = nullptr;

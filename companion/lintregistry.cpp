@@ -20,13 +20,13 @@ struct {
     Reason reason;
     const wchar_t* text;
 } constexpr REASONS[] = {
-    {Reason::BadHeader, L"the file does not begin with the header of an export; nothing of it is read"},
+    {Reason::BadHeader, L"the file does not begin with the header of a registry export; nothing in it is read"},
     {Reason::MalformedKey, L"this key is malformed; the values below it are not read"},
     {Reason::MalformedValue, L"this value is malformed; the line is ignored"},
-    {Reason::NoCurrentKey, L"the value belongs to no key; the line is ignored"},
+    {Reason::NoCurrentKey, L"this value does not belong to any key; the line is ignored"},
     {Reason::ReplacedLater, L"a later line sets the value again; this line is ignored"},
-    {Reason::RemovedLater, L"a later line removes it; this line is ignored"},
-    {Reason::UnaskableName, L"a name that holds a NUL cannot be read"},
+    {Reason::RemovedLater, L"a later line removes the value; this line is ignored"},
+    {Reason::UnaskableName, L"a name that contains a NUL cannot be read"},
     {Reason::Other, L"this is neither a key nor a value; the line is ignored"},
 };
 
@@ -159,7 +159,7 @@ private:
     void LintBytes(const SourceLine& line) {
         m_Run.Report(m_Source, line,
                      {.code = C15,
-                      .text = FormatText(L"'%s' is not a text; its bytes are read as one", line.key),
+                      .text = FormatText(L"'%s' is not a text; its bytes are read as text", line.key),
                       .part = LinePart::Value});
     }
 
@@ -167,7 +167,8 @@ private:
     void LintEmpty(const SourceLine& line, const XOptionDefinition& row) {
         for (const OptionPlace& place : m_Run.startup.options.GetOptionCandidates(row.szLongName, -1).places) {
             if (!place.found || !IsFile(place.layer)) continue;
-            m_Run.Report(m_Source, line, {C20, FormatText(L"the empty value hides %s", ShortPlace(place))});
+            m_Run.Report(m_Source, line,
+                         {C20, FormatText(L"this empty value hides the value at %s", ShortPlace(place))});
             return;
         }
     }

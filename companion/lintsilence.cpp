@@ -71,7 +71,7 @@ private:
         const LintRow* const row = FindLint(name);
         if (!row) {
             m_Run.Report(source, line,
-                         {C23, FormatText(L"'%s' is not a code of lint", Printable(name)), NearestCode(name)});
+                         {C23, FormatText(L"'%s' is not a lint code", Printable(name)), NearestCode(name)});
         } else if (const auto code = static_cast<LintCode>(row - LINTS); isOfFile) {
             Add({m_Run.SourceNumber(source.layer), WHOLE_FILE, code}, {&source, &line});
         } else {

@@ -54,7 +54,7 @@ CString WordFault(const CString& key, const CString& value, const XOptionDefinit
             isBoolean ? L"false" : L"auto");
     }
     return isBoolean ? FormatText(L"'%s' is neither 'true' nor 'false'; %s is taken as false", shown, key)
-                     : FormatText(L"'%s' is none of 'true', 'false' and 'auto'; %s is taken as auto", shown, key);
+                     : FormatText(L"'%s' is not 'true', 'false' or 'auto'; %s is taken as auto", shown, key);
 }
 
 bool IsPath(const CString& text) {
@@ -118,15 +118,15 @@ std::optional<Finding> CheckSigns(const CString& value, bool isQuoted) {
         return Finding{C21,
                        FormatText(L"comments after a value are not supported; the whole text '%s' is used", shown)};
     if (!isQuoted && HasLoneQuote(value))
-        return Finding{C21, FormatText(L"a quote in '%s' has no partner and is part of the value", shown)};
+        return Finding{C21, FormatText(L"an unmatched quote in '%s' is part of the value", shown)};
     return {};
 }
 
 std::optional<Finding> CheckPercent(const CString& value) {
     if (std::ranges::count(ReferencesOf(value), CString{}) > 0)
-        return Finding{C10, L"'%%' does not stand for '%'; it becomes the list of the keys of the section"};
+        return Finding{C10, L"'%%' does not mean '%'; it is replaced by the list of the section's keys"};
     if (std::ranges::count(value.View(), L'%') % 2 == 0) return {};
-    return Finding{C21, FormatText(L"a '%%' in '%s' has no partner and is part of the value", Printable(value))};
+    return Finding{C21, FormatText(L"an unmatched '%%' in '%s' is part of the value", Printable(value))};
 }
 
 }  // namespace veltrane::config

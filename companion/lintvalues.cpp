@@ -58,7 +58,7 @@ private:
     void Report(const StartupSource& source, const SourceLine& line, const XOptionDefinition& row,
                 const std::pair<const int, SourcePlace>& first) {
         m_Run.Report(source, line,
-                     {C08, FormatText(L"index %d of '%s' is already given in %s; the tool stops", first.first,
+                     {C08, FormatText(L"index %d of '%s' is already given at %s; the tool stops", first.first,
                                       row.szLongName, ShortPlace(first.second))});
     }
 
@@ -78,7 +78,7 @@ void LintSteps(LintRun& run, const XOptionItem& item) {
             const bool isList =
                 step.kind == OptionStep::Kind::Reference && place.section.IsEmpty() && !place.file.IsEmpty();
             if (isList) {
-                run.Report(holder, {C10, FormatText(L"%%%s%% has no value and becomes the list of the sections",
+                run.Report(holder, {C10, FormatText(L"%%%s%% has no value and is replaced by the list of all sections",
                                                     step.reference)});
             } else {
                 holder = place;
@@ -180,7 +180,7 @@ private:
         if (isTold || (!key.row && !m_Run.IsReferredTo(*section, line.key))) return;
         for (const CString& name : ReferencesOf(line.value)) {
             if (name.IsEmpty() || Leads(*section, name)) continue;
-            const CString text = FormatText(L"%%%s%% leads nowhere; the value is not used now", Printable(name));
+            const CString text = FormatText(L"%%%s%% leads nowhere, but the value is not used now", Printable(name));
             m_Run.Report(source, line, {C09, text, m_Run.NearestKey({}, name), Severity::Note});
         }
     }
@@ -213,7 +213,7 @@ private:
             if (!place.found || place.layer != OptionLayer::BasicFile) continue;
             m_Run.Report(source, line,
                          {C20,
-                          FormatText(L"the empty value counts as none; %s is used", ShortPlace(place)),
+                          FormatText(L"the empty value counts as no value; %s is used", ShortPlace(place)),
                           {},
                           Severity::Note});
         }

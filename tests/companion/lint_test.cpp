@@ -6,7 +6,7 @@
 
 class Lint : public Companion {
 protected:
-    /// The findings of a run, each in one line, without the line that counts them.
+    /// The findings of a run, one a line, without their count.
     std::string Findings(const Words& words = {}, const Words& arguments = {"-i", "team.ini"}, Words environment = {}) {
         Words all{"lint"};
         all.insert(all.end(), words.begin(), words.end());
@@ -15,7 +15,7 @@ protected:
         const std::string text = std::regex_replace(m_Result.output, std::regex{"\n    "}, " ");
         return text.substr(0, text.rfind('\n', text.size() - 2) + 1);
     }
-    /// Without the folder and the end of the files' names.
+    /// With the first letter of each file in place of its path.
     static std::string Short(const std::string& findings) {
         static const std::regex name{"(meta/)?\\b(\\w)\\w*\\.(ini|reg)\\b"};
         return std::regex_replace(findings, name, "$2");
@@ -38,7 +38,7 @@ std::string Bytes(const std::string& text) {
     return bytes;
 }
 
-TEST_F(Lint, NamesEverySlipAndNothingElse) {
+TEST_F(Lint, ReportsEverySlipAndNothingElse) {
     std::ifstream cases{VELTRANE_SOURCE_FOLDER "/tests/companion/lint_cases.txt"};
     int legal = 0, slips = 0;
     for (std::string row; std::getline(cases, row);) {
@@ -61,7 +61,7 @@ TEST_F(Lint, NamesEverySlipAndNothingElse) {
     EXPECT_GE(slips, 100);
 }
 
-TEST_F(Lint, TellsWhatIsCutOffAndNothingThatJustFits) {
+TEST_F(Lint, ReportsWhatIsCutOffAndNothingThatJustFits) {
     std::string keys, sections = "[AUTODOC]\n";  // the lists of the keys and of the sections take 2,047 with these
     for (int i = 10; i < 50; ++i)
         keys += "a_rule_with_quite_a_long_name_to_fill_the_list_" + std::to_string(i) + "=x\n";
@@ -74,19 +74,19 @@ TEST_F(Lint, TellsWhatIsCutOffAndNothingThatJustFits) {
     const std::string rules = "[db\\TABLENAME RULES\\1]\n" + keys;
     expect(rules + std::string(46, 'k') + "=x\n", "");
     expect(rules + std::string(47, 'k') + "=x\n",
-           "v:46: warning C11: the names of the keys above fill the list of 2046 characters; no family and no rule "
-           "sees '" +
-               std::string(47, 'k') + "' and what follows in [db\\TABLENAME RULES\\1]\n");
+           "v:46: warning C11: the names of the keys above fill the list of 2046 characters; indexed values and "
+           "naming rules from '" +
+               std::string(47, 'k') + "' on are not read in [db\\TABLENAME RULES\\1]\n");
     expect("[AUTODOC]\nautodoc-index=" + std::string(2'047, 'x') + "\n", "");
     expect("[AUTODOC]\nautodoc-index=" + std::string(2'048, 'x') + "\n",
-           "v:6: warning C11: 'autodoc-index' has 2048 characters; those after the first 2047 are cut off\n");
+           "v:6: warning C11: the value of 'autodoc-index' has 2048 characters; only the first 2047 are read\n");
     expect(sections + "[db\\FILES\\1234567890]\n", "");
     expect(sections + "[db\\FILES\\12345678901]\n",
-           "v:90: warning C11: the names of the sections above fill the list of 2046 characters; families and rules in "
-           "[db\\FILES\\12345678901] and after it are not seen\n");
+           "v:90: warning C11: the names of the sections above fill the list of 2046 characters; indexed values and "
+           "naming rules in [db\\FILES\\12345678901] and later sections are not read\n");
 }
 
-TEST_F(Lint, TellsAllFaultsAtOnceAtTheLinesThatWereMeant) {
+TEST_F(Lint, ReportsAllFaultsAtOnceAtTheLinesThatWereMeant) {
     Write("registry.reg", "REGEDIT4\n");
     Write("meta/veltrane.ini", "[db]\nroel=r\n[USER]\ndictionary-name=d\n[dbx]\nregistry=x\n");
     EXPECT_EQ(Short(Findings({}, {})),
@@ -99,7 +99,7 @@ TEST_F(Lint, TellsAllFaultsAtOnceAtTheLinesThatWereMeant) {
     Write("meta/veltrane.ini", "[database]\ndictionary-name=d\nrole=r\n[database\\FILES\\1]\nmap-file=m\n");
     EXPECT_EQ(
         Short(Findings({}, {"-n", "databsae"})),
-        "command line: warning C01: no source has a section of the database 'databsae'; did you mean 'database'?\n"
+        "command line: warning C01: no source has a section for the database 'databsae'; did you mean 'database'?\n"
         "command line: error C07: the mandatory option 'dictionary-name' of [databsae] has no value; the tool stops\n"
         "command line: error C07: the mandatory option 'registry' of [databsae] has no value; the tool stops\n"
         "command line: error C07: the mandatory option 'role' of [databsae] has no value; the tool stops\n");
@@ -107,7 +107,7 @@ TEST_F(Lint, TellsAllFaultsAtOnceAtTheLinesThatWereMeant) {
     EXPECT_EQ(Short(Findings({}, {})), "v: error C19: the basic file does not exist; the tool stops\n");
 }
 
-TEST_F(Lint, TellsFilesThatAreNotReadAndValuesOfTheEnvironment) {
+TEST_F(Lint, ReportsFilesThatAreNotReadAndValuesOfTheEnvironment) {
     std::filesystem::create_directories(m_Folder.Path() / "folder");
     Write("TEAM.INI", "");
     Write("team.ini", "");
@@ -120,9 +120,9 @@ TEST_F(Lint, TellsFilesThatAreNotReadAndValuesOfTheEnvironment) {
     EXPECT_EQ(m_Result.exitCode, 1);
     expect({"-i", "/dev/null"}, "");
     EXPECT_EQ(Ask({"show"}, {"-i", "/dev/null"}).exitCode + m_Result.exitCode, 0);
-    expect({"-i", "/dev/zero"}, "/dev/zero: warning C19: this is not a regular file; it counts as an empty one\n");
+    expect({"-i", "/dev/zero"}, "/dev/zero: warning C19: this is not a regular file; it counts as an empty file\n");
     expect({"-i", "team.ini"},
-           "team.ini: warning C18: 'TEAM.INI' beside it differs in case only; which of them is meant?\n");
+           "team.ini: warning C18: 'TEAM.INI' in the same folder differs only in case; rename one of them\n");
     const std::string error = "command line: error ";
     expect({"-q", "maybe"},
            error + "C19: The option string <maybe> for the boolean parameter <-q> is invalid; the tool stops\n");
@@ -138,7 +138,7 @@ TEST_F(Lint, TellsFilesThatAreNotReadAndValuesOfTheEnvironment) {
     EXPECT_TRUE(std::filesystem::is_empty(m_Folder.Path() / "data"));
 }
 
-TEST_F(Lint, TellsWhatIsAskedForAlone) {
+TEST_F(Lint, ReportsOnlyWhatIsAskedFor) {
     Write("registry.reg", "REGEDIT4\n");
     WriteBasic("[USER]\nquiet=yes\nquiet=no\n");
     Write("team.ini", "[USER]\nexit=1\n");
@@ -154,11 +154,11 @@ TEST_F(Lint, TellsWhatIsAskedForAlone) {
     EXPECT_EQ(count({"--code", "C04"}), 1);
     EXPECT_EQ(count({"--code=-C05,-C16"}), 1);
     const std::pair<Words, std::string> refusals[] = {
-        {{"--code", "5"}, "'5' is not a code of lint; did you mean 'C05'?"},
-        {{"--code", "C77"}, "'C77' is not a code of lint; did you mean 'C07'?"},
-        {{"--explain", "X"}, "'X' is not a code of lint; --explain all shows them"},
+        {{"--code", "5"}, "'5' is not a lint code; did you mean 'C05'?"},
+        {{"--code", "C77"}, "'C77' is not a lint code; did you mean 'C07'?"},
+        {{"--explain", "X"}, "'X' is not a lint code; '--explain all' lists them"},
         {{"none.ini"}, "file <none.ini> not found"},
-        {{"meta"}, "<meta> is not a source of this configuration; the command 'files' shows them"},
+        {{"meta"}, "<meta> is not a source of this configuration; the command 'files' lists the sources"},
     };
     for (auto [words, text] : refusals) {
         words.insert(words.begin(), "lint");
@@ -168,7 +168,7 @@ TEST_F(Lint, TellsWhatIsAskedForAlone) {
              "\"code\": \"C04\",\n      \"severity\": \"warning\"");
 }
 
-TEST_F(Lint, TellsWhichPartOfALineIsMeant) {
+TEST_F(Lint, ReportsThePartOfTheLine) {
     Write("registry.reg", "REGEDIT4\n[HKLM\\SOFTWARE\\VORNAK\\veltrane\\USER]\n\"quiet\"=dword:00000001\n");
     WriteBasic("[USR]\n[USER\nquiet=yes\nqueit=true\nno value\n");
     const std::string document = Ask({"lint", "--format", "json"}).output;
@@ -199,7 +199,7 @@ TEST_F(Lint, AnnotatesLinesForGithub) {
     ExpectOutput(ask("data"), 0, expected(Path("a/b%2Cc%3A%25.ini")));
     ExpectOutput(ask("none"), 2, "", "veltrane-config: folder <none> not found\n");
     ExpectOutput(Ask({"show", "--format", "github"}), 2, "",
-                 "veltrane-config: --format github is for the findings of lint alone\n");
+                 "veltrane-config: --format github is only for the findings of lint\n");
 }
 
 TEST_F(Lint, MendsWhatIsCertainAndNothingElse) {

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Talks with the server for editors as a client does: recorded talks, a text typed letter by letter beside lint on a file
-with that text, broken bytes, bursts, and 10,000 changes.
+"""Talks to the server for editors as a client does: recorded talks, a text typed letter by letter and compared with lint
+on a file with that text, broken bytes, bursts, and 10,000 changes.
 Usage: lsp.py PROGRAM [TALK ...]"""
 import json
 import os
@@ -26,7 +26,7 @@ def note(method, **params):
 
 
 class Talk:
-    """A server beside files of its own, and what it has published."""
+    """A server with files of its own, and what it has published."""
 
     def __init__(self, *arguments, start=True, **given):
         self.work = tempfile.TemporaryDirectory()
@@ -90,7 +90,7 @@ class Talk:
                     contentChanges=[{"text": text, **({"range": where} if where else {})} for where, text in changes])
 
     def diagnostics(self, name, version):
-        """Of a text, with its version; those of other files are kept."""
+        """Those of a version of a text; those of other files are kept."""
         while not any(p["uri"] == self.uri(name) and p.get("version") == version for p in self.published):
             self.read()
         return next(p for p in reversed(self.published) if p["uri"] == self.uri(name))["diagnostics"]
@@ -140,7 +140,7 @@ def questions():
     hover = lambda *at: (talk.about("hover", "team.ini", *at) or {"contents": {"value": None}})["contents"]["value"]
     for at, parts in {(3, 2): ["logfile, text, [ROOT]", "logging output", "> user file    team.ini:4 [ROOT]", "%name%-run.log"],
                       (3, 14): ["%name%, a step of logfile", "2  %name%  meta/veltrane.ini:2 [ROOT]"],
-                      (4, 3): ["[USER]", "quiet, "], (5, 9): ["quiet = yes, means false", "C05, word that a flag"]}.items():
+                      (4, 3): ["[USER]", "quiet, "], (5, 9): ["quiet = yes, means false", "C05, invalid value"]}.items():
         text = hover(*at)
         assert all(part in text for part in parts), (at, text)
     assert talk.about("hover", "team.ini", 3, 14)["range"] == span(3, 13, 19)

@@ -34,7 +34,7 @@ AskedOption ParseOption(const std::string& word) {
     const XOptionDefinition* const row = FindOptionDefinition(name);
     const bool isOption = row && row->eOption != eOptionTitle;
     if (isOption && index && row->IsSingle()) {
-        throw Refusal{FormatText(L"'%s' has one value; leave out its index", name)};
+        throw Refusal{FormatText(L"'%s' has only one value; leave out the index", name)};
     }
     if (isOption) return {row, index};
     if (const CString label = LabelOfKey(name); !label.IsEmpty()) {

@@ -34,54 +34,54 @@ struct ExitRow {
 
 // clang-format off
 inline constexpr CommandRow COMMANDS[] = {
-    {"show",    "[NAME ...]",     WordKind::Option, "values, where they come from and what they overrode",  "show logfile -- base -i team.ini"},
-    {"lint",    "[FILE ...]",     WordKind::File,   "everything that is wrong with the configuration",      "lint --strict -- base -i team.ini"},
-    {"explain", "NAME ...",       WordKind::Option, "the steps from a key to its value",                    "explain spool -- base -i team.ini"},
-    {"names",   "[FILE ...]",     WordKind::File,   "names as the naming rules change them",                "names --version 3,5 names.txt -- base"},
-    {"diff",    "[DOCUMENT ...]", WordKind::File,   "how two configurations differ",                        "diff -- base -i team.ini -- base -i other.ini"},
-    {"set",     "NAME VALUE",     WordKind::Option, "give an option a value in the user file or the basic file", "set logfile run.log -- base -i team.ini"},
-    {"unset",   "NAME",           WordKind::Option, "take the value of an option out of the file",          "unset logfile -- base -i team.ini"},
-    {"freeze",  "",               WordKind::None,   "one basic file that gives the same values on its own", "freeze -- base -i team.ini >frozen.ini"},
-    {"files",   "",               WordKind::None,   "every place where start-up looks, and what is there",  "files -- base -i team.ini"},
-    {"errors",  "LOG ...",        WordKind::File,   "the errors of a log",                                  "errors base-run.log"},
-    {"lsp",     "",               WordKind::None,   "all of it in the editor: a server of the Language Server Protocol", "lsp -- base -i team.ini"},
+    {"show",    "[NAME ...]",     WordKind::Option, "values, where they come from and what they overrode",     "show logfile -- base -i team.ini"},
+    {"lint",    "[FILE ...]",     WordKind::File,   "everything that is wrong with the configuration",         "lint --strict -- base -i team.ini"},
+    {"explain", "NAME ...",       WordKind::Option, "the steps from a key to its value",                       "explain spool -- base -i team.ini"},
+    {"names",   "[FILE ...]",     WordKind::File,   "names as the naming rules change them",                   "names --version 3,5 names.txt -- base"},
+    {"diff",    "[DOCUMENT ...]", WordKind::File,   "how two configurations differ",                           "diff -- base -i team.ini -- base -i other.ini"},
+    {"set",     "NAME VALUE",     WordKind::Option, "give an option a value in the user or the basic file",    "set logfile run.log -- base -i team.ini"},
+    {"unset",   "NAME",           WordKind::Option, "remove the value of an option from the file",             "unset logfile -- base -i team.ini"},
+    {"freeze",  "",               WordKind::None,   "one basic file that gives the same values on its own",    "freeze -- base -i team.ini >frozen.ini"},
+    {"files",   "",               WordKind::None,   "every place where start-up looks, and what is there",     "files -- base -i team.ini"},
+    {"errors",  "LOG ...",        WordKind::File,   "the errors of a log",                                     "errors base-run.log"},
+    {"lsp",     "",               WordKind::None,   "all of it in an editor, by the Language Server Protocol", "lsp -- base -i team.ini"},
 };
 
 inline constexpr SwitchRow SWITCHES[] = {
     {"",      "--tool",     "PATH",                   WordKind::File, "the tool; default: the one beside this program"},
-    {"",      "--format",   "text|json|github|sarif", WordKind::Text, "form of the answer; the last two for lint alone"},
+    {"",      "--format",   "text|json|github|sarif", WordKind::Text, "form of the answer; github and sarif only for lint"},
     {"",      "--color",    "auto|never",             WordKind::Text, "colour of errors and warnings on a terminal"},
     {"",      "--generate", "man|bash|zsh|fish",      WordKind::Text, "print a man page or completion instead of an answer"},
     {"show",  "--all",      "",                       WordKind::None, "also options without a value"},
     {"show",  "--only",     "LAYER",                  WordKind::Text, "only values from one layer, such as 'user file'"},
     {"lint",  "--strict",   "",                       WordKind::None, "warnings count as errors"},
     {"lint",  "--code",     "LIST",                   WordKind::Text, "only these codes (C01,C02), or all but some (-C13)"},
-    {"lint",  "--root",     "FOLDER",                 WordKind::File, "where paths for github and sarif begin; default: here"},
-    {"lint",  "--fix",      "",                       WordKind::None, "mend what is certain: names with one slip, open headers"},
-    {"lint",  "--force",    "",                       WordKind::None, "with --fix: also move keys to the section they belong to"},
+    {"lint",  "--root",     "FOLDER",                 WordKind::File, "base of github and sarif paths; default: current folder"},
+    {"lint",  "--fix",      "",                       WordKind::None, "mend what is certain: misspelt names, a missing ']'"},
+    {"lint",  "--force",    "",                       WordKind::None, "with --fix: also move keys to their right section"},
     {"lint",  "--dry-run",  "",                       WordKind::None, "with --fix: change nothing; print a unified diff"},
     {"lint",  "--explain",  "LIST",                   WordKind::Text, "what codes mean (C05, or 'all')"},
     {"diff",  "--places",   "",                       WordKind::None, "also values that differ only in their place"},
-    {"diff",  "--all",      "",                       WordKind::None, "also facts of the host: paths of the program, times"},
-    {"set",   "--in",       "user|basic",             WordKind::Text, "the file to change; default: the user file, if there is one"},
+    {"diff",  "--all",      "",                       WordKind::None, "also facts about the program: its paths, version, time"},
+    {"set",   "--in",       "user|basic",             WordKind::Text, "the file to change; default: the user file, if any"},
     {"set",   "--dry-run",  "",                       WordKind::None, "change nothing; print the change as a unified diff"},
-    {"set",   "--force",    "",                       WordKind::None, "also a value that lint objects to"},
-    {"unset", "--in",       "user|basic",             WordKind::Text, "the file to change; default: the user file, if there is one"},
+    {"set",   "--force",    "",                       WordKind::None, "set the value even if lint objects to it"},
+    {"unset", "--in",       "user|basic",             WordKind::Text, "the file to change; default: the user file, if any"},
     {"unset", "--dry-run",  "",                       WordKind::None, "change nothing; print the change as a unified diff"},
-    {"unset", "--all",      "",                       WordKind::None, "every line of the key, not only the one that answers"},
-    {"names", "--version",  "N[,M ...]",              WordKind::Text, "versions of the rules; default: all"},
-    {"names", "--rules",    "",                       WordKind::None, "the rules themselves, in the order they apply"},
-    {"names", "--limit",    "BYTES",                  WordKind::Text, "longest name; default: 30"},
+    {"unset", "--all",      "",                       WordKind::None, "every line of the key, not only the one that is read"},
+    {"names", "--version",  "N[,M ...]",              WordKind::Text, "versions of the naming rules; default: all"},
+    {"names", "--rules",    "",                       WordKind::None, "list the rules instead, in the order they apply"},
+    {"names", "--limit",    "BYTES",                  WordKind::Text, "report longer names; default: 30"},
 };
 
 inline constexpr ExitRow EXITS[] = {
     {EXIT_ANSWERED, "answered"},
-    {EXIT_FINDINGS, "answered, and there is something to look at: an error that lint finds (with --strict a warning, too), "
+    {EXIT_FINDINGS, "answered, and there is something to look at: an error that lint finds (with --strict also a warning), "
                     "a difference, a collision, an option without a value, a value that set gives and that is not in "
                     "force, a value that unset does not find, a value that freeze cannot carry, a source that cannot be "
                     "read, a start-up that would fail"},
     {EXIT_REFUSED,  "not answered: the command line is wrong, the tool is not found, a change is refused, a file cannot be "
-                    "read or written, or memory is short"},
+                    "read or written, or memory runs out"},
 };
 // clang-format on
 

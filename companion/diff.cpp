@@ -42,7 +42,7 @@ public:
         const CString name = L"<" + detail::Printable(FromUtf8(file)) + L">";
         Side side{name, /*isDocument*/ true, ReadMachine(ReadDocument(file), name)};
         m_Answer.document[which] = {{"document", file}, {"startup", side.machine.hasFailed ? "failed" : "ok"}};
-        if (side.machine.hasFailed) AddFault(name, L"start-up failed there; what it did not read is missing");
+        if (side.machine.hasFailed) AddFault(name, L"start-up failed there; values that it did not read are missing");
         return side;
     }
 
@@ -280,8 +280,9 @@ Answer Diff(const Request& request, const CString& tool, const std::vector<std::
     if (lines.empty() && request.words.size() == 1) lines.emplace_back();
     if (request.words.size() + lines.size() != 2)
         throw Refusal{
-            L"diff compares two: command lines of the tool, each after its own '--', or documents of 'show --all "
-            L"--format json'"};
+            L"diff compares two configurations; give each as a command line of the tool, after a '--' of its own, or "
+            L"as "
+            L"a document of 'show --all --format json'"};
     Answer answer;
     answer.document["errors"] = Json::array();
     Sides sides{answer, request, tool};

@@ -57,7 +57,7 @@ std::string Resolved(const std::string& name) {
 /// The file that a path leads to. For a missing file its folder is resolved.
 /// @throws Refusal
 std::string FullName(const CString& path) {
-    if (ClimbsBelowDrive(path)) Refuse(path, L"its path climbs with '..' below a drive");
+    if (ClimbsBelowDrive(path)) Refuse(path, L"its path leaves a drive with '..'");
     const std::string name = MapPath(path);
     if (name.empty()) Refuse(path, L"there is no such drive");
     std::string full = Resolved(name);
@@ -209,7 +209,7 @@ Failure PutInPlace(const std::string& name, char* beside, std::string_view bytes
     const bool isNew = file < 0;
     const SignalsHeld held;
     NewFile made{beside};
-    if (!made.Exists()) return Failed(L"no file can be made beside it");
+    if (!made.Exists()) return Failed(L"no new file can be created beside it");
     if (!made.Write(bytes)) return Failed(L"a new file beside it cannot be written");
     if (!isNew && !made.SetOwner(status)) return Failed(L"its owner cannot be kept");
     if (!made.SetRights(isNew ? DefaultRights() : status.st_mode)) return Failed(L"its rights cannot be kept");
@@ -249,7 +249,7 @@ EditFile::EditFile(const CString& path) : m_Path(path), m_Name(FullName(path)), 
 void EditFile::RequireUnchanged() const {
     std::string now;
     if (!ReadAll(m_File.Handle(), now)) Refuse(m_Path, L"it cannot be read", errno);
-    if (now != m_Bytes || !IsAsRead(m_Name, m_Status)) Refuse(m_Path, L"it has changed meanwhile; try again");
+    if (now != m_Bytes || !IsAsRead(m_Name, m_Status)) Refuse(m_Path, L"it has changed in the meantime; try again");
 }
 
 void EditFile::Write(std::string_view bytes) {
@@ -260,12 +260,13 @@ void EditFile::Write(std::string_view bytes) {
         if (faccessat(AT_FDCWD, m_Name.c_str(), W_OK, AT_EACCESS) != 0) Refuse(m_Path, L"it is not writable", errno);
         RequireUnchanged();
     } else if (!Resolved(MapPath(m_Path)).empty()) {  // perhaps in letters of another case
-        Refuse(m_Path, L"it has changed meanwhile; try again");
+        Refuse(m_Path, L"it has changed in the meantime; try again");
     }
     std::string beside = m_Name + ".XXXXXX";
     beside.insert(beside.rfind('/') + 1, ".");
     const Failure failure = PutInPlace(m_Name, beside.data(), bytes, m_File.Handle(), m_Status);
-    if (failure.error == EEXIST || failure.error == ECANCELED) Refuse(m_Path, L"it has changed meanwhile; try again");
+    if (failure.error == EEXIST || failure.error == ECANCELED)
+        Refuse(m_Path, L"it has changed in the meantime; try again");
     if (failure.error != 0) Refuse(m_Path, failure.reason, failure.error);
     if (!FlushFolder(m_Name)) {
         throw Refusal{FormatText(L"%s is changed, but the change may be lost if the machine stops now (%s)",

@@ -152,11 +152,11 @@ void ProveChange(const FileEdit& edit, const FileEdit& after, const OptionKey& k
     const SourceReplacement replacement{after.Path(), after.Bytes()};
     const SourceSnapshot snapshot;
     if (value && !IsRead(after, key, *value))
-        throw Refusal{L"no line of the file would be read with this value; nothing is changed"};
+        throw Refusal{L"after the change this value would not be read from the file; nothing is changed"};
     bool isSame = OtherAnswers(edit.View(), line) == OtherAnswers(after.View(), line);
     if (key.index)
         isSame = isSame && OtherIndexes(before, *key.index) == OtherIndexes(PlacesIn(after.Path(), key), *key.index);
-    if (!isSame) throw Refusal{L"other values of the file would change, too; nothing is changed"};
+    if (!isSame) throw Refusal{L"other values in the file would change too; nothing is changed"};
 }
 
 }  // namespace veltrane::config

@@ -112,7 +112,7 @@ CString RemarkOf(XOption& options, const OptionStep& step) {
     const bool isAnotherValue =
         place != step.places.end() && place->layer != OptionLayer::CommandLine && place->text != item->GetOptionValue();
     if (!isAnotherValue) return {};
-    return FormatText(L"%%%s%% took the configured value; the command line says '%s'", step.reference,
+    return FormatText(L"%%%s%% is the configured value here; the command line says '%s'", step.reference,
                       Printable(item->GetOptionValue()));
 }
 

@@ -50,7 +50,7 @@ CString FolderState(XOption& options, const OptionLocation& location) {
     if (location.path.IsEmpty()) return L"not named";
     const OptionCandidates found = options.GetOptionCandidates(location.option, -1);
     const bool isDefault = found.candidates.size() == 1 && found.candidates[0].layer == OptionLayer::StartUp;
-    return isDefault && location.kind == LocationKind::UserFolder ? L"missing: the tool creates it" : L"missing";
+    return isDefault && location.kind == LocationKind::UserFolder ? L"missing; the tool creates it" : L"missing";
 }
 
 CString OriginText(XOption& options, const CString& option) {

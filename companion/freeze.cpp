@@ -116,7 +116,7 @@ private:
 
     // Why a file cannot carry a value; null when it can.
     const wchar_t* ReasonAgainst(const XOptionDefinition& row, const CString& value) {
-        if (row.eSection == eSectionNone || IsRule(row)) return L"only the command line can give it";
+        if (row.eSection == eSectionNone || IsRule(row)) return L"it can be given only on the command line";
         if (m_Options.GetSectionName(row.eSection).IsEmpty()) return L"the name of its section is not known";
         if (IsTooLate(row)) return L"start-up determines it before the file is opened";
         if (value.Find(L'%') >= 0) return L"a '%' begins a reference in a file";

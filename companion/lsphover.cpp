@@ -109,7 +109,7 @@ void AddRule(HoverText& text, const LspAnalysis& analysis, const PlacedLine& pla
             text.AddText(ToUtf8(FormatText(L"From version %d on, '%s' is replaced by %s in names of %s.", rule.version,
                                            Printable(rule.oldText), by, CString{names})));
             if (!rule.isInForce)
-                text.AddText("The user file has a section of this version without it, so it is not in force.");
+                text.AddText("The user file has a section of this version without this rule, so it is not in force.");
         }
     }
 }
@@ -128,8 +128,8 @@ void AddSection(HoverText& text, const LspAnalysis& analysis, const CString& sec
     text.AddTitle('[' + ToUtf8(section) + ']', use.isOfOtherDatabase ? "of another database" : "");
     if (analysis.run.HoldsRules(use.section)) {
         text.AddText(
-            "Naming rules: each key is replaced by its value wherever it stands in a name, from the version "
-            "on that the section names.");
+            "Naming rules: from the version in the section's name on, each key is replaced by its value wherever it "
+            "occurs in a name.");
     } else {
         text.AddText("Options: " + KeysOf(use.section));
     }

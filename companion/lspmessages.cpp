@@ -96,7 +96,7 @@ Incoming MessageReader::Next() {
         if (isGood || isHeader) continue;
         if (!found) m_Length.reset();
         if (!std::exchange(m_IsLost, true))
-            return {{}, LspError::Parse, "the header of a message is broken; Content-Length: NUMBER is expected"};
+            return {{}, LspError::Parse, "the header of a message is malformed; expected 'Content-Length: NUMBER'"};
     }
     return {};
 }

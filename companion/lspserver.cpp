@@ -53,7 +53,7 @@ private:
         const auto found = std::ranges::find_if(m_Waiting, [&](const LspJson& message) { return IdOf(message) == id; });
         if (found == m_Waiting.end()) return;
         m_Waiting.erase(found);
-        m_Client.Send(FaultReply(id, {LspError::Cancelled, "the request is cancelled"}));
+        m_Client.Send(FaultReply(id, {LspError::Cancelled, "the request was cancelled"}));
     }
 
     void HandleWaiting() {

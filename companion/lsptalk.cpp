@@ -92,7 +92,7 @@ LspJson LspTalk::ReplyTo(const LspJson& message) {
     } catch (const LspFault& fault) {
         return FaultReply(id, fault);
     } catch (const LspJson::exception&) {
-        return id.is_null() ? LspJson{} : reply(InvalidParams, "the parameters are not those of the request");
+        return id.is_null() ? LspJson{} : reply(InvalidParams, "the parameters do not fit the request");
     } catch (const Refusal& refusal) {
         return id.is_null() ? LspJson{} : reply(Internal, ToUtf8(refusal.text));
     } catch (const XException& error) {
@@ -105,7 +105,7 @@ LspJson LspTalk::ReplyTo(const LspJson& message) {
 LspJson LspTalk::Handled(const LspJson& message, const LspJson& id) {
     if (IsReply(message)) return {};  // to what the client was asked
     if (!message.is_object() || !message.contains("method") || !message["method"].is_string())
-        throw LspFault{InvalidRequest, "the message is no request"};
+        throw LspFault{InvalidRequest, "the message is not a request"};
     const auto& method = message["method"].get_ref<const std::string&>();
     const LspJson params = message.value("params", LspJson{});
     const bool isNote = !message.contains("id");
@@ -118,8 +118,8 @@ LspJson LspTalk::Handled(const LspJson& message, const LspJson& id) {
 LspJson LspTalk::Answer(const std::string& method, const LspJson& params) {
     const bool isStart = method == "initialize";
     if (m_State == State::New && !isStart) throw LspFault{NotInitialized, "'initialize' must come first"};
-    if (m_State != State::New && isStart) throw LspFault{InvalidRequest, "'initialize' must come once"};
-    if (m_State == State::ShutDown) throw LspFault{InvalidRequest, "after 'shutdown' only 'exit' may come"};
+    if (m_State != State::New && isStart) throw LspFault{InvalidRequest, "'initialize' may come only once"};
+    if (m_State == State::ShutDown) throw LspFault{InvalidRequest, "only 'exit' may come after 'shutdown'"};
     if (isStart) {
         m_State = State::Serving;
         return Initialize(m_World, params);

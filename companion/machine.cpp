@@ -23,7 +23,7 @@ public:
 
     Machine Read() {
         const int schema = Number(m_Document, "schema");
-        if (schema != 1) throw Refusal{FormatText(L"%s has the schema %d; this program reads 1", m_Name, schema)};
+        if (schema != 1) throw Refusal{FormatText(L"%s has schema %d; this program reads schema 1", m_Name, schema)};
         const Json& options = List(m_Document, "options");
         const Json& rules = List(m_Document, "rules");
         m_Machine.hasFailed = Text(m_Document, "startup") != L"ok";
@@ -160,9 +160,9 @@ Json ReadDocument(const std::string& file) {
     try {
         return Json::parse(bytes, ShapeGuard{name});
     } catch (const Json::parse_error& error) {
-        throw Refusal{FormatText(L"%s is not a JSON document: fault at byte %d", name, static_cast<int>(error.byte))};
+        throw Refusal{FormatText(L"%s is not a JSON document: error at byte %d", name, static_cast<int>(error.byte))};
     } catch (const Json::exception&) {
-        throw Refusal{FormatText(L"%s holds a number that is too large", name)};
+        throw Refusal{FormatText(L"%s contains a number that is too large", name)};
     }
 }
 

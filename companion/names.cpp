@@ -96,7 +96,7 @@ private:
             if (reader.IsTooLong())
                 refuse(FormatText(L"longer than %d bytes: %s", NameLines::LONGEST, Printable(reader.Text())));
             const std::optional<NameLine> line = reader.Line();
-            if (!line) refuse(L"neither 'table NAME' nor 'column NAME'");
+            if (!line) refuse(L"expected 'table NAME' or 'column NAME'");
             if (line->kind == NameLine::Kind::Version) continue;
             m_Names.push_back({line->kind == NameLine::Kind::Table, line->name});
         }

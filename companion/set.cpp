@@ -45,11 +45,11 @@ Target FindTarget(const XOption& options, const std::string& wanted) {
 /// @throws Refusal  no file can give the option a value
 void RequireOption(const AskedOption& asked, const CString& section) {
     const CString name = asked.row->szLongName;
-    if (IsRule(*asked.row)) throw Refusal{L"naming rules are lines of their own sections; change them in an editor"};
+    if (IsRule(*asked.row)) throw Refusal{L"naming rules have sections of their own; change them in an editor"};
     if (asked.row->eSection == eSectionNone)
-        throw Refusal{FormatText(L"only the command line can give '%s' a value", name)};
+        throw Refusal{FormatText(L"'%s' can be given only on the command line", name)};
     if (section.IsEmpty())
-        throw Refusal{FormatText(L"the section of '%s' is named like the database, which is not known", name)};
+        throw Refusal{FormatText(L"'%s' belongs in the section of the database, whose name is not known", name)};
     if (!asked.row->IsSingle() && asked.index.value_or(-1) < 0)
         throw Refusal{FormatText(L"'%s' has several values; name one of them: %s[0]", name, name)};
 }
@@ -111,7 +111,7 @@ private:
     }
 
     EditFile Opened() const {
-        if (m_Target.path.IsEmpty()) throw Refusal{L"the place of the basic file is not known"};
+        if (m_Target.path.IsEmpty()) throw Refusal{L"the path of the basic file is not known"};
         return EditFile{m_Target.path};
     }
 
@@ -139,7 +139,8 @@ private:
         std::vector<LintRun::Placed> findings;
         for (const StartupSource& source : run.sources) {
             if (source.layer == m_Target.layer && source.isUnmarkedUtf16)
-                throw Refusal{DisplayPath(m_Target.path) + L" looks like UTF-16 without a mark; save it as UTF-8"};
+                throw Refusal{DisplayPath(m_Target.path) +
+                              L" looks like UTF-16 without a byte order mark; save it as UTF-8"};
         }
         for (const LintRun::Placed& finding : FindAll(run)) {
             const bool isHere = finding.source == run.SourceNumber(m_Target.layer) && finding.line == m_Line.number;
@@ -165,7 +166,7 @@ private:
                 return other.code == finding.code && other.text == finding.text;
             };
             if (std::ranges::any_of(known, isSame)) continue;
-            throw Refusal{FormatText(L"%s: %s: %s; --force makes the change all the same",
+            throw Refusal{FormatText(L"%s: %s: %s; --force makes the change anyway",
                                      ShortPlace({m_Target.path, m_Line.number}), FromUtf8(RowOf(finding.code).name),
                                      Printable(finding.text))};
         }
@@ -191,8 +192,8 @@ private:
     void ReportWinner() {
         if (IsInForce()) return;
         m_Answer.hasFindings = true;
-        AddLine(L"not in force: " +
-                (m_Found.empty() ? CString{L"the tool does not ask for it there"} : WinnerText(m_Found[0], m_Key.key)));
+        AddLine(L"not in force: " + (m_Found.empty() ? CString{L"the tool does not read it from there"}
+                                                     : WinnerText(m_Found[0], m_Key.key)));
     }
 
     void ReportRemoved(const std::vector<SourceLine>& removed) {
@@ -208,10 +209,10 @@ private:
         const SourceLine* const next = FindAnswer(after, m_Key);
         const bool isWinner = next && !m_Found.empty() && m_Found[0].layer == m_Target.layer;
         if (next && !isWinner)
-            AddLine(FormatText(L"%s: %s = %s answers there now", PlaceOf(*next), next->key, Printable(next->value)));
+            AddLine(FormatText(L"%s: %s = %s is now read there", PlaceOf(*next), next->key, Printable(next->value)));
         if (!removed.empty()) return;
         m_Answer.hasFindings = true;
-        AddLine(FormatText(L"%s has no line for '%s'; the tool has %s", DisplayPath(m_Target.path),
+        AddLine(FormatText(L"%s has no line for '%s'; the tool uses %s", DisplayPath(m_Target.path),
                            LabelOf(*m_Asked.row, m_Asked.index.value_or(-1)), rest));
     }
 

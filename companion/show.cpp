@@ -77,7 +77,7 @@ CString AnswerText(const OptionOrigin& origin) {
     const CString key = origin.key.IsEmpty() ? CString{} : origin.key + L" = ";
     if (IsEmptyAnswer(origin)) return key + EMPTY_ANSWER;
     const bool isHeader = origin.text.IsEmpty() && origin.line > 0;
-    return isHeader ? CString{L"(the section again)"} : key + Printable(origin.text);
+    return isHeader ? CString{L"(section given again)"} : key + Printable(origin.text);
 }
 
 std::vector<CString> FoundRow(const OptionOrigin& origin, bool isWinner) {
@@ -114,7 +114,7 @@ void AddPlaces(Answer& answer, const Shown& shown, const StartupFiles& files) {
 CString ValueText(const Shown& shown) {
     if (shown.state == Shown::State::GivenTwice) return L"no value";
     if (shown.state == Shown::State::Unread) return Printable(shown.Winner()->text);
-    if (shown.IsMissing()) return L"no value, mandatory: the tool stops here";
+    if (shown.IsMissing()) return L"no value, but mandatory: the tool stops here";
     if (!shown.item) return L"no value";
     const CString value = Printable(shown.item->GetOptionValue());
     const CString meaning = MeaningOf(*shown.item);

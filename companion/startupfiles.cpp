@@ -94,7 +94,7 @@ CString UnreadableText(const CString& file, const CString& fault) {
 
 CString LossNote(const std::vector<OptionPlace>& places) {
     if (places.size() > 1) return L"given twice: the tool stops here";
-    const CString text = L"the tool stops before it has this value: another index of the option is given twice";
+    const CString text = L"the tool stops before it reads this value: another index of the option is given twice";
     return places[0].text.Find(L'%') < 0 ? text : text + L"; references in it are not replaced";
 }
 

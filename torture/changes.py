@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Gives `veltrane-config set` files that it cannot replace, fails each call of the system that it makes, once in turn,
-changes the file meanwhile, runs two of them at once, and looks at the file: it is the old or the new one, whole, of the
-same owner and rights, and nothing is left beside it.
+"""Runs `veltrane-config set` on files that it cannot replace, with each system call failing in turn, with the file
+changed meanwhile, and twice at once. The file must then be the old or the new one, whole, with the same owner and rights,
+and nothing may be left beside it.
 
 Usage: changes.py PROGRAM [SAMPLE]    with SAMPLE only every SAMPLE-th call of a kind fails
 Needs strace; ends with 77 where that cannot be used."""
@@ -26,7 +26,7 @@ CALLS = ["openat", "read", "pread64", "write", "newfstatat", "fstat", "ioctl", "
          "fchown", "getdents64", "fgetxattr", "fsync", "rename", "faccessat", "faccessat2", "unlink", "umask", "rt_sigprocmask"]
 IS_ROOT = os.geteuid() == 0
 held = []
-# What the file is, how it is made so, how set is run, and what set says.
+# What the file is, how it is made so, how set is run, and what set reports.
 REFUSED = [
     ("a hard link", lambda file: os.link(file, file + ".other"), {}, "another name"),
     ("a pipe", lambda file: (os.unlink(file), os.mkfifo(file)), {}, "not a regular file"),
@@ -34,7 +34,7 @@ REFUSED = [
     ("a link to nowhere", lambda file: (os.unlink(file), os.symlink("nowhere", file)), {}, "cannot be found"),
     ("not writable", lambda file: os.chmod(file, 0o444), {"user": 65534} if IS_ROOT else {}, "not writable"),
     ("in a folder of others", lambda file: (os.chmod(file, 0o666), os.chmod(os.path.dirname(file), 0o555)),
-     {"user": 65534} if IS_ROOT else {}, "no file can be made beside it"),
+     {"user": 65534} if IS_ROOT else {}, "no new file can be created beside it"),
     ("beyond a limit", lambda file: None,
      {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (8, 8))}, "cannot be written (File too large)"),
     ("changed by another", lambda file: (held.append(open(file)), fcntl.flock(held[-1], fcntl.LOCK_EX)), {}, "another process"),
@@ -75,21 +75,21 @@ def fault_of(result, folder, names, owner=(1, 2) if IS_ROOT else (os.geteuid(), 
 
 
 def state_of(folder):
-    """Names, kinds and lengths: enough to tell a file that was written."""
+    """Names, kinds, lengths and times: enough to see that a file was written."""
     return {name: (status.st_mode, status.st_size, status.st_mtime_ns, status.st_ino)
             for name in os.listdir(folder) for status in [os.lstat(os.path.join(folder, name))]}
 
 
-def run_refused(folder, spoil, how, told):
+def run_refused(folder, spoil, how, message):
     prepare(folder)
     spoil(folder + "/Team.ini")
     before = state_of(folder)
     result = run(folder, [], how)
-    return None if result.returncode == 2 and told.encode() in result.stderr and state_of(folder) == before else result
+    return None if result.returncode == 2 and message.encode() in result.stderr and state_of(folder) == before else result
 
 
 def run_overtaken(folder, is_there):
-    """Another writes the file, or makes it, while set waits for the disk."""
+    """Another process writes or creates the file while set waits for the disk."""
     prepare(folder)
     file = pathlib.Path(folder, "Team.ini" if is_there else "data/configuration/team.ini")
     if not is_there:
@@ -101,9 +101,9 @@ def run_overtaken(folder, is_there):
     while job.poll() is None and not any(name.startswith(f".{file.name}.") for name in os.listdir(file.parent)):
         pass
     file.write_bytes(b"of another")
-    told = job.communicate()[1]
+    errors = job.communicate()[1]
     is_kept = file.read_bytes() == b"of another" and len(os.listdir(file.parent)) == before + (not is_there)
-    return None if job.returncode == 2 and b"changed meanwhile" in told and is_kept else f"ended with {job.returncode}: {told}"
+    return None if job.returncode == 2 and b"changed in the meantime" in errors and is_kept else f"ended with {job.returncode}: {errors}"
 
 
 def run_failing(folder, failing):
@@ -112,7 +112,7 @@ def run_failing(folder, failing):
 
 
 def run_two(folder):
-    """Both changes are there, or one says so."""
+    """Both changes are made, or one is refused."""
     jobs = [subprocess.Popen(command(folder, ["set", "--in", "user", *words]), cwd=folder, env=sample.environment(folder),
                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
             for words in (["spool", "one"], ["dictionary-root", "two"])]
@@ -142,16 +142,16 @@ with tempfile.TemporaryDirectory() as top:
         sys.exit(1)
     calls = sample.traced_calls(whole, top + "/count/trace", step)
     order = re.findall(r"^(fsync|rename)", pathlib.Path(top, "count/trace").read_text(), re.MULTILINE)
-    count("when the disk has what", None if order == ["fsync", "rename", "fsync"] else order)
+    count("order of writing to the disk", None if order == ["fsync", "rename", "fsync"] else order)
     for call, number in calls:
         for error in sample.ERRORS:
             failing = ["-e", f"inject={call}:error={error}:when={number}"]
             count(f"{call} {number} {error}", sample.fault_in(f"{top}/{runs:06}", lambda folder: run_failing(folder, failing)))
     count("overtaken", run_overtaken(top + "/overtaken", is_there=True))
-    count("made meanwhile", run_overtaken(top + "/made", is_there=False))
+    count("created meanwhile", run_overtaken(top + "/made", is_there=False))
     for number in range(20 // step + 1):
         folder = f"{top}/two{number}"
         prepare(folder)
-        count("two at once, lost without a word", run_two(folder))
+        count("two at once, a change lost without a message", run_two(folder))
 print(f"{runs} runs of set, {broken} broken")
 sys.exit(1 if broken else 0)

@@ -2,7 +2,7 @@
 
 class Diff : public Companion {
 protected:
-    /// Two user files, unless one is told otherwise.
+    /// Compares two user files, unless told otherwise.
     ChildResult Compare(const Words& words, const Words& first = {"-i", "a.ini"}) {
         Words all{"diff"};
         all.insert(all.end(), words.begin(), words.end());
@@ -12,7 +12,7 @@ protected:
     }
 };
 
-TEST_F(Diff, TellsValuesInForceByIndexAndRulesByTheirOrder) {
+TEST_F(Diff, ComparesValuesInForceByIndexAndRulesByTheirOrder) {
     WriteBasic("[db\\TABLENAME RULES\\3]\nA=B\nB=C\nC=D\n[db\\COLUMNNAME RULES\\3]\nX=Y\n");
     Write("a.ini",
           "[ROOT]\nlogfile=%name%.log\n[USER]\nquiet=yes\n[db]\nobsolete-classes-1=1,2\n[db\\FILES\\1]\nmap-file=a\n"
@@ -39,7 +39,7 @@ TEST_F(Diff, TellsValuesInForceByIndexAndRulesByTheirOrder) {
              "veltrane-config: first command line: error: Error locating and opening the configuration!\n");
 }
 
-TEST_F(Diff, TakesTheAnswerOfAnotherMachineAndNothingElse) {
+TEST_F(Diff, AcceptsTheAnswerOfAnotherMachineAndNothingElse) {
     WriteBasic("[ROOT]\nlogfile=a.log\n[db\\TABLENAME RULES\\3]\nA=B\n");
     const Words arguments{"--spool", "a\xFF"};
     const std::string document = Ask({"show", "--all", "--format", "json"}, arguments).output;
@@ -51,10 +51,10 @@ TEST_F(Diff, TakesTheAnswerOfAnotherMachineAndNothingElse) {
     const std::string wrong = "<d.json> is not an answer of 'show --all --format json': ";
     const std::string begin = R"({"schema":1,"startup":"ok","rules":[],"options":)";
     const std::pair<std::string, std::string> refusals[] = {
-        {"{]", "<d.json> is not a JSON document: fault at byte 2"},
+        {"{]", "<d.json> is not a JSON document: error at byte 2"},
         {"[]", wrong + "'schema' is missing or wrong"},
-        {R"({"schema":1e400})", "<d.json> holds a number that is too large"},
-        {R"({"schema":2})", "<d.json> has the schema 2; this program reads 1"},
+        {R"({"schema":1e400})", "<d.json> contains a number that is too large"},
+        {R"({"schema":2})", "<d.json> has schema 2; this program reads schema 1"},
         {R"({"schema":1,"startup":"ok","options":[]})", wrong + "'rules' is missing or wrong"},
         {begin + R"([{"name":"a","value":1}]})", wrong + "'options[0].value' is missing or wrong"},
         {begin + R"([{"name":"a","value":"b","candidates":[],"index":4294967296}]})",
@@ -67,11 +67,11 @@ TEST_F(Diff, TakesTheAnswerOfAnotherMachineAndNothingElse) {
     }
     ExpectOutput(
         Ask({"diff", "d.json", "d.json"}), 2, "",
-        "veltrane-config: diff compares two: command lines of the tool, each after its own '--', or documents of "
-        "'show --all --format json'\n");
+        "veltrane-config: diff compares two configurations; give each as a command line of the tool, after a '--' of "
+        "its own, or as a document of 'show --all --format json'\n");
 }
 
-TEST_F(Diff, OfAConfigurationAndItsFreezeIsWhatFreezeTells) {
+TEST_F(Diff, OfAConfigurationAndItsFreezeIsWhatFreezeReports) {
     WriteBasic("[ROOT]\nlogfile=%name%.log\n[db\\FILES\\1]\nmap-file=\"' a \"\n[db\\TABLENAME RULES\\3]\nA=B\nB=\n");
     Write("a.ini", "[db\\FILES\\7]\nmap-file=b\n[AUTODOC]\nautodoc-title=100 %\n");
     const Words arguments{"-i", "a.ini", "--data", Path("data")};

@@ -16,7 +16,7 @@ TEST_F(Explain, NumbersTheStepsFromKeyToValue) {
                   -  environment
                   command line, word 4        D:/%name%.log
     4    %name%   meta/veltrane.ini:6 [ROOT]  D:/other.log
-    note: %name% took the configured value; the command line says 'db'
+    note: %name% is the configured value here; the command line says 'db'
 changefile-root = D:\changefile
     1  below its folder  D:\changefile
 create-views: no value
@@ -35,7 +35,7 @@ TEST_F(Explain, EndsWhereAReferenceLeadsBackToItself) {
              "    error: The reference <a> leads back to itself: <a> -> <b> -> <a>!\n");
 }
 
-TEST_F(Files, TellsWhatIsAtEveryPlace) {
+TEST_F(Files, ShowsWhatIsAtEveryPlace) {
     Write("team.ini", "\xFF\xFE");
     std::filesystem::create_directories(m_Folder.Path() / "registry.reg");
     const ChildResult result =
@@ -57,9 +57,9 @@ data             D:\ = data/
 config           E:\x (no such drive)
                    missing (command line)
 changefile-root  D:\changefile = data/changefile
-                   missing: the tool creates it (start-up)
+                   missing; the tool creates it (start-up)
 logging          D:\log = data/log
-                   missing: the tool creates it (start-up)
+                   missing; the tool creates it (start-up)
 )");
     EXPECT_FALSE(std::filesystem::exists(m_Folder.Path() / "data/log")) << "nothing is created";
 }

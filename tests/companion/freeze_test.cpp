@@ -11,7 +11,7 @@ static std::string ValuesOf(const std::string& document) {
                               std::regex_constants::format_no_copy);
 }
 
-TEST_F(Freeze, BringsTheSameValuesAlone) {
+TEST_F(Freeze, GivesTheSameValuesOnItsOwn) {
     WriteBasic(
         "[USER]\nquiet=yes\nspool=\"  %name% \"\nload-dictionary-4=''x''\nautodoc-document-root=\"\"x\"\"\n"
         "[db\\FILES\\-3]\nmap-file=;m\n[db\\FILES\\2]\nmap-file=[m]\n[db\\TABLENAME RULES\\3]\nA=\" B\"\nC=\n%D%=%D\n");
@@ -38,7 +38,7 @@ TEST_F(Freeze, BringsTheSameValuesAlone) {
     EXPECT_EQ(after, before) << frozen.output;
 }
 
-TEST_F(Freeze, TellsWhatItCannotSee) {
+TEST_F(Freeze, ReportsWhatItCannotCarry) {
     WriteBasic("[db\\FILES\\1]\nmap-file=m\n[db\\FILES\\2]\nmap-file=n\n");
     Write("team.ini", "[db\\FILES\\01]\nmap-file=y\n");
     std::filesystem::create_directories(m_Folder.Path() / "registry.reg");
@@ -51,7 +51,7 @@ TEST_F(Freeze, TellsWhatItCannotSee) {
              "[db\\FILES\\01])\n"
              "not carried: map-file[1] = y (index given twice: meta/veltrane.ini:6 [db\\FILES\\1], team.ini:2 "
              "[db\\FILES\\01])\n"
-             "not carried: columnname-rules[0] = x (only the command line can give it)\n");
+             "not carried: columnname-rules[0] = x (it can be given only on the command line)\n");
     EXPECT_EQ(Ask({"show"}).errors, "cannot be read: registry.reg (is a folder)\n");
 }
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Every answer as JSON, those about faults too, fits the schema that is told to users, and every field of the schema
-occurs in an answer. The findings in SARIF are those in JSON and fit the parts of its published schema that
-sarif.schema.json has. The exit codes of the documentation are those of the help.
+"""Every answer in JSON, errors included, fits the schema in docs/, and every field of the schema occurs in an answer.
+The findings in SARIF are those in JSON and fit the parts of its published schema that sarif.schema.json has. The exit
+codes in the documentation are those of the help.
 Usage: schema.py SOURCE_FOLDER PROGRAM"""
 import json
 import os

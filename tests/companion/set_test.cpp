@@ -46,7 +46,7 @@ TEST_F(SetCommand, ChangesOnlyWhatIsAsked) {
     }
 }
 
-TEST_F(SetCommand, FollowsLinksKeepsRightsAndMakesTheFileThatIsNamed) {
+TEST_F(SetCommand, FollowsLinksKeepsRightsAndCreatesTheNamedFile) {
     Write("real/team.ini", "");
     std::filesystem::create_symlink("real/team.ini", m_Folder.Path() / "team.ini");
     chmod(Path("real/team.ini").c_str(), 0604);

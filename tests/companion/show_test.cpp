@@ -5,7 +5,7 @@
 
 using Show = Companion;
 
-TEST_F(Show, TellsWinnerAndLosersOfEachLayer) {
+TEST_F(Show, ShowsWinnerAndLosersOfEachLayer) {
     WriteBasic("[ROOT]\nlogfile=basic.log\n[USER]\nquiet=yes\n");
     Write("team.ini", "[ROOT]\nlogfile = %name%.log\n");
     WriteRegistry("USER", "\"quiet\"=\"true ; no\"\n");
@@ -34,7 +34,7 @@ metadata = )" + Path("meta") +
 )");
 }
 
-TEST_F(Show, TellsValuesOfFamiliesAndWhatListsMean) {
+TEST_F(Show, ShowsValuesOfFamiliesAndWhatListsMean) {
     WriteBasic("obsolete-classes-2=7, 3\nobsolete-classes-5=4\n[db\\FILES\\2]\nmap-file=a\tb\n");
     const std::string others = "    registry     not used\n    user file    not used\n    environment  not used\n";
     ExpectOutput(Ask({"show", "obsolete-classes[5]", "map-file", "index-file"}), 1,
@@ -79,7 +79,7 @@ veltrane-config: error: Error retrieving option <registry>!
 )");
 }
 
-TEST_F(Show, TellsWhatIsWrongWithAnswerAndPlaces) {
+TEST_F(Show, ReportsWhatIsWrongWithAnswerAndPlaces) {
     WriteBasic("[db\\FILES\\1]\nmap-file=m\n[db\\FILES\\2]\nmap-file=n\nindex-file=%x%\n");
     Write("team.ini", "[db\\FILES\\01]\nmap-file=y\n[db\\FILES\\02]\n");
     Write("registry.reg", "REGEDIT4\n[HKLM\\SOFTWARE\\VORNAK\\veltrane\\ROOT]\n\"logfile\"=\"\"\n");
@@ -93,7 +93,7 @@ TEST_F(Show, TellsWhatIsWrongWithAnswerAndPlaces) {
     } cases[] = {
         {{"show", "role"},
          {"-n", "dbx"},
-         "role: no value, mandatory: the tool stops here\n"
+         "role: no value, but mandatory: the tool stops here\n"
          "    registry     -  registry.reg [SOFTWARE\\VORNAK\\veltrane\\dbx]\n"
          "    basic file   -  meta/veltrane.ini [dbx]\n"
          "    user file    not used\n    environment  not used\n"
@@ -105,7 +105,7 @@ TEST_F(Show, TellsWhatIsWrongWithAnswerAndPlaces) {
          "    basic file   meta/veltrane.ini:6 [db\\FILES\\1]  map-file = m\n" +
              others +
              "    note: given twice: the tool stops here\n"
-             "map-file[2]: no value\n    user file    team.ini:3 [db\\FILES\\02]          (the section again)\n"
+             "map-file[2]: no value\n    user file    team.ini:3 [db\\FILES\\02]          (section given again)\n"
              "    basic file   meta/veltrane.ini:8 [db\\FILES\\2]  map-file = n\n" +
              others + "    note: given twice: the tool stops here\n"},
         {{"explain", "map-file[1]"},
@@ -141,8 +141,8 @@ TEST_F(Show, BreaksLinesAtTheirBlanks) {
              "\n    registry     -  registry.reg\n                   [SOFTWARE\\VORNAK\\veltrane\\" + database + "]\n");
 }
 
-TEST_F(Show, ToldTheValueThatFollowsWhenTheWinnerIsGone) {
-    // One bit for each layer that has the option, the strongest in front.
+TEST_F(Show, NamesTheValueThatFollowsWhenTheWinnerIsGone) {
+    // One bit for each layer that has the option, the strongest first.
     for (int layers = 31; layers >= 0; --layers) {
         const auto has = [&](int bit) { return (layers & bit) != 0; };
         WriteRegistry("ROOT", has(8) ? "\"logfile\"=\"r\"\n" : "");
@@ -184,7 +184,7 @@ TEST_F(Show, HintsAtForgottenHyphensAndAtOptionsOfTheTool) {
     EXPECT_EQ(unnamed.find("error:"), unnamed.rfind("error:")) << "the sections of the database have no name either";
 }
 
-TEST_F(Show, MindsWhereItsOutputGoes) {
+TEST_F(Show, ChecksWhereItsOutputGoes) {
     WriteBasic("[USER]\nquiet=yes\n");
     std::string names;
     for (int i = 0; i < 9'999; ++i) names += "table a_name_that_fills_the_pipe\n";
@@ -210,7 +210,7 @@ TEST_F(Show, MindsWhereItsOutputGoes) {
                  "veltrane-config: tool <" + Path("veltrane") + "> not found; name it with --tool PATH\n");
 }
 
-TEST_F(Show, AnswersItsOwnFaultsInOneLine) {
+TEST_F(Show, ReportsItsOwnErrorsInOneLine) {
     Write("list", "table a\ntabel b\n");
     Write("long", "table " + std::string(65'531, 'x'));
     const std::pair<Words, std::string> cases[] = {
@@ -224,11 +224,11 @@ TEST_F(Show, AnswersItsOwnFaultsInOneLine) {
          "--only must be host, start-up, command line, registry, user file, basic file or environment"},
         {{"show", "--format", "xml"}, "--format must be text, json, github or sarif"},
         {{"show", "--only"}, "--only needs a value"},
-        {{"show", "logfile[1]"}, "'logfile' has one value; leave out its index"},
+        {{"show", "logfile[1]"}, "'logfile' has only one value; leave out the index"},
         {{}, "missing command; --help lists the commands"},
         {{"show", "--tool", "/none"}, "tool </none> not found; name it with --tool PATH"},
         {{"show", "--", "-q", "-h"}, "--help ends the tool at once; there is nothing to show"},
-        {{"names", "list"}, "list, line 2: neither 'table NAME' nor 'column NAME'"},
+        {{"names", "list"}, "list, line 2: expected 'table NAME' or 'column NAME'"},
         {{"names", "long"}, "long, line 1: longer than 65536 bytes: table " + std::string(58, 'x') + "..."},
         {{"names", "none"}, "the name list <none> cannot be read"},
         {{"names", "meta"}, "the name list <meta> cannot be read"},

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Fails each call of the system that a run of the host makes, once in turn, and looks at how the host ends.
+"""Lets each system call of a run of the host fail in turn, and checks how the run ends.
 
 Usage: calls.py HOST [SAMPLE]    with SAMPLE only every SAMPLE-th call of a kind fails
 
-A run is broken when a signal ends it, when it hangs, when it leaves without a word, when a sanitizer reports, or when it
-succeeds without a line of its log. Needs strace; ends with 77 where that cannot be used."""
+A run is broken when a signal ends it, when it hangs, when it fails without a message, when a sanitizer reports, or when
+it succeeds without the end of its log. Needs strace; ends with 77 where that cannot be used."""
 import os
 import subprocess
 import sys

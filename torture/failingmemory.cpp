@@ -11,15 +11,15 @@ bool g_FromThereOn = false;
 bool g_HasFailed = false;
 std::int64_t g_Count = 0;
 
-// The environment of a program that this is loaded in front of. It counts from the first allocation on: objects of
-// libraries are made before any function of this file could be called.
-void AskEnvironment() noexcept {
+// For a program that preloads this. Counts from the first allocation on: libraries create their objects before any
+// function of this file could be called.
+void ReadEnvironment() noexcept {
     const char* const number = std::getenv("TORTURE_FAIL_AT");
     if (number) torture::FailAt(std::atoll(number), std::getenv("TORTURE_FROM_THERE_ON") != nullptr);
 }
 
 bool Fails() noexcept {
-    if (g_Count++ == 0) AskEnvironment();
+    if (g_Count++ == 0) ReadEnvironment();
     if (g_Left == 0 || --g_Left > 0) return false;
     g_HasFailed = true;
     if (g_FromThereOn) g_Left = 1;
@@ -51,7 +51,7 @@ bool torture::EndFailing() noexcept {
     return g_HasFailed;
 }
 
-// As the standard has it: a program may install a handler that ends it.
+// As the standard requires: a program may install a handler that ends it.
 void* operator new(std::size_t size) {
     for (;;) {
         if (void* const memory = Allocate(size)) return memory;

@@ -1,4 +1,4 @@
-// Fails allocation 1, 2, 3, ... of each scenario, once and from there on, until a run meets no failing one.
+// Lets allocation 1, 2, 3, ... of each scenario fail, alone and with all later ones, until a run has none that fails.
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -29,7 +29,7 @@ bool RunOnce(const NamedScenario& scenario, const CString& folder, bool fromTher
     FailAt(g_Number, fromThereOn);
     try {
         objects->Act();
-    } catch (...) {  // NOLINT(bugprone-empty-catch): how a failure is told is the tests' business
+    } catch (...) {  // NOLINT(bugprone-empty-catch): the tests check how failures are reported
     }
     const bool hasFailed = EndFailing();
     const std::string fault = objects->Fault();

@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
-"""Fails each allocation of runs of both programs, once in turn and from there on, and looks at how each run ends.
+"""Lets each allocation of runs of both programs fail in turn, alone and with all later ones, and checks how the runs end.
 
 Usage: programs.py BUILD_FOLDER [SAMPLE [PROGRAM]]    with SAMPLE only every SAMPLE-th allocation fails, with PROGRAM only
 in runs of that one
 
-A run is broken when a signal ends it, when it hangs, when it fails without a word, when a sanitizer reports, or when it
-succeeds with another answer than the run whose memory is whole and no word about it (a set that loses an element shows
-a box, and the run goes on)."""
+A run is broken when a signal ends it, when it hangs, when it fails without a message, when a sanitizer reports, or when it
+succeeds with another answer than with whole memory and without a message (a set that loses an element shows a box, and
+the run goes on)."""
 import collections
 import os
 import re
@@ -33,7 +33,7 @@ def run(program, words, folder, **settings):
 
 
 def answer(result, folder):
-    """What a run printed, without its folder and its time."""
+    """The output of a run, without its folder and its time."""
     return re.sub(rb"\w+day, \w+ \d\d, \d{4} ; [0-9:]{8}", b"TIME", result.stdout.replace(folder.encode(), b"@"))
 
 
@@ -41,7 +41,7 @@ def fault_of(result, whole, program, folder):
     if result.returncode == 0 and program == "veltrane" and not sample.has_whole_log(folder):
         return "succeeded without the end of its log"
     if result.returncode == 0 and answer(result, folder) != whole and not result.stderr:
-        return "succeeded with another answer and no word about it"
+        return "succeeded with another answer and without a message"
     changed = open(folder + "/Team.ini").read()
     if "set" in result.args and changed not in (sample.FILES["Team.ini"], "[USER]\nspool=new.lst\n"):
         return f"left a broken file: {changed}"

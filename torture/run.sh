@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# torture/run.sh: fails every allocation of the library's work, with sanitizers and without, every allocation of runs of
-# both programs, and every call of the system in runs of the host and of a change of a file.
+# torture/run.sh: lets every allocation of the library's work fail, with sanitizers and without, every allocation of runs
+# of both programs, and every system call of runs of the host and of a change of a file.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
@@ -14,5 +14,5 @@ for preset in release sanitize; do
 done
 cmake --build --preset release --target torture_preload veltrane-config >/dev/null
 torture/programs.py build/release # a sanitizer has its own memory
-torture/calls.py build/release/veltrane # a sanitizer makes calls of its own, which must not fail
+torture/calls.py build/release/veltrane # a sanitizer makes system calls of its own, which must not fail
 torture/changes.py build/release/veltrane-config

@@ -1,11 +1,11 @@
-"""The sample run of the host that the scripts of this folder disturb, and what is wrong with the end of a run."""
+"""The sample run of the host that the scripts of this folder disturb, and the checks of how a run ended."""
 import os
 import re
 import shutil
 import subprocess
 import sys
 
-ERRORS = ["EIO", "ENOMEM", "EMFILE", "ENOSPC", "EACCES", "EINTR"]  # of calls of the system
+ERRORS = ["EIO", "ENOMEM", "EMFILE", "ENOSPC", "EACCES", "EINTR"]  # of system calls
 WORDS = ["-m", "{folder}/meta", "base", "--data", "{folder}/data", "-i", "team.ini", "--summary", "-l", "old.txt", "-l",
          "new.txt", "-d", "-c", "change.txt", "--logfile", "run.log"]
 FILES = {"meta/veltrane.ini": "[ROOT]\nlogfile=x.log\n[base]\ndictionary-name=d\nrole=r\nregistry=g\n"
@@ -31,14 +31,14 @@ def environment(folder):
 
 
 def fault_of(result):
-    """What is wrong with the end of any run, None when nothing is."""
+    """What is wrong with how any run ended; None if nothing is."""
     text = result.stdout + result.stderr
     if result.returncode < 0 or result.returncode > 128:
         return f"ended by a signal ({result.returncode})"
     if b"Sanitizer" in text or b"runtime error:" in text:
         return "a sanitizer reports"
     if result.returncode != 0 and not text.strip():
-        return "failed without a word"
+        return "failed without a message"
     return None
 
 

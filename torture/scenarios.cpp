@@ -40,7 +40,7 @@ std::string Read(const CString& file) {
     return text.str();
 }
 
-/// A store and its three start-up steps. What an error left must be a store that answers and ends.
+/// A store and its three start-up steps. After an error it must still answer and be destroyed.
 class StartUp : public Scenario {
 public:
     StartUp(const CString& folder, bool withOrigins) : m_Folder(folder), m_WithOrigins(withOrigins) {}
@@ -113,7 +113,7 @@ private:
     XOption m_Store;
 };
 
-/// Sets of values: they absorb failures and stay sets.
+/// Sets of values: they absorb failures and stay usable.
 class ValueSets : public Scenario {
 public:
     void Act() override {
@@ -133,7 +133,7 @@ public:
         m_Numbers.Clear();
         m_Numbers.BuildSet(L"2,1");
         m_Numbers.Sort();
-        return m_Numbers.Size() == 2 && m_Numbers.GetConstRefAt(0) == 1 ? "" : "the set is no set any more";
+        return m_Numbers.Size() == 2 && m_Numbers.GetConstRefAt(0) == 1 ? "" : "the set is broken";
     }
 
 private:
@@ -141,7 +141,7 @@ private:
     XSetString m_Texts;
 };
 
-/// Sets of objects: what cannot be taken over is not lost, what was there stays.
+/// Sets of objects: an object that cannot be inserted is not lost, and those in the set stay.
 class ObjectSets : public Scenario {
 public:
     ObjectSets() { m_Pairs.Insert(new XStringPair{L"first", L"second"}); }
@@ -161,24 +161,24 @@ private:
     XSetStringPairs m_Pairs;
 };
 
-/// A log: a line is in the file, or its writing has thrown.
+/// A log: each line is in the file, or writing it has thrown.
 class Log : public Scenario {
 public:
     explicit Log(const CString& folder) : m_File(folder + L"/run.log") {}
     void Act() override {
-        m_Told.clear();
+        m_Written.clear();
         m_Log.StartLogging(m_File, L"tool", L"1.0", L"today");
         for (int i = 0; i < 3; ++i) {
             const CString line = FormatText(L"entry %d with a text that needs memory of its own", i);
             m_Log.WriteLog(line, /*newLine*/ true, /*timeStamp*/ true);
-            m_Told += static_cast<char>('0' + i);
+            m_Written += static_cast<char>('0' + i);
         }
         m_Log.ShowError(-1, L"<A::B> in [a], line [1]", L"a message that needs memory of its own");
         m_Log.CloseLogFile();
     }
     std::string Fault() override {
         const std::string text = Read(m_File);
-        for (const char number : m_Told) {
+        for (const char number : m_Written) {
             if (text.find(std::string{"entry "} + number) == text.npos) return "a line is lost";
         }
         m_Log.CloseLogFile();
@@ -191,10 +191,10 @@ public:
 private:
     CString m_File;
     XLogging m_Log;
-    std::string m_Told;
+    std::string m_Written;
 };
 
-/// A file that ends while it cannot be closed: its descriptor is gone.
+/// A file that cannot be closed at its end: its descriptor is gone.
 class LostFile : public Scenario {
 public:
     explicit LostFile(const CString& folder) : m_File(folder + L"/lost.log") {}
@@ -217,7 +217,7 @@ public:
         XException error;
         error.SetError(-1, L".\\file", L"Class::Method", 5, L"a message that needs memory of its own");
         error.AddError(L".\\other", L"Class::Other", 7, L"a reason that needs memory of its own, too");
-        error.AddMessage(L"and a hint behind it that needs memory");
+        error.AddMessage(L"and a hint after it that needs memory");
         m_Record.Add(100, L".\\file", L"Class::Method", 5, L"", nullptr);
         CString text;
         error.GetErrorText(text);
@@ -232,7 +232,7 @@ public:
         m_List.Empty();
         AddString(m_List, L"a");
         AddString(m_List, L"b");
-        return m_List == L"a, b" ? "" : "the list is no list any more";
+        return m_List == L"a, b" ? "" : "the list is broken";
     }
 
 private:

@@ -15,7 +15,7 @@ public:
     virtual ~Scenario() = default;
     /// Runs with failing memory; may throw anything.
     virtual void Act() = 0;
-    /// Runs with memory again. @return what does not hold; empty when all does
+    /// Runs with memory again. @return what is broken; empty if nothing is
     virtual std::string Fault() = 0;
 };
 
@@ -24,7 +24,7 @@ struct NamedScenario {
     std::function<std::unique_ptr<Scenario>(const CString& folder)> make;
 };
 
-/// @param folder  of files that Prepare has written
+/// @param folder  that Prepare has filled
 const std::vector<NamedScenario>& Scenarios();
 
 /// Writes the files that the scenarios read.

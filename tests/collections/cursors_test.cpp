@@ -44,7 +44,7 @@ TEST(XMapInt2CString, TheCursorIsMovedByWalksAndGetMaxKeyAlone) {
     EXPECT_EQ(copy.GetMaxKey(), -1);
 }
 
-TEST(XMapInt2SetOfInt, MakesASetOfAListOncePerKeyAndTakesSetsOver) {
+TEST(XMapInt2SetOfInt, MakesASetOfAListOncePerKeyAndAdoptsSets) {
     XMapInt2SetOfInt map;
     map.Insert(2, L"5,7");
     const XException error = ErrorOf([&] { map.Insert(2, L"8"); });
@@ -54,7 +54,7 @@ TEST(XMapInt2SetOfInt, MakesASetOfAListOncePerKeyAndTakesSetsOver) {
     EXPECT_EQ(first->Size(), 2);
     map.Insert(3, L"0, x");
     EXPECT_EQ(map.Find(3), nullptr);
-    auto* const second = new XSetInt;  // the leak check of the sanitizer build watches over both
+    auto* const second = new XSetInt;  // the sanitizer build checks that neither leaks
     map.Insert(2, second);
     map.Insert(2, nullptr);
     EXPECT_EQ(map.Find(2), second);

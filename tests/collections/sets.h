@@ -23,10 +23,10 @@ std::vector<T> ValuesOf(const XSet<T>& set) {
     return values;
 }
 
-/// A number that counts its copies, and that fails once at one kind of action when it is put in that mood.
+/// A number that counts its copies, and whose actions of one kind fail once when its mood says so.
 struct Moody {
     enum Action { NONE, COPY, ASSIGN, LESS, DEFAULT, FLAG, DESTROY };
-    static inline std::pair<Action, int> mood;  // what throws, and at the how-manieth time from now on
+    static inline std::pair<Action, int> mood;  // the action that throws, and at which call from now on
     static inline int copies = 0;
 
     static int Try(Action action, int result) {

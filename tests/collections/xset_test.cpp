@@ -10,7 +10,7 @@ struct Stiff : Moody {
     ~Stiff() noexcept(false) { Try(DESTROY, 0); }
 };
 
-template class XSet<Moody>;  // as a whole it fits a host's own type
+template class XSet<Moody>;  // all of it compiles for a host's own type
 template class XSet<Stiff>;
 
 using IntSet = XSet<int>;
@@ -69,7 +69,7 @@ TEST(XSet, SortsInPlaceOverTheWholeRange) {
             XSet<T> set = SetOf(shuffled);
             set.SetFlag(set.Find(ascending.back(), nullptr), true);
             const T* const place = set.GetAt(1);
-            set.Sort([](const auto&, const auto&) { return -1; });  // no order at all costs the order only
+            set.Sort([](const auto&, const auto&) { return -1; });  // an inconsistent order only spoils the order
             set.SetSorted(false);
             set.Sort();
             EXPECT_EQ(ValuesOf(set), expected);
@@ -82,7 +82,7 @@ TEST(XSet, SortsInPlaceOverTheWholeRange) {
     };
     check(Ints{INT_MIN, -1, 0, 1, INT_MAX});
     EXPECT_EQ(IntSet::Comp(INT_MIN, INT_MAX), -1);
-    // Texts that agree in more than the front that is packed are among them.
+    // Some texts agree in more than their packed beginning.
     check(Texts{L"", std::wstring(1, L'\0'), L"A", L"ABCDEFGHI", L"ABCDEFGHIJ", L"ABCDEFGHIK", L"A\x7F", L"A\x7F\x01",
                 L"A\xC4", L"A\xE4", L"A\xD800", L"A\U0001F600", L"A\xE000", std::wstring(1, L'\x7FFFFFFF')});
     check(std::vector<Moody>{-1, 2, 3});
@@ -102,7 +102,7 @@ TEST(XSet, UnionGivesWhatLookingUpAndSortingOneByOneGives) {
             if (expected.Find(value, comparison) < 0) expected.Insert(value, /*unique*/ false);
             expected.Sort();
         }
-        IntSet& target = round % 2 ? a : b;  // each of the two may be the target as well
+        IntSet& target = round % 2 ? a : b;  // each of the two can also be the target
         target.Union(a, b, comparison);
         ASSERT_EQ(ValuesOf(target), ValuesOf(expected)) << "round " << round;
         ASSERT_TRUE(target.IsSorted());
@@ -145,7 +145,7 @@ TEST(XSetOfMoody, AFailureShowsItsBoxAndGivesItsFallback) {
             EXPECT_EQ(target.GetValue(), 2);
         }},
         {L"XSet<T>::~XSet", M::DESTROY, 1, {}, [](auto&, auto&) { XSetData<Stiff>{1}; }},
-        // A default value that fails is tried once more; nobody has asked for those of the two types yet.
+        // A default value that fails is tried once more; those of the two types have not been used yet.
         {L"XSet<T>::GetConstRefAt", M::DEFAULT, 1, {}, [](auto& set, auto&) { EXPECT_EQ(set.GetConstRefAt(-1), 0); }},
         {L"XSet<T>::GetRefAt", M::DEFAULT, 1, {}, [](auto&, auto&) { EXPECT_EQ(XSet<Stiff>{}.GetRefAt(-1), 0); }},
     };

@@ -46,7 +46,7 @@ protected:
     }
 
     Set set;
-    const int m_nBefore = (set.GetRefAt(-1), Subject::alive);  // the shared empty ones live on
+    const int m_nBefore = (set.GetRefAt(-1), Subject::alive);  // the shared empty objects stay alive
 };
 
 TEST_F(XSetPOfSubjects, OperationsLeaveObjectsAndSortedMarkAsTheySay) {
@@ -113,7 +113,7 @@ TEST_F(XSetPOfSubjects, FailuresBecomeErrorsOfTheOperation) {
         S::Action mood; void (*action)(Set& s);
         const wchar_t* where;  // the operation, after the element type
         const wchar_t* doing;  // the words of its messages
-        const wchar_t* below;  // the reason that came from below; null for none but its own
+        const wchar_t* below;  // the reason from the element; null if there is none
     } const cases[] = {
         {S::COPY, [](Set& s) { Set{}.Copy(s); }, L"Copy", L"copying a XSetP<T>!", nullptr},
         {S::COPY, [](Set& s) { Set{s}; }, L"XSetP", L"copying a XSetP<T>!", L"An unknown exception occured when copying a XSetP<T>!"},
@@ -127,7 +127,7 @@ TEST_F(XSetPOfSubjects, FailuresBecomeErrorsOfTheOperation) {
         {S::NONE, [](Set& s) { s.GetFlag(4); }, L"GetFlag", L"getting the flag of element #4 of a XSetP<T>!", L"Index <4> is out of bounds [0,3]!"},
         {S::NONE, [](Set&) { Set{}.SetFlag(0, true); }, L"SetFlag", L"setting the flag for element #0 of a XSetP<T>!", L"Index <0> is out of bounds [0,-1]!"},
         {S::DESTROY, [](Set&) { Set all; Fill(all, {1}); all.DeleteObj(0); }, L"DeleteObj", L"deleting an element from a XSetP<T>!", L"No!"},
-        {S::DESTROY, [](Set&) { Set all; Fill(all, {1, 2}); all.Clear(); }, L"Clear", L"cleaning-up a XSetP<T>!", L"No!"},  // both go
+        {S::DESTROY, [](Set&) { Set all; Fill(all, {1, 2}); all.Clear(); }, L"Clear", L"cleaning-up a XSetP<T>!", L"No!"},  // both are deleted
     };
     // clang-format on
     Fill(set, {NOTHING});

@@ -76,7 +76,7 @@ TEST_F(XConfigurationTest, RefusesAnIndexThatIsTakenAndAnEmptyPattern) {
     EXPECT_EQ(indexes.Size(), 2);
     EXPECT_EQ(Entries(values), L"1=b 2=a ");
     expect([&] { reader.GetKeyIndexSet(indexes, L"ROOT", L"file"); }, L"GetKeyIndexSet",
-           L"Multiple options <file> for index <2>!");  // that is there from elsewhere
+           L"Multiple options <file> for index <2>!");  // which another source has given
     expect([&] { reader.GetKeyIndexSet(indexes, L"ROOT", L""); }, L"GetKeyIndexSet",
            L"No pattern given which the keys should match!\r\nreason: \tError getting a set of key indexes from config "
            L"section <ROOT>!");

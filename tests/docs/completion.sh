@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Completes command lines in a real shell: types them with tabulators and looks at the arguments that the command gets, or
-# asks fish what it would complete.
+# Completes command lines in a real shell: types them with tabs and checks the arguments that the command gets, or asks
+# fish what it would complete.
 # Usage: completion.sh SHELL COMPLETION_FILE
 set -euo pipefail
 command -v "$1" >/dev/null || exit 77
@@ -13,7 +13,7 @@ typed() {
     expect "$1" "$2" "$(printf '%b\nexit\n' "$setup$1" | PS1='' timeout 10 script -qec "$shell" /dev/null 2>&1 |
         tr -d '\r' | grep '^got' || true)"
 }
-# Names that complete a line, with commas between, are the expected ones.
+# Compares the names that complete a line, separated by commas.
 offers() {
     expect "$1" "$2" "$(fish --no-config --command 'source $argv[1]; complete --do-complete $argv[2]' -- "$file" "$1" 2>&1 |
         cut -f 1 | sort | paste -sd ,)"

@@ -22,7 +22,7 @@ failed=0
 expect() {
     [ "$3" = "$2" ] || { printf '%s\n  expected %s\n  got      %s\n' "$@"; failed=1; }
 }
-# end: nothing of what was completed was run, and all was as expected.
+# end: fails if a completed text was run or an expectation was not met.
 end() {
     [ ! -e evil ] || { echo "a name was run as a command"; failed=1; }
     exit "$failed"

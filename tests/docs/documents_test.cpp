@@ -173,7 +173,7 @@ std::string Answer(const CString& file, const CString& section, const CString& k
 
 }  // namespace
 
-TEST(OptionDocuments, AreTheOptionTableAsAListOfValues) {
+TEST(OptionDocuments, ListTheOptionTableAsValues) {
     Rows rows;
     for (const auto* row : OptionRows()) {
         rows.push_back({ToUtf8(row->szLongName), SectionOf(row->eSection), KindOf(*row)});
@@ -192,7 +192,7 @@ TEST(IniDocument, EachRowIsWhatTheReaderAnswers) {
     }
 }
 
-TEST(OptionDocuments, NameNoOptionThatIsNone) {
+TEST(OptionDocuments, NameOnlyOptionsThatExist) {
     std::string text = ReadSource("README.md") + ManPage("man1/veltrane.1") + ManPage("man5/veltrane.ini.5");
     for (const auto& file : std::filesystem::directory_iterator{VELTRANE_SOURCE_FOLDER "/docs"}) {
         const std::string name = file.path().stem();

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Formats man pages: nothing to complain about, and no line wider than 80 columns.
+# Formats man pages: no warning, and no line wider than 80 columns.
 # Usage: man_pages.sh PAGE...
 set -euo pipefail
 export LC_ALL=C.UTF-8 MANWIDTH=80

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What a page quotes below "<!-- FILE -->" stands in that file, line for line.
+# Each line that a page quotes below "<!-- FILE -->" is in that file.
 # Usage: quoted_code.sh SOURCE_FOLDER PAGE
 set -euo pipefail
 cd "$1"

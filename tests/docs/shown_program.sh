@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs the program of a page, with the command line that the page names if it does, and compares what it prints with
-# what the page says. Usage: shown_program.sh SOURCE_FOLDER PAGE PROGRAM
+# Runs the program of a page, with the command line of the page if there is one, and compares what it prints with what
+# the page shows. Usage: shown_program.sh SOURCE_FOLDER PAGE PROGRAM
 set -euo pipefail
 cd "$1"
 expected=$(sed -n '/^<!-- prints -->$/{n; :line; n; /^```$/q; p; b line}' "$2")

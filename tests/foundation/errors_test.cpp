@@ -19,7 +19,7 @@ static XException Raised() {
 
 TEST(XException, LocationsShowMethodFileNameAndLine) {
     EXPECT_EQ(XException::GetLocationString(L".\\sub\\xset", L"XSet::Find", 7), L"<XSet::Find> in [xset], line [7]");
-    EXPECT_EQ(XException::GetLocationString(L"./", L"M", 7), L"<M> in [./], line [7]");  // slashes separate nothing
+    EXPECT_EQ(XException::GetLocationString(L"./", L"M", 7), L"<M> in [./], line [7]");  // slashes do not separate
     EXPECT_EQ(XException::GetLocationString(L"sub\\", L"%n", 7), L"<%n> in [], line [7]");
     EXPECT_EQ(XException::GetLocationString(L".\\xset", L"", 7), L"");
 }
@@ -38,7 +38,7 @@ TEST(XException, ShowsChainsThatGrowInFrontAndMessagesAtTheEnd) {
               L"message:\tsecond %s\r\nreason: \tfirst\r\n\tdetail");
 }
 
-TEST(XException, WhatItIsAboutIsToldByTheInnermostWhoKnows) {
+TEST(XException, TheInnermostSubjectIsKept) {
     const ErrorSubject inner{.option = L"inner", .reference = L"r", .index = -3};
     XException error = About(inner, Raised());
     error.AddSubject({.option = L"outer", .argument = L"word", .reference = L"s", .index = 4, .places = {{}}});
@@ -67,7 +67,7 @@ TEST(XException, SetErrorReplacesTheChainsAndKeepsTheWarning) {
     EXPECT_TRUE(XException{error}.IsWarning());  // copies take the mark, SetError does not
 }
 
-TEST(XException, TakesOverADatabaseRecordLastEntryInFront) {
+TEST(XException, CopiesADatabaseRecordLastEntryFirst) {
     XOCI::XError record;
     XException error = Raised();
     error.SetError(record);
@@ -80,7 +80,7 @@ TEST(XException, TakesOverADatabaseRecordLastEntryInFront) {
     EXPECT_EQ(error.GetNumber(), 100);
 }
 
-TEST(XException, ANewErrorBringsItsOwnSubject) {
+TEST(XException, ANewErrorHasItsOwnSubject) {
     XOCI::XError record;
     record.Add(100, L".\\a", L"A", 1, L"", nullptr);
     const XException other = About({.option = L"new"}, Raised());
@@ -100,7 +100,7 @@ static_assert(std::is_nothrow_move_constructible_v<XFileException> &&
               std::is_nothrow_move_assignable_v<XFileException>);
 
 TEST(XException, LongChainsGrowAtTheCostOfWhatIsAdded) {
-    constexpr int count = 50'000;  // minutes of work if each one copied those before
+    constexpr int count = 50'000;  // takes minutes if each one copies those before
     XOCI::XError record;
     for (int i = 0; i < count; ++i) record.Add(i + 101, L".\\a", L"A", i, L"", nullptr);
     const std::clock_t start = std::clock();
@@ -112,7 +112,7 @@ TEST(XException, LongChainsGrowAtTheCostOfWhatIsAdded) {
     EXPECT_EQ(error.GetLocation().Left(28), L"<A> in [a], line [49999]\r\n  ");
 }
 
-TEST(XFileException, NamesFileOrFolderInFrontOfTheCallersMessageOrCause) {
+TEST(XFileException, NamesFileOrFolderBeforeTheCallersMessageOrCause) {
     XFileException error{L"C:\\x.ini"};
     error.SetFileNotFoundError(L".\\f", L"M", 1, L"gone");
     EXPECT_EQ(error.GetMessage(), L"File <C:\\x.ini> not found!\r\n\tgone");
@@ -199,7 +199,7 @@ TEST(XError, TakesTextAndNumbersFromTheClient) {
     }
 }
 
-TEST(XError, PassesOverTheColumnThatIsNullAndKeepsTheNumberOfItsFirstEntry) {
+TEST(XError, SkipsTheColumnThatIsNullAndKeepsTheNumberOfItsFirstEntry) {
     const ClientGuard guard{{0, 1405, "ORA-01405: fetched column value is NULL\n"}};
     XOCI::XError record;
     Add(record, -1, &record);

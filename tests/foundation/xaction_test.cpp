@@ -25,7 +25,7 @@ TEST(XAction, ShowsDurationsInTheirUnits) {
     EXPECT_EQ(XAction::TimeStr(1, 1200, /*shortUnits*/ true).GetLength(), 1205) << "all the decimals asked for";
 }
 
-TEST(XAction, GivesTheUnitsApart) {
+TEST(XAction, SplitsADurationIntoItsUnits) {
     int days, hours, minutes;
     CString seconds;
     XAction::TimeDHMS(days, hours, minutes, seconds, 180123456, 4);

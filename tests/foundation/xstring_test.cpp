@@ -6,7 +6,7 @@
 #include "veltrane/foundation/xpath.h"
 
 TEST(XString, MinOrMaxTakesTheModeExactly) {
-    EXPECT_EQ(GetMinOrMax(L"MIN", L"7", L"x"), 0);  // no number reads as 0
+    EXPECT_EQ(GetMinOrMax(L"MIN", L"7", L"x"), 0);  // a text that is not a number is read as 0
     EXPECT_EQ(GetMinOrMax(L"min", L"7", L"x"), 7);
     EXPECT_EQ(GetMinOrMax(L"", L"-9", L"-3"), -3);
 }
@@ -18,7 +18,7 @@ TEST(XString, SplitsAtTheFirstOrLastSeparator) {
         {SplitStringReverse, L"a=b=c", L"a=b", L"c"},
         {SplitStringReverse, L"=", L"", L""}};
     for (const auto& [split, text, left, right] : cases) {
-        CString whole = text, after = L"old";  // a part may take the place of the whole
+        CString whole = text, after = L"old";  // the whole may be the target of a part
         split(whole, after, whole, L'=');
         EXPECT_EQ(std::pair(whole, after), std::pair(CString{left}, CString{right}));
     }
@@ -28,7 +28,7 @@ TEST(XString, GivesFieldsBetweenCommasAsTheyAre) {
     const wchar_t* const fields[] = {L"a", L" b", L"", L"d", L""};
     for (int i = 0; i < 5; ++i) EXPECT_EQ(GetArgument(i, L"a, b,,d"), fields[i]);
     EXPECT_EQ(GetArgument(1, L",b"), L"b");
-    EXPECT_EQ(GetArgument(-3, L",b") + GetArgument(INT_MAX, L"a,b"), L"");  // below 0 is the first
+    EXPECT_EQ(GetArgument(-3, L",b") + GetArgument(INT_MAX, L"a,b"), L"");  // an index below 0 is the first
 }
 
 TEST(XString, AddsItemsToAList) {

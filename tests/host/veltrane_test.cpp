@@ -54,7 +54,7 @@ TEST_F(Host, ShowsEveryValueAsJson) {
     }
 }
 
-TEST_F(Host, RenamesListsAndTellsTheirDifference) {
+TEST_F(Host, RenamesListsAndShowsTheirDifference) {
     WriteBasic("[db\\TABLENAME RULES\\2]\ntmp_=WRK_\n[db\\COLUMNNAME RULES\\1]\ndescr=DESCRIPTION\n");
     Write("old.txt", "; names\nversion 1\ntable tmp_a\ntable  same\ncolumn descr\n\ncolumn gone\n");
     Write("new.txt", "version 2\r\ntable tmp_a\r\ntable same\r\ntable same\r\ncolumn descr\r\n");
@@ -69,7 +69,7 @@ TEST_F(Host, RenamesListsAndTellsTheirDifference) {
     EXPECT_EQ(m_Folder.Read("data/changefile/change.txt"), difference);
 }
 
-#ifndef __SANITIZE_ADDRESS__  // it needs more room by far
+#ifndef __SANITIZE_ADDRESS__  // it needs far more memory
 TEST_F(Host, KeepsOnlyNamesThatAreComparedAndLosesNone) {
     std::string list;
     for (int i = 0; i < 60'000; ++i) list += "table a_name_that_needs_memory_" + std::to_string(i) + '\n';
@@ -84,7 +84,7 @@ TEST_F(Host, KeepsOnlyNamesThatAreComparedAndLosesNone) {
 }
 #endif
 
-TEST_F(Host, ShowsTheSystemsErrorsWithItsOwnHintsBehind) {
+TEST_F(Host, AddsItsOwnHintsToErrorsOfTheLibrary) {
     Write("unknown.ini", "[AUTODOC]\nautodoc-title=%nosuch%\n");
     Write("twice.ini", "[USER]\nload-dictionary-5=a\nload-dictionary=b\nload-dictionary-05=c\n");
     Write("empty.txt", "; no names\n");

@@ -19,7 +19,7 @@ class XLoggingTest : public testing::Test {
 protected:
     CString File() const { return m_Folder.Wide("run.log"); }
     void Start() { m_Log.StartLogging(File(), L"FORFILE", L"%s", L"COMPILETIME"); }
-    /// The log with its times replaced, so that the rest can be compared to the letter.
+    /// The log with its times replaced, so that the rest can be compared exactly.
     std::string Written() const {
         const std::regex date{"[A-Z][a-z]+day, [A-Z][a-z]+ \\d\\d, \\d{4} ; \\d\\d(:\\d\\d){2}"};
         const std::regex time{"\n\\d\\d(:\\d\\d){2}: "};
@@ -115,7 +115,7 @@ TEST_F(XLoggingTest, StartingAnOpenLogKeepsTheFile) {
     EXPECT_TRUE(Written().ends_with("\r\n\r\nhere"));
 }
 
-TEST_F(XLoggingTest, AFailedOpenTellsTheCause) {
+TEST_F(XLoggingTest, AFailedOpenNamesTheCause) {
     const CString missing = m_Folder.Wide("missing/run.log");
     const auto open = [&] { m_Log.StartLogging(missing, L"", L"", L""); };
     const XException error = ErrorOf(open);
@@ -131,7 +131,7 @@ TEST_F(XLoggingTest, AFailedOpenTellsTheCause) {
 }
 
 TEST_F(XLoggingTest, AFullDiskReachesTheCallerAndNotTheDestructor) {
-    struct FailingLog : XLogging {  // its writing fails in the class that a host derives
+    struct FailingLog : XLogging {  // a class that a host derives, whose writing fails
         void WriteString(const CString&) override { throw CFileException{CFileException::diskFull, ENOSPC, L"log"}; }
     } derived;
     ErrorOf([] { XLogging{}.StartLogging(L"/dev/full", L"", L"", L""); });

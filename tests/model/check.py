@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Compares what a program tells of its values and their origins with the model, over random configurations.
+"""Compares the values and origins that a program reports with the model, for random configurations.
 
 Usage: check.py {host|companion} PROGRAM COUNT [SEED]
 
@@ -39,21 +39,21 @@ def run(command, configuration, variables):
                           capture_output=True, encoding="utf-8", errors="replace", timeout=60, check=False)
 
 
-def origin_of(told, configuration):
-    """As host and companion tell it."""
-    file, section, key = told.get("file"), told.get("section"), told.get("key")
-    return Origin(told.get("source") or told["layer"], told.get("text", told.get("raw")), file and configuration.real(file),
-                  told.get("line"), section and section.lower(), key and key.lower(), told.get("word"))
+def origin_of(reported, configuration):
+    """As host and companion report it."""
+    file, section, key = reported.get("file"), reported.get("section"), reported.get("key")
+    return Origin(reported.get("source") or reported["layer"], reported.get("text", reported.get("raw")), file and configuration.real(file),
+                  reported.get("line"), section and section.lower(), key and key.lower(), reported.get("word"))
 
 
-def place_of(told):
-    return [told.get(field) for field in ("source", "file", "line", "section")]
+def place_of(reported):
+    return [reported.get(field) for field in ("source", "file", "line", "section")]
 
 
-def compare(start, told):
-    """told: (name, index) -> (value, candidates)"""
-    expect("items", set(told) ^ set(start.items), set())
-    for key, (value, candidates) in told.items():
+def compare(start, reported):
+    """reported: (name, index) -> (value, candidates)"""
+    expect("items", set(reported) ^ set(start.items), set())
+    for key, (value, candidates) in reported.items():
         expected, actual = start.candidates(*key), [origin_of(one, start.given) for one in candidates]
         expect(key, value, value if start.items[key][0] is None else start.items[key][0])
         for one, like in zip(actual, expected):

@@ -1,4 +1,4 @@
-"""Random configurations: three files whose writer knows on which line each entry stands, environment and command line."""
+"""Random configurations: three files whose writer knows the line of each entry, environment and command line."""
 import os
 import shutil
 from random import choice, choices, randint, random, sample
@@ -41,7 +41,7 @@ class File:
 
 
 class Ini(File):
-    """With remarks, blanks, quotes, any case, and text that answers nothing."""
+    """With comments, blanks, quotes, any case, and text without an answer."""
 
     def __init__(self, path):
         super().__init__(path, choice(["utf-8"] * 4 + ["utf-8-sig", "utf-16"]), choice(["\n", "\r\n", "\r"]))
@@ -126,7 +126,7 @@ class Configuration:
         return bool(path) and os.path.exists(self.real(path))
 
     def delete(self, name, origin):
-        """Takes an answer out of its source; of a family all words."""
+        """Removes an answer from its source; of a family, all words."""
         if origin.source == "command line":
             numbers = [number for number, word in enumerate(self.words) if word[0] == name]
             for number in reversed(numbers if "family" in OPTIONS[name].kinds else numbers[-1:]):

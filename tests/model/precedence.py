@@ -1,13 +1,13 @@
-"""Where a value comes from: the rules of a start, told a second time and apart from the library.
+"""Where a value comes from: the rules of a start, stated a second time, apart from the library.
 
-The store of a tool keeps the first item that it gets of an option:
+The store of a tool keeps the first item that it gets for an option:
   1. facts of the host (exe-name ...), then the words of the command line; of a single option the last word holds
   2. the FOLDERS, and `data` when one of them but `metadata` is relative or not given: no file is open yet
   3. `ini`, which names the user file; then that is opened, and the basic file, <metadata>/<exe-name>.ini
   4. every other option, in the order of the table
 
 What is not in the store yet is looked up in the section of the option. The first of them that has a text wins:
-  registry > user file > basic file > environment (ROOT alone)
+  registry > user file > basic file > environment (ROOT only)
 An empty text in the registry hides both files; anywhere else it is no answer. A family (map-file-0, map-file-1 ...) merges
 both files and asks nothing else. %name% in a text is the value of that name in the same section, else in ROOT, else the
 list of all sections; a name in ROOT that no source has is an option of the store."""
@@ -50,7 +50,7 @@ Entry = namedtuple("Entry", "key text line")  # of a file
 
 
 class Fault(Exception):
-    """The start ends with an error that has these texts in it."""
+    """The start ends with an error that contains these texts."""
 
 
 def without_fault(call, *arguments, otherwise=""):
@@ -79,7 +79,7 @@ def find_in_registry(registry, section, key):
 
 
 def entries_of(file, section):
-    """Those of the first section of the name; a second one answers nothing."""
+    """Those of the first section of the name; later ones are ignored."""
     return next((entries for name, entries in file.sections if name.lower() == section.strip(" ").lower()), [])
 
 
@@ -91,7 +91,7 @@ def find_in_file(file, section, key):
 
 
 def listed(names):
-    """One text with commas, as far as a list reaches."""
+    """One text with commas, cut to the length of a list."""
     whole = ",".join(names)
     return whole if len(whole) < 2047 else whole[:2046].rstrip(",")
 
@@ -138,7 +138,7 @@ class Start:
             number += len(words)
 
     def resolve_folder(self, name, default):
-        """Relative or not given: below the program or `data`. A folder that is not given is made there, but `metadata`."""
+        """Relative or not given: below the program or `data`. A folder that is not given is created there, except `metadata`."""
         self.retrieve(name)
         path = self.value(name)
         if not is_absolute(path):
@@ -163,7 +163,7 @@ class Start:
             raise Fault(f"Folder <{path}> does not exist!")
 
     def note_early_answers(self):
-        """Which options the environment answers, and which folders are settled, before the files are open."""
+        """Which options the environment answers, and which folders are determined, before the files are opened."""
         data = self.value("data") if ("data", -1) in self.items else without_fault(self.expand, ROOT, "%data%")
         self.settled = set(FOLDERS) if data else {"metadata"}
         self.early = {name for name in self.asked_early if without_fault(
@@ -179,7 +179,7 @@ class Start:
         self.basic = self.opened(self.given.basic, name, self.value("metadata"))
 
     def opened(self, file, name, folder):
-        """A program that only looks makes no default folder, and then misses that."""
+        """A program that only looks creates no default folder, and then misses it."""
         if self.given.real(join(folder or "", name)) != file.path:
             raise Fault("<" + (name if folder is None else folder))
         return file
@@ -203,7 +203,7 @@ class Start:
         return held or ""
 
     def retrieve(self, name):
-        """Takes an option into the store, unless it is there."""
+        """Puts an option into the store, unless it is there."""
         if OPTIONS[name].section == NONE or any(held == name for held, _ in self.items):
             return
         section = self.section(name)

@@ -16,9 +16,9 @@ protected:
     ~OptionStoreTest() override { SetRegistryFile({}); }
 
     void Basic(const std::string& text) { m_Folder.Write(".metadata/tool.ini", text); }
-    /// Writes a basic file with what every complete configuration holds in front.
+    /// Writes a basic file that begins with what every complete configuration needs.
     void Complete(const std::string& more) { Basic(DATABASE + more); }
-    /// Writes the user file; it is opened when the arguments hold "--ini" and UserFile().
+    /// Writes the user file; it is opened if the arguments contain "--ini" and UserFile().
     void User(const std::string& text) { m_Folder.Write("user.ini", text); }
     CString UserFile() const { return m_Folder.Wide("user.ini"); }
     CString DataFolder() const { return m_Folder.Wide("data"); }

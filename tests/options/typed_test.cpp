@@ -45,7 +45,7 @@ std::string Ask(const Options& options) {
 
 class TypedOption : public OptionStoreTest {
 protected:
-    TypedOption() { m_Store.reset(); }  // tables are registered before there is a store
+    TypedOption() { m_Store.reset(); }  // a table is registered before the store is created
 };
 
 TEST_F(TypedOption, HaveTheTypeOfTheirRow) {
@@ -70,7 +70,7 @@ TEST_F(TypedOption, HaveTheTypeOfTheirRow) {
         {L"tag", L"", Ask<"tag", 2>, "none?", "given ''!"},
         {L"diff-dictionary", L"d", Ask<"diff-dictionary", 2>, "''?", "'d'!"},
     };
-    for (const bool isMoved : {false, true}) {  // a table has not always the same place
+    for (const bool isMoved : {false, true}) {  // a table may be at another place
         const auto other = isMoved ? std::make_unique<OwnOptions>(OTHER) : nullptr;
         const OwnOptions registered{TABLE};
         for (const auto& [option, value, ask, missing, given] : cases) {

@@ -12,7 +12,7 @@ static CString Renamed(const XNamingRules& rules, CString name, int version, boo
 TEST(XNamingRules, ReplaceNameAppliesTheRulesInOrderUpToTheVersion) {
     XNamingRules rules;
     EXPECT_EQ(Renamed(rules, L"Name", 1, /*keepCase*/ false), L"NAME");
-    rules.Insert(nullptr);  // passed over
+    rules.Insert(nullptr);  // ignored
     rules.InsertRule(1, L"Tmp_", L"Wrk_");
     rules.InsertRule(1, L"\u00E4u\u00DF", L"ma\u017F\u017F");
     rules.InsertRule(2, L"mass", L"x");

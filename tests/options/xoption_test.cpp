@@ -38,7 +38,7 @@ TEST_F(OptionStore, WalksShareTheMarksOfTheItems) {
     EXPECT_EQ(m_Store->GetNextOptionString(L"load-dictionary"), L"");
 }
 
-TEST_F(OptionStore, GettersGiveWhatStandsForAMissingValue) {
+TEST_F(OptionStore, GettersReplaceAMissingValue) {
     EXPECT_EQ(Text(L"spool"), L"false");
     m_Store->InsertOptionItem(L"spool", L"", -1);
     EXPECT_EQ(Text(L"spool"), L"true");
@@ -102,7 +102,7 @@ TEST_F(OptionStore, LaterSourcesWinAndTheEnvironmentIsWeakest) {
     expect(L"registry", L"user");
 }
 
-TEST_F(OptionStore, AnItemThatIsThereIsNeverOverridden) {
+TEST_F(OptionStore, AnExistingItemIsNeverOverridden) {
     Basic("[ROOT]\ndictionary-root=basic\n[USER]\nload-dictionary-3=c\nload-dictionary=d\n");
     Open({L"db", L"-dr", L"typed", L"-l", L"a"});
     EXPECT_EQ(Retrieved(L"dictionary-root"), L"typed");
@@ -113,7 +113,7 @@ TEST_F(OptionStore, AnItemThatIsThereIsNeverOverridden) {
     EXPECT_EQ(Texts(L"load-dictionary"), L"3=c 4=d ");
     m_Store->DeleteOption(L"dictionary-root");
     XOptionDefinition copy = *FindOptionDefinition(L"dictionary-root");
-    m_Store->RetrieveOption(&copy);  // stands for its option
+    m_Store->RetrieveOption(&copy);  // means its option
     EXPECT_EQ(Text(L"dictionary-root"), L"basic");
     XOptionDefinition own = copy;  // a row of the host's own, in no table
     own.eOption = static_cast<enumOption>(copy.eOption | 0x0F000000);

@@ -3,7 +3,7 @@
 #include "collections/sets.h"
 #include "veltrane/options/xoptionitem.h"
 
-TEST(XOptionDefinition, RowsStandAtTheirPlaceWithTheirBits) {
+TEST(XOptionDefinition, RowsAreAtTheirPlaceWithTheirBits) {
     const auto expect = [](int index, const wchar_t* expected) {
         const XOptionDefinition* const row = GetOptionDefinitionAt(index);
         ASSERT_NE(row, nullptr);

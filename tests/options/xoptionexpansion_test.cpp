@@ -2,7 +2,7 @@
 
 class Expansion : public OptionStoreTest {
 protected:
-    /// The value of autodoc-title after a start-up up to the opened files.
+    /// The value of autodoc-title after start-up has opened the files.
     CString TitleOf(const std::string& value, const std::string& more) {
         Basic("[AUTODOC]\nautodoc-title=" + value + "\n" + more);
         Open({L"db"});
@@ -30,7 +30,7 @@ TEST_F(Expansion, LooksInTheOwnSectionThenInRootThenInTheUnnamedSection) {
     expect("an empty name is the keys of the section", "%%", "", L"autodoc-title");
 }
 
-TEST_F(Expansion, ErrorsOfReferencesCarryTheWholeStory) {
+TEST_F(Expansion, ErrorsOfReferencesShowTheWholeChain) {
     const EnvironmentGuard variable{"loop", "%loop%"};
     Registry("AUTODOC", "\"r\"=\"%s%\"\n\"s\"=\"%r%\"");
     const auto expect = [&](const char* value, const char* more, const wchar_t* reason) {

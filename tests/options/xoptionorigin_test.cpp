@@ -21,7 +21,7 @@ protected:
         for (const auto& each : m_Store->GetOptionCandidates(name, index).candidates) told += L" | " + Told(each);
         return told.Mid(3);
     }
-    /// The text after each step, a reference with its depth and the number of places that have it in front.
+    /// The text after each step, a reference with its depth and the number of places before it.
     CString Explained(const wchar_t* name, int index = -1) {
         CString told;
         const OptionExplanation explanation = m_Store->ExplainOption(name, index);
@@ -34,7 +34,7 @@ protected:
     }
 };
 
-TEST_F(Origins, CandidatesStandInTheOrderOfTheirStrength) {
+TEST_F(Origins, CandidatesAreInTheOrderOfTheirStrength) {
     const EnvironmentGuard logfile{"logfile", "env.log"}, empty{"dictionary-root", ""};
     const EnvironmentGuard data{"data", ToUtf8(DataFolder())};
     std::filesystem::create_directories(m_Folder.Path() / "data/rel");
@@ -88,7 +88,7 @@ TEST_F(Origins, AFamilyEndsWhereItsRetrievalEnds) {
     }
 }
 
-TEST_F(Origins, FoldersAreAskedForInFilesWhereDataIsNothing) {
+TEST_F(Origins, FoldersAreLookedUpInFilesWhenDataHasNoValue) {
     Complete("[ROOT]\nlogging=l\ndata=d\n[AUTODOC]\nautodoc-title=t\n");
     User("[ROOT]\nlogging=m\ndata=e\n");
     for (const char* data : {"%dictionary-root%", "%autodoc-title%", ""}) {
@@ -175,7 +175,7 @@ TEST_F(Origins, AnErrorEndsTheStepsAsItEndsTheValue) {
     }
 }
 
-TEST_F(Origins, NamingRulesTellTheirPlacesAndTheHiddenOnes) {
+TEST_F(Origins, NamingRulesHavePlacesTheHiddenOnesToo) {
     Complete(
         "[db\\TABLENAME RULES\\2]\nB=C\n[db\\tablename rules\\1]\nA=B\nHID=x\n[db\\COLUMNNAME RULES]\nc=of no version\n"
         "[db\\COLUMNNAME RULES\\2]\nc=k\n[db\\COLUMNNAME RULES\\9]\nk=unreached\n");

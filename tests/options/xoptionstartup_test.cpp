@@ -7,7 +7,7 @@
 TEST(XCommandLine, GivesPairsAndNamesTheArgumentThatIsWrong) {
     using List = std::vector<CString>;
     const CString seeH = L"\r\n    <---- Try <-h> to view the help window! ---->";
-    // The pairs as "name=value", an error as what it is about, the word in the value and its message.
+    // The pairs as "name=value", an error as its subject, the word in the value and its message.
     const auto expect = [&](const List& arguments, const List& expected) {
         const ArgumentsGuard guard{arguments};
         XCommandLine line;
@@ -33,13 +33,13 @@ TEST(XCommandLine, GivesPairsAndNamesTheArgumentThatIsWrong) {
     expect({L"-q", L"FALSE", L"-cv", L"AUTO"}, {L"quiet=FALSE", L"create-views=AUTO"});
     expect({L"-cv", L"-q", L""}, {L"create-views=auto", L"quiet=true", L"name="});
     expect({L"-sp", L"-sp", L"out.sql", L"-sp"}, {L"spool=", L"spool=out.sql", L"spool="});
-    expect({L"-d", L"mydb"}, {L"diff-dictionary=mydb"});      // a command takes what follows
+    expect({L"-d", L"mydb"}, {L"diff-dictionary=mydb"});      // a command takes the next word
     expect({L"-", L"--", L"x"}, {L"summary=true", L"--=x"});  // the first without short name, the first title
     expect(
         {L"-q", L"mydb", L"-cv", L"maybe"},
         {L"quiet|mydb|mydb: The option string <mydb> for the boolean parameter <-q> is invalid!" + seeH,
          L"create-views|maybe|maybe: The option string <maybe> for the tri-state parameter <-cv> is invalid!" + seeH});
-    expect({L"-n", L"-q", L"-v", L"--name"},  // the argument that was no value counts as used
+    expect({L"-n", L"-q", L"-v", L"--name"},  // the argument that was not a value counts as used
            {L"name||: The option value for parameter <-n> is empty!" + seeH, L"version=true",
             L"name||: The option value for parameter <--name> is empty!" + seeH});
     expect({L"--name=%s%n"}, {L"|--name=%s%n|: command line option <--name=%s%n> not recognized!\r\n"
@@ -60,7 +60,7 @@ TEST(XCommandLine, KeepsItsArgumentsAndItsPlaceInACopy) {
 
 using OptionStartUp = OptionStoreTest;
 
-TEST_F(OptionStartUp, TakesOverFactsAndCommandLine) {
+TEST_F(OptionStartUp, StoresFactsAndCommandLine) {
     m_Store->InsertOptionItem(L"load-dictionary", L"early", 5);
     m_Store->InsertOptionItem(L"load-dictionary", L"earlier", 2);
     Initialize({L"-q", L"true", L"-l", L"a", L"-d", L"-q", L"false", L"-l", L"b", L"--exe-name", L"%exe-path%x"});
@@ -110,7 +110,7 @@ TEST_F(OptionStartUp, ReadsEveryOrdinaryOptionAndMergesTheObsoleteClasses) {
     EXPECT_EQ(ValuesOf(*m_Store->GetOptionIList(L"obsolete-classes", 2)), (Ints{1, 2, 5}));
 }
 
-TEST_F(OptionStartUp, ErrorsTellWhatIsWrongAndWhatItIsAbout) {
+TEST_F(OptionStartUp, ErrorsNameTheFaultAndItsSubject) {
     const auto expect = [&](const std::vector<CString>& arguments, const ErrorSubject& subject,
                             const CString& message) {
         SCOPED_TRACE(ToUtf8(message));
@@ -184,7 +184,7 @@ TEST_F(OptionStartUp, CodeThatRunsAtTheEndOfTheProcessReadsFilesAsTheyAre) {
     EXPECT_EXIT((std::atexit(atExit), Initialize({L"-s", L"x"})), testing::ExitedWithCode(7), "");
 }
 
-TEST_F(OptionStartUp, ASecondReadingAddsWhatHasNoValueYetAndTheRulesOnceMore) {
+TEST_F(OptionStartUp, ASecondReadingAddsMissingValuesAndTheRulesOnceMore) {
     const std::string text = "[db\\TABLENAME RULES\\1]\na=aa\n[USER]\nload-dictionary-1=x\n";
     Complete(text + "load-dictionary-2=%nosuch%\n");
     Open({L"db"});

@@ -10,12 +10,12 @@ fail() {
     exit 1
 }
 
-# expect TEXT FILE: the file holds that line.
+# expect TEXT FILE: the file has that line.
 expect() {
     grep -qxF -- "$1" "$2" || fail "\"$1\" is not among: $(cat "$2")"
 }
 
-# run_consumer PROGRAM: the outside program sees the library at work.
+# run_consumer PROGRAM: a program outside of the project uses the library.
 run_consumer() {
     "$1" >"$temporary/consumer.out" || fail "$1 ended with $?"
     diff "$tests/consumer/expected.txt" "$temporary/consumer.out" || fail "$1 prints something else"

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The Debian packages please lintian, need each other and the system as they should, and the host's first run works in a
-# root that holds them and the system's libraries only.
+# The Debian packages pass lintian and have the right dependencies, and the host's first run works in a root with only
+# them and the system's libraries.
 # Usage: debian.sh SOURCE_FOLDER
 . "$(dirname "$0")/common.sh"
 
@@ -46,7 +46,7 @@ ldd "$root/usr/bin/veltrane" | grep -oE '/[^ ]+' | grep -vF "$root" | while read
     mkdir -p "$root$(dirname "$file")"
     cp -L "$file" "$root$file"
 done
-# A root of its own needs rights that not everyone has; the packages' library beside the system's is the next best.
+# Changing the root needs rights that not everyone has; then the library of the packages is used in the real root.
 mkdir "$root/proc"
 in_root=(env -i PATH="$PATH" unshare --mount --pid --fork --mount-proc="$root/proc" chroot "$root")
 first=(--metadata /usr/share/veltrane/config/metadata base --summary)

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The API reference is written without a warning, and each public class tells what it is for and shows it at work.
+# The API reference is written without a warning, and the comment of each public class has a description and an example.
 # Usage: docs.sh BUILD_FOLDER
 . "$(dirname "$0")/common.sh"
 

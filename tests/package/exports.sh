@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# What the library exports is what cmake/exported-symbols.txt lists: a symbol that goes breaks programs that were
-# linked before, one that comes is a promise. After a wanted change write the list anew with --update.
+# The library exports exactly what cmake/exported-symbols.txt lists: a removed symbol breaks programs that were linked
+# before, a new one is a promise. After an intended change, --update writes the list.
 # Usage: exports.sh LIBRARY [--update]
 . "$(dirname "$0")/common.sh"
 

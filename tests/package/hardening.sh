@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Library and host are built so that a fault is hard to use: what the loader writes is read-only afterwards, addresses
-# vary, the stack holds no code, and writes are checked.
+# Library and host are built so that a fault is hard to exploit: what the loader writes is read-only afterwards, addresses
+# vary, the stack is not executable, and writes are checked.
 # Usage: hardening.sh LIBRARY HOST
 . "$(dirname "$0")/common.sh"
 

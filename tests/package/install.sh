@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The installed tree works for a program, and for a tool with options of its own, that find it as a CMake package or
-# through pkg-config, and holds no path of the machine: everything is tried after the tree was moved.
+# through pkg-config, and contains no path of the machine: everything is tried after the tree was moved.
 # Usage: install.sh BUILD_FOLDER
 . "$(dirname "$0")/common.sh"
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Includes point downwards only, the system's own headers are known to the platform layer alone, and what is installed
-# includes nothing that is not.
+# Includes point downwards only, only the platform layer includes headers of the system, and installed headers include
+# only installed ones.
 # Usage: layers.sh SOURCE_FOLDER
 . "$(dirname "$0")/common.sh"
 cd "$1"
@@ -17,32 +17,32 @@ BEGIN {
     for (number in order) level[order[number]] = number + 0
     level["platform/process"] = level["platform/sources"]  # neither knows the other
     level["host"] = level["companion"]
-    level["platform"] = 0                                  # what every room stands on
+    level["platform"] = 0                                  # the base of every layer
 }
 function wrong(what) { print $1 ": " $2 ": " what; failed = 1 }
-# The room of a file by its path below the source folder.
-function room(file, parts) {
+# The layer of a file, by its path below the source folder.
+function layer(file, parts) {
     split(file, parts, "/")
     if (parts[1] != "veltrane") return parts[1]
     return parts[2] == "platform" && parts[4] != "" ? parts[2] "/" parts[3] : parts[2]
 }
 {
-    own = room($1)
+    own = layer($1)
     target = $2
     gsub(/[<>"]/, "", target)
-    if (!(own in level)) wrong("a folder that is no room")
+    if (!(own in level)) wrong("is in no known layer")
     if ($2 ~ /^</) {
-        # The companion writes files and reads a pipe as no host does: in one file each.
+        # The companion writes files and reads a pipe, in one source each.
         if ($1 ~ /^companion\/(editfile|lspinput)\./) next
         if (target ~ /\.h$/ && own !~ /^platform/) wrong("a header of the system above the platform layer")
         next
     }
     if ($1 !~ /^veltrane\// && (target !~ /\// || target == "veltrane/config_tool.h")) next  # of the program itself
     if (target !~ /^veltrane\//) { wrong("not named from the root on"); next }
-    other = room(target)
-    if (!(other in level)) { wrong("a room that is none"); next }
+    other = layer(target)
+    if (!(other in level)) { wrong("includes no known layer"); next }
     if (other != own && level[other] >= level[own]) wrong("points upwards")
-    if (target ~ /\/detail\// && other != own) wrong("what is private to another room")
+    if (target ~ /\/detail\// && other != own) wrong("is private to another layer")
     if (target ~ /\/(detail|internal)\// && $1 ~ /^veltrane.*\.h$/ && $1 !~ /\/(detail|internal)\//)
         wrong("a header that is not installed")
 }

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# A table that breaks a rule and a name that no option has do not compile, with g++ and clang++, and the compiler shows why.
+# Neither g++ nor clang++ compiles a table that breaks a rule, or a name that no option has, and the compiler shows why.
 # Usage: refusals.sh SOURCE_FOLDER
 . "$(dirname "$0")/common.sh"
 cd "$1"
 
 lines() { grep -n "// $1" "$source" | cut -d: -f1; }
-# Lines that are refused are those marked; what the compiler has to show comes from standard input.
+# Exactly the marked lines are refused; what the compiler must show comes from standard input.
 check() {
     source=$2
     limit=$([ "$1" = g++ ] && echo -fmax-errors=0 || echo -ferror-limit=0)

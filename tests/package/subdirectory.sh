@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The source folder works inside another project, which gets none of its warnings and tests, and installs the library
-# beside its program and nothing else.
+# The source folder works inside another project, which gets none of its warnings and tests, and installs only the
+# library beside its own program.
 # Usage: subdirectory.sh SOURCE_FOLDER
 . "$(dirname "$0")/common.sh"
 

@@ -12,7 +12,7 @@
 
 /// How a child process ended, and what it wrote.
 struct ChildResult {
-    int exitCode = -1;  ///< -1 when a signal ended it
+    int exitCode = -1;  ///< -1 if a signal ended it
     std::string output;
     std::string errors;
 };
@@ -34,7 +34,7 @@ ChildResult RunChild(Action&& action) {
     int output[2];
     int errors[2];
     if (pipe2(output, O_CLOEXEC) != 0 || pipe2(errors, O_CLOEXEC) != 0) std::abort();
-    std::fflush(nullptr);  // what this process has not printed yet must not come twice
+    std::fflush(nullptr);  // otherwise what this process has not printed yet comes twice
     const pid_t child = fork();
     if (child == 0) {
         dup2(open("/dev/null", O_RDONLY), STDIN_FILENO);

@@ -15,13 +15,13 @@
 using namespace veltrane;
 using namespace veltrane::detail;
 
-/// Base of what undoes something at the end of its life; it cannot be copied.
+/// Base of guards, which undo something at their end; cannot be copied.
 struct Guard {
     Guard() = default;
     Guard(Guard&&) = delete;
 };
 
-/// A new folder, removed with all that is in it.
+/// A new folder, removed with its content.
 class TempFolder : Guard {
 public:
     TempFolder() {

@@ -17,7 +17,7 @@ struct ClientAnswer {
 using ClientQuestion =
     std::tuple<void*, std::uint32_t, unsigned char*, std::int32_t, bool, std::uint32_t, std::uint32_t>;
 
-/// Stands in for the database client's error function while it lives, and keeps what it was asked.
+/// Replaces the database client's error function while it lives, and records its calls.
 class ClientGuard : Guard {
 public:
     explicit ClientGuard(ClientAnswer answer) {

@@ -24,7 +24,7 @@ protected:
     }
 
     /// @param words  its name first
-    /// @param output  device that stands for the standard output
+    /// @param output  device that replaces the standard output
     ChildResult RunTool(const char* program, Words words, Words environment, const std::string& output = {}) const {
         environment.push_back("VORNAK_REGISTRY=" + Path("registry.reg"));
         return RunChild([&] {

@@ -44,8 +44,8 @@ TEST_F(ToolFrame, EveryWayOutHasItsExitCodeBoxAndLog) {
         std::function<void(Facts&)> change;
         std::function<int(OwnTool&)> body;
         int exitCode;
-        const char* errors;  // with which the error stream ends
-        const char* log;     // what stands in the log; "" for none
+        const char* errors;  // at the end of the error stream
+        const char* log;     // in the log; "" for no log
         int closed = -1;
     } cases[] = {
         {"exit code", same, [](OwnTool& tool) { return std::stoi(tool.options.Get<"weight">()); }, 5, "", "finish: "},

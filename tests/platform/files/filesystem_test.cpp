@@ -8,7 +8,7 @@
 
 using std::filesystem::perms;
 
-TEST(FileSystem, TakesEachComponentExactlyOrWithoutRegardToCase) {
+TEST(FileSystem, FindsEachComponentExactlyOrWithoutRegardToCase) {
     const TempFolder folder;
     const CurrentFolderGuard here{folder.Path()};
     for (const char* name : {"Data/Main.INI", "Data/\xC3\x84rger\xE4.txt", "both/Name", "both/name", "Both/only-here",

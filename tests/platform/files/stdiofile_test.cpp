@@ -42,7 +42,7 @@ TEST_F(StdioFile, WritesTheTextInUtf8AsItIs) {
     m_File.WriteString(L"\xE4\x1F600\r\n");
     m_File.WriteString(L"");
     EXPECT_EQ(Content(), "\xC3\xA4\xF0\x9F\x98\x80\r\n") << "nothing is kept back";
-    std::filesystem::resize_file(m_Folder.Path() / "run.log", 2);  // by somebody else: the log goes on at the end
+    std::filesystem::resize_file(m_Folder.Path() / "run.log", 2);  // by another process: the log goes on at the end
     const auto used = [] { return mallinfo2().uordblks + mallinfo2().hblkhd; };
     const std::size_t before = used();
     m_File.WriteString(CString(L'ä', 1'000'000));
@@ -155,7 +155,7 @@ TEST_F(StdioFile, LosesNothingToInterrupts) {
     for (int i = 0; i < 100'000; ++i) text += FormatText(L"%0100d;", i);
     const ChildResult child = RunChild([&] {
         if (!m_File.Open(L"/proc/self/fd/1", WRITE)) return 1;
-        // Without SA_RESTART: the call is interrupted, and soon again, however long that takes on this machine.
+        // Without SA_RESTART the call is interrupted again and again, however slow the machine.
         struct sigaction again {};
         again.sa_handler = [](int) {
             const itimerval soon{{0, 0}, {0, 300}};

@@ -19,9 +19,9 @@ TEST(MessageBox, WritesTheTextToItsStreamWhenNoHandlerIsSet) {
     }
 }
 
-TEST(MessageBox, StandsBehindWhatTheHostHasPrinted) {
+TEST(MessageBox, ComesAfterWhatTheHostHasPrinted) {
     const ChildResult child = RunChild([] {
-        // A stream of its own: the test frame has printed to the one before.
+        // A new stream: the test framework has already printed to the old one.
         if (!std::freopen("/proc/self/fd/1", "w", stdout)) return 9;
         std::fputws(L"before ", stdout);
         return AfxMessageBox(L"box", MB_ICONINFORMATION);

@@ -59,7 +59,7 @@ TEST(LocalTime, WritesTheTimeOfTheZone) {
         {"EST5", -62135578801, L"Sunday, December 31, 0000 ; 23:59:59"},
         {"UTC0", INT64_MAX, L""},
     };
-    std::setlocale(LC_ALL, "de_DE.UTF-8");  // where the machine has it: the names are English all the same
+    std::setlocale(LC_ALL, "de_DE.UTF-8");  // even where the machine has it, the names are English
     for (const auto& [zone, seconds, text] : cases) {
         const EnvironmentGuard guard{"TZ", zone};
         EXPECT_EQ(LocalTimeText(L"%A, %B %d, %Y ; %H:%M:%S", seconds), text) << zone;

@@ -7,7 +7,7 @@ class Profile : public testing::Test {
 protected:
     void Write(const std::string& bytes) { m_File = m_Folder.Write("tool.ini", bytes); }
 
-    /// The elements that the result counts, each NUL of a list included.
+    /// The elements that the result counts, including each NUL of a list.
     std::wstring Ask(const wchar_t* section, const wchar_t* key, const wchar_t* defaultText = L"") {
         std::wstring answer(2048, L'#');
         const auto size = static_cast<unsigned>(answer.size());
@@ -31,7 +31,7 @@ TEST_F(Profile, CutsToTheCapacity) {
         const char* what;
         const wchar_t *section, *key;
         unsigned capacity, count;
-        std::wstring buffer;  // '#' is what nobody has written
+        std::wstring buffer;  // '#' is an element that was not written
     } const cases[] = {
         {"value fits", L"main", L"path", 5, 4, L"C:\\x\0#"s},
         {"value cut", L"main", L"path", 3, 2, L"C:\0###"s},
@@ -80,7 +80,7 @@ TEST_F(Profile, ReadsAFileThatClaimsToBeEmpty) {
     std::ofstream{"/proc/self/comm"} << "veltrane_tests";
 }
 
-TEST_F(Profile, KeepsNoAnswerOfAFileThatCannotBeOpenedForTheMoment) {
+TEST_F(Profile, KeepsNoAnswerOfAFileThatCannotBeOpenedAtTheMoment) {
     Write("[A]\nk=0");
     {
         const SourceSnapshot snapshot;  // a sanitizer needs a descriptor for each type that it meets for the first time
@@ -99,7 +99,7 @@ TEST_F(Profile, KeepsNoAnswerOfAFileThatCannotBeOpenedForTheMoment) {
     EXPECT_EQ(seen, L"2") << "a handler sees the file as it is";
 }
 
-TEST_F(Profile, LeavesAPipeWhatItHolds) {
+TEST_F(Profile, DoesNotReadFromAPipe) {
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
     ASSERT_EQ(write(ends[1], "[A]\nk=1", 7), 7);
@@ -111,7 +111,7 @@ TEST_F(Profile, LeavesAPipeWhatItHolds) {
     close(ends[0]);
 }
 
-TEST_F(Profile, FindsAKeyWhereverItStands) {
+TEST_F(Profile, FindsAKeyWhereverItIs) {
     // Texts around the length of a small file, and places before, on and after the bounds of a search's steps.
     for (const std::string& front :
          {"\n"s, std::string(16384 - 128, 'x') + "\nxlast = last\n", std::string(150, 'x') + '\n'}) {
@@ -193,7 +193,7 @@ TEST_F(Profile, KeysThatNoLineCanHoldAreNotFound) {
     EXPECT_EQ(Ask(L"A", noCharacter, L"missing"), L"missing");
 }
 
-TEST_F(Profile, TakesOnePairOfQuotesOff) {
+TEST_F(Profile, RemovesOnePairOfQuotes) {
     const std::pair<const char*, const wchar_t*> cases[] = {
         {"\"v\"", L"v"},     {"' v '", L" v "}, {"\"\"v\"\"", L"\"v\""},     {"\"a\" \"b\"", L"a\" \"b"},
         {"\"\"", L""},       {"\"", L"\""},     {"\"v\" ; x", L"\"v\" ; x"}, {"\"v'", L"\"v'"},

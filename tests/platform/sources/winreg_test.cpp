@@ -39,7 +39,7 @@ protected:
         EXPECT_EQ(result, ERROR_FILE_NOT_FOUND);
         return {};
     }
-    /// What lines below the key A\B make of its value "v".
+    /// The value "v" of the key A\B after these lines.
     std::optional<Data> Import(const std::string& lines, const std::string& header = HEADER) {
         Write("[HKLM\\A\\B]\r\n" + lines, header);
         return Read(L"a\\B", L"V");
@@ -127,7 +127,7 @@ TEST_F(WinReg, OpensKeysWithAllTheirParents) {
     EXPECT_FALSE(Exists(L"")) << "the root was removed";
 }
 
-TEST_F(WinReg, TakesAFileWithoutItsHeaderAsNone) {
+TEST_F(WinReg, TreatsAFileWithoutItsHeaderAsEmpty) {
     for (const char* header : {"\r\n \t\r\nREGEDIT4 \r\n", "\xEF\xBB\xBFREGEDIT4\n"}) {
         EXPECT_TRUE(Import("\"v\"=hex:", header)) << header;
     }

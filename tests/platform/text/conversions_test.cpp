@@ -9,7 +9,7 @@
 TEST(Characters, FoldOneElementToOne) {
     EXPECT_EQ(FoldCharacter(L'Z'), L'z');
     EXPECT_EQ(FoldCharacter(0x10400), 0x10428) << "above U+FFFF";
-    // The neighbours of the letters, the final sigma, the micro sign, a lone surrogate and what is no code point.
+    // The neighbours of the letters, the final sigma, the micro sign, a lone surrogate and values above U+10FFFF.
     for (const wchar_t itself : std::wstring{L'@', L'[', 0x03C2, 0x00B5, 0xD800, WCHAR_MAX, WCHAR_MIN, wchar_t(-1)}) {
         EXPECT_EQ(FoldCharacter(itself), itself);
     }

@@ -52,7 +52,7 @@ TEST(CString, FindsFromAPositionOn) {
     EXPECT_EQ(std::pair(text.FindOneOf(L"xcb"), text.FindOneOf(L"")), std::pair(1, -1));
 }
 
-TEST(CString, CutsAtBothEnds) {
+TEST(CString, CutsOffAtBothEnds) {
     const CString text{L"abcd"};
     const std::pair<CString, const wchar_t*> cases[] = {
         {text.Left(2), L"ab"},   {text.Left(-1), L""},         {text.Left(INT_MAX), L"abcd"},

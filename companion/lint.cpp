@@ -121,7 +121,7 @@ void AddSummary(Answer& answer, const LintRun& run, const FileFilter& wanted, co
                    Counted(counts[2], "note") + '\n';
 }
 
-// In the form that is asked for; text and JSON are made together.
+// In the wanted format; text and JSON are made together.
 void AddFindings(Answer& answer, const LintRun& run, const std::vector<LintRun::Placed>& findings,
                  const Request& request) {
     const std::string format = request.Value("--format");
@@ -139,7 +139,7 @@ void AddFindings(Answer& answer, const LintRun& run, const std::vector<LintRun::
 
 Answer Explain(const std::string& list) {
     Answer answer;
-    answer.tellsErrors = true;  // none of them is asked for
+    answer.tellsErrors = true;  // of start-up: none is reported
     answer.document["errors"] = Json::array();
     answer.document["codes"] = Json::array();
     std::vector<std::string> words = SplitList(list);

@@ -29,7 +29,7 @@ struct SectionUse {
     std::optional<int> index = {};
 };
 
-/// The row that a key of a section stands for.
+/// The row that a key of a section means.
 struct KeyUse {
     const XOptionDefinition* row = nullptr;  ///< null for none
     std::optional<int> index = {};           ///< none for a single option, and for a bare key of a family
@@ -65,7 +65,7 @@ public:
     SectionUse FindSection(const CString& section) const;
     KeyUse FindKey(const SectionUse& section, const CString& key) const;
     bool HoldsRules(enumCfgSection section) const { return m_RuleSections.contains(section); }
-    /// Whether the list of the section's keys is asked for, which is cut when it is long.
+    /// Whether the store reads the list of the section's keys, which is cut if it is too long.
     bool IsListed(const SectionUse& section) const;
 
     const std::vector<RegistryKey>& RegistryKeys() const { return m_RegistryKeys; }

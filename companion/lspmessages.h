@@ -56,7 +56,7 @@ private:
     Incoming ReadBody(std::size_t length);
 
     std::streambuf& m_Input;
-    std::optional<std::uint64_t> m_Length = {};  // of the body, as the header has told so far
+    std::optional<std::uint64_t> m_Length = {};  // of the body, from the header so far
     bool m_HasFields = false;                    // whether a header has begun
     bool m_IsLost = false;                       // after a broken header, until the next one
 };

@@ -11,7 +11,7 @@ namespace veltrane::config {
 /// While one lives, the files of open documents are what the client has of them, and all files stay as they are.
 class LspOverlay {
 public:
-    /// @param documents  must not change meanwhile
+    /// @param documents  must not change during its lifetime
     explicit LspOverlay(const LspDocuments& documents);
 
 private:

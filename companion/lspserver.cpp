@@ -14,8 +14,8 @@ public:
     Server(const LspTool& tool, const std::vector<CString>& arguments, std::streambuf& input, std::ostream& output)
         : m_Reader(input), m_Client(output), m_Talk(tool, arguments, m_Client) {}
 
-    /// What has come already is worked on before the client is told what is wrong: of a burst of changes only the last
-    /// text is looked at, and what is cancelled meanwhile is not answered.
+    /// Messages that have arrived are handled before findings are sent: of a burst of changes only the last text is
+    /// checked, and a request that is cancelled meanwhile is not answered.
     int Run() {
         while (!m_Talk.IsOver()) {
             bool isMore = Receive(m_Reader.Next());

@@ -11,8 +11,8 @@ namespace {
 
 using Kind = SourceLine::Kind;
 
-/// The columns of one line. What stands around the names and values of an INI file is ASCII, so places and widths tell
-/// them, whatever the encoding of the file.
+/// The columns of one line. The text around the names and values of an INI file is ASCII, so places and widths
+/// determine them, whatever the encoding of the file.
 class LineColumns {
 public:
     LineColumns(const PlacedLine& placed, const LineUnits& units)
@@ -33,7 +33,7 @@ public:
         const bool isKnown = m_Units.text && m_Line.number <= m_Units.text->LineCount();
         return Range(m_nMark, isKnown ? WidthOf(m_Units.text->Line(m_Line.number - 1), m_Units.unit) : m_nMark + width);
     }
-    /// The name of a registry's value, without its quotes, or what stands after it.
+    /// The name of a registry's value, without its quotes, or the text after it.
     TextRange OfRegistry(LinePart part) const {
         const std::string_view text = m_Units.text ? m_Units.text->Line(m_Line.number - 1) : std::string_view{};
         const std::size_t begin = text.find('"') + 1;

@@ -133,7 +133,7 @@ void LspWorld::Publish() {
     } while (!m_IsAssigned);
 }
 
-// The main configuration counts when it was asked for, or one of its files is open.
+// The main configuration counts if it has arguments, or if one of its files is open.
 void LspWorld::Publish(Configuration& configuration) {
     const bool isMain = &configuration == &Main();
     const auto isOfMain = [&](const auto& entry) { return Contains(configuration.files, entry.second.path); };
@@ -157,7 +157,7 @@ void LspWorld::Publish(Configuration& configuration) {
     for (auto& [uri, diagnostics] : found) Send(configuration, uri, std::move(diagnostics));
 }
 
-// That a text has been looked at is told each time, of a file that is not open only what is new.
+// The findings of an open text are sent each time, those of any other file only when they have changed.
 void LspWorld::Send(Configuration& configuration, const std::string& uri, LspJson diagnostics) {
     const OpenDocument* const document = documents.Find(uri);
     const auto known = configuration.published.find(uri);

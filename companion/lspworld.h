@@ -27,7 +27,7 @@ struct LspView {
     LineUnits Units() const { return {unit, &document.text}; }
 };
 
-/// The documents of the client, the configurations that they belong to, and what the client has been told about both.
+/// The documents of the client, the configurations that they belong to, and the findings that were sent to it.
 ///
 /// The main configuration is that of the tool's command line. A document that is not one of its files makes a
 /// configuration of its own: as the basic file when it has that name, otherwise as a user file. Only the document's own
@@ -46,7 +46,7 @@ public:
 
     /// Whether something has changed since the findings were sent.
     bool HasNews() const;
-    /// Tells the client what is wrong now. As Look, to be called while an LspOverlay lives.
+    /// Sends the client the present findings. As Look, to be called while an LspOverlay lives.
     void Publish();
     /// @return nothing for a document that is not open, or is no file of a configuration
     std::optional<LspView> Look(const std::string& uri);
@@ -62,8 +62,8 @@ private:
         std::string owner = {};                         // URI of the document that makes it; empty for the main one
         std::vector<std::string> files = {};            // of its last start-up
         std::map<std::string, LspJson> published = {};  // what the client knows, by URI
-        bool isStale = true;                            // its text or a file has changed since it was looked at
-        bool isDirty = true;                            // likewise since the client was told
+        bool isStale = true;                            // its text or a file has changed since it was checked
+        bool isDirty = true;                            // likewise since its findings were sent
     };
 
     Configuration& Main() { return m_Configurations.front(); }

@@ -11,18 +11,18 @@
 using Kind = SourceLine::Kind;
 using Reason = SourceLine::Reason;
 
-/// A line, what is told of it, whether it answers, and its section, key and value.
-using ToldLine = std::tuple<std::string, Kind, Reason, bool, CString>;
+/// A line, its kind and reason, whether it answers, and its section, key and value.
+using ExpectedLine = std::tuple<std::string, Kind, Reason, bool, CString>;
 
-static SourceFileLines Expect(SourceFileLines (*read)(const CString&), const std::vector<ToldLine>& expected,
+static SourceFileLines Expect(SourceFileLines (*read)(const CString&), const std::vector<ExpectedLine>& expected,
                               const std::string& end) {
     std::string bytes;
-    for (const ToldLine& each : expected) bytes += std::get<0>(each) + end;
+    for (const ExpectedLine& each : expected) bytes += std::get<0>(each) + end;
     const TempFolder folder;
     const SourceFileLines view = read(folder.Write("a.txt", bytes));
     EXPECT_EQ(view.lines.size(), expected.size());
     for (int number = 0; const SourceLine& line : view.lines) {
-        const ToldLine& told = expected.at(static_cast<std::size_t>(number++));
+        const ExpectedLine& told = expected.at(static_cast<std::size_t>(number++));
         EXPECT_EQ(line.number, number);
         const CString place = line.section + L"|" + line.key + L"|" + line.value;
         EXPECT_EQ(told, std::tuple(std::get<0>(told), line.kind, line.reason, line.answers, place));
@@ -31,7 +31,7 @@ static SourceFileLines Expect(SourceFileLines (*read)(const CString&), const std
 }
 
 TEST(SourceLines, TellWhatEachLineOfAnIniFileIs) {
-    const std::vector<ToldLine> lines{
+    const std::vector<ExpectedLine> lines{
         {"lost=1", Kind::Ignored, Reason::BeforeFirstSection, false, L"|lost|1"},
         {"bare", Kind::Ignored, Reason::BeforeFirstSection, false, L"|bare|"},
         {"[Main] ; x", Kind::Section, Reason::None, true, L"Main||"},

@@ -221,22 +221,22 @@ Answer Fix(const Request& request, Startup& startup, const LintRun& run, const s
     Startup restarted = Restarted(startup);
     LintRun rest{restarted};
     Answer answer = Report(request, rest, FindAll(rest));
-    std::string told;
+    std::string mended;
     answer.document["mended"] = Json::array();
     for (const Mend& mend : mends) {
         const LintRun::Placed& finding = mend.finding;
-        told += ToUtf8(MendText(mend)) + '\n';
+        mended += ToUtf8(MendText(mend)) + '\n';
         answer.document["mended"].push_back({{"code", RowOf(finding.code).name},
                                              {"file", SpelledPath(finding.file)},
                                              {"line", finding.line},
                                              {"new", ToUtf8(mend.text)}});
     }
     if (isDry) {
-        answer.errorText = told + answer.text;
+        answer.errorText = mended + answer.text;
         answer.text.clear();
         for (const MendedFile& file : files) answer.text += file.diff;
     } else {
-        answer.text = told + answer.text;
+        answer.text = mended + answer.text;
     }
     replacements.clear();
     for (const MendedFile& file : files) {

@@ -184,9 +184,9 @@ LspJson CompleteReference(const Question& asked, std::size_t begin) {
     const std::size_t close = asked.text.find('%', begin);
     const bool isOpen = close == asked.text.npos;
     Items items{asked.view, asked.line, {begin, isOpen ? asked.at : close, {}, isOpen ? "%" : ""}};
-    std::set<CString> told;
+    std::set<CString> offered;
     const auto add = [&](const CString& name, const std::string& what) {
-        if (!told.insert(Folded(name)).second) return;
+        if (!offered.insert(Folded(name)).second) return;
         items.Add(name, ItemKind::Variable, /*isThere*/ false);
         items.Describe(what, {});
     };

@@ -60,12 +60,12 @@ void Startup::RetrieveEach() {
 
 // An error that ends with the text of an earlier one is the same error, met by another option.
 void Startup::AddHintsOnce() {
-    std::vector<CString> told;
+    std::vector<CString> reported;
     std::erase_if(errors, [&](const XException& error) {
         const CString text = error.GetMessage();
         const auto isKnown = [&](const CString& known) { return text.View().ends_with(known.View()); };
-        if (std::ranges::any_of(told, isKnown)) return true;
-        told.push_back(text);
+        if (std::ranges::any_of(reported, isKnown)) return true;
+        reported.push_back(text);
         return false;
     });
     for (XException& error : errors) AddHints(error);
@@ -73,7 +73,7 @@ void Startup::AddHintsOnce() {
 
 std::vector<CString> Startup::ErrorTexts() const {
     std::vector<CString> texts;
-    std::set<CString> told;
+    std::set<CString> hints;
     for (const XException& error : errors) {
         CString text;
         const auto add = [&](const Json& line) {
@@ -84,7 +84,7 @@ std::vector<CString> Startup::ErrorTexts() const {
         add(json["message"]);
         for (const Json& remark : json["remarks"]) {
             const CString hint = FromUtf8(remark.get<std::string>());
-            if (hint.Left(5) != L"<----" || told.insert(hint).second) add(remark);
+            if (hint.Left(5) != L"<----" || hints.insert(hint).second) add(remark);
         }
         text.Replace(L"\n", L"\n    ");
         texts.push_back(text);

@@ -45,9 +45,9 @@ TEST_F(Diff, AcceptsTheAnswerOfAnotherMachineAndNothingElse) {
     const std::string document = Ask({"show", "--all", "--format", "json"}, arguments).output;
     Write("d.json", document);
     ExpectOutput(Ask({"diff", "d.json"}, arguments), 0, "0 differences\n");
-    const std::string told = Ask({"diff", "d.json"}, {"--spool", "a\xFF", "-log", "b"}).output;
-    ExpectIn(told, "logfile  a.log (" + Path("meta/veltrane.ini") + ":6)");
-    ExpectIn(told, " b (command line)\n1 difference\n");
+    const std::string output = Ask({"diff", "d.json"}, {"--spool", "a\xFF", "-log", "b"}).output;
+    ExpectIn(output, "logfile  a.log (" + Path("meta/veltrane.ini") + ":6)");
+    ExpectIn(output, " b (command line)\n1 difference\n");
     const std::string wrong = "<d.json> is not an answer of 'show --all --format json': ";
     const std::string begin = R"({"schema":1,"startup":"ok","rules":[],"options":)";
     const std::pair<std::string, std::string> refusals[] = {

@@ -235,16 +235,16 @@ TEST_F(Lint, MovesKeysToTheirSectionsWhenForced) {
 
 TEST_F(Lint, ExplainsTheCodesThatTheManualLists) {
     std::ifstream manual{VELTRANE_SOURCE_FOLDER "/docs/veltrane-config.md"};
-    std::string told, listed;
+    std::string printed, listed;
     std::istringstream explained{Ask({"lint", "--explain", "all"}).output};
     for (std::string line; std::getline(explained, line);) {
         EXPECT_LE(line.size(), 80U);
-        if (line[0] == 'C') told += line + '\n';
+        if (line[0] == 'C') printed += line + '\n';
     }
     for (std::string line; std::getline(manual, line);) {
         std::smatch cells;
         const std::regex row{R"(\| (C\d\d) \| (\w+) \| (.*) \|)"};
         if (std::regex_match(line, cells, row)) listed += cells.format("$1 $2: $3\n");
     }
-    EXPECT_EQ(told, listed);
+    EXPECT_EQ(printed, listed);
 }

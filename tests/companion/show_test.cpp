@@ -150,16 +150,16 @@ TEST_F(Show, NamesTheValueThatFollowsWhenTheWinnerIsGone) {
         WriteBasic(has(2) ? "[ROOT]\nlogfile=b\n" : "");
         const Words typed = has(16) ? Words{"-i", "team.ini", "-log", "c"} : Words{"-i", "team.ini"};
         const std::string output = Ask({"show", "logfile"}, typed, has(1) ? Words{"logfile=e"} : Words{}).output;
-        std::string found, told;
+        std::string found, shown;
         for (const auto& [bit, letter] : {std::pair{16, "c"}, {8, "r"}, {4, "u"}, {2, "b"}, {1, "e"}})
             if (has(bit)) found += letter;
         for (std::size_t at = output.find('\n'); at + 1 < output.size(); at = output.find('\n', at + 1)) {
             const std::string line = output.substr(at + 1, output.find('\n', at + 1) - at - 1);
             const bool isFound = line.find("  -") == std::string::npos;
-            EXPECT_EQ(line.starts_with("  > "), isFound && told.empty()) << output;
-            if (isFound) told += line.back();
+            EXPECT_EQ(line.starts_with("  > "), isFound && shown.empty()) << output;
+            if (isFound) shown += line.back();
         }
-        EXPECT_EQ(told, found) << output;
+        EXPECT_EQ(shown, found) << output;
         EXPECT_TRUE(output.starts_with(found.empty() ? "logfile: no value" : "logfile = " + found.substr(0, 1) + "\n"));
     }
 }

@@ -10,27 +10,27 @@ protected:
     Origins() { m_bKeepsOrigins = true; }
 
     /// "user file:3 text", with the word in brackets for the command line.
-    static CString Told(const OptionOrigin& origin) {
+    static CString TextOf(const OptionOrigin& origin) {
         CString place = LayerName(origin.layer);
         if (origin.line > 0) place += FormatText(L":%d", origin.line);
         if (origin.word >= 0) place += FormatText(L"(%d)", origin.word);
         return place + L" " + origin.text;
     }
     CString Candidates(const wchar_t* name, int index = -1) {
-        CString told;
-        for (const auto& each : m_Store->GetOptionCandidates(name, index).candidates) told += L" | " + Told(each);
-        return told.Mid(3);
+        CString text;
+        for (const auto& each : m_Store->GetOptionCandidates(name, index).candidates) text += L" | " + TextOf(each);
+        return text.Mid(3);
     }
     /// The text after each step, a reference with its depth and the number of places before it.
     CString Explained(const wchar_t* name, int index = -1) {
-        CString told;
+        CString text;
         const OptionExplanation explanation = m_Store->ExplainOption(name, index);
         for (const OptionStep& step : explanation.steps) {
             const auto found = static_cast<int>(std::ranges::count(step.places, true, &OptionPlace::found));
-            if (!step.reference.IsEmpty()) told += FormatText(L"%d%%%s%%(%d)", step.depth, step.reference, found);
-            told += L"=" + step.text + L" ";
+            if (!step.reference.IsEmpty()) text += FormatText(L"%d%%%s%%(%d)", step.depth, step.reference, found);
+            text += L"=" + step.text + L" ";
         }
-        return told + explanation.error;
+        return text + explanation.error;
     }
 };
 
@@ -113,8 +113,8 @@ TEST_F(Origins, AnOriginIsThatOfTheQuestionAsItWasAsked) {
         User(user);
         Start({L"--ini", UserFile()});
     };
-    const auto expect = [&](const wchar_t* name, int index, const wchar_t* told) {
-        EXPECT_EQ(Told(m_Store->GetOptionOrigin(m_Store->GetOptionItem(name, index))), told);
+    const auto expect = [&](const wchar_t* name, int index, const wchar_t* text) {
+        EXPECT_EQ(TextOf(m_Store->GetOptionOrigin(m_Store->GetOptionItem(name, index))), text);
     };
     start("[ROOT]\nname=db\nlogging=l");
     expect(L"logging", -1, L"basic file:7 l");
@@ -183,15 +183,15 @@ TEST_F(Origins, NamingRulesHavePlacesTheHiddenOnesToo) {
     Registry("db\\TABLENAME RULES\\2", "\"B\"=\"registry\"");
     Start({L"db", L"--ini", UserFile()});
     const auto expect = [&](enumOption option, const wchar_t* expected) {
-        CString told;
+        CString text;
         for (const OptionRule& rule : m_Store->GetNamingRules(option)) {
             const OptionOrigin& origin = rule.origin;
-            told += FormatText(L"%d %s=%s (%s:%d %s=%s)%s ", rule.version, rule.oldText, rule.newText,
+            text += FormatText(L"%d %s=%s (%s:%d %s=%s)%s ", rule.version, rule.oldText, rule.newText,
                                LayerName(origin.layer), origin.line, origin.key, origin.text,
                                rule.isInForce ? L"" : L" hidden");
             EXPECT_EQ(origin.section.Right(1), CString{FormatText(L"%d", rule.version)});
         }
-        EXPECT_EQ(told, expected);
+        EXPECT_EQ(text, expected);
     };
     expect(eOptionTableNameRules,
            L"1 A=user (user file:2 A=user) 1 NEW= (user file:3 NEW=) 2 B=registry (registry:3 B=registry) "
@@ -236,13 +236,13 @@ TEST_F(Origins, AStartUpThatOnlyLooksCreatesShowsAndEndsNothing) {
 TEST_F(Origins, LocationsAreTheFilesAndFoldersOfStartUp) {
     m_Folder.Write("data/Configuration/My.ini", "");
     Open({L"db", L"--data", DataFolder(), L"--ini", L"my.INI"});
-    CString told;
+    CString text;
     const int folder = m_Folder.Wide().GetLength() + 1;
     for (const OptionLocation& place : m_Store->GetLocations()) {
-        told += FormatText(L"%s %s%s%s%s\n", place.option, place.exists ? L"" : L"- ", place.spelled.Mid(folder),
+        text += FormatText(L"%s %s%s%s%s\n", place.option, place.exists ? L"" : L"- ", place.spelled.Mid(folder),
                            place.key, place.isInForce ? L"" : L"not used");
     }
-    EXPECT_EQ(told,
+    EXPECT_EQ(text,
               L" - registry.regSOFTWARE\\VORNAK\\Tool\nmetadata .metadata\n .metadata/tool.ini\nini - not used\nini "
               L"data/Configuration/My.ini\n"
               L"data data\nconfig data/Configuration\nchangefile-root data/changefile\nlogging data/log\n");

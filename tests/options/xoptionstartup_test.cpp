@@ -162,11 +162,11 @@ TEST_F(OptionStartUp, ErrorsNameTheFaultAndItsSubject) {
     User("[USER]\nload-dictionary--3=b\n");
     expect({L"db", L"--ini", UserFile()}, {.option = L"load-dictionary", .index = -3},
            reading + L"<load-dictionary>!\r\nreason: \tMultiple options <load-dictionary> for index <-3>!");
-    CString told;
+    CString described;
     const XException twice = ErrorOf([&] { m_Store->RetrieveOption(L"load-dictionary"); });
     for (const auto& place : twice.GetSubject()->places)
-        told += FormatText(L"%s:%d ", LayerName(place.layer), place.line);
-    EXPECT_EQ(told, L"basic file:2 user file:2 ");
+        described += FormatText(L"%s:%d ", LayerName(place.layer), place.line);
+    EXPECT_EQ(described, L"basic file:2 user file:2 ");
     m_Store->KeepOrigins(false);
     const XException plain = ErrorOf([&] { m_Store->RetrieveOption(L"load-dictionary"); });
     EXPECT_EQ(plain.GetLocation(), twice.GetLocation()) << "whether origins are kept or not";

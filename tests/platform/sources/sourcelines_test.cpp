@@ -22,10 +22,10 @@ static SourceFileLines Expect(SourceFileLines (*read)(const CString&), const std
     const SourceFileLines view = read(folder.Write("a.txt", bytes));
     EXPECT_EQ(view.lines.size(), expected.size());
     for (int number = 0; const SourceLine& line : view.lines) {
-        const ExpectedLine& told = expected.at(static_cast<std::size_t>(number++));
+        const ExpectedLine& wanted = expected.at(static_cast<std::size_t>(number++));
         EXPECT_EQ(line.number, number);
         const CString place = line.section + L"|" + line.key + L"|" + line.value;
-        EXPECT_EQ(told, std::tuple(std::get<0>(told), line.kind, line.reason, line.answers, place));
+        EXPECT_EQ(wanted, std::tuple(std::get<0>(wanted), line.kind, line.reason, line.answers, place));
     }
     return view;
 }

@@ -1,5 +1,5 @@
-# Debian packages, one for each component, and one with the debug symbols where the build has them: preset "package" or
-# cpack -G DEB in the build folder.
+# Debian packages, one for each component, and one with the debug symbols where the build has them: cpack in the build
+# folder of the preset "release".
 set(VELTRANE_MAINTAINER "Veltrane maintainers <maintainers@veltrane.invalid>" CACHE STRING "Maintainer of the packages")
 set(VELTRANE_COPYRIGHT "2026 the authors of Veltrane" CACHE STRING "Year and holder of the copyright")
 set(VELTRANE_LICENSE "No license has been named." CACHE STRING "Text of the license")
@@ -53,7 +53,8 @@ set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS "${VELTRANE_DEB_RUNTIME} (>= ${PROJECT_VER
 set(CPACK_COMPONENT_TOOL_DESCRIPTION "This package holds the sample tool and a sample configuration.")
 
 # Debug symbols go to packages of their own where the compiler was asked for any.
-if(CMAKE_BUILD_TYPE STREQUAL RelWithDebInfo)
+string(TOUPPER "${CMAKE_BUILD_TYPE}" type)
+if(CMAKE_CXX_FLAGS_${type} MATCHES "-g")
     set(CPACK_DEBIAN_RUNTIME_DEBUGINFO_PACKAGE ON)
     set(CPACK_DEBIAN_TOOL_DEBUGINFO_PACKAGE ON)
     set(CPACK_POST_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/debian/debugsymbols.cmake)

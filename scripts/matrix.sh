@@ -30,7 +30,7 @@ clang-library clang++ -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0 -DBUI
 gcc-static g++ -DBUILD_SHARED_LIBS=OFF -DCMAKE_BUILD_TYPE=MinSizeRel
 clang-static clang++ -DBUILD_SHARED_LIBS=OFF -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_EXTENSIONS=OFF
 gcc-static-all g++ -DBUILD_SHARED_LIBS=OFF -DCMAKE_BUILD_TYPE=Release -DCMAKE_EXE_LINKER_FLAGS=-static
-clang-sanitize clang++ -DCMAKE_BUILD_TYPE=Debug -DVELTRANE_SANITIZE=ON
+gcc-sanitize g++ -DCMAKE_BUILD_TYPE=Debug -DVELTRANE_SANITIZE=ON
 clang19 clang++-19 -DCMAKE_BUILD_TYPE=Release
 clang19-libc++ clang++-19 -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS=-stdlib=libc++
 ROWS

@@ -1,12 +1,11 @@
 #!/usr/bin/env bash
 # The Debian packages pass lintian and have the right dependencies, and the host's first run works in a root with only
 # them and the system's libraries.
-# Usage: debian.sh SOURCE_FOLDER
+# Usage: debian.sh BUILD_FOLDER
 . "$(dirname "$0")/common.sh"
 
 cd "$1"
-{ cmake --preset package -DCMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1 -g1" -DCMAKE_UNITY_BUILD=ON && cmake --build --preset package &&
-    cd build/package && cpack -B "$temporary/packages"; } >"$temporary/log" 2>&1 || fail "$(tail -n 30 "$temporary/log")"
+cpack -B "$temporary/packages" >"$temporary/log" 2>&1 || fail "$(tail -n 30 "$temporary/log")"
 deb() { echo "$temporary/packages/$1"_*.deb; }
 field() { dpkg-deb -f "$(deb "$1")" "$2"; }
 depends() { field "$1" Depends | tr ',' '\n' | sed 's/^ *//' >"$temporary/depends"; }

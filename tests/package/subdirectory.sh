@@ -5,7 +5,7 @@
 . "$(dirname "$0")/common.sh"
 
 build=$temporary/build
-cmake -S "$tests/consumer" -B "$build" -G Ninja -DCONSUMER_SUBDIRECTORY="$1" -DCMAKE_CXX_FLAGS=-O0 >/dev/null
+cmake -S "$tests/consumer" -B "$build" -G Ninja -DCONSUMER_SUBDIRECTORY="$1" -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_CXX_FLAGS=-O0 >/dev/null
 cmake --build "$build" --target consumer owntool owntool_documents -- -j2 >"$temporary/log" || fail "$(tail -n 30 "$temporary/log")"
 run_consumer "$build/consumer"
 run_tool "$build/owntool/owntool"

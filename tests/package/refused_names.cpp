@@ -14,7 +14,8 @@ constexpr OwnTable IN_USE{TAKEN};
 constexpr OwnTable NOWHERE{.sections = BELOW};
 constexpr XOptionDefinition LOAD[] = {OptionRow(OwnOption(1, eString | eSingle), eSectionUser, L"", L"load", -1)};
 constexpr OwnTable BEGINS{LOAD};
-constexpr XOptionDefinition LONG[] = {{OwnOption(1, eString), eSectionRoot, {'l', 'o', 'n', 'g'}, L"filled", {}, -1, {}}};
+constexpr XOptionDefinition LONG[] = {
+    {OwnOption(1, eString), eSectionRoot, {'l', 'o', 'n', 'g'}, L"filled", {}, -1, {}}};
 constexpr OwnTable FILLED{LONG};
 
 // clang-format off

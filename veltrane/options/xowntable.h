@@ -44,8 +44,8 @@ consteval bool Fits() {
     constexpr Refusal REFUSAL = Find();
     // NOLINTBEGIN(bugprone-sizeof-expression)
     if constexpr (!REFUSAL.other.empty()) {
-        static_assert(
-            sizeof(RowRefused<REFUSAL.fault, NameIn<Find, &Refusal::name>, NameIn<Find, &Refusal::other>>) > 0);
+        static_assert(sizeof(RowRefused<REFUSAL.fault, NameIn<Find, &Refusal::name>, NameIn<Find, &Refusal::other>>) >
+                      0);
     } else if constexpr (bool{REFUSAL}) {
         static_assert(sizeof(RowRefused<REFUSAL.fault, NameIn<Find, &Refusal::name>>) > 0);
     }

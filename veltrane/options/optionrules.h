@@ -59,7 +59,7 @@ enum class Fault {
 inline constexpr int FAULT_COUNT = static_cast<int>(Fault::SectionIsBelowOneWithAnIndex) + 1;
 
 /// Why a table is refused; converts to false when it is not.
-struct Refusal {
+struct [[nodiscard]] Refusal {
     Fault fault = Fault::None;
     std::wstring_view name = {};
     std::wstring_view other = {};  ///< the second row or the short name, for the rules that name one
@@ -435,7 +435,7 @@ constexpr Refusal CheckOwnTables(Tables tables) {
 template <Fault Found>
 void RowIsRefused();
 
-/// For a row whose name the compiler does not know; it shows the line of the row.
+/// Where no name can be shown: the compiler shows the fault and the line.
 consteval void Refuse(const Refusal& refusal) {
     if (!refusal) return;
     [&]<int... Faults>(std::integer_sequence<int, Faults...>) {

@@ -167,6 +167,6 @@ static_assert(eOptionCreateViews == 0x1148 && eOptionName == 0x101C1 && eOptionW
 static_assert(eOptionTableNameRules == 0x10000001 && eOptionColumnNameRules == 0x20000001);  // hosts compare these
 
 inline constexpr TableRows LIBRARY_ROWS{g_OptionDefinitions, g_ConfigSections};
-static_assert((CheckTables({&LIBRARY_ROWS, 1}), true));
+static_assert((Refuse(CheckTables({&LIBRARY_ROWS, 1})), true));
 
 }  // namespace veltrane::detail

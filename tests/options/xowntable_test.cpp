@@ -110,7 +110,7 @@ TEST(OwnOptions, ShowTheirHelpAfterThatOfTheLibraryLineByLine) {
 TEST(OwnOptions, RefuseWhatIsInUse) {
     const OwnOptions registered{{OPTIONS, SECTIONS}};
     const auto expect = [](enumOption id, std::wstring_view shortName, std::wstring_view longName,
-                           const wchar_t* message, std::span<const XConfigSection> sections = {},
+                           const CString& message, std::span<const XConfigSection> sections = {},
                            enumCfgSection section = eSectionRoot) {
         XOptionDefinition row{id, section, {}, {}, {}, -1, {}};
         std::ranges::copy(shortName, row.szShortName);
@@ -125,7 +125,10 @@ TEST(OwnOptions, RefuseWhatIsInUse) {
     expect(eOptionScale, L"", L"other", L"The option <other> cannot be registered: its id is in use!");
     expect(enumOption{0x41}, L"", L"other", L"The option <other> cannot be registered: its id has no number!");
     expect(id, L"", L"o=r", L"The option <o=r> cannot be registered: a name is made of letters, digits and hyphens!");
+    expect(id, L"", L"--other", L"The option <--other> cannot be registered: its names begin without a hyphen!");
     expect(id, L"wxyz", L"other", L"The option <other> cannot be registered: a text fills its column without an end!");
+    expect(id, L"", CString{L'x', 50}.View(),
+           L"The option <" + CString{L'x', 50} + L"> cannot be registered: a text fills its column without an end!");
     constexpr enumOption several = OwnOption(10, eString);
     expect(several, L"", L"exit-x",
            L"The option <exit-x> cannot be registered: the key of <exit> would be one of its values!", {},

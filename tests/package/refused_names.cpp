@@ -1,4 +1,4 @@
-// Names of options that do not compile: each marked line is refused, and the compiler shows what its mark says.
+// Names and tables that do not compile: each marked line is refused, and the compiler shows what its mark says.
 #include "veltrane/options/typed.h"
 
 using namespace veltrane;
@@ -17,11 +17,14 @@ constexpr OwnTable BEGINS{LOAD};
 constexpr XOptionDefinition LONG[] = {
     {OwnOption(1, eString), eSectionRoot, {'l', 'o', 'n', 'g'}, L"filled", {}, -1, {}}};
 constexpr OwnTable FILLED{LONG};
+constexpr XOptionDefinition WIDE[] = {ROWS[0], OptionRow(OwnOption(2, eString), eSectionRoot, L"wide", L"a", -1)};  // refused: Fault::TextDoesNotFitItsColumn
+constexpr OwnTable OF_WIDE{WIDE};
 
 // clang-format off
 static_assert(FitsLibrary<IN_USE>());   // refused: Fault::NameIsInUse, veltrane::detail::Spelled<'l', 'o', 'g', 'g', 'i', 'n', 'g'>
 static_assert(FitsLibrary<NOWHERE>());  // refused: Fault::SectionAboveDoesNotExist, veltrane::detail::Spelled<'S', 'U', 'B'>
 static_assert(FitsLibrary<BEGINS>());   // refused: Fault::ItsKeyWouldBeAValueOf, veltrane::detail::Spelled<'l', 'o', 'a', 'd'>, veltrane::detail::Spelled<'l', 'o', 'a', 'd', '-',
+static_assert(FitsLibrary<OF_WIDE>());  // refused
 static_assert(FitsLibrary<FILLED>());   // refused: Fault::TextDoesNotFitItsColumn, veltrane::detail::Spelled<'f', 'i', 'l', 'l', 'e', 'd'>
 void Ask(XOption& store) {
     const TypedOptions<OWN> options{store};
@@ -33,7 +36,7 @@ void Ask(XOption& store) {
     options.Get<"nonsense">();          // refused: NoOptionIsCalled<veltrane::detail::Spelled<'n', 'o', 'n', 's',
     Get<"unit">(store);                 // refused: NoOptionIsCalled<veltrane::detail::Spelled<'u', 'n', 'i', 't'>
     options.Has<"log">();               // refused: NoOptionIsCalled<veltrane::detail::Spelled<'l', 'o', 'g'>
-    options.Get<"--">();                // refused: NotAName<veltrane::detail::Spelled<'-', '-'>
+    options.Get<"--unit">();            // refused: DidYouMean<'u', 'n', 'i', 't'>
     options.Get<"">();                  // refused: NotAName<veltrane::detail::Spelled<>
     options.Get<"\xC3\xBCnit">();       // refused: , 'n', 'i', 't'>
     Get<"map-file">(store);             // refused: HasSeveralValues<veltrane::detail::Spelled<'m', 'a', 'p', '-', 'f',

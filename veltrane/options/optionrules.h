@@ -29,6 +29,7 @@ enum class Fault {
     None,
     // An option
     NameIsEmpty,
+    NameBeginsWithAHyphen,
     NameHasOtherThanLettersDigitsAndHyphens,
     HasSeveralTypes,
     HasNoType,
@@ -77,6 +78,12 @@ constexpr bool HasEnd(const wchar_t (&column)[Width]) {
     return column[Width - 1] == 0 || std::ranges::any_of(column, [](wchar_t element) { return element == 0; });
 }
 
+/// All of a column that has no NUL.
+template <std::size_t Width>
+constexpr std::wstring_view Whole(const wchar_t (&column)[Width]) {
+    return {column, Width};
+}
+
 // --- An option alone ---
 
 constexpr bool IsDigit(wchar_t element) {
@@ -88,11 +95,12 @@ constexpr bool IsTypeable(std::wstring_view name) {
         return (element >= L'a' && element <= L'z') || (element >= L'A' && element <= L'Z') || IsDigit(element) ||
                element == L'-' || element == L'_';
     };
-    return !name.starts_with(L'-') && std::ranges::all_of(name, isPart);
+    return std::ranges::all_of(name, isPart);
 }
 
 constexpr Refusal CheckNames(const XOptionDefinition& row) {
     if (row.szLongName[0] == 0) return {Fault::NameIsEmpty, L""};
+    if (row.szLongName[0] == L'-' || row.szShortName[0] == L'-') return {Fault::NameBeginsWithAHyphen, row.szLongName};
     if (!IsTypeable(row.szLongName) || !IsTypeable(row.szShortName)) {
         return {Fault::NameHasOtherThanLettersDigitsAndHyphens, row.szLongName};
     }
@@ -123,7 +131,7 @@ constexpr Refusal CheckTabulators(const XOptionDefinition& row) {
 }
 
 constexpr Refusal CheckEnds(const XOptionDefinition& row) {
-    if (!HasEnd(row.szLongName)) return {Fault::TextDoesNotFitItsColumn, L""};
+    if (!HasEnd(row.szLongName)) return {Fault::TextDoesNotFitItsColumn, Whole(row.szLongName)};
     if (!HasEnd(row.szShortName) || !HasEnd(row.szSyntax) || !HasEnd(row.szDescription)) {
         return {Fault::TextDoesNotFitItsColumn, row.szLongName};
     }
@@ -160,7 +168,7 @@ constexpr Refusal CheckPercent(const XConfigSection& row) {
 }
 
 constexpr Refusal CheckRow(const XConfigSection& row) {
-    if (!HasEnd(row.szName)) return {Fault::SectionNameDoesNotFitItsColumn, L""};
+    if (!HasEnd(row.szName)) return {Fault::SectionNameDoesNotFitItsColumn, Whole(row.szName)};
     if (row.szName[0] == 0 && row.eSection != eSectionUnnamed) return {Fault::SectionNameIsEmpty, L""};
     if (row.eSection == eSectionNone) return {Fault::SectionValueStandsForNone, row.szName};
     if (row.eSection == row.eParent) return {Fault::SectionIsBelowItself, row.szName};

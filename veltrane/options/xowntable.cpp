@@ -22,6 +22,7 @@ struct FaultText {
 
 constexpr FaultText FAULT_TEXTS[] = {
     {Fault::NameIsEmpty, L"The option <%s> cannot be registered: its name is empty!"},
+    {Fault::NameBeginsWithAHyphen, L"The option <%s> cannot be registered: its names begin without a hyphen!"},
     {Fault::NameHasOtherThanLettersDigitsAndHyphens,
      L"The option <%s> cannot be registered: a name is made of letters, digits and hyphens!"},
     {Fault::HasSeveralTypes, L"The option <%s> cannot be registered: it has several types!"},
@@ -61,7 +62,13 @@ constexpr bool FitsNames(const FaultText& text) {
     return XFormat<std::wstring_view>::Fits(text.format) ||
            XFormat<std::wstring_view, std::wstring_view>::Fits(text.format);
 }
-static_assert(std::ranges::all_of(FAULT_TEXTS, FitsNames) && std::size(FAULT_TEXTS) == FAULT_COUNT - 1);
+constexpr bool EachFaultHasAText() {
+    for (int fault = 1; fault < FAULT_COUNT; ++fault) {
+        if (std::ranges::count(FAULT_TEXTS, Fault{fault}, &FaultText::fault) != 1) return false;
+    }
+    return true;
+}
+static_assert(std::ranges::all_of(FAULT_TEXTS, FitsNames) && EachFaultHasAText());
 
 std::wstring TextOf(const Refusal& refusal) {
     const FaultText& text = *std::ranges::find(FAULT_TEXTS, refusal.fault, &FaultText::fault);
@@ -85,8 +92,9 @@ void Check(const OwnTable& table) {
     // Rows that are there may need what a choice leaves out.
     const std::size_t first = library == known ? tables.size() : 2;
     for (std::size_t count = first; count <= tables.size(); ++count) {
-        if (const Refusal refusal = CheckOwnTables(Tables{tables}.first(count)))
+        if (const Refusal refusal = CheckOwnTables(Tables{tables}.first(count))) {
             throw MakeError(site, L"%s", TextOf(refusal));
+        }
     }
 }
 

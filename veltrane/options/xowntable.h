@@ -1,7 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <span>
+#include <type_traits>
 #include <utility>
 
 #include "veltrane/options/libraryrows.h"
@@ -38,20 +40,25 @@ Spelled<static_cast<char>((Find().*Name)[At])...> SpellNameIn(std::index_sequenc
 template <FindRefusal Find, auto Name>
 using NameIn = decltype(SpellNameIn<Find, Name>(std::make_index_sequence<(Find().*Name).size()>{}));
 
-/// Does not compile when there is a refusal.
+/// The class that the compiler names when it refuses a row; a complete one when nothing is wrong.
 template <FindRefusal Find>
-consteval bool Fits() {
+consteval auto ShownFor() {
     constexpr Refusal REFUSAL = Find();
-    // NOLINTBEGIN(bugprone-sizeof-expression)
     if constexpr (!REFUSAL.other.empty()) {
-        static_assert(sizeof(RowRefused<REFUSAL.fault, NameIn<Find, &Refusal::name>, NameIn<Find, &Refusal::other>>) >
-                      0);
+        return std::type_identity<
+            RowRefused<REFUSAL.fault, NameIn<Find, &Refusal::name>, NameIn<Find, &Refusal::other>>>{};
     } else if constexpr (bool{REFUSAL}) {
-        static_assert(sizeof(RowRefused<REFUSAL.fault, NameIn<Find, &Refusal::name>>) > 0);
+        return std::type_identity<RowRefused<REFUSAL.fault, NameIn<Find, &Refusal::name>>>{};
+    } else {
+        return std::type_identity<Refusal>{};
     }
-    // NOLINTEND(bugprone-sizeof-expression)
-    return true;
 }
+
+/// Does not compile when there is a refusal. A class is refused once; a function also where it is called.
+template <FindRefusal Find, class Shown = typename decltype(ShownFor<Find>())::type>
+struct Fits : std::true_type {
+    static_assert(sizeof(Shown) > 0);
+};
 
 // A function for each row: clang limits the steps that one constant may take.
 template <const OwnTable& Table>
@@ -67,16 +74,18 @@ constexpr Refusal RefusalOfSection() {
     return CheckAmong(ToolTables{Table}.rows, Table.sections[Row]);
 }
 
-template <const OwnTable& Table>
-consteval bool FitAmong() {
-    return []<std::size_t... Row>(std::index_sequence<Row...>) {
-        return (Fits<&RefusalOfSection<Table, Row>>() && ...);
-    }
-    (std::make_index_sequence<Table.sections.size()>{})&&[]<std::size_t... Row>(std::index_sequence<Row...>) {
-        return (Fits<&RefusalOfOption<Table, Row>>() && ...);
-    }
-    (std::make_index_sequence<Table.options.size()>{});
+template <const OwnTable& Table, std::size_t... Section, std::size_t... Option>
+consteval bool FitAmong(std::index_sequence<Section...>, std::index_sequence<Option...>) {
+    return std::min({true,  // clang limits the length of a fold
+                     Fits<&RefusalOfSection<Table, Section>>::value...,
+                     Fits<&RefusalOfOption<Table, Option>>::value...});
 }
+
+/// Not when a row of it was refused where it stands.
+template <const OwnTable& Table>
+concept IsConstant = requires {
+    typename std::bool_constant<bool{RefusalAlone<Table>()}>;
+};
 
 }  // namespace detail
 
@@ -88,10 +97,13 @@ consteval bool FitAmong() {
 /// @endcode
 template <const OwnTable& Table>
 consteval bool FitsLibrary() {
-    if constexpr (bool{detail::RefusalAlone<Table>()}) {
-        return detail::Fits<&detail::RefusalAlone<Table>>();
+    if constexpr (!detail::IsConstant<Table>) {
+        return false;
+    } else if constexpr (bool{detail::RefusalAlone<Table>()}) {
+        return detail::Fits<&detail::RefusalAlone<Table>>::value;
     } else {
-        return detail::FitAmong<Table>();
+        return detail::FitAmong<Table>(std::make_index_sequence<Table.sections.size()>{},
+                                       std::make_index_sequence<Table.options.size()>{});
     }
 }
 /// The same for a table without a name; the compiler shows the rule alone.

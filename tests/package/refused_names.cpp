@@ -1,5 +1,5 @@
-// Names and tables that do not compile: each marked line is refused, and the compiler shows what its mark says.
-#include "veltrane/options/typed.h"
+// Names, tables and bodies that do not compile: each marked line is refused, and the compiler shows what its mark says.
+#include "veltrane/tool/tool.h"
 
 using namespace veltrane;
 
@@ -50,6 +50,7 @@ void Ask(XOption& store) {
     Get<"spoil", LEAN>(store);          // refused: DidYouMean<'s', 'p', 'o', 'o', 'l'>
     BASE_ROWS.With<"unit">();           // refused: NotOfTheLibrary<veltrane::detail::Spelled<'u', 'n', 'i', 't'>
     BASE_ROWS.With<"spol">();           // refused: DidYouMean<'s', 'p', 'o', 'o', 'l'>
+    RunTool({}, [](auto&) {});          // refused: the body takes the tool
     BASE_ROWS.Without<"data">();        // refused: StartUpNeeds<veltrane::detail::Spelled<'d', 'a', 't', 'a'>
 }
 // clang-format on

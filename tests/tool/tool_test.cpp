@@ -97,10 +97,12 @@ TEST_F(ToolFrame, ActionsEndWithTheTimeTheyTook) {
         tool.Act("load a" + std::string{"\xC3\xA4"}, [] {});
         return tool.Act(L"outer", [&] {
             tool.Log(std::string{"entry"});
+            veltrane::PrintLine(7, '.', std::string{"b"}, L"\u00E4");
             return 7;
         });
     });
     EXPECT_EQ(result.exitCode, 7);
+    EXPECT_EQ(result.output, "7.b\xC3\xA4\n");
     const std::string text = std::regex_replace(Log(), std::regex{"[0-9:]{8}: |[0-9.]+ seconds"}, "@");
     ExpectIn(text, "\r\n@load a\xC3\xA4,  @\r\n@outer\r\n@entry\r\n@outer,  @\r\n***");
 }

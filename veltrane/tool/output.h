@@ -19,7 +19,9 @@ inline XException OutputError(const wchar_t* method) {
 
 template <class Part>
 void AppendUtf8(std::string& line, const Part& part) {
-    if constexpr (std::is_arithmetic_v<Part>) {
+    if constexpr (std::is_same_v<Part, char>) {
+        line += part;
+    } else if constexpr (std::is_arithmetic_v<Part>) {
         line += std::to_string(part);
     } else if constexpr (std::is_convertible_v<const Part&, std::string_view>) {
         line += std::string_view{part};
@@ -30,7 +32,8 @@ void AppendUtf8(std::string& line, const Part& part) {
 
 }  // namespace detail
 
-/// Writes a line to standard output: numbers and texts, CString or UTF-8. @throws XException  it cannot be written
+/// Writes a line to standard output: numbers, letters and texts, CString or UTF-8. @throws XException  it cannot be
+/// written
 /// @code
 /// PrintLine("unit ", number, ": ", options.Get<"unit">());
 /// @endcode

@@ -137,6 +137,16 @@ struct TableOf<std::function<Result(Tool<Table>&)>> {
     static constexpr const OwnTable& TABLE = Table;
 };
 
+/// Its std::function tells the parameter of a body; a generic one has none.
+template <class Body>
+consteval auto FunctionOf() {
+    if constexpr (requires(Body & body) { std::function{body}; }) {
+        return std::type_identity<decltype(std::function{std::declval<Body&>()})>{};
+    } else {
+        return std::type_identity<Body>{};
+    }
+}
+
 }  // namespace detail
 
 /// Runs a tool from its start to its end, for main to return: registers the rows of its table, starts the option store
@@ -168,7 +178,8 @@ int RunTool(const ToolFacts& facts, Body&& body) {
 /// The same, with the table of the tool that is the body's parameter.
 template <class Body>
 int RunTool(const ToolFacts& facts, Body&& body) {
-    return RunTool<detail::TableOf<decltype(std::function{body})>::TABLE>(facts, std::forward<Body>(body));
+    using Function = typename decltype(detail::FunctionOf<Body>())::type;
+    return RunTool<detail::TableOf<Function>::TABLE>(facts, std::forward<Body>(body));
 }
 
 }  // namespace veltrane

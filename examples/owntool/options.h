@@ -6,9 +6,9 @@
 using veltrane::OptionRow, veltrane::OwnOption;
 
 constexpr enumCfgSection SCALE = veltrane::OwnSection(1);
-constexpr XConfigSection OWN_SECTIONS[] = {veltrane::SectionRow(SCALE, eSectionUnnamed, L"SCALE")};
+inline constexpr XConfigSection OWN_SECTIONS[] = {veltrane::SectionRow(SCALE, eSectionUnnamed, L"SCALE")};
 
-constexpr XOptionDefinition OWN_OPTIONS[] = {
+inline constexpr XOptionDefinition OWN_OPTIONS[] = {
     veltrane::TitleRow(L"scaling:"),
     //        number, kind of value                      section  short   long       tabs  syntax                              description
     OptionRow(OwnOption(1, eString | eSingle | eHelp),      SCALE, L"u",   L"unit",      3, L"-u, \t--unit <unit>",             L"\t\t\tMeasure in this unit."),
@@ -18,6 +18,7 @@ constexpr XOptionDefinition OWN_OPTIONS[] = {
     OptionRow(OwnOption(5, eIList),                         SCALE, L"",    L"steps",     2),
     OptionRow(OwnOption(6, eString | eSingle | eMandatory), SCALE, L"",    L"team",      3),
 };
-constexpr veltrane::OwnTable OWN_TABLE{.options = OWN_OPTIONS, .sections = OWN_SECTIONS, .library = veltrane::BASE_ROWS};
+inline constexpr veltrane::OwnTable OWN_TABLE{
+    .options = OWN_OPTIONS, .sections = OWN_SECTIONS, .library = veltrane::BASE_ROWS};
 static_assert(veltrane::FitsLibrary<OWN_TABLE>());
 // clang-format on

@@ -58,3 +58,9 @@ g++ -std=c++20 -I"$tests/consumer" "$tests/consumer"/*.cpp "${flags[@]}" -o "$te
 run_consumer "$temporary/pkgconfig"
 g++ -std=c++20 "$example/owntool.cpp" "${flags[@]}" -o "$temporary/owntool"
 run_tool "$temporary/owntool"
+act='#include "options.h"
+#include "veltrane/tool/tool.h"
+void Act(veltrane::Tool<OWN_TABLE>&)'
+echo "$act {}" >"$temporary/act.cpp"
+echo "$act; int main() { return veltrane::RunTool({}, Act); }" >"$temporary/main.cpp"
+g++ -std=c++20 -I"$example" "$temporary"/{act,main}.cpp "${flags[@]}" -o "$temporary/parts" || fail "two source files, two tables"

@@ -73,7 +73,7 @@ consteval int NamedPlace() {
 /// a row of the tool's own. Start-up then creates no folder for it and reads no naming rules. Titles of the help go
 /// with the last row below them; sections stay.
 /// @code
-/// constexpr veltrane::OwnTable TABLE{.options = OPTIONS, .library = veltrane::BASE_ROWS.With<"spool", "exit">()};
+/// inline constexpr veltrane::OwnTable TABLE{.options = OPTIONS, .library = BASE_ROWS.With<"spool", "exit">()};
 /// @endcode
 class LibraryRows {
 public:

@@ -46,7 +46,8 @@ struct ToolFacts {
     CString (*logFile)(XOption&) = &LogFileOf;  ///< null: no log
 };
 
-/// What a tool works with. A text is a CString, or UTF-8.
+/// What a tool works with. A text is a CString, or UTF-8. A table that is inline makes it the same type in every source
+/// file.
 /// @code
 /// using Tool = veltrane::Tool<OWN_TABLE>;
 /// @endcode

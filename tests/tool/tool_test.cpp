@@ -8,7 +8,9 @@ constexpr enumOption eOptionWeight = veltrane::OwnOption(1, eString | eSingle);
 constexpr XOptionDefinition OWN[] = {veltrane::OptionRow(eOptionWeight, eSectionRoot, L"", L"weight", 2)};
 constexpr veltrane::OwnTable OWN_TABLE{OWN};
 using OwnTool = veltrane::Tool<OWN_TABLE>;
-constexpr veltrane::OwnTable NO_LOG{.library = veltrane::BASE_ROWS.Without<"logfile">()};
+constexpr XOptionDefinition FLAG[] = {
+    veltrane::OptionRow(veltrane::OwnOption(1, eBoolean), eSectionRoot, L"", L"logfile", 2)};
+constexpr veltrane::OwnTable NO_LOG{.options = FLAG, .library = veltrane::BASE_ROWS.Without<"logfile">()};
 
 class ToolFrame : public ToolTest {
 protected:

@@ -8,6 +8,8 @@
 
 namespace veltrane {
 
+using namespace detail;
+
 namespace {
 
 constexpr XSource Here{L".\\tool"};
@@ -121,6 +123,13 @@ void OpenLog(XLogging& log, XOption& store, const ToolFacts& facts) {
     log.StartLogging(file, GetText<"exe-name">(store), GetText<"version-info">(store), GetText<"compile-time">(store));
 }
 
+// Empty for a tool that has left the row out, whose name one of its own may have.
+template <OptionName Name>
+CString TextOfLibrary(XOption& store) {
+    using Option = NamedOption<Name, LIBRARY_ALONE, Values::One>;
+    return Option::Row() ? Option::GetText(store, -1) : CString{};
+}
+
 bool HasOwn(const OwnTable& table) {
     return !table.options.empty() || !table.sections.empty() || table.helpHead || !table.library.HasAll();
 }
@@ -137,10 +146,8 @@ int WriteBox(const CString& text, unsigned style, unsigned /*helpId*/) {
 }
 
 CString LogFileOf(XOption& store) {
-    if (!FindOptionDefinition(L"logfile")) return {};
-    const CString& file = GetText<"logfile">(store);
-    const bool hasFolder = !file.IsEmpty() && FindOptionDefinition(L"logging");
-    return hasFolder ? PlaceBelow(GetText<"logging">(store), file) : file;
+    const CString file = TextOfLibrary<"logfile">(store);
+    return file.IsEmpty() ? file : PlaceBelow(TextOfLibrary<"logging">(store), file);
 }
 
 int detail::RunTool(const ToolFacts& facts, const OwnTable& table, const ToolBody& body, CString (*programFile)()) {

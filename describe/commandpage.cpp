@@ -29,8 +29,7 @@ value cannot begin with a hyphen.
 .PP
 A flag without a value is true, or auto where that is allowed. It takes the
 next word unless that begins with a hyphen, so the name of the database comes
-before it:
-.RB \(lq "@TOOL@ base \-q" \(rq.
+before it@BEFORE@
 A word that belongs to no option is the name of the database.
 .PP
 An option given twice keeps its last value; one that takes several values
@@ -84,11 +83,14 @@ names another; one that is not absolute is taken from the folder of the program.
 The registry, an export file.
 .TP
 @FOLDERS@
-Folders for user files, change files and logs. They are created when missing,
-unless an option names them.
+Folders for user files and output. They are created when missing, unless an
+option names them.
 @EXAMPLES@.SH SEE ALSO
 .BR @TOOL@.ini (5)
 )";
+
+constexpr char QUIET_EXAMPLE[] = R"(:
+.RB \(lq "@TOOL@ base \-q" \(rq.)";
 
 std::string OptionEntry(const OptionText& option) {
     std::string head = option.shortOption.empty() ? "" : Bold(option.shortOption) + ", ";
@@ -158,6 +160,7 @@ std::string Folders() {
 
 std::string CommandPage(const std::string& tool) {
     std::string page = Replaced(COMMAND_PAGE, "@OPTIONS@", OptionEntries(tool));
+    page = Replaced(page, "@BEFORE@", HasOption(eOptionQuiet) ? QUIET_EXAMPLE : ".");
     page = Replaced(page, "@FOLDERS@", Folders());
     page = Replaced(page, "@FACTS@", Facts());
     return Replaced(page, "@VARIABLES@", Variables());

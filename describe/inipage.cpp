@@ -29,8 +29,7 @@ Both have the same form:
 [ROOT]
 ; a comment
 name = base
-logfile = "%data%/%name%.log"
-.RE
+@EXAMPLE@.RE
 .fi
 .PP
 Names of sections and keys are found in any case. Blanks around names and
@@ -89,6 +88,8 @@ registry and, in [ROOT], the environment count.
 .SH SEE ALSO
 .BR @TOOL@ (1)
 )";
+
+constexpr char LOG_EXAMPLE[] = "logfile = \"%data%/%name%.log\"\n";
 
 constexpr char FAMILIES[] = R"(.SH FAMILIES
 An option with several values is a family, and each of its values has an
@@ -170,6 +171,7 @@ std::string FolderKeys() {
 
 std::string IniPage(const std::string& tool) {
     std::string page = Replaced(INI_PAGE, "@SECTIONS@", Sections(tool));
+    page = Replaced(page, "@EXAMPLE@", HasOption(eOptionLogFile) ? LOG_EXAMPLE : "");
     page = Replaced(page, "@FAMILIES@", Families());
     return Replaced(page, "@FOLDERS@", FolderKeys());
 }

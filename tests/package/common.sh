@@ -53,7 +53,7 @@ run_config() {
         zsh/vendor-completions/_owntool fish/vendor_completions.d/owntool.fish; do
         page=$(dirname "$1")/share/$page
         grep -q 'dry.*run' "$page" || fail "$page does not name the tool's options"
-        ! grep -iE '@[a-z]*@|autodoc|changefile|naming rule|obsolete|Veltrane' "$page" || fail "$page tells too much"
+        ! grep -iE '@[a-z]*@|autodoc|change ?file|naming rule|obsolete|Veltrane' "$page" || fail "$page tells too much"
     done
     [ -s "$(dirname "$1")/share/man/man1/owntool-config.1" ] || fail "$1 has no man page"
 }

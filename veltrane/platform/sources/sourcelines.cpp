@@ -131,27 +131,13 @@ public:
 
 private:
     void Describe(const ProfileLine& line, SourceLine& read) {
-        switch (line.kind) {
-            case ProfileLine::Kind::Blank:
-                break;
-            case ProfileLine::Kind::Comment:
-                read.kind = Kind::Comment;
-                DescribeKey(WithoutBlanks(line.line), read);
-                break;
-            case ProfileLine::Kind::Header:
-                DescribeSection(line, read);
-                break;
-            case ProfileLine::Kind::Entry:
-                DescribeEntry(line, read);
-                break;
-            case ProfileLine::Kind::NoEquals:
-                DescribeKey(WithoutBlanks(line.line), read);
-                Ignore(read, Reason::NoEquals);
-                break;
-            case ProfileLine::Kind::NoKey:
-                Ignore(read, Reason::EmptyKey);
-                break;
-        }
+        using enum ProfileLine::Kind;
+        if (line.kind == Comment) read.kind = Kind::Comment;
+        if (line.kind == Comment || line.kind == NoEquals) DescribeKey(WithoutBlanks(line.line), read);
+        if (line.kind == Header) DescribeSection(line, read);
+        if (line.kind == Entry) DescribeEntry(line, read);
+        if (line.kind == NoEquals) Ignore(read, Reason::NoEquals);
+        if (line.kind == NoKey) Ignore(read, Reason::EmptyKey);
     }
 
     void Ignore(SourceLine& read, Reason reason) const {
@@ -266,37 +252,19 @@ private:
     }
 
     void Describe(RegistryLine& line, SourceLine& read) {
-        switch (line.kind) {
-            case RegistryLine::Kind::Key:
-                DescribeKey(line, read);
-                break;
-            case RegistryLine::Kind::RemovedKey:
-                RemoveKey(line, read);
-                break;
-            case RegistryLine::Kind::MalformedKey:
-                LeaveKey(read, Reason::MalformedKey);
-                break;
-            case RegistryLine::Kind::OtherRoot:
-                LeaveKey(read, Reason::OtherRoot);
-                read.section = Decoded(m_File, line.path);
-                break;
-            case RegistryLine::Kind::Value:
-            case RegistryLine::Kind::RemovedValue:
-                DescribeValue(line, read);
-                break;
-            case RegistryLine::Kind::MalformedValue:
-                Set(read, Kind::Ignored, Reason::MalformedValue);
-                break;
-            default:
-                Set(read, Kind::Ignored, Reason::Other);
-                break;
-        }
+        using enum RegistryLine::Kind;
+        if (line.kind == Key) return DescribeKey(line, read);
+        if (line.kind == RemovedKey) return RemoveKey(line, read);
+        if (line.kind == MalformedKey) return LeaveKey(read, Reason::MalformedKey, {});
+        if (line.kind == OtherRoot) return LeaveKey(read, Reason::OtherRoot, Decoded(m_File, line.path));
+        if (line.kind == Value || line.kind == RemovedValue) return DescribeValue(line, read);
+        Set(read, Kind::Ignored, line.kind == MalformedValue ? Reason::MalformedValue : Reason::Other);
     }
 
-    void LeaveKey(SourceLine& read, Reason reason) {
+    void LeaveKey(SourceLine& read, Reason reason, const CString& path) {
         m_Current = nullptr;
         m_Path = {};
-        read.section = {};
+        read.section = path;
         Set(read, Kind::Ignored, reason);
     }
 
@@ -315,9 +283,8 @@ private:
 
     void RemoveKey(const RegistryLine& line, SourceLine& read) {
         const CString path = Decoded(m_File, line.path);
-        LeaveKey(read, Reason::None);
+        LeaveKey(read, Reason::None, path);
         read.kind = Kind::Removal;
-        read.section = path;
         const FileText removed = m_File.Text().Piece(line.path);
         for (auto key = m_Keys.lower_bound(Folded(path));
              key != m_Keys.end() && IsRemovedBy(removed, key->first.View());) {

@@ -3,6 +3,7 @@
 #include <locale.h>
 #include <clocale>
 #include <cwctype>
+#include <string_view>
 
 namespace veltrane {
 
@@ -28,20 +29,8 @@ wchar_t UpperBeyondAscii(wchar_t element) noexcept {
 
 bool IsWhiteSpace(wchar_t element) noexcept {
     if (IsAscii(element)) return element == L' ' || (element >= L'\t' && element <= L'\r');
-    if (element >= 0x2000 && element <= 0x200A) return true;
-    switch (element) {
-        case 0x0085:
-        case 0x00A0:
-        case 0x1680:
-        case 0x2028:
-        case 0x2029:
-        case 0x202F:
-        case 0x205F:
-        case 0x3000:
-            return true;
-        default:
-            return false;
-    }
+    constexpr std::wstring_view others = L"\x85\xA0\x1680\x2028\x2029\x202F\x205F\x3000";
+    return (element >= 0x2000 && element <= 0x200A) || others.find(element) != others.npos;
 }
 
 }  // namespace veltrane

@@ -10,10 +10,9 @@ using namespace veltrane::detail;
 
 namespace {
 
-// The key at the cursor of an integer map; -1 with an empty value when the cursor is on no entry.
+// The key of an entry; -1 with an empty value without one.
 template <class Value>
-int Read(const XCursorMap<int, Value>& map, Value& out) {
-    const auto* entry = map.Act();
+int Read(const std::pair<const int, Value>* entry, Value& out) {
     out = entry ? entry->second : Value{};
     return entry ? entry->first : -1;
 }
@@ -39,18 +38,12 @@ const CString& XMapInt2CString::Get(int key) const {
     return text ? *text : tEmpty.value;
 }
 
-int XMapInt2CString::Get(CString& out) const {
-    return Read(m_Map, out);
-}
-
 int XMapInt2CString::GetFirst(CString& out) {
-    m_Map.First();
-    return Get(out);
+    return Read(m_Map.First(), out);
 }
 
 int XMapInt2CString::GetNext(CString& out) {
-    m_Map.Next();
-    return Get(out);
+    return Read(m_Map.Next(), out);
 }
 
 int XMapInt2CString::GetMaxKey() {
@@ -97,16 +90,10 @@ const XMapInt2IntTupel::IntTupel& XMapInt2IntTupel::Get(int key) const {
     return tupel ? *tupel : tEmpty;
 }
 
-int XMapInt2IntTupel::Get(IntTupel& out) const {
-    return Read(m_Map, out);
-}
-
 int XMapInt2IntTupel::GetFirst(IntTupel& out) {
-    m_Map.First();
-    return Get(out);
+    return Read(m_Map.First(), out);
 }
 
 int XMapInt2IntTupel::GetNext(IntTupel& out) {
-    m_Map.Next();
-    return Get(out);
+    return Read(m_Map.Next(), out);
 }

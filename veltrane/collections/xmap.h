@@ -38,8 +38,6 @@ public:
     void Clear() noexcept { m_Map.Clear(); }
 
 private:
-    int Get(CString& out) const;
-
     veltrane::detail::XCursorMap<int, CString> m_Map;
 };
 
@@ -105,7 +103,6 @@ public:
 
 private:
     const IntTupel& Get(int key) const;
-    int Get(IntTupel& out) const;
 
     veltrane::detail::XCursorMap<int, IntTupel> m_Map;
 };

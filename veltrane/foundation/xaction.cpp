@@ -4,7 +4,6 @@
 #include <charconv>
 #include <climits>
 #include <string>
-#include <string_view>
 
 #include "veltrane/foundation/xraise.h"
 #include "veltrane/platform/process/process.h"
@@ -61,24 +60,18 @@ std::string SecondsText(const Duration& duration, int precision) {
     return text;
 }
 
-class DurationText {
-public:
-    DurationText() { m_Text.reserve(48); }
+void AppendField(std::wstring& text, int number) {
+    AppendTwoDigits(text, number);
+    text += L':';
+}
 
-    DurationText& Add(std::string_view text) {
-        m_Text.append(text.begin(), text.end());
-        return *this;
-    }
-    DurationText& AddTwoDigits(int number) {
-        AppendTwoDigits(m_Text, number);
-        m_Text += L':';
-        return *this;
-    }
-    CString Release() { return CString{std::move(m_Text)}; }
-
-private:
-    std::wstring m_Text;
-};
+// The long words for hours, minutes and seconds are equally wide.
+const wchar_t* UnitOf(const Duration& duration, bool isShort) {
+    if (duration.days > 0) return isShort ? L" h" : L" hours";
+    if (duration.hours > 0) return isShort ? L" h" : L" hours  ";
+    if (duration.minutes > 0) return isShort ? L" m" : L" minutes";
+    return isShort ? L" s" : L" seconds";
+}
 
 }  // namespace
 
@@ -111,21 +104,13 @@ CString XAction::ElapsedStr() const {
 CString XAction::TimeStr(const long& value, const int& precision, bool shortUnits) {
     const Duration duration{value};
     const std::string seconds = SecondsText(duration, precision);
-    DurationText text;
-    if (duration.days > 0) {
-        text.Add(duration.days == 1 ? "1 day and " : std::to_string(duration.days) + " days and ");
-        text.AddTwoDigits(duration.hours).AddTwoDigits(duration.minutes).Add(seconds);
-        return text.Add(shortUnits ? " h" : " hours").Release();
-    }
-    // The three long words are equally wide.
-    if (duration.hours > 0) {
-        text.AddTwoDigits(duration.hours).AddTwoDigits(duration.minutes).Add(seconds);
-        return text.Add(shortUnits ? " h" : " hours  ").Release();
-    }
-    if (duration.minutes > 0) {
-        return text.AddTwoDigits(duration.minutes).Add(seconds).Add(shortUnits ? " m" : " minutes").Release();
-    }
-    return text.Add(seconds).Add(shortUnits ? " s" : " seconds").Release();
+    std::wstring text;
+    text.reserve(48);
+    if (duration.days > 0) text += duration.days == 1 ? L"1 day and " : std::to_wstring(duration.days) + L" days and ";
+    if (duration.days > 0 || duration.hours > 0) AppendField(text, duration.hours);
+    if (duration.HasLargerUnit()) AppendField(text, duration.minutes);
+    text.append(seconds.begin(), seconds.end()).append(UnitOf(duration, shortUnits));
+    return CString{std::move(text)};
 }
 
 void XAction::TimeDHMS(int& days, int& hours, int& minutes, CString& seconds, const long& value, const int& precision) {

@@ -96,19 +96,11 @@ void XOption::OpenRegistry() {
 
 // Options that end the process, without a look at what follows them.
 void XOption::ActOnCommand(const XOptionDefinition& definition) {
-    if (m_bLookOnly) return;
-    switch (definition.eOption) {
-        case eOptionVersion:
-            ShowVersion();
-            break;
-        case eOptionHelp:
-            ShowHelpOf(OptionText(*m_pItems, EXE_NAME));
-            break;
-        case eOptionSetup:
-            break;
-        default:
-            return;
-    }
+    const enumOption option = definition.eOption;
+    const bool isFinal = option == eOptionVersion || option == eOptionHelp || option == eOptionSetup;
+    if (!isFinal || m_bLookOnly) return;
+    if (option == eOptionVersion) ShowVersion();
+    if (option == eOptionHelp) ShowHelpOf(OptionText(*m_pItems, EXE_NAME));
     std::exit(EXIT_SUCCESS);
 }
 

@@ -10,10 +10,6 @@
 
 namespace veltrane::detail {
 
-NativeFile::~NativeFile() {
-    if (m_Handle >= 0) close(m_Handle);
-}
-
 NativeFile OpenWithoutWaiting(const std::string& name, int flags, unsigned mode) noexcept {
     flags |= O_CLOEXEC | O_NOCTTY;
     NativeFile file{Retried([&] { return open(name.c_str(), flags | O_NONBLOCK, mode); })};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <signal.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstddef>
@@ -31,7 +32,9 @@ public:
         std::swap(m_Handle, other.m_Handle);
         return *this;
     }
-    ~NativeFile();
+    ~NativeFile() {
+        if (m_Handle >= 0) close(m_Handle);
+    }
 
     explicit operator bool() const noexcept { return m_Handle >= 0; }
     int Handle() const noexcept { return m_Handle; }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <map>
-#include <utility>
 
 namespace veltrane::detail {
 

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <climits>
 #include <map>
-#include <memory>
 #include <vector>
 
 #include "veltrane/collections/XSet.h"

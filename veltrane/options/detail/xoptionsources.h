@@ -7,7 +7,6 @@
 
 #include "veltrane/config/xconfiguration.h"
 #include "veltrane/config/xregistry.h"
-#include "veltrane/foundation/xexception.h"
 #include "veltrane/options/xoptionorigin.h"
 
 namespace veltrane::detail {

@@ -1,11 +1,8 @@
 #include "veltrane/platform/files/cfile.h"
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/files/internal/nativefile.h"

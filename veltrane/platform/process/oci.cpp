@@ -2,8 +2,6 @@
 
 #include <dlfcn.h>
 
-#include <string_view>
-
 #include "veltrane/platform/text/internal/decoding.h"
 
 namespace veltrane {

@@ -69,15 +69,8 @@ complete -F _@FUNCTION@ @TOOL@
 
 std::string BashCompletion(const std::string& /*tool*/) {
     using enum ValueKind;
-    std::string script = Replaced(BASH_SCRIPT, "@MADE@", MADE_FROM);
-    script = Replaced(script, "@FILTER@", ShellQuoted(DatabaseFilter()));
     const std::string names = NamesOf({None, Flag, TriState, Text, File, Folder, Database}, " ");
-    script = Replaced(script, "@NAMES@", ShellQuoted(names));
-    script = Replaced(script, "@FLAGS@", NamesOf({Flag}, " | "));
-    script = Replaced(script, "@TRISTATES@", NamesOf({TriState}, " | "));
-    script = Replaced(script, "@FOLDERS@", NamesOf({Folder}, " | "));
-    script = Replaced(script, "@FILES@", NamesOf({File}, " | "));
-    return Replaced(script, "@TEXTS@", NamesOf({Text, None}, " | "));
+    return FilledWithNames(Replaced(BASH_SCRIPT, "@NAMES@", ShellQuoted(names)));
 }
 
 }  // namespace veltrane::detail

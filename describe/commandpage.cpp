@@ -159,11 +159,11 @@ std::string Folders() {
 }  // namespace
 
 std::string CommandPage(const std::string& tool) {
-    std::string page = Replaced(COMMAND_PAGE, "@OPTIONS@", OptionEntries(tool));
-    page = Replaced(page, "@BEFORE@", HasOption(eOptionQuiet) ? QUIET_EXAMPLE : ".");
-    page = Replaced(page, "@FOLDERS@", Folders());
-    page = Replaced(page, "@FACTS@", Facts());
-    return Replaced(page, "@VARIABLES@", Variables());
+    return Filled(COMMAND_PAGE, {{"@OPTIONS@", OptionEntries(tool)},
+                                 {"@BEFORE@", HasOption(eOptionQuiet) ? QUIET_EXAMPLE : "."},
+                                 {"@FOLDERS@", Folders()},
+                                 {"@FACTS@", Facts()},
+                                 {"@VARIABLES@", Variables()}});
 }
 
 }  // namespace veltrane::detail

@@ -28,19 +28,15 @@ struct {
 
 // The texts of the tool first: they may name it.
 std::string Of(std::string text, const DescribedTool& tool, std::string (*quoted)(std::string_view)) {
-    const std::pair<std::string_view, std::string> parts[] = {
-        {"@ABOUT@", tool.about},
-        {"@ENVIRONMENT@", tool.environment},
-        {"@EXAMPLES@", tool.examples},
-        {"@SUMMARY@", quoted(tool.summary)},
-        {"@TITLE@", quoted(Capitals(tool.program))},
-        {"@NAME@", quoted(tool.title)},
-        {"@VERSION@", quoted(tool.version)},
-        {"@FUNCTION@", FunctionName(tool.program)},
-        {"@TOOL@", quoted(tool.program)},
-    };
-    for (const auto& [mark, part] : parts) text = Replaced(std::move(text), mark, part);
-    return text;
+    return Filled(std::move(text), {{"@ABOUT@", tool.about},
+                                    {"@ENVIRONMENT@", tool.environment},
+                                    {"@EXAMPLES@", tool.examples},
+                                    {"@SUMMARY@", quoted(tool.summary)},
+                                    {"@TITLE@", quoted(Capitals(tool.program))},
+                                    {"@NAME@", quoted(tool.title)},
+                                    {"@VERSION@", quoted(tool.version)},
+                                    {"@FUNCTION@", FunctionName(tool.program)},
+                                    {"@TOOL@", quoted(tool.program)}});
 }
 
 bool Write(const std::string& text, const char* file) {

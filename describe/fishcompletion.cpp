@@ -25,20 +25,12 @@ complete -c @TOOL@ -f -a '(__@FUNCTION@_databases)' -d database
 @OPTIONS@)";
 
 std::string_view ValueOf(ValueKind kind) {
-    switch (kind) {
-        case ValueKind::Flag:
-            return " -xa 'true false'";
-        case ValueKind::TriState:
-            return " -xa 'true false auto'";
-        case ValueKind::Folder:
-            return " -xa '(__fish_complete_directories (commandline -ct) \"\")'";
-        case ValueKind::File:
-            return " -rF";
-        case ValueKind::Database:
-            return " -xa '(__@FUNCTION@_databases)'";
-        default:
-            return " -x";
-    }
+    using enum ValueKind;
+    if (kind == Flag) return " -xa 'true false'";
+    if (kind == TriState) return " -xa 'true false auto'";
+    if (kind == Folder) return " -xa '(__fish_complete_directories (commandline -ct) \"\")'";
+    if (kind == Database) return " -xa '(__@FUNCTION@_databases)'";
+    return kind == File ? " -rF" : " -x";
 }
 
 // A short name is one "old option" even when it is one letter, so that fish offers no bundles of letters.
@@ -57,9 +49,9 @@ std::string FishOptions(const std::string& tool) {
 }  // namespace
 
 std::string FishCompletion(const std::string& tool) {
-    std::string script = Replaced(FISH_SCRIPT, "@MADE@", MADE_FROM);
-    script = Replaced(script, "@FILTER@", FishQuoted(DatabaseFilter()));
-    return Replaced(script, "@OPTIONS@", FishOptions(tool));
+    return Filled(
+        FISH_SCRIPT,
+        {{"@MADE@", MADE_FROM}, {"@FILTER@", FishQuoted(DatabaseFilter())}, {"@OPTIONS@", FishOptions(tool)}});
 }
 
 }  // namespace veltrane::detail

@@ -170,10 +170,10 @@ std::string FolderKeys() {
 }  // namespace
 
 std::string IniPage(const std::string& tool) {
-    std::string page = Replaced(INI_PAGE, "@SECTIONS@", Sections(tool));
-    page = Replaced(page, "@EXAMPLE@", HasOption(eOptionLogFile) ? LOG_EXAMPLE : "");
-    page = Replaced(page, "@FAMILIES@", Families());
-    return Replaced(page, "@FOLDERS@", FolderKeys());
+    return Filled(INI_PAGE, {{"@SECTIONS@", Sections(tool)},
+                             {"@EXAMPLE@", HasOption(eOptionLogFile) ? LOG_EXAMPLE : ""},
+                             {"@FAMILIES@", Families()},
+                             {"@FOLDERS@", FolderKeys()}});
 }
 
 }  // namespace veltrane::detail

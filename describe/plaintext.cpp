@@ -11,6 +11,11 @@ std::string Replaced(std::string text, std::string_view word, std::string_view r
     return text;
 }
 
+std::string Filled(std::string text, std::initializer_list<std::pair<std::string_view, std::string>> marks) {
+    for (const auto& [mark, part] : marks) text = Replaced(std::move(text), mark, part);
+    return text;
+}
+
 std::string Capitals(std::string text) {
     for (char& byte : text) byte = static_cast<char>(std::toupper(static_cast<unsigned char>(byte)));
     return text;

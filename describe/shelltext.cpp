@@ -58,4 +58,15 @@ std::string DatabaseFilter() {
            fixed + "\\)$/Id; p";
 }
 
+std::string FilledWithNames(std::string script) {
+    using enum ValueKind;
+    return Filled(std::move(script), {{"@MADE@", MADE_FROM},
+                                      {"@FILTER@", ShellQuoted(DatabaseFilter())},
+                                      {"@FLAGS@", NamesOf({Flag}, " | ")},
+                                      {"@TRISTATES@", NamesOf({TriState}, " | ")},
+                                      {"@FOLDERS@", NamesOf({Folder}, " | ")},
+                                      {"@FILES@", NamesOf({File}, " | ")},
+                                      {"@TEXTS@", NamesOf({Text, None}, " | ")}});
+}
+
 }  // namespace veltrane::detail

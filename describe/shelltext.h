@@ -25,6 +25,10 @@ std::string NamesOf(std::initializer_list<ValueKind> kinds, std::string_view sep
 /// name and those of families.
 std::string DatabaseFilter();
 
+/// A script of bash or zsh with the marks that both have: where it comes from, the databases, and the options by what
+/// follows them.
+std::string FilledWithNames(std::string script);
+
 /// The line that says where a file comes from.
 inline constexpr char MADE_FROM[] = "made from the option table";
 

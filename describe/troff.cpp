@@ -1,5 +1,8 @@
 #include "troff.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "veltrane/platform/text/encoding.h"
 #include "veltrane/platform/text/format.h"
 
@@ -7,27 +10,12 @@ namespace veltrane::detail {
 
 namespace {
 
-/// The escape of a character that troff would read as a command or print differently.
-std::string_view Escape(wchar_t c) {
-    switch (c) {
-        case L'\\':
-            return "\\e";
-        case L'-':
-            return "\\-";
-        case L'"':
-            return "\\(dq";
-        case L'\'':
-            return "\\(aq";
-        case L'`':
-            return "\\(ga";
-        case L'^':
-            return "\\(ha";
-        case L'~':
-            return "\\(ti";
-        default:
-            return {};
-    }
-}
+/// The characters that troff would read as a command or print differently.
+struct {
+    wchar_t character;
+    std::string_view escape;
+} constexpr ESCAPES[] = {{L'\\', "\\e"},  {L'-', "\\-"},   {L'"', "\\(dq"}, {L'\'', "\\(aq"},
+                         {L'`', "\\(ga"}, {L'^', "\\(ha"}, {L'~', "\\(ti"}};
 
 }  // namespace
 
@@ -35,9 +23,9 @@ std::string Troff(std::string_view text) {
     std::string source = text.starts_with('.') ? "\\&" : "";  // a dot at the front of a line is a request
     const CString wide = FromUtf8(text);
     for (const wchar_t c : wide.View()) {
-        const std::string_view escape = Escape(c);
-        if (!escape.empty()) {
-            source += escape;
+        const auto* const row = std::ranges::find(ESCAPES, c, [](const auto& known) { return known.character; });
+        if (row != std::end(ESCAPES)) {
+            source += row->escape;
         } else if (c < 0x80) {
             source += static_cast<char>(c);
         } else {

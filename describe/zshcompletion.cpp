@@ -67,15 +67,7 @@ std::string ZshOptions(const std::string& tool) {
 }  // namespace
 
 std::string ZshCompletion(const std::string& tool) {
-    using enum ValueKind;
-    std::string script = Replaced(ZSH_SCRIPT, "@MADE@", MADE_FROM);
-    script = Replaced(script, "@FILTER@", ShellQuoted(DatabaseFilter()));
-    script = Replaced(script, "@FLAGS@", NamesOf({Flag}, " | "));
-    script = Replaced(script, "@TRISTATES@", NamesOf({TriState}, " | "));
-    script = Replaced(script, "@FOLDERS@", NamesOf({Folder}, " | "));
-    script = Replaced(script, "@FILES@", NamesOf({File}, " | "));
-    script = Replaced(script, "@TEXTS@", NamesOf({Text, None}, " | "));
-    return Replaced(script, "@OPTIONS@", ZshOptions(tool));
+    return Replaced(FilledWithNames(ZSH_SCRIPT), "@OPTIONS@", ZshOptions(tool));
 }
 
 }  // namespace veltrane::detail

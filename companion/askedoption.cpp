@@ -40,16 +40,14 @@ AskedOption ParseOption(const std::string& word) {
     if (const CString label = LabelOfKey(name); !label.IsEmpty()) {
         throw Refusal{FormatText(L"unknown option '%s'; write '%s'", name, label)};
     }
+    const wchar_t* const otherwise = GetArguments().size() == 1 ? FORGOTTEN_HYPHENS : L"";
+    throw Refusal{FormatText(L"unknown option '%s'%s", name, NearestHint(NearestOption(name), otherwise))};
+}
+
+CString NearestOption(const CString& name) {
     std::vector<CString> names;
-    for (int i = 0; const auto* other = GetOptionDefinitionAt(i); ++i) names.emplace_back(other->szLongName);
-    const CString nearest = Nearest(name, names);
-    CString hint;
-    if (!nearest.IsEmpty()) {
-        hint = FormatText(L"; did you mean '%s'?", nearest);
-    } else if (GetArguments().size() == 1) {
-        hint = FORGOTTEN_HYPHENS;
-    }
-    throw Refusal{FormatText(L"unknown option '%s'%s", name, hint)};
+    for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) names.emplace_back(row->szLongName);
+    return Nearest(name, names);
 }
 
 bool IsRule(const XOptionDefinition& row) {

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "veltrane/options/xoption.h"
+#include "veltrane/options/xoptiondefinition.h"
 
 namespace veltrane::config {
 
@@ -15,6 +15,9 @@ struct AskedOption {
 
 /// @throws Refusal  there is no such option
 AskedOption ParseOption(const std::string& word);
+
+/// The option that may have been meant; empty when none is near.
+CString NearestOption(const CString& name);
 
 /// Whether a row names naming rules, which the files give without items.
 bool IsRule(const XOptionDefinition& row);

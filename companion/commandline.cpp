@@ -30,6 +30,14 @@ using namespace detail;
 
 namespace {
 
+// The row whose name may have been meant; empty when none is near.
+template <class Rows>
+CString NearestRow(const CString& name, const Rows& rows) {
+    std::vector<CString> names;
+    for (const auto& row : rows) names.emplace_back(row.name);
+    return Nearest(name, names);
+}
+
 std::string ExitTexts() {
     std::string text;
     for (const auto& [code, meaning] : EXITS) AddWrapped(text, FromUtf8(meaning), 5, FormatText(L"  %d  ", code));
@@ -159,16 +167,8 @@ private:
         if (!isOption && !m_App.get_subcommands().empty())
             throw Refusal{FormatText(L"'%s' takes no argument%s", FromUtf8(m_App.get_subcommands()[0]->get_name()),
                                      hasArguments ? L"" : FORGOTTEN_HYPHENS)};
-        std::vector<CString> names;
-        if (!isOption) {
-            for (const CommandRow& row : COMMANDS) names.emplace_back(row.name);
-        }
-        if (isOption) {
-            for (const SwitchRow& row : SWITCHES) names.emplace_back(row.name);
-        }
-        const CString nearest = Nearest(word, names);
-        throw Refusal{FormatText(L"unknown %s '%s'%s", isOption ? L"option" : L"command", word,
-                                 nearest.IsEmpty() ? L"" : L"; did you mean '" + nearest + L"'?")};
+        const CString nearest = isOption ? NearestRow(word, SWITCHES) : NearestRow(word, COMMANDS);
+        throw Refusal{FormatText(L"unknown %s '%s'%s", isOption ? L"option" : L"command", word, NearestHint(nearest))};
     }
 
     CLI::App m_App;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
-#include <iterator>
 
 #include "commandline.h"
 #include "commands.h"

@@ -162,8 +162,7 @@ std::string ManPage() {
     for (const auto& [code, meaning] : EXITS) {
         exits += Entry(Bold(std::to_string(code)), Troff(Sentence(meaning)));
     }
-    const std::string page = Replaced(Replaced(MAN_PAGE, "@COMMANDS@", commands), "@OPTIONS@", options);
-    return Replaced(Replaced(page, "@LINTS@", lints), "@EXITS@", exits);
+    return Filled(MAN_PAGE, {{"@COMMANDS@", commands}, {"@OPTIONS@", options}, {"@LINTS@", lints}, {"@EXITS@", exits}});
 }
 
 /// How a shell offers words and files.
@@ -196,11 +195,11 @@ std::string Script(std::string text, const ShellWords& shell, const std::string&
                  " ;;\n";
     }
     options += inner + "-*,) " + Offer(shell, SwitchNames("")) + " ;;\n";
-    text = Replaced(std::move(text), "@VALUES@", values);
-    text = Replaced(std::move(text), "@OPTIONS@", options);
-    text = Replaced(std::move(text), "@WORDS@", words);
-    text = Replaced(std::move(text), "@ALL@", Offer(shell, CommandNames()));
-    return Replaced(std::move(text), "@COMMANDS@", Joined(CommandNames(), "|"));
+    return Filled(std::move(text), {{"@VALUES@", values},
+                                    {"@OPTIONS@", options},
+                                    {"@WORDS@", words},
+                                    {"@ALL@", Offer(shell, CommandNames())},
+                                    {"@COMMANDS@", Joined(CommandNames(), "|")}});
 }
 
 std::string FishLine(std::string_view condition, std::string_view rest) {
@@ -231,19 +230,15 @@ std::string FishCompletion() {
 }  // namespace
 
 std::string MakeDocument(const std::string& kind, const std::string& name, const std::string& version) {
-    std::string text = kind == "man"    ? ManPage()
-                       : kind == "bash" ? Script(BASH, {"words='", "'", "compopt -o default"}, "        ")
-                       : kind == "zsh"  ? Script(ZSH, {"compadd -- ", "", "_files"}, "    ")
-                                        : FishCompletion();
+    const std::string text = kind == "man"    ? ManPage()
+                             : kind == "bash" ? Script(BASH, {"words='", "'", "compopt -o default"}, "        ")
+                             : kind == "zsh"  ? Script(ZSH, {"compadd -- ", "", "_files"}, "    ")
+                                              : FishCompletion();
     const auto quoted = kind == "man" ? Troff : kind == "fish" ? FishWord : ShellWord;
-    const std::pair<std::string_view, std::string> parts[] = {
-        {"@TITLE@", Troff(Capitals(name))},
-        {"@FUNCTION@", '_' + FunctionName(name)},
-        {"@VERSION@", Troff(version)},
-        {"@NAME@", quoted(name)},
-    };
-    for (const auto& [mark, part] : parts) text = Replaced(std::move(text), mark, part);
-    return text;
+    return Filled(text, {{"@TITLE@", Troff(Capitals(name))},
+                         {"@FUNCTION@", '_' + FunctionName(name)},
+                         {"@VERSION@", Troff(version)},
+                         {"@NAME@", quoted(name)}});
 }
 
 }  // namespace veltrane::config

@@ -20,17 +20,11 @@
 
 namespace veltrane::config {
 
+using namespace detail;
+
 namespace {
 
 constexpr std::size_t LARGEST = std::size_t{256} << 20;  // largest that the readers read
-
-template <class Call>
-auto Retried(Call&& call) {
-    for (;;) {
-        const auto result = call();
-        if (result >= 0 || errno != EINTR) return result;
-    }
-}
 
 [[noreturn]] void Refuse(const CString& path, const CString& reason) {
     throw Refusal{FormatText(L"%s cannot be changed: %s", DisplayPath(path), reason)};
@@ -71,8 +65,8 @@ std::string FullName(const CString& path) {
     return folder + '/' + name.substr(end);
 }
 
-int Open(const std::string& name) noexcept {
-    return Retried([&] { return open(name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); });
+NativeFile Open(const std::string& name) noexcept {
+    return NativeFile{Retried([&] { return open(name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); })};
 }
 
 /// Reads a file from its start; of one that is too large a little more than what is allowed.
@@ -221,20 +215,12 @@ Failure PutInPlace(const std::string& name, char* beside, std::string_view bytes
 
 /// @return whether the folder of a file is on the disk, the names of its files included
 bool FlushFolder(const std::string& name) {
-    const int folder = open(name.substr(0, name.rfind('/') + 1).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (folder < 0) return false;
-    const bool isFlushed = fsync(folder) == 0 || errno == EINVAL;  // some file systems cannot
-    const int error = errno;
-    close(folder);
-    errno = error;
-    return isFlushed;
+    const std::string path = name.substr(0, name.rfind('/') + 1);
+    const NativeFile folder{open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
+    return folder && (fsync(folder.Handle()) == 0 || errno == EINVAL);  // some file systems cannot
 }
 
 }  // namespace
-
-Descriptor::~Descriptor() {
-    if (m_Handle >= 0) close(m_Handle);
-}
 
 EditFile::EditFile(const CString& path) : m_Path(path), m_Name(FullName(path)), m_File(Open(m_Name)) {
     if (!Exists() && errno == ENOENT) return;

@@ -5,25 +5,12 @@
 #include <string>
 #include <string_view>
 
+#include "veltrane/platform/files/internal/nativefile.h"
 #include "veltrane/platform/text/cstring.h"
 
 // A file that is changed on the disk, either completely or not at all.
 
 namespace veltrane::config {
-
-/// A descriptor of the system that closes itself.
-class Descriptor {
-public:
-    explicit Descriptor(int handle = -1) noexcept : m_Handle(handle) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor();
-
-    int Handle() const noexcept { return m_Handle; }  ///< below 0 for none
-
-private:
-    int m_Handle;
-};
 
 /// A configuration file as it was read, for writing it again. A link is followed to its file.
 class EditFile {
@@ -34,7 +21,7 @@ public:
 
     const CString& Path() const { return m_Path; }  ///< as it was given
     const std::string& Bytes() const { return m_Bytes; }
-    bool Exists() const { return m_File.Handle() >= 0; }
+    bool Exists() const { return static_cast<bool>(m_File); }
 
     /// Replaces the bytes that were read: a new file with the same owner, rights and access list takes the name once it
     /// is completely on the disk.
@@ -46,8 +33,8 @@ private:
     void RequireUnchanged() const;
 
     CString m_Path;
-    std::string m_Name;  // of the system, in full
-    Descriptor m_File;   // that was read
+    std::string m_Name;         // of the system, in full
+    detail::NativeFile m_File;  // that was read
     struct stat m_Status = {};
     std::string m_Bytes;
 };

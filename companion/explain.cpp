@@ -21,14 +21,9 @@ const char* NameOf(OptionStep::Kind kind) {
 }
 
 CString TitleOf(const OptionStep& step) {
-    switch (step.kind) {
-        case OptionStep::Kind::Given:
-            return L"given";
-        case OptionStep::Kind::Reference:
-            return CString{L' ', 2 * step.depth} + L"%" + step.reference + L"%";
-        default:
-            return L"below its folder";
-    }
+    if (step.kind == OptionStep::Kind::Given) return L"given";
+    const bool isReference = step.kind == OptionStep::Kind::Reference;
+    return isReference ? CString{L' ', 2 * step.depth} + L"%" + step.reference + L"%" : L"below its folder";
 }
 
 /// The places of one section that were asked in turn and have nothing.
@@ -157,10 +152,8 @@ std::vector<Explained> Collect(Startup& startup, const StartupFiles& files, cons
         if (!index || *index == at) all.push_back(Lost(*row, at, places));
     }
     std::vector<int> indexes;
-    const CString name = row->szLongName;
-    for (const auto* item = startup.options.GetFirstOptionItem(name); item && !index;
-         item = startup.options.GetNextOptionItem(name)) {
-        indexes.push_back(item->GetOptionIndex());
+    for (const XOptionItem* const item : startup.options.GetOptionItems(*row)) {
+        if (!index) indexes.push_back(item->GetOptionIndex());
     }
     if (all.empty() && indexes.empty()) indexes.push_back(index.value_or(-1));
     for (const int at : indexes) all.push_back(Stored(startup, files, *row, at));

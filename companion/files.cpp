@@ -4,7 +4,6 @@
 #include "commands.h"
 #include "places.h"
 #include "startupfiles.h"
-#include "veltrane/foundation/xstring.h"
 
 namespace veltrane::config {
 

@@ -64,11 +64,7 @@ public:
         m_Files.AddFaults(m_Answer);
         for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) {
             if (row->eOption == eOptionTitle) continue;
-            const CString name = row->szLongName;
-            for (const auto* item = m_Options.GetFirstOptionItem(name); item;
-                 item = m_Options.GetNextOptionItem(name)) {
-                AddItem(*row, *item);
-            }
+            for (const XOptionItem* const item : m_Options.GetOptionItems(*row)) AddItem(*row, *item);
             AddLost(*row);
         }
         AddRules(eOptionTableNameRules);

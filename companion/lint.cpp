@@ -1,7 +1,6 @@
 #include "lint.h"
 
 #include <algorithm>
-#include <deque>
 #include <filesystem>
 
 #include "codelist.h"
@@ -13,7 +12,6 @@
 #include "printable.h"
 #include "startupfiles.h"
 #include "veltrane/platform/files/filesystem.h"
-#include "veltrane/platform/files/internal/replacement.h"
 #include "veltrane/platform/process/process.h"
 #include "wrapped.h"
 
@@ -27,9 +25,8 @@ constexpr int TEXT_INDENT = 4;  // of lines after the first
 const LintRow& AskedLint(const std::string& word) {
     const CString name = FromUtf8(word);
     if (const LintRow* const row = FindLint(name)) return *row;
-    const CString nearest = NearestCode(name);
-    if (nearest.IsEmpty()) throw Refusal{FormatText(L"'%s' is not a lint code; '--explain all' lists them", name)};
-    throw Refusal{FormatText(L"'%s' is not a lint code; did you mean '%s'?", name, nearest)};
+    const CString hint = NearestHint(NearestCode(name), L"; '--explain all' lists them");
+    throw Refusal{FormatText(L"'%s' is not a lint code%s", name, hint)};
 }
 
 /// The codes that are wanted: those of a list, or all but those with a hyphen in front.
@@ -161,7 +158,7 @@ Answer Explain(const std::string& list) {
 // Whether a finding says that a source cannot be read.
 bool IsOfUnreadable(const LintRun& run, const LintRun::Placed& finding) {
     if (finding.code != LintCode::C19 || !finding.isInFile) return false;
-    const StartupSource& source = run.sources[static_cast<std::size_t>(finding.source)];
+    const StartupSource& source = run.SourceOf(finding);
     return IsUnreadable(source.path, source.view);
 }
 
@@ -216,10 +213,9 @@ Answer Fix(const Request& request, Startup& startup, const LintRun& run, const s
     if (request.Has("--force")) std::ranges::copy(MovesOfKeys(run, wanted), std::back_inserter(mends));
     const std::vector<MendedFile> files = ProveMends(startup, all, mends);
     const bool isDry = request.Has("--dry-run");
-    std::deque<SourceReplacement> replacements;
-    for (const MendedFile& file : files) replacements.emplace_back(file.path, file.result);
-    Startup restarted = Restarted(startup);
-    LintRun rest{restarted};
+    auto replacements = Replaced(files);
+    const auto restarted = startup.Again();
+    LintRun rest{*restarted};
     Answer answer = Report(request, rest, FindAll(rest));
     std::string mended;
     answer.document["mended"] = Json::array();

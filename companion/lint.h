@@ -106,6 +106,10 @@ public:
         CString key;
     };
     int SourceNumber(OptionLayer layer) const;
+    /// The source of a finding that is in a file.
+    const StartupSource& SourceOf(const Placed& finding) const {
+        return sources[static_cast<std::size_t>(finding.source)];
+    }
     const std::vector<Placed>& Findings() const { return m_Findings; }
     template <class IsRemoved>
     void Remove(IsRemoved isRemoved) {

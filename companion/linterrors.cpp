@@ -2,11 +2,11 @@
 #include <algorithm>
 
 #include "answer.h"
+#include "askedoption.h"
 #include "errorjson.h"
 #include "libraryoption.h"
 #include "lint.h"
 #include "printable.h"
-#include "veltrane/foundation/nearest.h"
 
 namespace veltrane::config {
 
@@ -26,12 +26,6 @@ CString MessageOf(const XException& error) {
     const bool isPlain = remarks.empty() || remarks[0].get<std::string>().starts_with('<');
     return isPlain ? WithoutStop(json["message"])
                    : FormatText(L"%s (%s)", WithoutStop(json["message"]), WithoutStop(remarks[0]));
-}
-
-CString NearestOption(CString name) {
-    std::vector<CString> names;
-    for (int i = 0; const auto* row = GetOptionDefinitionAt(i); ++i) names.emplace_back(row->szLongName);
-    return Nearest(name.TrimLeft(L'-').MakeLower(), names);
 }
 
 class ErrorLint {
@@ -79,7 +73,8 @@ private:
                 candidates, [](const OptionOrigin& origin) { return origin.layer > OptionLayer::StartUp; });
             if (given != candidates.end()) place = *given;
         }
-        const CString meant = subject.option.IsEmpty() ? NearestOption(subject.argument) : CString{};
+        const CString name = CString{subject.argument}.TrimLeft(L'-').MakeLower();
+        const CString meant = subject.option.IsEmpty() ? NearestOption(name) : CString{};
         m_Run.Report(place, {C19, FormatText(L"%s; the tool stops", MessageOf(error)), meant, Severity::Error});
     }
 
@@ -123,8 +118,7 @@ private:
             const bool isOfSection =
                 known.isInFile && known.suggestion == L"[" + section + L"]" && Holds(known, subject.option);
             if (!known.isInFile || (known.suggestion != subject.option && !isOfSection)) continue;
-            const StartupSource& source = m_Run.sources[static_cast<std::size_t>(known.source)];
-            return {{known.file, known.line, known.section, known.key}, source.layer};
+            return {{known.file, known.line, known.section, known.key}, m_Run.SourceOf(known).layer};
         }
         const StartupSource& basic = m_Run.sources.front();
         OptionOrigin place{{basic.path, 0, section}, basic.layer};
@@ -137,8 +131,7 @@ private:
     // Whether a line that was found is one of the option, or the header of a section that has it.
     bool Holds(const LintRun::Placed& known, const CString& option) const {
         if (!known.key.IsEmpty()) return known.key.CompareNoCase(option) == 0;
-        const std::vector<SourceLine>& lines = m_Run.sources[static_cast<std::size_t>(known.source)].view.lines;
-        return std::ranges::any_of(lines, [&](const SourceLine& line) {
+        return std::ranges::any_of(m_Run.SourceOf(known).view.lines, [&](const SourceLine& line) {
             return line.section == known.section && line.key.CompareNoCase(option) == 0;
         });
     }

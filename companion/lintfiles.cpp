@@ -14,16 +14,10 @@ namespace {
 using enum LintCode;
 
 const wchar_t* FaultOf(SourceReading reading) {
-    switch (reading) {
-        case SourceReading::Folder:
-            return L"this is a folder; it counts as an empty file";
-        case SourceReading::NotRegular:
-            return L"this is not a regular file; it counts as an empty file";
-        case SourceReading::TooLarge:
-            return L"this is larger than 256 MiB; it counts as an empty file";
-        default:
-            return L"this cannot be read; it counts as an empty file";
-    }
+    if (reading == SourceReading::Folder) return L"this is a folder; it counts as an empty file";
+    if (reading == SourceReading::NotRegular) return L"this is not a regular file; it counts as an empty file";
+    if (reading == SourceReading::TooLarge) return L"this is larger than 256 MiB; it counts as an empty file";
+    return L"this cannot be read; it counts as an empty file";
 }
 
 // The first one in byte order is read, which may not be the intended one.

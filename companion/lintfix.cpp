@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <memory>
 #include <set>
 #include <string>
 #include <tuple>
@@ -11,10 +10,6 @@
 #include "editfile.h"
 #include "nametext.h"
 #include "places.h"
-#include "printable.h"
-#include "veltrane/options/typed.h"
-#include "veltrane/platform/files/internal/replacement.h"
-#include "veltrane/platform/process/process.h"
 
 namespace veltrane::config {
 
@@ -41,10 +36,6 @@ bool IsOneSlip(CString left, CString right) {
     return isSwap || std::max(first.size(), second.size()) == 1;
 }
 
-const StartupSource& SourceOf(const LintRun& run, const LintRun::Placed& finding) {
-    return run.sources[static_cast<std::size_t>(finding.source)];
-}
-
 bool HasSection(const StartupSource& source, const CString& name) {
     return std::ranges::any_of(source.view.lines, [&](const SourceLine& line) {
         return line.kind == Kind::Section && IsSameName(line.section, name);
@@ -60,7 +51,7 @@ bool IsCertainKey(const LintRun& run, const LintRun::Placed& finding) {
         const bool isOtherOption = row->eOption != eOptionTitle && row->eSection == use.section && row != meant.row;
         if (isOtherOption && IsOneSlip(finding.key, row->szLongName)) return false;
     }
-    return std::ranges::none_of(SourceOf(run, finding).view.lines, [&](const SourceLine& line) {
+    return std::ranges::none_of(run.SourceOf(finding).view.lines, [&](const SourceLine& line) {
         const bool isEntry = line.kind == Kind::Entry && IsSameName(line.section, finding.section);
         return isEntry && IsSameName(line.key, finding.suggestion);
     });
@@ -68,17 +59,17 @@ bool IsCertainKey(const LintRun& run, const LintRun::Placed& finding) {
 
 // The name that a line should have; empty when that is not certain.
 CString NameFor(const LintRun& run, const LintRun::Placed& finding) {
-    const bool isIni = finding.isInFile && SourceOf(run, finding).layer != OptionLayer::Registry;
-    if (!isIni || finding.line <= 0) return {};
+    const bool isIni = finding.isInFile && run.SourceOf(finding).layer != OptionLayer::Registry;
+    const SourceLine* const line = isIni ? FindLine(run.SourceOf(finding).view, finding.line) : nullptr;
+    if (!line) return {};
     if (finding.code == C02) return IsCertainKey(run, finding) ? finding.suggestion : CString{};
     if (finding.code == C01 && finding.severity == Severity::Warning && !finding.suggestion.IsEmpty()) {
-        const CString name = finding.suggestion.Mid(1, finding.suggestion.GetLength() - 2);
-        const bool isCertain = IsOneSlip(finding.section, name) && !HasSection(SourceOf(run, finding), name);
+        const CString name = WithoutBrackets(finding.suggestion);
+        const bool isCertain = IsOneSlip(finding.section, name) && !HasSection(run.SourceOf(finding), name);
         return isCertain ? name : CString{};
     }
-    const SourceLine& line = SourceOf(run, finding).view.lines[static_cast<std::size_t>(finding.line) - 1];
-    const bool isOpen = finding.code == C16 && line.reason == SourceLine::Reason::HeaderWithoutBracket;
-    return isOpen && run.FindSection(line.section).isKnown ? line.section : CString{};
+    const bool isOpen = finding.code == C16 && line->reason == SourceLine::Reason::HeaderWithoutBracket;
+    return isOpen && run.FindSection(line->section).isKnown ? line->section : CString{};
 }
 
 bool IsMove(const Mend& mend) {
@@ -118,20 +109,12 @@ auto KeyOf(const LintRun::Placed& finding) {
     return std::tuple(finding.code, finding.source, text);
 }
 
-std::vector<std::unique_ptr<SourceReplacement>> Replaced(const std::vector<MendedFile>& files) {
-    std::vector<std::unique_ptr<SourceReplacement>> replacements;
-    replacements.reserve(files.size());
-    for (const MendedFile& file : files)
-        replacements.push_back(std::make_unique<SourceReplacement>(file.path, file.result));
-    return replacements;
-}
-
 // The findings that were not there before.
 std::vector<LintRun::Placed> NewFindings(Startup& startup, const std::vector<LintRun::Placed>& before) {
     std::multiset<decltype(KeyOf(before[0]))> known;
     for (const LintRun::Placed& finding : before) known.insert(KeyOf(finding));
-    Startup restarted = Restarted(startup);
-    LintRun run{restarted};
+    const auto restarted = startup.Again();
+    LintRun run{*restarted};
     std::vector<LintRun::Placed> findings;
     for (const LintRun::Placed& finding : FindAll(run)) {
         const auto same = known.find(KeyOf(finding));
@@ -153,12 +136,6 @@ bool IsAbout(const LintRun::Placed& finding, const Mend& mend) {
 
 }  // namespace
 
-Startup Restarted(Startup& startup) {
-    std::vector<CString> words = GetArguments();
-    words.erase(words.begin());
-    return Startup{startup.tool, words, GetText<"version-info">(startup.options)};
-}
-
 std::vector<Mend> CertainMends(const LintRun& run, const std::vector<LintRun::Placed>& findings) {
     std::vector<Mend> mends;
     for (const LintRun::Placed& finding : findings) {
@@ -179,8 +156,8 @@ std::vector<Mend> MovesOfKeys(const LintRun& run, const std::vector<LintRun::Pla
     for (const LintRun::Placed& finding : findings) {
         const bool isMisplaced = finding.code == C03 && finding.severity == Severity::Warning && finding.isInFile;
         if (!isMisplaced || finding.suggestion[0] != L'[') continue;
-        const StartupSource& source = SourceOf(run, finding);
-        const CString name = finding.suggestion.Mid(1, finding.suggestion.GetLength() - 2);
+        const StartupSource& source = run.SourceOf(finding);
+        const CString name = WithoutBrackets(finding.suggestion);
         const auto isThere = [&](const SourceLine& line) {
             return line.kind == Kind::Entry && IsSameName(line.section, name) && IsSameName(line.key, finding.key);
         };
@@ -214,6 +191,12 @@ std::vector<MendedFile> MendedFiles(const std::vector<Mend>& mends) {
         files.push_back({path, edit.Bytes(), edit.Result(), edit.Diff(ToUtf8(DisplayPath(path)))});
     }
     return files;
+}
+
+std::list<SourceReplacement> Replaced(const std::vector<MendedFile>& files) {
+    std::list<SourceReplacement> replacements;
+    for (const MendedFile& file : files) replacements.emplace_back(file.path, file.result);
+    return replacements;
 }
 
 std::vector<MendedFile> ProveMends(Startup& startup, const std::vector<LintRun::Placed>& before,

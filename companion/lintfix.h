@@ -1,9 +1,11 @@
 #pragma once
 
+#include <list>
 #include <string>
 #include <vector>
 
 #include "lint.h"
+#include "veltrane/platform/files/internal/replacement.h"
 
 // What lint mends itself: names that can only be misspelt, headers without their bracket and, if asked for, keys in the
 // wrong section.
@@ -35,12 +37,12 @@ std::vector<Mend> MovesOfKeys(const LintRun& run, const std::vector<LintRun::Pla
 /// @throws Refusal  one cannot be read, or cannot hold a name
 std::vector<MendedFile> MendedFiles(const std::vector<Mend>& mends);
 
+/// While they live, the files have their new content for every reader. @param files  must outlive them
+std::list<SourceReplacement> Replaced(const std::vector<MendedFile>& files);
+
 /// Removes the mends that would cause a new finding, and makes the files of the rest.
 /// @param before  all findings of the configuration
 std::vector<MendedFile> ProveMends(Startup& startup, const std::vector<LintRun::Placed>& before,
                                    std::vector<Mend>& mends);
-
-/// The tool as it starts with other bytes in its files, whose replacements must live while it is asked.
-Startup Restarted(Startup& startup);
 
 }  // namespace veltrane::config

@@ -6,6 +6,7 @@
 
 #include "commandtable.h"
 #include "lspspot.h"
+#include "lspuri.h"
 #include "printable.h"
 #include "veltrane/platform/files/filesystem.h"
 
@@ -15,48 +16,23 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Bytes that are replaced in a text, each by a percent sign and its number.
-std::string PercentEncoded(const std::string& text, bool (*isEncoded)(unsigned char)) {
-    constexpr char digits[] = "0123456789ABCDEF";
-    std::string encoded;
-    for (const char each : text) {
-        const auto byte = static_cast<unsigned char>(each);
-        if (isEncoded(byte)) {
-            encoded += {'%', digits[byte / 16], digits[byte % 16]};
-        } else {
-            encoded += each;
-        }
-    }
-    return encoded;
-}
-
-bool IsReserved(unsigned char byte) {
-    const bool isAlnum = (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
-    return !isAlnum && std::string_view{"/-._~"}.find(static_cast<char>(byte)) == std::string_view::npos;
-}
-
-std::string Uri(const std::string& path) {
-    return PercentEncoded(path, IsReserved);
-}
-
 std::string MessageOfCommand(const std::string& text) {
-    return PercentEncoded(text, [](unsigned char byte) { return byte == '%' || byte == '\r' || byte == '\n'; });
+    return PercentEncoded(text,
+                          [](char byte) { return std::string_view{"%\r\n"}.find(byte) != std::string_view::npos; });
 }
 
 std::string PropertyOfCommand(const std::string& text) {
-    return PercentEncoded(text, [](unsigned char byte) {
-        return byte == '%' || byte == '\r' || byte == '\n' || byte == ':' || byte == ',';
-    });
+    return PercentEncoded(text,
+                          [](char byte) { return std::string_view{"%\r\n:,"}.find(byte) != std::string_view::npos; });
 }
 
 /// The piece of its line that a finding is about, as an editor marks it, in units of UTF-16; nothing for all of it.
 std::optional<TextRange> MarkedPiece(const LintRun& run, const LintRun::Placed& finding) {
     if (!finding.isInFile || finding.part == LinePart::Line) return {};
-    const StartupSource& source = run.sources[static_cast<std::size_t>(finding.source)];
-    const bool isIni = source.layer != OptionLayer::Registry;
-    if (!isIni || finding.line <= 0 || finding.line > static_cast<int>(source.view.lines.size())) return {};
-    const SourceLine& line = source.view.lines[static_cast<std::size_t>(finding.line) - 1];
-    return RangeOf({&source, &line}, finding.part, {ColumnUnit::Utf16, /*text*/ nullptr});
+    const StartupSource& source = run.SourceOf(finding);
+    const SourceLine* const line = FindLine(source.view, finding.line);
+    if (!line || source.layer == OptionLayer::Registry) return {};
+    return RangeOf({&source, line}, finding.part, {ColumnUnit::Utf16, /*text*/ nullptr});
 }
 
 /// The files of findings, relative to a folder.
@@ -117,7 +93,7 @@ Json RegionJson(const LintRun& run, const LintRun::Placed& finding) {
 
 Json LocationJson(const LintRun& run, const LintRun::Placed& finding, const fs::path& path) {
     if (path.empty()) return {{"logicalLocations", Json::array({Json{{"name", ToUtf8(finding.file)}}})}};
-    Json artifact{{"uri", (path.is_absolute() ? "file://" : "") + Uri(path)}};
+    Json artifact{{"uri", path.is_absolute() ? UriOfPath(path.native()) : PathInUri(path.native())}};
     if (path.is_relative()) artifact["uriBaseId"] = "%SRCROOT%";
     Json physical{{"artifactLocation", std::move(artifact)}};
     if (finding.line > 0) physical["region"] = RegionJson(run, finding);
@@ -166,7 +142,7 @@ Json SarifDocument(const LintRun& run, const std::vector<LintRun::Placed>& findi
                            {"message", MessageJson(TextOf(finding))},
                            {"locations", Json::array({LocationJson(run, finding, paths.Of(finding))})}});
     }
-    const std::string root = "file://" + Uri(paths.Root() / "");
+    const std::string root = UriOfPath((paths.Root() / "").native());
     const Json driver{{"name", request.program}, {"version", request.version}, {"rules", std::move(rules)}};
     Json log{{"tool", {{"driver", driver}}},
              {"columnKind", "utf16CodeUnits"},

@@ -1,10 +1,8 @@
 // Checks of the INI files, line by line.
-#include <algorithm>
 #include <limits>
 
 #include "lint.h"
 #include "nametext.h"
-#include "printable.h"
 #include "veltrane/config/xconfiguration.h"
 #include "veltrane/platform/text/numbers.h"
 
@@ -64,10 +62,6 @@ MeantKey FindAnywhere(const CString& key) {
 // A key in capitals is not an option and is not searched.
 MeantKey FindInSmallLetters(const CString& key) {
     return key == Folded(key) ? FindAnywhere(key) : MeantKey{};
-}
-
-CString Bracketed(const CString& section) {
-    return section.IsEmpty() ? section : L"[" + section + L"]";
 }
 
 /// One walk over the lines of a file.

@@ -113,7 +113,6 @@ private:
                       Bracketed(own->path), Severity::Note});
     }
 
-    static CString Bracketed(const CString& path) { return path.IsEmpty() ? path : L"[" + path + L"]"; }
     bool IsParent(const CString& path) const {
         return std::ranges::any_of(m_Run.RegistryKeys(), [below = path + L"\\"](const RegistryKey& key) {
             return key.path.Left(below.GetLength()).CompareNoCase(below) == 0;

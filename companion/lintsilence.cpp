@@ -1,5 +1,4 @@
 // Comments that silence findings: "; lint: C05" those of the next line, "; lint: file C01,C02" those of the file.
-#include <algorithm>
 
 #include "codelist.h"
 #include "lint.h"

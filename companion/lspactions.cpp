@@ -5,6 +5,7 @@
 #include "lspdiagnostics.h"
 #include "lspparams.h"
 #include "lsprequests.h"
+#include "nametext.h"
 #include "printable.h"
 
 namespace veltrane::config {
@@ -53,7 +54,7 @@ private:
             if (!isRegistry) AddMove(*found.placed.line, meant);
             return;
         }
-        const CString text = isSection ? meant.Mid(1, meant.GetLength() - 2) : meant;
+        const CString text = isSection ? WithoutBrackets(meant) : meant;
         if (const std::optional<TextRange> range = MeantRange(found))
             AddAction(FormatText(L"Change to '%s'", Printable(text)), {{*range, ToUtf8(text)}}, /*isPreferred*/ true);
     }
@@ -70,7 +71,7 @@ private:
 
     // To the end of the section, which may have to be made.
     void AddMove(const SourceLine& line, const CString& section) {
-        const CString name = section.Mid(1, section.GetLength() - 2);
+        const CString name = WithoutBrackets(section);
         const SourceLine* last = nullptr;
         for (const SourceLine& other : m_View.source.view.lines) {
             const bool isOfIt = other.section.CompareNoCase(name) == 0 && other.kind != Kind::Blank &&

@@ -2,7 +2,7 @@
 
 #include <iosfwd>
 
-#include "lspjson.h"
+#include "json.h"
 #include "lsptext.h"
 #include "veltrane/platform/text/cstring.h"
 

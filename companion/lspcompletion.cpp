@@ -8,7 +8,6 @@
 #include "lsprequests.h"
 #include "nametext.h"
 #include "optiontext.h"
-#include "veltrane/config/xconfiguration.h"
 #include "veltrane/platform/text/internal/indexformat.h"
 
 namespace veltrane::config {

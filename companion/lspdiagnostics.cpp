@@ -25,11 +25,10 @@ bool LineFinding::IsNeverRead() const {
 std::vector<LineFinding> FindingsIn(const LspAnalysis& analysis, const StartupSource& source) {
     static const SourceLine blank{.number = 1};
     std::vector<LineFinding> found;
-    const std::vector<SourceLine>& lines = source.view.lines;
     for (const LintRun::Placed& finding : analysis.findings) {
         if (!finding.isInFile || finding.source != analysis.run.SourceNumber(source.layer)) continue;
-        const bool isLine = finding.line > 0 && finding.line <= static_cast<int>(lines.size());
-        found.push_back({&finding, {&source, isLine ? &lines[static_cast<std::size_t>(finding.line) - 1] : &blank}});
+        const SourceLine* const line = FindLine(source.view, finding.line);
+        found.push_back({&finding, {&source, line ? line : &blank}});
     }
     return found;
 }

@@ -10,6 +10,7 @@
 #include "optiontext.h"
 #include "places.h"
 #include "printable.h"
+#include "rules.h"
 
 namespace veltrane::config {
 
@@ -92,25 +93,16 @@ void AddReference(HoverText& text, LspAnalysis& analysis, const LspSpot& spot) {
     }
 }
 
-struct RuleKind {
-    enumOption option;
-    const char* names;
-};
-
-constexpr RuleKind RULE_KINDS[] = {{eOptionTableNameRules, "tables"}, {eOptionColumnNameRules, "columns"}};
-
 // Rules know the line of their new text.
 void AddRule(HoverText& text, const LspAnalysis& analysis, const PlacedLine& placed) {
-    for (const auto& [option, names] : RULE_KINDS) {
-        for (const OptionRule& rule : analysis.startup.options.GetNamingRules(option)) {
-            if (!IsAt(rule.origin, placed)) continue;
-            text.AddTitle(ToUtf8(Printable(rule.oldText)), rule.isInForce ? "naming rule" : "naming rule, hidden");
-            const CString by = rule.newText.IsEmpty() ? CString{L"nothing"} : L"'" + Printable(rule.newText) + L"'";
-            text.AddText(ToUtf8(FormatText(L"From version %d on, '%s' is replaced by %s in names of %s.", rule.version,
-                                           Printable(rule.oldText), by, CString{names})));
-            if (!rule.isInForce)
-                text.AddText("The user file has a section of this version without this rule, so it is not in force.");
-        }
+    for (const OptionRule& rule : AllRules(analysis.startup.options)) {
+        if (!IsAt(rule.origin, placed)) continue;
+        text.AddTitle(ToUtf8(Printable(rule.oldText)), rule.isInForce ? "naming rule" : "naming rule, hidden");
+        const CString by = rule.newText.IsEmpty() ? CString{L"nothing"} : L"'" + Printable(rule.newText) + L"'";
+        text.AddText(ToUtf8(FormatText(L"From version %d on, '%s' is replaced by %s in names of %Ss.", rule.version,
+                                       Printable(rule.oldText), by, KindOf(rule))));
+        if (!rule.isInForce)
+            text.AddText("The user file has a section of this version without this rule, so it is not in force.");
     }
 }
 

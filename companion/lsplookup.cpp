@@ -66,10 +66,9 @@ bool IsAt(const OptionOrigin& place, const PlacedLine& placed) {
 
 std::optional<PlacedLine> LineAt(const LspAnalysis& analysis, const OptionOrigin& place) {
     const auto source = std::ranges::find(analysis.run.sources, place.layer, &StartupSource::layer);
-    if (source == analysis.run.sources.end()) return {};
-    const std::vector<SourceLine>& lines = source->view.lines;
-    if (place.line < 1 || place.line > static_cast<int>(lines.size())) return {};
-    return PlacedLine{&*source, &lines[static_cast<std::size_t>(place.line) - 1]};
+    const bool isSource = source != analysis.run.sources.end();
+    const SourceLine* const line = isSource ? FindLine(source->view, place.line) : nullptr;
+    return line ? std::optional{PlacedLine{&*source, line}} : std::nullopt;
 }
 
 std::vector<PlacedLine> LinesOf(const LspAnalysis& analysis, const CString& section, const CString& key) {

@@ -9,7 +9,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "lspjson.h"
+#include "json.h"
 
 // Messages of the Language Server Protocol on streams of bytes: a header with the length, then JSON.
 

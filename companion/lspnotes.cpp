@@ -1,6 +1,6 @@
-#include "lspnotes.h"
-
+// What the client tells about its documents and files.
 #include "lspparams.h"
+#include "lsprequests.h"
 
 namespace veltrane::config {
 

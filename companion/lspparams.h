@@ -4,7 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "lspjson.h"
+#include "json.h"
 #include "lsptext.h"
 
 // Parts of messages that occur in many of them. Reading a part of another type throws an exception of JSON.

@@ -4,9 +4,11 @@
 
 #include "lspworld.h"
 
-// The requests of the protocol, each with its parameters. They answer null where there is nothing to tell.
+// What the client says, each with its parameters.
 
 namespace veltrane::config {
+
+// Requests. They answer null where there is nothing to tell.
 
 LspJson Initialize(LspWorld& world, const LspJson& params);
 LspJson Hover(LspWorld& world, const LspJson& params);
@@ -17,5 +19,16 @@ LspJson ListSymbols(LspWorld& world, const LspJson& params);
 LspJson ListFoldings(LspWorld& world, const LspJson& params);
 LspJson ListActions(LspWorld& world, const LspJson& params);
 LspJson ListTokens(LspWorld& world, const LspJson& params);
+
+// Notifications, which get no reply.
+
+void OnInitialized(LspWorld& world, const LspJson& params);
+void OnOpened(LspWorld& world, const LspJson& params);
+void OnChanged(LspWorld& world, const LspJson& params);
+void OnClosed(LspWorld& world, const LspJson& params);
+void OnFilesChanged(LspWorld& world, const LspJson& params);
+
+/// The kinds of tokens and their marks, in the order of their numbers.
+LspJson TokenLegend();
 
 }  // namespace veltrane::config

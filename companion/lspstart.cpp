@@ -1,7 +1,6 @@
 #include <filesystem>
 
 #include "lsprequests.h"
-#include "lsptokens.h"
 #include "lspuri.h"
 #include "veltrane/platform/text/encoding.h"
 

@@ -4,15 +4,30 @@
 #include <iterator>
 #include <string_view>
 
-#include "lspnotes.h"
-#include "lspoverlay.h"
 #include "lsprequests.h"
+#include "veltrane/platform/files/internal/replacement.h"
+#include "veltrane/platform/sources/internal/snapshot.h"
 
 namespace veltrane::config {
 
 namespace {
 
 using enum LspError;
+
+/// While one lives, the files of open documents are what the client has of them, and all files stay as they are.
+class Overlay {
+public:
+    /// @param documents  must not change meanwhile
+    explicit Overlay(const LspDocuments& documents) {
+        for (const auto& [uri, document] : documents.All()) {
+            if (!document.path.empty()) m_Texts.emplace_back(FromUtf8(document.path), document.text.Bytes());
+        }
+    }
+
+private:
+    std::list<SourceReplacement> m_Texts;
+    SourceSnapshot m_Snapshot;
+};
 
 struct RequestRow {
     std::string_view method;
@@ -78,7 +93,7 @@ void LspTalk::Handle(const LspJson& message) {
 
 void LspTalk::Publish() {
     if (m_State == State::Serving && m_World.HasNews()) {
-        const LspOverlay overlay{m_World.documents};
+        const Overlay overlay{m_World.documents};
         m_World.Publish();
     }
 }
@@ -131,7 +146,7 @@ LspJson LspTalk::Answer(const std::string& method, const LspJson& params) {
     }
     const auto* const row = std::ranges::find(REQUESTS, method, &RequestRow::method);
     if (row == std::end(REQUESTS)) throw LspFault{MethodNotFound, "'" + method.substr(0, 100) + "' is not known"};
-    const LspOverlay overlay{m_World.documents};
+    const Overlay overlay{m_World.documents};
     return row->answer(m_World, params);
 }
 

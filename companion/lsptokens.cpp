@@ -1,6 +1,4 @@
 // The parts of a document that a client shows in colours.
-#include "lsptokens.h"
-
 #include <utility>
 
 #include "lspdiagnostics.h"

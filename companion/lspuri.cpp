@@ -47,16 +47,21 @@ std::optional<std::string> PathOfUri(std::string_view uri) {
 }
 
 std::string UriOfPath(std::string_view path) {
-    std::string uri{SCHEME};
-    for (const char byte : path) {
-        if (PLAIN.find(byte) != PLAIN.npos) {
-            uri += byte;
-        } else {
-            const auto number = static_cast<unsigned char>(byte);
-            uri += {'%', HEX[number / 16], HEX[number % 16]};
-        }
+    return std::string{SCHEME} + PathInUri(path);
+}
+
+std::string PathInUri(std::string_view path) {
+    return PercentEncoded(path, [](char byte) { return PLAIN.find(byte) == PLAIN.npos; });
+}
+
+std::string PercentEncoded(std::string_view text, bool (*isEncoded)(char byte)) {
+    std::string encoded;
+    for (const char byte : text) {
+        const auto number = static_cast<unsigned char>(byte);
+        if (isEncoded(byte)) encoded += {'%', HEX[number / 16], HEX[number % 16]};
+        if (!isEncoded(byte)) encoded += byte;
     }
-    return uri;
+    return encoded;
 }
 
 }  // namespace veltrane::config

@@ -11,4 +11,10 @@ std::optional<std::string> PathOfUri(std::string_view uri);
 
 std::string UriOfPath(std::string_view path);
 
+/// A path as a URI holds it.
+std::string PathInUri(std::string_view path);
+
+/// A text in which each byte of a kind is replaced by a percent sign and its number.
+std::string PercentEncoded(std::string_view text, bool (*isEncoded)(char byte));
+
 }  // namespace veltrane::config

@@ -46,7 +46,7 @@ public:
 
     /// Whether something has changed since the findings were sent.
     bool HasNews() const;
-    /// Sends the client the present findings. As Look, to be called while an LspOverlay lives.
+    /// Sends the client the present findings. As Look, to be called while the open documents stand for their files.
     void Publish();
     /// @return nothing for a document that is not open, or is no file of a configuration
     std::optional<LspView> Look(const std::string& uri);

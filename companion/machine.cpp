@@ -44,28 +44,23 @@ private:
         return found == object.end() ? nullptr : &*found;
     }
 
-    const Json& List(const Json& object, const char* field) const {
+    const Json& Typed(const Json& object, const char* field, bool (Json::*isOfType)() const noexcept) const {
         const Json* const found = Find(object, field);
-        if (!found || !found->is_array()) Refuse(field);
+        if (!found || !(found->*isOfType)()) Refuse(field);
         return *found;
     }
+    const Json& List(const Json& object, const char* field) const { return Typed(object, field, &Json::is_array); }
     CString Text(const Json& object, const char* field) const {
-        const Json* const found = Find(object, field);
-        if (!found || !found->is_string()) Refuse(field);
-        return FromUtf8(found->get_ref<const std::string&>());
+        return FromUtf8(Typed(object, field, &Json::is_string).get_ref<const std::string&>());
     }
     int Number(const Json& object, const char* field) const {
-        const Json* const found = Find(object, field);
-        if (!found || !found->is_number_integer()) Refuse(field);
-        const auto number = found->get<double>();
+        const auto number = Typed(object, field, &Json::is_number_integer).get<double>();
         using Limits = std::numeric_limits<int>;
         if (number < Limits::min() || number > Limits::max()) Refuse(field);
         return static_cast<int>(number);
     }
     bool Flag(const Json& object, const char* field) const {
-        const Json* const found = Find(object, field);
-        if (!found || !found->is_boolean()) Refuse(field);
-        return found->get<bool>();
+        return Typed(object, field, &Json::is_boolean).get<bool>();
     }
 
     template <class Body>

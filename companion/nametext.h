@@ -13,6 +13,15 @@ inline bool IsSameName(const CString& left, const CString& right) {
     return left.CompareNoCase(right) == 0;
 }
 
+/// A section as suggestions name it; empty for none.
+inline CString Bracketed(const CString& section) {
+    return section.IsEmpty() ? section : L"[" + section + L"]";
+}
+/// The section that a suggestion names.
+inline CString WithoutBrackets(const CString& suggestion) {
+    return suggestion.Mid(1, suggestion.GetLength() - 2);
+}
+
 inline bool IsNumber(const CString& text) {
     return !text.IsEmpty() && text.View().find_first_not_of(L"0123456789") == std::wstring_view::npos;
 }

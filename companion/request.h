@@ -33,6 +33,13 @@ struct Refusal {
     CString text;
 };
 
+/// End of a refusal of an unknown name.
+/// @param nearest    that may have been meant; empty for none
+/// @param otherwise  the end when none was
+inline CString NearestHint(const CString& nearest, const wchar_t* otherwise = L"") {
+    return nearest.IsEmpty() ? CString{otherwise} : L"; did you mean '" + nearest + L"'?";
+}
+
 /// End of a refusal when words of the tool may be among those of this program.
 inline constexpr wchar_t FORGOTTEN_HYPHENS[] = L"; did you forget '--' before the tool's own command line?";
 

@@ -1,6 +1,5 @@
 // Changes one value in the user file or the basic file.
 #include <algorithm>
-#include <memory>
 
 #include "askedoption.h"
 #include "commands.h"
@@ -9,9 +8,7 @@
 #include "lint.h"
 #include "places.h"
 #include "printable.h"
-#include "veltrane/options/typed.h"
 #include "veltrane/platform/files/internal/replacement.h"
-#include "veltrane/platform/process/process.h"
 #include "veltrane/platform/sources/internal/snapshot.h"
 
 namespace veltrane::config {
@@ -126,9 +123,7 @@ private:
     // The tool as it starts with the changed file.
     void Restart() {
         const SourceReplacement replacement{m_Target.path, m_Result};
-        std::vector<CString> words = GetArguments();
-        words.erase(words.begin());
-        m_Answer.startup = std::make_shared<Startup>(m_Before.tool, words, GetText<"version-info">(m_Before.options));
+        m_Answer.startup = m_Before.Again();
         XOption& options = m_Answer.startup->options;
         m_Found = options.GetOptionCandidates(m_Key.key, m_Key.index.value_or(-1)).candidates;
     }

@@ -164,12 +164,11 @@ public:
     /// Adds the values of an option, or the one with an index; one without an item when there is none.
     void Add(const XOptionDefinition& row, const std::optional<int>& index) {
         const std::size_t count = m_All.size();
-        const CString name = row.szLongName;
-        const XOptionItem* item = m_Options.GetFirstOptionItem(name);
-        for (OptionCandidates& found : m_Options.GetAllOptionCandidates(name)) {
-            const int at = item->GetOptionIndex();
-            if (!index || *index == at) m_All.push_back({&row, at, item, std::move(found)});
-            item = m_Options.GetNextOptionItem(name);
+        auto item = m_Options.GetOptionItems(row).begin();
+        for (OptionCandidates& found : m_Options.GetAllOptionCandidates(row.szLongName)) {
+            const int at = (*item)->GetOptionIndex();
+            if (!index || *index == at) m_All.push_back({&row, at, *item, std::move(found)});
+            ++item;
         }
         if (m_All.size() == count) AddLost(row, index);
         if (m_All.size() == count) AddUnset(row, index);

@@ -6,6 +6,7 @@
 
 #include "answer.h"
 #include "errorjson.h"
+#include "veltrane/options/typed.h"
 #include "veltrane/options/xcommandline.h"
 #include "veltrane/platform/process/localtime.h"
 #include "veltrane/platform/process/process.h"
@@ -45,6 +46,12 @@ Startup::Startup(const CString& program, const std::vector<CString>& arguments, 
     const bool isRead = Attempt([&] { options.ReadConfiguration(); });
     if (!isRead) RetrieveEach();
     AddHintsOnce();
+}
+
+std::unique_ptr<Startup> Startup::Again() {
+    std::vector<CString> words = GetArguments();
+    words.erase(words.begin());
+    return std::make_unique<Startup>(tool, words, GetText<"version-info">(options));
 }
 
 // Reading reports only its first error; asking each option again reports them all.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "request.h"
@@ -17,6 +18,9 @@ public:
     /// @param arguments  its command line, without the program
     /// @throws Refusal  there is no such program, or an argument would end it at once
     Startup(const CString& tool, const std::vector<CString>& arguments, const CString& version);
+
+    /// The same start-up once more, which may meet other files.
+    std::unique_ptr<Startup> Again();
 
     /// The errors as lines for people; a hint that several share appears once.
     std::vector<CString> ErrorTexts() const;

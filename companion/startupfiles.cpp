@@ -69,6 +69,11 @@ const wchar_t* ReadingName(SourceReading reading) {
     return READINGS[static_cast<std::size_t>(reading)];
 }
 
+const SourceLine* FindLine(const SourceFileLines& view, int number) {
+    const bool isLine = number > 0 && number <= static_cast<int>(view.lines.size());
+    return isLine ? &view.lines[static_cast<std::size_t>(number) - 1] : nullptr;
+}
+
 std::vector<StartupSource> ReadSources(const XOption& options, const KnownLines& known) {
     std::vector<StartupSource> sources;
     const auto add = [&](OptionLayer layer, const CString& path) { sources.push_back(ReadSource(layer, path, known)); };

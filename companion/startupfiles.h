@@ -21,6 +21,9 @@ struct StartupSource {
     bool isUnmarkedUtf16;
 };
 
+/// A line by its number; null for a number that is not of a line.
+const SourceLine* FindLine(const SourceFileLines& view, int number);
+
 /// The lines of one source, when they were read before; null else.
 struct KnownLines {
     OptionLayer layer = OptionLayer::Host;

@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <memory>
 #include <system_error>
 
 #include "places.h"
@@ -40,12 +39,6 @@ bool ClimbsBelowDrive(const CString& path) {
     CString parts = L"/" + path.Mid(2) + L"/";
     parts.Replace(L"\\", L"/");
     return parts.Find(L"/../") >= 0;
-}
-
-/// A name of the system without links; empty when there is no such file.
-std::string Resolved(const std::string& name) {
-    const std::unique_ptr<char, decltype(&free)> full{realpath(name.c_str(), nullptr), free};
-    return full ? full.get() : "";
 }
 
 /// The file that a path leads to. For a missing file its folder is resolved.

@@ -6,6 +6,7 @@
 #include "nametext.h"
 #include "veltrane/foundation/nearest.h"
 #include "veltrane/platform/text/internal/indexformat.h"
+#include "veltrane/platform/text/numbers.h"
 
 namespace veltrane::config {
 

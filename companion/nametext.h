@@ -22,8 +22,4 @@ inline CString WithoutBrackets(const CString& suggestion) {
     return suggestion.Mid(1, suggestion.GetLength() - 2);
 }
 
-inline bool IsNumber(const CString& text) {
-    return !text.IsEmpty() && text.View().find_first_not_of(L"0123456789") == std::wstring_view::npos;
-}
-
 }  // namespace veltrane::config

@@ -20,10 +20,6 @@ bool CutWord(CString& line, const CString& word) {
     return true;
 }
 
-bool IsNumber(const CString& text) {
-    return !text.IsEmpty() && text.View().find_first_not_of(L"0123456789") == std::wstring_view::npos;
-}
-
 CString TextOf(std::string_view bytes, bool isFirst) {
     constexpr std::string_view mark = "\xEF\xBB\xBF";
     if (isFirst && bytes.starts_with(mark)) bytes.remove_prefix(mark.size());

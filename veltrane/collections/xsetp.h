@@ -155,7 +155,6 @@ private:
     bool Contains(int position) const noexcept { return position >= 0 && position < Size(); }
     T* At(int position) const noexcept { return m_Data[static_cast<std::size_t>(position)]; }
     T* ObjectAt(int position) const noexcept { return Contains(position) ? At(position) : nullptr; }
-    void CheckLimits(int position) const;
     T& Checked(int position) const;
 
     static bool Smaller(const T* a, const T* b) { return a && b ? *a < *b : !a && b; }
@@ -237,14 +236,10 @@ bool XSetP<T>::GetFlag(int position) const {
 }
 
 template <class T>
-void XSetP<T>::CheckLimits(int position) const {
-    if (Contains(position)) return;
-    throw veltrane::MakeError(Here<"CheckLimits">(), L"Index <%d> is out of bounds [%d,%d]!", position, 0, Size() - 1);
-}
-
-template <class T>
 T& XSetP<T>::Checked(int position) const {
-    CheckLimits(position);
+    if (!Contains(position))
+        throw veltrane::MakeError(Here<"CheckLimits">(), L"Index <%d> is out of bounds [%d,%d]!", position, 0,
+                                  Size() - 1);
     if (T* object = At(position)) return *object;
     throw veltrane::MakeError(Here<"CheckLimits">(), L"Index <%d> holds no object!", position);
 }

@@ -75,9 +75,7 @@ const XNamingRules& XOption::RulesOf(enumOption option) const {
 
 std::vector<OptionRule> XOption::GetNamingRules(enumOption option) const {
     std::vector<OptionRule> rules;
-    const XNamingRules& inForce = RulesOf(option);
-    for (int i = 0; i < inForce.Size(); ++i) {
-        const XNamingRule& rule = inForce.GetConstRefAt(i);
+    for (const XNamingRule& rule : RulesOf(option)) {
         rules.push_back({option, rule.GetVersion(), rule.GetFirst(), rule.GetSecond(), {}});
     }
     m_pOrigins->AddOrigins(option, rules);
@@ -91,12 +89,8 @@ void XOption::AddHiddenRules(std::vector<OptionRule>& rules, enumOption option) 
     if (!OptionRegistry::HasLibraryRow(RuleDefinition(option))) return;
     const SourceSnapshot snapshot;
     const CString format = GetSectionName(RuleDefinition(option).eSection);
-    const XNamingRules& inForce = RulesOf(option);
     std::set<std::pair<int, std::wstring_view>> known;
-    for (int i = 0; i < inForce.Size(); ++i) {
-        const XNamingRule& rule = inForce.GetConstRefAt(i);
-        known.emplace(rule.GetVersion(), rule.GetFirst().View());
-    }
+    for (const XNamingRule& rule : RulesOf(option)) known.emplace(rule.GetVersion(), rule.GetFirst().View());
     XMapInt2CString names;
     m_pSources->basicFile->GetOptionNameSet(names, format);
     ForEachRule(names, format, [&](int version, const CString& section, const CString& key) {

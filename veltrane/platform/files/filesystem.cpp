@@ -107,10 +107,7 @@ void veltrane::SetDriveFolder(wchar_t drive, const CString& folder) {
 }
 
 CString veltrane::CurrentFolder() {
-    struct Free {
-        void operator()(char* text) const noexcept { std::free(text); }
-    };
-    const std::unique_ptr<char, Free> name{getcwd(nullptr, 0)};
+    const std::unique_ptr<char, decltype(&std::free)> name{getcwd(nullptr, 0), std::free};
     return FromUtf8(name ? name.get() : "");
 }
 

@@ -14,6 +14,12 @@ VELTRANE_API bool ScanInteger(std::wstring_view text, int& number) noexcept;
 
 namespace detail {
 
+/// Whether a text holds ASCII digits and nothing else.
+inline bool IsNumber(CStringView text) noexcept {
+    const std::wstring_view view = text.View();
+    return !view.empty() && view.find_first_not_of(L"0123456789") == view.npos;
+}
+
 /// Appends a number from 0 to 99 in two digits.
 inline void AppendTwoDigits(std::wstring& text, int number) {
     text += static_cast<wchar_t>(L'0' + number / 10);

@@ -1,10 +1,8 @@
-#include <stdlib.h>
-
-#include <memory>
 #include <utility>
 
 #include "veltrane/platform/files/filesystem.h"
 #include "veltrane/platform/files/internal/foreigncode.h"
+#include "veltrane/platform/files/internal/nativefile.h"
 #include "veltrane/platform/files/internal/replacement.h"
 
 namespace veltrane::detail {
@@ -12,15 +10,6 @@ namespace veltrane::detail {
 namespace {
 
 thread_local SourceReplacement* g_Newest = nullptr;
-
-/// A name of the system without links and relative parts; empty when there is no such file.
-std::string Resolved(const std::string& name) {
-    struct Free {
-        void operator()(char* text) const noexcept { std::free(text); }
-    };
-    const std::unique_ptr<char, Free> full{realpath(name.c_str(), nullptr)};
-    return full ? full.get() : "";
-}
 
 // One name for a file, whatever path leads to it. For a missing file, its folder is resolved.
 std::string FullName(CStringView path) {

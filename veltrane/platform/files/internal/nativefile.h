@@ -5,6 +5,8 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <cstdlib>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -44,6 +46,12 @@ public:
 private:
     int m_Handle = -1;
 };
+
+/// A name of the system without links and relative parts; empty, with the reason in errno, when nothing has it.
+inline std::string Resolved(const std::string& name) {
+    const std::unique_ptr<char, decltype(&std::free)> full{realpath(name.c_str(), nullptr), std::free};
+    return full ? full.get() : "";
+}
 
 /// Opens a file without waiting for the other end of a pipe or for a device. If another process holds a lease on a
 /// regular file, opening waits until that process has given it up.

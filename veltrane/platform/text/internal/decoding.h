@@ -28,6 +28,11 @@ inline wchar_t CutFileCharacter(FileText& text) noexcept {
 }
 
 /// The whole text, character by character as CutFileCharacter.
-std::wstring DecodeFileText(FileText text);
+inline std::wstring DecodeFileText(FileText text) {
+    std::wstring decoded;
+    decoded.reserve(text.bytes.size());
+    while (!text.bytes.empty()) decoded += CutFileCharacter(text);
+    return decoded;
+}
 
 }  // namespace veltrane::detail

@@ -135,7 +135,6 @@ private:
         }
     }
 
-    // A word that is not in the choice.
     static std::string RefuseOther(const SwitchRow& row, const std::string& word) {
         const std::vector<std::string> words = CLI::detail::split(row.value, '|');
         if (std::ranges::find(words, word) != words.end()) return {};

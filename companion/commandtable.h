@@ -85,6 +85,10 @@ inline constexpr ExitRow EXITS[] = {
 };
 // clang-format on
 
+/// The man page of the program, or its completion for a shell, made from these rows and the options of the tool.
+/// @param kind  "man", "bash", "zsh" or "fish" @param name  of the program
+std::string MakeDocument(const std::string& kind, const std::string& name, const std::string& version);
+
 /// A summary or a meaning as a sentence.
 inline std::string Sentence(std::string text) {
     if (text[0] >= 'a' && text[0] <= 'z') text[0] = static_cast<char>(text[0] - 'a' + 'A');

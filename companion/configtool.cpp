@@ -7,7 +7,6 @@
 #include "commandline.h"
 #include "commands.h"
 #include "commandtable.h"
-#include "documents.h"
 #include "errorjson.h"
 #include "lsp.h"
 #include "lspinput.h"
@@ -26,7 +25,6 @@ struct {
     {"show", Show},   {"explain", ExplainOptions}, {"lint", Lint},  {"names", Names}, {"set", Set},
     {"unset", Unset}, {"freeze", Freeze},          {"files", Files}};
 
-/// One run of the program.
 class Run {
 public:
     Run(int argc, char** argv, const ConfigTool& tool) : m_Tool(tool), m_Name(std::string{tool.name} + "-config") {

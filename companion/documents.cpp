@@ -1,5 +1,4 @@
-#include "documents.h"
-
+// The man page and the completions.
 #include <string_view>
 #include <utility>
 #include <vector>

@@ -50,8 +50,8 @@ std::vector<IndexedPlace> PlacesIn(const CString& path, const OptionKey& key) {
     return places;
 }
 
-std::vector<IndexedPlace> PlacesIn(const FileEdit& edit, const std::string& bytes, const OptionKey& key) {
-    const SourceReplacement replacement{edit.Path(), bytes};
+std::vector<IndexedPlace> PlacesIn(const FileEdit& edit, const OptionKey& key) {
+    const SourceReplacement replacement{edit.Path(), edit.Bytes()};
     return PlacesIn(edit.Path(), key);
 }
 
@@ -113,7 +113,7 @@ const SourceLine* FindAnswer(const FileEdit& edit, const OptionKey& key) {
     const auto isAnswer = [&](const SourceLine& line) { return line.answers && IsEntryOf(key, line); };
     if (const auto found = std::ranges::find_if(lines, isAnswer); found != lines.end()) return &*found;
     if (!key.index) return nullptr;
-    for (const IndexedPlace& place : PlacesIn(edit, edit.Bytes(), key)) {
+    for (const IndexedPlace& place : PlacesIn(edit, key)) {
         if (place.index == *key.index && place.place.line > 0) return &edit.Line(place.place.line);
     }
     return nullptr;
@@ -148,7 +148,7 @@ std::vector<SourceLine> UnsetOption(FileEdit& edit, const OptionKey& key, bool w
 
 void ProveChange(const FileEdit& edit, const FileEdit& after, const OptionKey& key, const std::optional<CString>& value,
                  const SourceLine& line) {
-    const auto before = key.index ? PlacesIn(edit, edit.Bytes(), key) : std::vector<IndexedPlace>{};
+    const auto before = key.index ? PlacesIn(edit, key) : std::vector<IndexedPlace>{};
     const SourceReplacement replacement{after.Path(), after.Bytes()};
     const SourceSnapshot snapshot;
     if (value && !IsRead(after, key, *value))

@@ -16,7 +16,6 @@ namespace {
 constexpr wchar_t START[] = L" Error info start ";
 constexpr wchar_t END[] = L" Error info end ";
 
-/// One block, its fields as they were written.
 struct Block {
     int line;
     CString location = {};
@@ -61,16 +60,16 @@ std::vector<Block> ReadBlocks(std::istream& log) {
         if (bytes.ends_with('\r')) bytes.pop_back();
         CString text = FromUtf8(bytes);
         ++number;
-        if (text.Find(START) > 0) {
-            blocks.push_back({number});
+        const bool isStart = text.Find(START) > 0;
+        if (isStart) blocks.push_back({number});
+        if (isStart || text.Find(END) > 0) {
+            isInside = isStart;
             field = nullptr;
+        } else if (isInside) {
+            CString* const begun = blocks.back().CutTitle(text);
+            if (begun) field = begun;
+            if (field) *field += (begun ? L"" : L"\r\n") + text;
         }
-        const bool isMark = text.Find(START) > 0 || text.Find(END) > 0;
-        if (isMark) isInside = text.Find(START) > 0;
-        if (!isInside || isMark) continue;
-        CString* const begun = blocks.back().CutTitle(text);
-        if (begun) field = begun;
-        if (field) *field += (begun ? L"" : L"\r\n") + text;
     }
     return blocks;
 }

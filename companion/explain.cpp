@@ -16,10 +16,6 @@ namespace {
 constexpr int STEP_INDENT = 4;
 constexpr const char* STEP_KINDS[] = {"given", "reference", "folder", "value"};
 
-const char* NameOf(OptionStep::Kind kind) {
-    return STEP_KINDS[static_cast<std::size_t>(kind)];
-}
-
 CString TitleOf(const OptionStep& step) {
     if (step.kind == OptionStep::Kind::Given) return L"given";
     const bool isReference = step.kind == OptionStep::Kind::Reference;
@@ -84,7 +80,7 @@ void AddStep(Columns& columns, const OptionStep& step, int number, const Startup
 }
 
 Json StepJson(const OptionStep& step) {
-    Json json{{"kind", NameOf(step.kind)}, {"depth", step.depth}};
+    Json json{{"kind", STEP_KINDS[static_cast<std::size_t>(step.kind)]}, {"depth", step.depth}};
     if (step.kind == OptionStep::Kind::Reference) json["reference"] = ToUtf8(step.reference);
     json["places"] = Json::array();
     for (const OptionPlace& asked : step.places) {

@@ -155,14 +155,12 @@ Answer Explain(const std::string& list) {
     return answer;
 }
 
-// Whether a finding says that a source cannot be read.
 bool IsOfUnreadable(const LintRun& run, const LintRun::Placed& finding) {
     if (finding.code != LintCode::C19 || !finding.isInFile) return false;
     const StartupSource& source = run.SourceOf(finding);
     return IsUnreadable(source.path, source.view);
 }
 
-/// The wanted ones among all findings.
 std::vector<LintRun::Placed> Wanted(const Request& request, const FileFilter& files, std::vector<LintRun::Placed> all) {
     const CodeFilter codes{request.Value("--code")};
     std::erase_if(

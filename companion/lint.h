@@ -20,6 +20,10 @@ struct Finding {
     LinePart part = RowOf(code).part;  ///< of an entry; Report sets that of any other line
 };
 
+inline Finding Note(LintCode code, const CString& text, const CString& suggestion = {}) {
+    return {code, text, suggestion, Severity::Note};
+}
+
 /// What a section of a file is for.
 struct SectionUse {
     enumCfgSection section = eSectionNone;

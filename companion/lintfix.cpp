@@ -109,7 +109,6 @@ auto KeyOf(const LintRun::Placed& finding) {
     return std::tuple(finding.code, finding.source, text);
 }
 
-// The findings that were not there before.
 std::vector<LintRun::Placed> NewFindings(Startup& startup, const std::vector<LintRun::Placed>& before) {
     std::multiset<decltype(KeyOf(before[0]))> known;
     for (const LintRun::Placed& finding : before) known.insert(KeyOf(finding));

@@ -64,7 +64,6 @@ MeantKey FindInSmallLetters(const CString& key) {
     return key == Folded(key) ? FindAnywhere(key) : MeantKey{};
 }
 
-/// One walk over the lines of a file.
 class FileLint {
 public:
     FileLint(LintRun& run, const StartupSource& source) : m_Run(run), m_Source(source) {}
@@ -86,7 +85,7 @@ private:
 
     void LintIgnored(const SourceLine& line) {
         if (IsForeignComment(line.key, /*isRule*/ false)) {
-            Report(line, {C16, L"only ';' begins a comment; this line is ignored anyway", {}, Severity::Note});
+            Report(line, Note(C16, L"only ';' begins a comment; this line is ignored anyway"));
         } else if (line.reason == Reason::BeforeFirstSection) {
             Report(line, {C16, L"this line comes before the first section and is ignored"});
         } else if (line.reason == Reason::EmptyKey) {
@@ -116,8 +115,8 @@ private:
             if (!m_Run.HasDatabase() && nearest.IsEmpty()) return;  // it may be the one of the database
             Report(line, {C01, FormatText(L"[%s] is not a known section", line.section), Bracketed(nearest)});
         } else if (m_Use.isOfOtherDatabase && m_Run.IsNearOwnDatabase(m_Source, line.section)) {
-            Report(line, {C01, FormatText(L"[%s] is taken as the section of another database", line.section),
-                          Bracketed(m_Run.startup.options.GetSectionName(eSectionDatabase)), Severity::Note});
+            Report(line, Note(C01, FormatText(L"[%s] is taken as the section of another database", line.section),
+                              Bracketed(m_Run.startup.options.GetSectionName(eSectionDatabase))));
         }
     }
 
@@ -167,9 +166,7 @@ private:
         if (m_Run.IsReferredTo(line.section, line.key)) {
             if (isElsewhere) LintReferred(line, meant);
         } else if (IsForeignComment(line.key, /*isRule*/ false)) {
-            Report(
-                line,
-                {C16, FormatText(L"only ';' begins a comment; '%s' is read as a key", line.key), {}, Severity::Note});
+            Report(line, Note(C16, FormatText(L"only ';' begins a comment; '%s' is read as a key", line.key)));
         } else if (isElsewhere) {
             Report(line, {C03, FormatText(L"'%s' does not belong in this section", line.key),
                           Bracketed(m_Run.SectionFor(m_Source, *meant.row, meant.index))});
@@ -182,8 +179,8 @@ private:
     }
 
     void LintReferred(const SourceLine& line, const MeantKey& meant) {
-        Report(line, {C03, FormatText(L"in this section '%s' is read only by references", line.key),
-                      Bracketed(m_Run.SectionFor(m_Source, *meant.row, meant.index)), Severity::Note});
+        Report(line, Note(C03, FormatText(L"in this section '%s' is read only by references", line.key),
+                          Bracketed(m_Run.SectionFor(m_Source, *meant.row, meant.index))));
     }
 
     // Any text can be a rule, even one that is spelled like an option.
@@ -194,8 +191,8 @@ private:
         } else if (IsInQuotes(line.key)) {
             Report(line, {C14, FormatText(L"the quotes are part of the text %s that this rule replaces", line.key)});
         } else if (const MeantKey meant = FindInSmallLetters(line.key); meant.row) {
-            Report(line, {C03, FormatText(L"'%s' is a naming rule in this section", line.key),
-                          Bracketed(m_Run.SectionFor(m_Source, *meant.row, meant.index)), Severity::Note});
+            Report(line, Note(C03, FormatText(L"'%s' is a naming rule in this section", line.key),
+                              Bracketed(m_Run.SectionFor(m_Source, *meant.row, meant.index))));
         }
     }
 

@@ -108,9 +108,9 @@ private:
     void LintDatabase(const SourceLine& line, const CString& database) {
         if (!m_Run.IsNearOwnDatabase(m_Source, database)) return;
         const auto own = std::ranges::find(m_Run.RegistryKeys(), eSectionDatabase, &RegistryKey::section);
-        m_Run.Report(m_Source, line,
-                     {C15, FormatText(L"[%s] is taken as the key of another database", line.section),
-                      Bracketed(own->path), Severity::Note});
+        m_Run.Report(
+            m_Source, line,
+            Note(C15, FormatText(L"[%s] is taken as the key of another database", line.section), Bracketed(own->path)));
     }
 
     bool IsParent(const CString& path) const {
@@ -183,14 +183,10 @@ private:
         return type == REG_SZ || type == REG_EXPAND_SZ;
     }
 
-    // Keys of other programs in the file are not checked.
     void LintForeign() {
         if (m_nForeign == 0) return;
-        m_Run.Report(m_Source, SourceLine{},
-                     {C15,
-                      FormatText(L"keys of other programs and roots are not checked (%d)", m_nForeign),
-                      {},
-                      Severity::Note});
+        const CString text = FormatText(L"keys of other programs and roots are not checked (%d)", m_nForeign);
+        m_Run.Report(m_Source, SourceLine{}, Note(C15, text));
     }
 
     LintRun& m_Run;

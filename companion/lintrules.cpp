@@ -25,7 +25,6 @@ std::pair<CString, CString> FoldedTexts(const CString& first, const CString& sec
     return {Folded(first), Folded(second)};
 }
 
-// A rule is undone by a later one that reverses it.
 void LintUndone(LintRun& run, const std::vector<OptionRule>& rules) {
     std::map<std::pair<CString, CString>, const OptionRule*> last;
     for (const OptionRule& rule : rules) {
@@ -38,7 +37,7 @@ void LintUndone(LintRun& run, const std::vector<OptionRule>& rules) {
         const OptionRule& later = *back->second;
         const CString text = FormatText(L"version %d (%s) turns '%s' back into '%s'", later.version,
                                         ShortPlace(later.origin), Printable(rule.newText), Printable(rule.oldText));
-        run.Report(rule.origin, {C14, text, {}, Severity::Note});
+        run.Report(rule.origin, Note(C14, text));
     }
 }
 

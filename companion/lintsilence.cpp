@@ -99,11 +99,8 @@ private:
 
     void ReportUnused(const Target& target, const Comment& comment) {
         const CString place = target.line == WHOLE_FILE ? L"in this file" : L"on the next line";
-        m_Run.Report(*comment.source, *comment.line,
-                     {C23,
-                      FormatText(L"there is no %s to silence %s", CString{RowOf(target.code).name}, place),
-                      {},
-                      Severity::Note});
+        const CString text = FormatText(L"there is no %s to silence %s", CString{RowOf(target.code).name}, place);
+        m_Run.Report(*comment.source, *comment.line, Note(C23, text));
     }
 
     LintRun& m_Run;

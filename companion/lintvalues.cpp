@@ -181,7 +181,7 @@ private:
         for (const CString& name : ReferencesOf(line.value)) {
             if (name.IsEmpty() || Leads(*section, name)) continue;
             const CString text = FormatText(L"%%%s%% leads nowhere, but the value is not used now", Printable(name));
-            m_Run.Report(source, line, {C09, text, m_Run.NearestKey({}, name), Severity::Note});
+            m_Run.Report(source, line, Note(C09, text, m_Run.NearestKey({}, name)));
         }
     }
 
@@ -211,11 +211,8 @@ private:
         if (!row.IsSingle() || source.layer != OptionLayer::UserFile) return;
         for (const OptionPlace& place : m_Run.startup.options.GetOptionCandidates(row.szLongName, -1).places) {
             if (!place.found || place.layer != OptionLayer::BasicFile) continue;
-            m_Run.Report(source, line,
-                         {C20,
-                          FormatText(L"the empty value counts as no value; %s is used", ShortPlace(place)),
-                          {},
-                          Severity::Note});
+            const CString text = FormatText(L"the empty value counts as no value; %s is used", ShortPlace(place));
+            m_Run.Report(source, line, Note(C20, text));
         }
     }
 

@@ -19,7 +19,6 @@ struct TextEdit {
     std::string text;
 };
 
-/// Makes the actions for the findings of a view.
 class Actions {
 public:
     explicit Actions(const LspView& view, const LspTool& tool) : m_View(view), m_Tool(tool) {}

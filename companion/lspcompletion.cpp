@@ -27,7 +27,6 @@ struct Part {
     std::string after = {};
 };
 
-/// Collects the words that may replace a part of a line.
 class Items {
 public:
     Items(const LspView& view, int line, const Part& part)

@@ -8,7 +8,6 @@ namespace veltrane::config {
 
 namespace {
 
-/// Reads the client's messages and passes them to the talk.
 class Server {
 public:
     Server(const LspTool& tool, const std::vector<CString>& arguments, std::streambuf& input, std::ostream& output)

@@ -31,7 +31,6 @@ std::vector<SectionLines> SectionsOf(const StartupSource& source) {
     return sections;
 }
 
-/// Makes the symbols of a view.
 class Outline {
 public:
     Outline(const LspView& view) : m_View(view) {}

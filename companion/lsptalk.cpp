@@ -17,7 +17,7 @@ using enum LspError;
 /// While one lives, the files of open documents are what the client has of them, and all files stay as they are.
 class Overlay {
 public:
-    /// @param documents  must not change meanwhile
+    /// @param documents  must not change during its lifetime
     explicit Overlay(const LspDocuments& documents) {
         for (const auto& [uri, document] : documents.All()) {
             if (!document.path.empty()) m_Texts.emplace_back(FromUtf8(document.path), document.text.Bytes());

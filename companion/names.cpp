@@ -35,7 +35,6 @@ CString NewText(const OptionRule& rule) {
     return rule.newText.IsEmpty() ? CString{L"(nothing)"} : Printable(rule.newText);
 }
 
-/// What a run of the command works with.
 class Renaming {
 public:
     Renaming(const Request& request, XOption& options)

@@ -15,7 +15,6 @@ namespace veltrane::config {
 
 namespace {
 
-/// The file that is changed.
 struct Target {
     OptionLayer layer = OptionLayer::BasicFile;
     CString path = {};
@@ -80,7 +79,7 @@ public:
                            m_Old ? L"" : L" (new)"));
         ReportWinner();
         Describe("set", Json(ToUtf8(value)));
-        return Release();
+        return std::move(m_Answer);
     }
 
     Answer Unset() {
@@ -94,7 +93,7 @@ public:
         Write();
         ReportRemoved(removed);
         Describe("unset", Json(nullptr));
-        return Release();
+        return std::move(m_Answer);
     }
 
 private:
@@ -175,17 +174,14 @@ private:
         }
     }
 
-    bool IsInForce() const {
-        return !m_Found.empty() && m_Found[0].layer == m_Target.layer && m_Found[0].line == m_Line.number;
-    }
-
     static CString WinnerText(const OptionOrigin& winner, const CString& name) {
         return FormatText(L"%s %s = %s", PlaceName(winner), winner.key.IsEmpty() ? name : winner.key,
                           IsEmptyAnswer(winner) ? CString{EMPTY_ANSWER} : Printable(winner.text));
     }
 
     void ReportWinner() {
-        if (IsInForce()) return;
+        const bool isTargets = !m_Found.empty() && m_Found[0].layer == m_Target.layer;
+        if (isTargets && m_Found[0].line == m_Line.number) return;
         m_Answer.hasFindings = true;
         AddLine(L"not in force: " + (m_Found.empty() ? CString{L"the tool does not read it from there"}
                                                      : WinnerText(m_Found[0], m_Key.key)));
@@ -229,8 +225,6 @@ private:
         if (m_Request.Has("--dry-run")) change["diff"] = m_Answer.text;
         m_Answer.document["change"] = std::move(change);
     }
-
-    Answer Release() { return std::move(m_Answer); }
 
     const Request& m_Request;
     Startup& m_Before;

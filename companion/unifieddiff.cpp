@@ -28,7 +28,6 @@ struct DiffLine {
     bool IsChange() const { return sign != ' '; }
 };
 
-/// The lines of both texts in one order.
 class Merged {
 public:
     Merged(const Lines& before, const Lines& after) : m_Before(before), m_After(after) {

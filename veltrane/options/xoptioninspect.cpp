@@ -93,31 +93,31 @@ std::vector<OptionCandidates> XOption::GetAllOptionCandidates(const CString& nam
 // A question for one value of a family reads all of them, so they are kept for the next one.
 OptionCandidates XOption::CandidatesOf(const XOptionDefinition& definition, int index, const XOptionItem* item,
                                        XOptionFamilies& families) const {
-    XOptionCandidates found{ValuesOf(item)};
-    if (definition.eSection == eSectionNone) return found.Release();
+    OptionCandidates found = GivenCandidates(ValuesOf(item));
+    if (definition.eSection == eSectionNone) return found;
     CString section;
     try {
         section = m_pRetrieval->SectionName(definition.eSection, /*isStoring*/ false);
     } catch (const XException&) {  // nothing is asked while the section has no name
-        return found.Release();
+        return found;
     }
     const wchar_t* const key = definition.szLongName;
     if (definition.IsSingle()) {
         auto places = m_pSources->AskEach(section, key, /*withFiles*/ !IsTooLateForFiles(definition));
         const bool isEarly = IsEnvironmentEarly(definition, places);
-        found.AddSources(std::move(places), isEarly);
-        return found.Release();
+        AddSources(found, std::move(places), isEarly);
+        return found;
     }
     const auto [entry, isNew] = families.try_emplace(&definition);
     XOptionFamily& family = entry->second;
     if (isNew) family = m_pSources->ReadFamily(section, key, /*withPlaces*/ true);
     auto places = m_pSources->PlacesIn(family, section, key, index);
     if (family.Gives(index)) {
-        found.AddSources(std::move(places), /*isEnvironmentEarly*/ false);
+        AddSources(found, std::move(places), /*isEnvironmentEarly*/ false);
     } else {
-        found.AddPlaces(std::move(places));
+        found.places = std::move(places);
     }
-    return found.Release();
+    return found;
 }
 
 OptionExplanation XOption::ExplainOption(const CString& name, int index) const {

@@ -1,32 +1,18 @@
 #pragma once
 
-#include <utility>
 #include <vector>
 
 #include "veltrane/options/detail/xoptionorigins.h"
-#include "veltrane/options/detail/xoptionsources.h"
 
 namespace veltrane::detail {
 
-/// Collects the candidates for one value: first what the store was given, newest first; then what the sources hold now.
-class XOptionCandidates {
-public:
-    /// @param values  those of the item, the newest last
-    explicit XOptionCandidates(const std::vector<XKeptOrigin>& values);
+/// The candidates for one value that the store was given, newest first. @param values  those of the item, the newest
+/// last
+OptionCandidates GivenCandidates(const std::vector<XKeptOrigin>& values);
 
-    /// @param places  the strongest first, the environment last
-    /// @param isEnvironmentEarly  whether the environment is asked before a file is open: it then comes before the
-    /// files
-    void AddSources(std::vector<OptionPlace> places, bool isEnvironmentEarly);
-    /// Sets places whose answers are not candidates.
-    void AddPlaces(std::vector<OptionPlace> places) { m_Result.places = std::move(places); }
-
-    OptionCandidates Release() { return std::move(m_Result); }
-
-private:
-    void AddSource(const OptionOrigin& origin);
-
-    OptionCandidates m_Result;
-};
+/// Adds what the sources hold now.
+/// @param places  the strongest first, the environment last
+/// @param isEnvironmentEarly  whether the environment is asked before a file is open: it then comes before the files
+void AddSources(OptionCandidates& found, std::vector<OptionPlace> places, bool isEnvironmentEarly);
 
 }  // namespace veltrane::detail

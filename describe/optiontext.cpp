@@ -1,5 +1,6 @@
 #include "optiontext.h"
 
+#include <algorithm>
 #include <set>
 
 #include "veltrane/platform/text/encoding.h"
@@ -101,10 +102,8 @@ std::vector<OptionText> GetOptionTexts(const std::string& tool) {
 }
 
 bool HasOption(enumOption option) {
-    int i = 0;
-    const XOptionDefinition* row = GetOptionDefinitionAt(i);
-    while (row && row->eOption != option) row = GetOptionDefinitionAt(++i);
-    return row != nullptr;
+    const std::vector<OptionText> texts = GetOptionTexts();
+    return std::ranges::any_of(texts, [&](const OptionText& text) { return text.row->eOption == option; });
 }
 
 std::string KindOf(const XOptionDefinition& row) {

@@ -12,11 +12,19 @@ constexpr int WIDEST = 72;  // a longer text moves only its own row
 constexpr int BETWEEN = 2;  // blanks between columns
 constexpr int NOTE_INDENT = 4;
 
-}  // namespace
+using Row = std::vector<CString>;
 
-std::vector<Columns::Column> Columns::Measured(int indent) const {
+struct Column {
+    int width = 0;
+    int widestInside = 0;  // of texts that do not end their row
+    int widest = 0;
+    int start = 0;
+    bool isBroken = false;
+};
+
+std::vector<Column> Measured(const std::vector<Row>& rows, int indent) {
     std::vector<Column> columns;
-    for (const auto& row : m_Rows) {
+    for (const Row& row : rows) {
         columns.resize(std::max(columns.size(), row.size()));
         for (std::size_t i = 0; i < row.size(); ++i) {
             Column& column = columns[i];
@@ -34,7 +42,7 @@ std::vector<Columns::Column> Columns::Measured(int indent) const {
     return columns;
 }
 
-CString Columns::Joined(const std::vector<CString>& row, const std::vector<Column>& columns) {
+CString Joined(const Row& row, const std::vector<Column>& columns) {
     CString line;
     for (std::size_t i = 0; i < row.size(); ++i) {
         if (row[i].IsEmpty() || columns[i].isBroken) continue;
@@ -44,8 +52,7 @@ CString Columns::Joined(const std::vector<CString>& row, const std::vector<Colum
     return line;
 }
 
-void Columns::PrintRow(Answer& answer, const std::vector<CString>& row, const std::vector<Column>& columns,
-                       int margin) {
+void PrintRow(Answer& answer, const Row& row, const std::vector<Column>& columns, int margin) {
     CString lead = Joined(row, columns);
     CString last;
     for (std::size_t i = 0; i < row.size(); ++i) {
@@ -58,8 +65,10 @@ void Columns::PrintRow(Answer& answer, const std::vector<CString>& row, const st
     }
 }
 
+}  // namespace
+
 void Columns::Print(Answer& answer, int indent, std::size_t hanging) const {
-    std::vector<Column> columns = Measured(indent);
+    std::vector<Column> columns = Measured(m_Rows, indent);
     bool isBroken = false;
     for (std::size_t i = hanging + 1; i < columns.size(); ++i) {
         const int start = std::max(columns[i].start, columns[i - 1].start + columns[i - 1].widestInside + BETWEEN);
@@ -67,12 +76,12 @@ void Columns::Print(Answer& answer, int indent, std::size_t hanging) const {
         columns[i].isBroken = isBroken;
     }
     const int margin = hanging < columns.size() ? columns[hanging].start + 2 : indent;
-    for (const auto& row : m_Rows) PrintRow(answer, row, columns, margin);
+    for (const Row& row : m_Rows) PrintRow(answer, row, columns, margin);
 }
 
 void Columns::PrintUnbroken(Answer& answer) const {
-    const std::vector<Column> columns = Measured(0);
-    for (const auto& row : m_Rows) answer.AddLine(Joined(row, columns).TrimRight());
+    const std::vector<Column> columns = Measured(m_Rows, 0);
+    for (const Row& row : m_Rows) answer.AddLine(Joined(row, columns).TrimRight());
 }
 
 void AddNote(Answer& answer, const CString& text) {

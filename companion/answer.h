@@ -47,18 +47,6 @@ public:
     void PrintUnbroken(Answer& answer) const;
 
 private:
-    struct Column {
-        int width = 0;
-        int widestInside = 0;  // of texts that do not end their row
-        int widest = 0;
-        int start = 0;
-        bool isBroken = false;
-    };
-    std::vector<Column> Measured(int indent) const;
-    static CString Joined(const std::vector<CString>& row, const std::vector<Column>& columns);
-    static void PrintRow(Answer& answer, const std::vector<CString>& row, const std::vector<Column>& columns,
-                         int margin);
-
     std::vector<std::vector<CString>> m_Rows;
 };
 

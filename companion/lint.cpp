@@ -51,7 +51,7 @@ private:
 class FileFilter {
 public:
     /// @throws Refusal  a file is missing, or is not a source
-    FileFilter(const LintRun& run, const std::vector<std::string>& files) : m_HasAll(files.empty()) {
+    FileFilter(const LintRun& run, const std::vector<std::string>& files) {
         for (const std::string& file : files) {
             std::error_code failure;
             if (!std::filesystem::exists(file, failure))
@@ -68,10 +68,9 @@ public:
             m_Wanted.insert(static_cast<int>(found - run.sources.begin()));
         }
     }
-    bool Has(int source) const { return m_HasAll || m_Wanted.contains(source); }
+    bool Has(int source) const { return m_Wanted.empty() || m_Wanted.contains(source); }
 
 private:
-    bool m_HasAll;
     std::set<int> m_Wanted;
 };
 

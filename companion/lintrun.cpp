@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <tuple>
 
 #include "lint.h"
 #include "nametext.h"
@@ -20,6 +21,20 @@ LinePart PartOn(const SourceLine& line, LinePart part) {
 LinePart PartAt(const OptionOrigin& place, LinePart part) {
     if (place.line == 0) return LinePart::Line;
     return place.key.IsEmpty() ? LinePart::Section : part;
+}
+
+// A line that stops the tool is not also reported as a second one.
+std::vector<LintRun::Placed> WithoutSecondLines(const std::vector<LintRun::Placed>& all) {
+    std::set<std::pair<int, int>> stopping;
+    for (const LintRun::Placed& finding : all) {
+        if (finding.code == LintCode::C08) stopping.emplace(finding.source, finding.line);
+    }
+    std::vector<LintRun::Placed> findings;
+    for (const LintRun::Placed& finding : all) {
+        const bool isToldAsStop = finding.code == LintCode::C04 && stopping.contains({finding.source, finding.line});
+        if (!isToldAsStop) findings.push_back(finding);
+    }
+    return findings;
 }
 
 }  // namespace
@@ -157,6 +172,26 @@ int LintRun::SourceNumber(OptionLayer layer) const {
 
 CString ShortPlace(const SourcePlace& place) {
     return FormatText(L"%s:%d", DisplayPath(place.file), place.line);
+}
+
+std::vector<LintRun::Placed> FindAll(LintRun& run) {
+    const AskedLine* const asked = run.Asked();
+    if (!asked) LintFiles(run);
+    LintLines(run);
+    if (!asked) LintRegistry(run);
+    if (!asked || run.HoldsRules(asked->row.eSection)) LintRules(run);
+    LintValues(run);
+    LintErrors(run);
+    LintUnused(run);
+    SilenceFindings(run);
+    std::vector<LintRun::Placed> findings = WithoutSecondLines(run.Findings());
+    const auto keyOf = [](const LintRun::Placed& finding) {
+        return std::tuple(finding.source, finding.line, finding.code, finding.text.View());
+    };
+    std::ranges::sort(findings, {}, keyOf);
+    const auto isSame = [&](const auto& left, const auto& right) { return keyOf(left) == keyOf(right); };
+    findings.erase(std::unique(findings.begin(), findings.end(), isSame), findings.end());
+    return findings;
 }
 
 }  // namespace veltrane::config

@@ -73,22 +73,8 @@ bool CutQuoted(std::string_view& text, std::string& inner) {
     return false;
 }
 
-void AppendUnit(std::string& data, char32_t unit) {
-    data += static_cast<char>(unit & 0xFF);
-    data += static_cast<char>(unit >> 8);
-}
-
-/// Appends a text as 16-bit units, little-endian.
-void AppendUtf16(std::string& data, FileText text) {
-    while (!text.bytes.empty()) {
-        const auto codePoint = static_cast<char32_t>(CutFileCharacter(text));
-        if (codePoint < 0x10000) {
-            AppendUnit(data, codePoint);
-        } else {
-            AppendUnit(data, LeadSurrogate(codePoint));
-            AppendUnit(data, TrailSurrogate(codePoint));
-        }
-    }
+void AppendText(std::string& data, FileText text) {
+    while (!text.bytes.empty()) AppendUtf16(data, static_cast<char32_t>(CutFileCharacter(text)));
 }
 
 bool AppendBytes(std::string& bytes, std::string_view part, bool& expectsByte) {
@@ -200,7 +186,7 @@ bool RegistryWalk::ReadText(std::string_view data, RegistryLine& read) const {
     std::string text;
     if (!CutQuoted(data, text) || !IsOnlyComment(data)) return false;
     read.type = REG_SZ;
-    AppendUtf16(read.data, m_Text.Piece(text));
+    AppendText(read.data, m_Text.Piece(text));
     AppendUnit(read.data, U'\0');
     return true;
 }
@@ -218,7 +204,7 @@ bool RegistryWalk::ReadList(std::string_view part, RegistryLine& read) {
     }
     const bool isNarrow = m_IsOld && (read.type == REG_SZ || read.type == REG_EXPAND_SZ || read.type == REG_MULTI_SZ);
     if (isNarrow) {
-        AppendUtf16(read.data, {bytes});
+        AppendText(read.data, {bytes});
     } else {
         read.data = std::move(bytes);
     }

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace veltrane::detail {
@@ -32,6 +33,19 @@ constexpr char32_t JoinSurrogates(char32_t lead, char32_t trail) noexcept {
 }
 
 enum class Utf16Order { LittleEndian, BigEndian };
+
+/// Appends the two bytes of a unit.
+inline void AppendUnit(std::string& bytes, char32_t unit, Utf16Order order = Utf16Order::LittleEndian) {
+    const char halves[] = {static_cast<char>(unit & 0xFF), static_cast<char>(unit >> 8 & 0xFF)};
+    const int first = order == Utf16Order::LittleEndian ? 0 : 1;
+    bytes += {halves[first], halves[1 - first]};
+}
+
+/// Appends a code point, one above U+FFFF as a pair of units.
+inline void AppendUtf16(std::string& bytes, char32_t codePoint, Utf16Order order = Utf16Order::LittleEndian) {
+    if (codePoint > 0xFFFF) AppendUnit(bytes, LeadSurrogate(codePoint), order);
+    AppendUnit(bytes, codePoint > 0xFFFF ? TrailSurrogate(codePoint) : codePoint, order);
+}
 
 /// Walks over the 16-bit units of bytes: a pair is one code point, a lone surrogate stays.
 class Utf16Reader {

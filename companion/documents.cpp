@@ -1,8 +1,10 @@
 // The man page and the completions.
+#include <algorithm>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "codelist.h"
 #include "commandtable.h"
 #include "lintcodes.h"
 #include "plaintext.h"
@@ -123,14 +125,10 @@ std::vector<std::string> SwitchNames(std::string_view command) {
 }
 
 std::vector<std::string> Choices(const SwitchRow& row) {
-    std::vector<std::string> words;
-    std::string_view rest = row.value;
-    if (rest.find('|') == std::string_view::npos) return words;
-    for (std::size_t bar; (bar = rest.find('|')) != std::string_view::npos; rest.remove_prefix(bar + 1)) {
-        words.emplace_back(rest.substr(0, bar));
-    }
-    words.emplace_back(rest);
-    return words;
+    std::string words = row.value;
+    if (words.find('|') == words.npos) return {};
+    std::ranges::replace(words, '|', ' ');
+    return SplitList(words);
 }
 
 std::string ListEntry(std::string_view head, std::string_view value, std::string_view summary) {

@@ -19,21 +19,11 @@ namespace {
 
 constexpr std::wstring_view FILE_BLANKS = L" \t\v\f\x1A";  // that the readers remove from both ends
 
-void AppendUnit(std::string& bytes, char32_t unit, SourceEncoding encoding) {
-    const char high = static_cast<char>(unit >> 8 & 0xFF);
-    const char low = static_cast<char>(unit & 0xFF);
-    const bool isLittle = encoding == SourceEncoding::Utf16LittleEndian;
-    bytes += isLittle ? low : high;
-    bytes += isLittle ? high : low;
-}
-
 std::string InUtf16(const CString& text, SourceEncoding encoding) {
+    const bool isLittle = encoding == SourceEncoding::Utf16LittleEndian;
+    const Utf16Order order = isLittle ? Utf16Order::LittleEndian : Utf16Order::BigEndian;
     std::string bytes;
-    for (const wchar_t element : text.View()) {
-        const auto codePoint = static_cast<char32_t>(element);
-        if (codePoint > 0xFFFF) AppendUnit(bytes, LeadSurrogate(codePoint), encoding);
-        AppendUnit(bytes, codePoint > 0xFFFF ? TrailSurrogate(codePoint) : codePoint, encoding);
-    }
+    for (const wchar_t element : text.View()) AppendUtf16(bytes, static_cast<char32_t>(element), order);
     return bytes;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -30,6 +31,14 @@ public:
     const SourceLine& Line(int number) const { return m_View.lines[static_cast<std::size_t>(number) - 1]; }
 
     bool HasLine(int number) const { return number > 0 && number <= static_cast<int>(m_View.lines.size()); }
+    /// The first header that answers and whose name fits; null without one.
+    template <class Fits>
+    const SourceLine* FindHeader(Fits fits) const {
+        const auto header = std::ranges::find_if(m_View.lines, [&](const SourceLine& line) {
+            return line.kind == SourceLine::Kind::Section && line.answers && fits(line.section);
+        });
+        return header == m_View.lines.end() ? nullptr : &*header;
+    }
     /// The last entry of a section; its header when it has none.
     const SourceLine& LastEntry(const SourceLine& header) const;
 

@@ -55,14 +55,6 @@ std::vector<IndexedPlace> PlacesIn(const FileEdit& edit, const OptionKey& key) {
     return PlacesIn(edit.Path(), key);
 }
 
-const SourceLine* FindSection(const FileEdit& edit, const OptionKey& key) {
-    const auto& lines = edit.View().lines;
-    const auto found = std::ranges::find_if(lines, [&](const SourceLine& line) {
-        return line.kind == Kind::Section && line.answers && IsSectionOf(key, line.section);
-    });
-    return found == lines.end() ? nullptr : &*found;
-}
-
 // With blanks around '=', unless the neighbour has none.
 CString NewEntry(const FileEdit& edit, const OptionKey& key, const CString& value, const SourceLine* neighbour) {
     CString between = L" = ";
@@ -125,7 +117,8 @@ int SetOption(FileEdit& edit, const OptionKey& key, const CString& value) {
         return answer->number;
     }
     RequireValue(value);
-    if (const SourceLine* const header = FindSection(edit, key)) {
+    const auto isOwn = [&](const CString& section) { return IsSectionOf(key, section); };
+    if (const SourceLine* const header = edit.FindHeader(isOwn)) {
         const SourceLine& last = edit.LastEntry(*header);
         edit.InsertAfter(last.number, {NewEntry(edit, key, value, &last)});
         return last.number + 1;

@@ -118,8 +118,7 @@ void AddSummary(Answer& answer, const LintRun& run, const FileFilter& wanted, co
 }
 
 // In the wanted format; text and JSON are made together.
-void AddFindings(Answer& answer, const LintRun& run, const std::vector<LintRun::Placed>& findings,
-                 const Request& request) {
+void AddFindings(Answer& answer, const LintRun& run, const Findings& findings, const Request& request) {
     const std::string format = request.Value("--format");
     if (format == "github") return AddGithub(answer, run, findings, request);
     if (format == "sarif") {
@@ -160,16 +159,16 @@ bool IsOfUnreadable(const LintRun& run, const LintRun::Placed& finding) {
     return IsUnreadable(source.path, source.view);
 }
 
-std::vector<LintRun::Placed> Wanted(const Request& request, const FileFilter& files, std::vector<LintRun::Placed> all) {
+Findings Wanted(const Request& request, const FileFilter& files, Findings all) {
     const CodeFilter codes{request.Value("--code")};
     std::erase_if(
         all, [&](const LintRun::Placed& finding) { return !codes.Has(finding.code) || !files.Has(finding.source); });
     return all;
 }
 
-Answer Report(const Request& request, const LintRun& run, const std::vector<LintRun::Placed>& all) {
+Answer Report(const Request& request, const LintRun& run, const Findings& all) {
     const FileFilter files{run, request.words};
-    const std::vector<LintRun::Placed> findings = Wanted(request, files, all);
+    const Findings findings = Wanted(request, files, all);
     Answer answer;
     answer.tellsErrors = true;
     std::ptrdiff_t counts[3] = {};
@@ -204,8 +203,8 @@ void WriteMended(const MendedFile& mended) {
 }
 
 // Mends what is certain and reports the rest.
-Answer Fix(const Request& request, Startup& startup, const LintRun& run, const std::vector<LintRun::Placed>& all) {
-    const std::vector<LintRun::Placed> wanted = Wanted(request, FileFilter{run, request.words}, all);
+Answer Fix(const Request& request, Startup& startup, const LintRun& run, const Findings& all) {
+    const Findings wanted = Wanted(request, FileFilter{run, request.words}, all);
     std::vector<Mend> mends = CertainMends(run, wanted);
     if (request.Has("--force")) std::ranges::copy(MovesOfKeys(run, wanted), std::back_inserter(mends));
     const std::vector<MendedFile> files = ProveMends(startup, all, mends);
@@ -245,7 +244,7 @@ Answer Lint(const Request& request, Startup& startup) {
     if (request.Has("--dry-run") && !request.Has("--fix")) throw Refusal{L"--dry-run requires --fix"};
     if (request.Has("--force") && !request.Has("--fix")) throw Refusal{L"--force requires --fix"};
     LintRun run{startup};
-    const std::vector<LintRun::Placed> findings = FindAll(run);
+    const Findings findings = FindAll(run);
     return request.Has("--fix") ? Fix(request, startup, run, findings) : Report(request, run, findings);
 }
 

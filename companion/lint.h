@@ -160,6 +160,8 @@ private:
     std::vector<Placed> m_Findings;
 };
 
+using Findings = std::vector<LintRun::Placed>;
+
 /// Whether two names differ in their digits alone, as those of neighbours do.
 bool IsNeighbour(const CString& left, const CString& right);
 
@@ -179,7 +181,7 @@ std::optional<Finding> CheckPercent(const CString& value);
 CString ShortPlace(const SourcePlace& place);
 
 /// Runs the checks. @return their findings, by source, line and code, each once
-std::vector<LintRun::Placed> FindAll(LintRun& run);
+Findings FindAll(LintRun& run);
 
 // The checks.
 void LintFiles(LintRun& run);

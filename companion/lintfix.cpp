@@ -76,13 +76,6 @@ bool IsMove(const Mend& mend) {
     return mend.finding.code == C03;
 }
 
-const SourceLine* FindHeader(const SourceFileLines& view, const CString& name) {
-    const auto header = std::ranges::find_if(view.lines, [&](const SourceLine& line) {
-        return line.kind == Kind::Section && line.answers && IsSameName(line.section, name);
-    });
-    return header == view.lines.end() ? nullptr : &*header;
-}
-
 // Puts the lines of moves, as they are, after the last entries of their sections, or in new sections at the end.
 void MoveLines(FileEdit& edit, const std::vector<Mend>& mends) {
     std::map<CString, std::vector<CString>> made;  // sections
@@ -91,7 +84,8 @@ void MoveLines(FileEdit& edit, const std::vector<Mend>& mends) {
         const SourceLine& line = edit.Line(mend.finding.line);
         const CString text = DecodeSource(line.place.In(edit.Bytes()), edit.View().encoding);
         edit.Remove(line);
-        if (const SourceLine* const header = FindHeader(edit.View(), mend.text)) {
+        const auto isTarget = [&](const CString& section) { return IsSameName(section, mend.text); };
+        if (const SourceLine* const header = edit.FindHeader(isTarget)) {
             edit.InsertAfter(edit.LastEntry(*header).number, {text});
         } else {
             std::vector<CString>& lines = made[mend.text];
@@ -100,74 +94,6 @@ void MoveLines(FileEdit& edit, const std::vector<Mend>& mends) {
         }
     }
     for (const auto& [name, lines] : made) edit.InsertAfter(static_cast<int>(edit.View().lines.size()), lines);
-}
-
-// What a finding says without its place: a move renumbers the lines after it, and texts contain line numbers too.
-auto KeyOf(const LintRun::Placed& finding) {
-    std::wstring text{finding.text.View()};
-    std::erase_if(text, [](wchar_t element) { return element >= L'0' && element <= L'9'; });
-    return std::tuple(finding.code, finding.source, text);
-}
-
-std::vector<LintRun::Placed> NewFindings(Startup& startup, const std::vector<LintRun::Placed>& before) {
-    std::multiset<decltype(KeyOf(before[0]))> known;
-    for (const LintRun::Placed& finding : before) known.insert(KeyOf(finding));
-    const auto restarted = startup.Again();
-    LintRun run{*restarted};
-    std::vector<LintRun::Placed> findings;
-    for (const LintRun::Placed& finding : FindAll(run)) {
-        const auto same = known.find(KeyOf(finding));
-        if (same == known.end()) {
-            findings.push_back(finding);
-        } else {
-            known.erase(same);
-        }
-    }
-    return findings;
-}
-
-// Whether a finding is about the line of a mend, which after a move has another number.
-bool IsAbout(const LintRun::Placed& finding, const Mend& mend) {
-    if (finding.source != mend.finding.source) return false;
-    if (!IsMove(mend)) return finding.line == mend.finding.line;
-    return IsSameName(finding.section, mend.text) && IsSameName(finding.key, mend.finding.key);
-}
-
-}  // namespace
-
-std::vector<Mend> CertainMends(const LintRun& run, const std::vector<LintRun::Placed>& findings) {
-    std::vector<Mend> mends;
-    for (const LintRun::Placed& finding : findings) {
-        const CString name = NameFor(run, finding);
-        const auto isTwin = [&](const Mend& other) {  // two slips of one name
-            const bool isThere = other.finding.source == finding.source;
-            const bool isSameKind = other.finding.code == finding.code && finding.code != C16;
-            return isThere && isSameKind && IsSameName(other.text, name) &&
-                   IsSameName(other.finding.section, finding.section);
-        };
-        if (!name.IsEmpty() && std::ranges::none_of(mends, isTwin)) mends.push_back({finding, name});
-    }
-    return mends;
-}
-
-std::vector<Mend> MovesOfKeys(const LintRun& run, const std::vector<LintRun::Placed>& findings) {
-    std::vector<Mend> moves;
-    for (const LintRun::Placed& finding : findings) {
-        const bool isMisplaced = finding.code == C03 && finding.severity == Severity::Warning && finding.isInFile;
-        if (!isMisplaced || finding.suggestion[0] != L'[') continue;
-        const StartupSource& source = run.SourceOf(finding);
-        const CString name = WithoutBrackets(finding.suggestion);
-        const auto isThere = [&](const SourceLine& line) {
-            return line.kind == Kind::Entry && IsSameName(line.section, name) && IsSameName(line.key, finding.key);
-        };
-        const auto isTwin = [&](const Mend& other) {
-            return other.finding.source == finding.source && IsSameName(other.text, name) &&
-                   IsSameName(other.finding.key, finding.key);
-        };
-        if (std::ranges::none_of(source.view.lines, isThere) && std::ranges::none_of(moves, isTwin))
-            moves.push_back({finding, name});
-    }
-    return moves;
 }
 
 std::vector<MendedFile> MendedFiles(const std::vector<Mend>& mends) {
@@ -192,18 +118,85 @@ std::vector<MendedFile> MendedFiles(const std::vector<Mend>& mends) {
     return files;
 }
 
+// What a finding says without its place: a move renumbers the lines after it, and texts contain line numbers too.
+auto KeyOf(const LintRun::Placed& finding) {
+    std::wstring text{finding.text.View()};
+    std::erase_if(text, [](wchar_t element) { return element >= L'0' && element <= L'9'; });
+    return std::tuple(finding.code, finding.source, text);
+}
+
+Findings NewFindings(Startup& startup, const Findings& before) {
+    std::multiset<decltype(KeyOf(before[0]))> known;
+    for (const LintRun::Placed& finding : before) known.insert(KeyOf(finding));
+    const auto restarted = startup.Again();
+    LintRun run{*restarted};
+    Findings findings;
+    for (const LintRun::Placed& finding : FindAll(run)) {
+        const auto same = known.find(KeyOf(finding));
+        if (same == known.end()) {
+            findings.push_back(finding);
+        } else {
+            known.erase(same);
+        }
+    }
+    return findings;
+}
+
+// Whether a finding is about the line of a mend, which after a move has another number.
+bool IsAbout(const LintRun::Placed& finding, const Mend& mend) {
+    if (finding.source != mend.finding.source) return false;
+    if (!IsMove(mend)) return finding.line == mend.finding.line;
+    return IsSameName(finding.section, mend.text) && IsSameName(finding.key, mend.finding.key);
+}
+
+}  // namespace
+
+std::vector<Mend> CertainMends(const LintRun& run, const Findings& findings) {
+    std::vector<Mend> mends;
+    for (const LintRun::Placed& finding : findings) {
+        const CString name = NameFor(run, finding);
+        const auto isTwin = [&](const Mend& other) {  // two slips of one name
+            const bool isThere = other.finding.source == finding.source;
+            const bool isSameKind = other.finding.code == finding.code && finding.code != C16;
+            return isThere && isSameKind && IsSameName(other.text, name) &&
+                   IsSameName(other.finding.section, finding.section);
+        };
+        if (!name.IsEmpty() && std::ranges::none_of(mends, isTwin)) mends.push_back({finding, name});
+    }
+    return mends;
+}
+
+std::vector<Mend> MovesOfKeys(const LintRun& run, const Findings& findings) {
+    std::vector<Mend> moves;
+    for (const LintRun::Placed& finding : findings) {
+        const bool isMisplaced = finding.code == C03 && finding.severity == Severity::Warning && finding.isInFile;
+        if (!isMisplaced || finding.suggestion[0] != L'[') continue;
+        const StartupSource& source = run.SourceOf(finding);
+        const CString name = WithoutBrackets(finding.suggestion);
+        const auto isThere = [&](const SourceLine& line) {
+            return line.kind == Kind::Entry && IsSameName(line.section, name) && IsSameName(line.key, finding.key);
+        };
+        const auto isTwin = [&](const Mend& other) {
+            return other.finding.source == finding.source && IsSameName(other.text, name) &&
+                   IsSameName(other.finding.key, finding.key);
+        };
+        if (std::ranges::none_of(source.view.lines, isThere) && std::ranges::none_of(moves, isTwin))
+            moves.push_back({finding, name});
+    }
+    return moves;
+}
+
 std::list<SourceReplacement> Replaced(const std::vector<MendedFile>& files) {
     std::list<SourceReplacement> replacements;
     for (const MendedFile& file : files) replacements.emplace_back(file.path, file.result);
     return replacements;
 }
 
-std::vector<MendedFile> ProveMends(Startup& startup, const std::vector<LintRun::Placed>& before,
-                                   std::vector<Mend>& mends) {
+std::vector<MendedFile> ProveMends(Startup& startup, const Findings& before, std::vector<Mend>& mends) {
     while (!mends.empty()) {
         std::vector<MendedFile> files = MendedFiles(mends);
         const auto replacements = Replaced(files);
-        const std::vector<LintRun::Placed> findings = NewFindings(startup, before);
+        const Findings findings = NewFindings(startup, before);
         if (findings.empty()) return files;
         const auto isBlamed = [&](const Mend& mend) {
             return std::ranges::any_of(findings, [&](const auto& finding) { return IsAbout(finding, mend); });

@@ -28,21 +28,17 @@ struct MendedFile {
 };
 
 /// The findings that can be mended with certainty.
-std::vector<Mend> CertainMends(const LintRun& run, const std::vector<LintRun::Placed>& findings);
+std::vector<Mend> CertainMends(const LintRun& run, const Findings& findings);
 
 /// The keys whose right section is certain and does not have them yet. Their values may come into force.
-std::vector<Mend> MovesOfKeys(const LintRun& run, const std::vector<LintRun::Placed>& findings);
-
-/// The files of some mends, in memory.
-/// @throws Refusal  one cannot be read, or cannot hold a name
-std::vector<MendedFile> MendedFiles(const std::vector<Mend>& mends);
+std::vector<Mend> MovesOfKeys(const LintRun& run, const Findings& findings);
 
 /// While they live, the files have their new content for every reader. @param files  must outlive them
 std::list<SourceReplacement> Replaced(const std::vector<MendedFile>& files);
 
 /// Removes the mends that would cause a new finding, and makes the files of the rest.
 /// @param before  all findings of the configuration
-std::vector<MendedFile> ProveMends(Startup& startup, const std::vector<LintRun::Placed>& before,
-                                   std::vector<Mend>& mends);
+/// @throws Refusal  a file cannot be read, or cannot hold a name
+std::vector<MendedFile> ProveMends(Startup& startup, const Findings& before, std::vector<Mend>& mends);
 
 }  // namespace veltrane::config

@@ -110,8 +110,7 @@ CString TextOf(const LintRun::Placed& finding) {
     return text + L"; did you mean " + name + L"?";
 }
 
-void AddGithub(Answer& answer, const LintRun& run, const std::vector<LintRun::Placed>& findings,
-               const Request& request) {
+void AddGithub(Answer& answer, const LintRun& run, const Findings& findings, const Request& request) {
     constexpr std::array words{"error", "warning", "notice"};
     FindingPaths paths{request.Value("--root")};
     for (const LintRun::Placed& finding : findings) {
@@ -130,7 +129,7 @@ void AddGithub(Answer& answer, const LintRun& run, const std::vector<LintRun::Pl
     }
 }
 
-Json SarifDocument(const LintRun& run, const std::vector<LintRun::Placed>& findings, const Request& request) {
+Json SarifDocument(const LintRun& run, const Findings& findings, const Request& request) {
     FindingPaths paths{request.Value("--root")};
     Json rules = Json::array();
     for (const LintRow& row : LINTS) rules.push_back(RuleJson(row));

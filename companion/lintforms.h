@@ -15,11 +15,10 @@ CString TextOf(const LintRun::Placed& finding);
 
 /// Appends one workflow command of GitHub for each finding.
 /// @throws Refusal  the folder of --root is missing
-void AddGithub(Answer& answer, const LintRun& run, const std::vector<LintRun::Placed>& findings,
-               const Request& request);
+void AddGithub(Answer& answer, const LintRun& run, const Findings& findings, const Request& request);
 
 /// The findings as one log of the Static Analysis Results Interchange Format 2.1.0.
 /// @throws Refusal  likewise
-Json SarifDocument(const LintRun& run, const std::vector<LintRun::Placed>& findings, const Request& request);
+Json SarifDocument(const LintRun& run, const Findings& findings, const Request& request);
 
 }  // namespace veltrane::config

@@ -24,17 +24,15 @@ LinePart PartAt(const OptionOrigin& place, LinePart part) {
 }
 
 // A line that stops the tool is not also reported as a second one.
-std::vector<LintRun::Placed> WithoutSecondLines(const std::vector<LintRun::Placed>& all) {
+Findings WithoutSecondLines(Findings all) {
     std::set<std::pair<int, int>> stopping;
     for (const LintRun::Placed& finding : all) {
         if (finding.code == LintCode::C08) stopping.emplace(finding.source, finding.line);
     }
-    std::vector<LintRun::Placed> findings;
-    for (const LintRun::Placed& finding : all) {
-        const bool isToldAsStop = finding.code == LintCode::C04 && stopping.contains({finding.source, finding.line});
-        if (!isToldAsStop) findings.push_back(finding);
-    }
-    return findings;
+    std::erase_if(all, [&](const LintRun::Placed& finding) {
+        return finding.code == LintCode::C04 && stopping.contains({finding.source, finding.line});
+    });
+    return all;
 }
 
 }  // namespace
@@ -174,7 +172,7 @@ CString ShortPlace(const SourcePlace& place) {
     return FormatText(L"%s:%d", DisplayPath(place.file), place.line);
 }
 
-std::vector<LintRun::Placed> FindAll(LintRun& run) {
+Findings FindAll(LintRun& run) {
     const AskedLine* const asked = run.Asked();
     if (!asked) LintFiles(run);
     LintLines(run);
@@ -184,7 +182,7 @@ std::vector<LintRun::Placed> FindAll(LintRun& run) {
     LintErrors(run);
     LintUnused(run);
     SilenceFindings(run);
-    std::vector<LintRun::Placed> findings = WithoutSecondLines(run.Findings());
+    Findings findings = WithoutSecondLines(run.Findings());
     const auto keyOf = [](const LintRun::Placed& finding) {
         return std::tuple(finding.source, finding.line, finding.code, finding.text.View());
     };

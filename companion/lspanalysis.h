@@ -25,7 +25,7 @@ struct LspAnalysis {
 
     Startup startup;
     LintRun run;
-    std::vector<LintRun::Placed> findings;
+    Findings findings;
     std::vector<std::string> paths;  ///< of the sources, as KnownPath gives them
 };
 

@@ -32,17 +32,16 @@ public:
     Items(const LspView& view, int line, const Part& part)
         : m_Range{{line, ColumnOf(view, line, part.begin)}, {line, ColumnOf(view, line, part.end)}}, m_Part(part) {}
 
-    void Add(const CString& word, ItemKind kind, bool isThere) {
+    void Add(const CString& word, ItemKind kind, bool isThere, const std::string& detail = {},
+             const std::string& documentation = {}) {
         const std::string label = ToUtf8(word);
-        m_Items.push_back(
-            {{"label", label},
-             {"kind", static_cast<int>(kind)},
-             {"sortText", (isThere ? "1" : "0") + label},
-             {"textEdit", {{"range", RangeJson(m_Range)}, {"newText", m_Part.before + label + m_Part.after}}}});
-    }
-    void Describe(const std::string& detail, const std::string& documentation) {
-        if (!detail.empty()) m_Items.back()["detail"] = detail;
-        if (!documentation.empty()) m_Items.back()["documentation"] = documentation;
+        LspJson item{{"label", label},
+                     {"kind", static_cast<int>(kind)},
+                     {"sortText", (isThere ? "1" : "0") + label},
+                     {"textEdit", {{"range", RangeJson(m_Range)}, {"newText", m_Part.before + label + m_Part.after}}}};
+        if (!detail.empty()) item["detail"] = detail;
+        if (!documentation.empty()) item["documentation"] = documentation;
+        m_Items.push_back(std::move(item));
     }
 
     LspJson Release() { return std::move(m_Items); }
@@ -111,8 +110,8 @@ void AddRegistryKeys(Items& items, const Question& asked, std::size_t begin, con
     const std::string_view root =
         slash == asked.text.npos ? "HKEY_LOCAL_MACHINE" : asked.text.substr(begin, slash - begin);
     for (const RegistryKey& key : asked.view.analysis.run.RegistryKeys()) {
-        items.Add(FromUtf8(root) + L"\\" + key.path, ItemKind::Module, known.contains(Folded(key.path)));
-        items.Describe(detail::SectionTitle(key.section), {});
+        items.Add(FromUtf8(root) + L"\\" + key.path, ItemKind::Module, known.contains(Folded(key.path)),
+                  detail::SectionTitle(key.section));
     }
 }
 
@@ -131,8 +130,7 @@ LspJson CompleteSection(const Question& asked) {
         const CString form = asked.view.analysis.startup.options.GetSectionName(section);
         if (form.IsEmpty()) continue;
         const CString name = form.Find(L"%d") < 0 ? form : FreeName(form, known);
-        items.Add(name, ItemKind::Module, known.contains(Folded(name)));
-        items.Describe(detail::SectionTitle(section), {});
+        items.Add(name, ItemKind::Module, known.contains(Folded(name)), detail::SectionTitle(section));
     }
     return items.Release();
 }
@@ -165,8 +163,8 @@ LspJson CompleteKey(const Question& asked) {
         if (isFamily && asked.IsOfRegistry()) continue;  // it gives single values only
         const CString key = option.row->szLongName;
         const CString name = isFamily ? FreeName(key + L"-%d", known) : key;
-        items.Add(name, ItemKind::Property, known.contains(Folded(name)));
-        items.Describe(detail::KindOf(*option.row), option.description);
+        items.Add(name, ItemKind::Property, known.contains(Folded(name)), detail::KindOf(*option.row),
+                  option.description);
     }
     return items.Release();
 }
@@ -184,9 +182,7 @@ LspJson CompleteReference(const Question& asked, std::size_t begin) {
     Items items{asked.view, asked.line, {begin, isOpen ? asked.at : close, {}, isOpen ? "%" : ""}};
     std::set<CString> offered;
     const auto add = [&](const CString& name, const std::string& what) {
-        if (!offered.insert(Folded(name)).second) return;
-        items.Add(name, ItemKind::Variable, /*isThere*/ false);
-        items.Describe(what, {});
+        if (offered.insert(Folded(name)).second) items.Add(name, ItemKind::Variable, /*isThere*/ false, what);
     };
     const XOption& options = asked.view.analysis.startup.options;
     for (const CString& section :

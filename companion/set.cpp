@@ -127,10 +127,10 @@ private:
         m_Found = options.GetOptionCandidates(m_Key.key, m_Key.index.value_or(-1)).candidates;
     }
 
-    std::vector<LintRun::Placed> FindingsOf(Startup& startup, const FileEdit& file) const {
+    Findings FindingsOf(Startup& startup, const FileEdit& file) const {
         const AskedLine asked{m_Target.layer, file.View(), file.Line(m_Line.number), *m_Asked.row};
         LintRun run{startup, &asked};
-        std::vector<LintRun::Placed> findings;
+        Findings findings;
         for (const StartupSource& source : run.sources) {
             if (source.layer == m_Target.layer && source.isUnmarkedUtf16)
                 throw Refusal{DisplayPath(m_Target.path) +
@@ -146,15 +146,14 @@ private:
 
     /// @throws Refusal  lint has a new finding about the line
     void RequireNoFindings(const FileEdit& after) const {
-        std::vector<LintRun::Placed> findings;
+        Findings findings;
         {
             const SourceReplacement replacement{m_Target.path, m_Result};
             const SourceSnapshot snapshot;
             findings = FindingsOf(*m_Answer.startup, after);
         }
         if (findings.empty()) return;
-        const std::vector<LintRun::Placed> known =
-            m_Old ? FindingsOf(m_Before, m_Edit) : std::vector<LintRun::Placed>{};
+        const Findings known = m_Old ? FindingsOf(m_Before, m_Edit) : Findings{};
         for (const LintRun::Placed& finding : findings) {
             const auto isSame = [&](const auto& other) {
                 return other.code == finding.code && other.text == finding.text;

@@ -108,11 +108,6 @@ private:
     std::uint32_t m_nAt;         // of the file
 };
 
-CString Folded(CString name) {
-    name.MakeLower();
-    return name;
-}
-
 /// Tells what each line of an INI file is as the lines come.
 class ProfileLines {
 public:
@@ -153,7 +148,7 @@ private:
     void DescribeSection(const ProfileLine& line, SourceLine& read) {
         m_Section = Decoded(m_File, line.name);
         read.namePlace = m_Places.PlaceOf(line.name);
-        m_IsFirst = m_Sections.insert(Folded(m_Section)).second;
+        m_IsFirst = m_Sections.insert(CString{m_Section}.MakeLower()).second;
         m_Keys.clear();
         if (!m_Section.IsEmpty()) m_Result.sectionListLength += m_Section.GetLength() + 1;
         read.kind = Kind::Section;
@@ -170,7 +165,7 @@ private:
         read.isQuoted = IsQuoted(line);
         if (m_Sections.empty()) return Ignore(read, Reason::None);
         read.kind = Kind::Entry;
-        const bool isFirstKey = m_Keys.insert(Folded(read.key)).second;
+        const bool isFirstKey = m_Keys.insert(CString{read.key}.MakeLower()).second;
         read.answers = m_IsFirst && isFirstKey;
         if (!isFirstKey) read.reason = Reason::DuplicateKey;
         if (!m_IsFirst) read.reason = Reason::DuplicateSection;
@@ -272,7 +267,7 @@ private:
         read.section = m_Path = Decoded(m_File, line.path);
         m_IsAskable = m_Path.Find(L'\0') < 0;
         Answer(read, Kind::Section, m_IsAskable);
-        m_Current = &m_Keys[Folded(m_Path)];
+        m_Current = &m_Keys[CString{m_Path}.MakeLower()];
         m_Current->lines.push_back(line.number);
     }
 
@@ -286,7 +281,7 @@ private:
         LeaveKey(read, Reason::None, path);
         read.kind = Kind::Removal;
         const FileText removed = m_File.Text().Piece(line.path);
-        for (auto key = m_Keys.lower_bound(Folded(path));
+        for (auto key = m_Keys.lower_bound(CString{path}.MakeLower());
              key != m_Keys.end() && IsRemovedBy(removed, key->first.View());) {
             key = Remove(key);
         }
@@ -304,7 +299,7 @@ private:
         if (!m_Current) return Set(read, Kind::Ignored, Reason::NoCurrentKey);
         read.value = RegistryText(reinterpret_cast<const unsigned char*>(line.data.data()),
                                   static_cast<std::uint32_t>(line.data.size()));
-        const int before = ApplyValue(line, Folded(read.key), m_Current->values);
+        const int before = ApplyValue(line, CString{read.key}.MakeLower(), m_Current->values);
         if (before != 0) Revoke(before, isRemoved ? Reason::RemovedLater : Reason::ReplacedLater);
         if (isRemoved) return Set(read, Kind::Removal, Reason::None);
         Answer(read, Kind::Entry, m_IsAskable && read.key.Find(L'\0') < 0);

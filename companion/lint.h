@@ -75,6 +75,10 @@ public:
     const std::vector<RegistryKey>& RegistryKeys() const { return m_RegistryKeys; }
     /// Path below the key of the tool; nothing for one of another program.
     std::optional<CString> BelowTool(const CString& path) const;
+    /// The section of a line as INI files name it; nothing for a key of the registry that is not the tool's.
+    std::optional<CString> SectionOf(const StartupSource& source, const SourceLine& line) const {
+        return source.layer == OptionLayer::Registry ? BelowTool(line.section) : line.section;
+    }
     const RegistryKey* FindRegistryKey(const CString& path) const;
 
     bool IsOtherDatabase(const CString& section) const;

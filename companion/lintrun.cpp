@@ -78,9 +78,8 @@ void LintRun::AddReferences() {
         for (const CString& name : ReferencesOf(value)) m_References[Folded(name)].insert(Folded(section));
     };
     for (const StartupSource& source : sources) {
-        const bool isRegistry = source.layer == OptionLayer::Registry;
         for (const SourceLine& line : source.view.lines) {
-            add(isRegistry ? BelowTool(line.section).value_or(CString{}) : line.section, line.value);
+            add(SectionOf(source, line).value_or(CString{}), line.value);
         }
     }
     const CString root = startup.options.GetSectionName(eSectionRoot);

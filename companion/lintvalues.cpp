@@ -165,13 +165,8 @@ public:
     }
 
 private:
-    // The section as an INI file names it; nothing for a key of another program.
-    std::optional<CString> SectionOf(const StartupSource& source, const SourceLine& line) const {
-        return source.layer == OptionLayer::Registry ? m_Run.BelowTool(line.section) : line.section;
-    }
-
     void Look(const StartupSource& source, const SourceLine& line) {
-        const std::optional<CString> section = SectionOf(source, line);
+        const std::optional<CString> section = m_Run.SectionOf(source, line);
         const SectionUse use = section ? m_Run.FindSection(*section) : SectionUse{};
         if (!use.isKnown || m_Run.HoldsRules(use.section)) return;
         const KeyUse key = m_Run.FindKey(use, line.key);
@@ -188,7 +183,7 @@ private:
     void AddKeys() {
         for (const StartupSource& source : m_Run.sources) {
             for (const SourceLine& line : source.view.lines) {
-                const std::optional<CString> section = SectionOf(source, line);
+                const std::optional<CString> section = m_Run.SectionOf(source, line);
                 if (line.kind == Kind::Entry && line.answers && section && !line.value.IsEmpty())
                     m_Keys.emplace(Folded(*section), Folded(line.key));
             }

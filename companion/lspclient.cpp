@@ -47,10 +47,10 @@ void LspClient::Ask(const char* method, LspJson params) {
     Send({{"jsonrpc", "2.0"}, {"id", ++m_nAsked}, {"method", method}, {"params", std::move(params)}});
 }
 
-void LspClient::Show(Importance importance, const CString& text) {
-    const bool isQuiet = importance == Importance::Note;
+void LspClient::Show(Severity severity, const CString& text) {
+    const bool isQuiet = severity == Severity::Note;
     Notify(isQuiet ? "window/logMessage" : "window/showMessage",
-           {{"type", static_cast<int>(importance)}, {"message", ToUtf8(text)}});
+           {{"type", static_cast<int>(severity) + 1}, {"message", ToUtf8(text)}});
 }
 
 }  // namespace veltrane::config

@@ -3,6 +3,7 @@
 #include <iosfwd>
 
 #include "json.h"
+#include "lintcodes.h"
 #include "lsptext.h"
 #include "veltrane/platform/text/cstring.h"
 
@@ -11,8 +12,6 @@ namespace veltrane::config {
 /// The client at the other end: its capabilities, and the messages to it.
 class LspClient {
 public:
-    enum class Importance { Error = 1, Warning, Note };  // as the protocol counts
-
     /// @param output  must outlive the client
     explicit LspClient(std::ostream& output) : m_Output(output) {}
 
@@ -28,7 +27,7 @@ public:
     /// Sends the client a request and does not wait for its reply.
     void Ask(const char* method, LspJson params);
     /// Shows a text to the user; a note goes into the log of the client.
-    void Show(Importance importance, const CString& text);
+    void Show(Severity severity, const CString& text);
 
 private:
     std::ostream& m_Output;

@@ -39,8 +39,7 @@ std::optional<LspSpot> SpotAt(const LspView& view, const TextPosition& position)
 }
 
 std::optional<CString> SectionOf(const LspAnalysis& analysis, const PlacedLine& placed) {
-    const bool isRegistry = placed.source->layer == OptionLayer::Registry;
-    return isRegistry ? analysis.run.BelowTool(placed.line->section) : std::optional{placed.line->section};
+    return analysis.run.SectionOf(*placed.source, *placed.line);
 }
 
 std::optional<LineOption> OptionOf(LspAnalysis& analysis, const PlacedLine& placed) {

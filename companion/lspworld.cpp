@@ -13,8 +13,6 @@ namespace veltrane::config {
 
 namespace {
 
-using Importance = LspClient::Importance;
-
 bool Contains(const std::vector<std::string>& files, const std::string& file) {
     return std::ranges::find(files, file) != files.end();
 }
@@ -33,7 +31,7 @@ void LspWorld::SetArguments(std::vector<CString> arguments) {
 
 void LspWorld::Open(const std::string& uri, std::int64_t version, std::string text) {
     if (!documents.Open(uri, version, std::move(text)))
-        client.Show(Importance::Error, FormatText(L"<%s> is too large to be checked", FromUtf8(uri)));
+        client.Show(Severity::Error, FormatText(L"<%s> is too large to be checked", FromUtf8(uri)));
     Refresh();
 }
 
@@ -180,13 +178,13 @@ void LspWorld::ReportOthers(const LspAnalysis& analysis) {
         if (finding.isInFile) continue;
         const CString text = FormatText(L"%s: %s", finding.file, Printable(finding.text));
         found.insert(text);
-        if (!m_Told.contains(text)) client.Show(static_cast<Importance>(1 + static_cast<int>(finding.severity)), text);
+        if (!m_Told.contains(text)) client.Show(finding.severity, text);
     }
     m_Told = std::move(found);
 }
 
 void LspWorld::ReportRefusal(const CString& text) {
-    if (!m_Told.contains(text)) client.Show(Importance::Error, text);
+    if (!m_Told.contains(text)) client.Show(Severity::Error, text);
     m_Told = {text};
 }
 

@@ -1,8 +1,7 @@
-#include <cctype>
-
 #include "documents.h"
 #include "optiontext.h"
 #include "troff.h"
+#include "veltrane/platform/text/characters.h"
 
 namespace veltrane::detail {
 
@@ -103,16 +102,13 @@ std::string OptionEntry(const OptionText& option) {
     return Entry(head, body);
 }
 
-std::string Capital(std::string text) {
-    text[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(text[0])));
-    return text;
-}
-
 std::string OptionEntries(const std::string& tool) {
     std::string text;
     for (const OptionGroup& group : GetOptionGroups(tool)) {
         if (group.title.empty()) continue;
-        text += ".SS \"" + Troff(Capital(group.title)) + "\"\n";
+        std::string title = group.title;
+        title[0] = UpperAscii(title[0]);
+        text += ".SS \"" + Troff(title) + "\"\n";
         for (const OptionText& option : group.options) {
             if (option.HasSyntax()) text += OptionEntry(option);
         }
@@ -120,19 +116,13 @@ std::string OptionEntries(const std::string& tool) {
     return text;
 }
 
-/// Bold names on lines of their own, with commas between.
-std::string Listed(const std::vector<std::string>& names) {
-    std::string text;
-    for (const std::string& name : names) text.append(text.empty() ? "" : ",\n").append(Bold(name));
-    return text;
-}
-
 std::string Facts() {
-    std::vector<std::string> names;
+    std::string text;
     for (const OptionText& option : GetOptionTexts()) {
-        if (option.row->eSection == eSectionNone && !option.HasSyntax()) names.push_back(option.longOption);
+        const bool isFact = option.row->eSection == eSectionNone && !option.HasSyntax();
+        if (isFact) text.append(text.empty() ? "" : ",\n").append(Bold(option.longOption));
     }
-    return Listed(names);
+    return text;
 }
 
 std::string Variables() {

@@ -34,20 +34,10 @@ ValueKind KindOfValue(const XOptionDefinition& row) {
     if (row.IsTrillian()) return ValueKind::TriState;
     if (!row.IsString() && !row.IsIList()) return ValueKind::None;
 
-    struct {
-        std::string_view word;
-        ValueKind kind;
-    } const words[] = {
-        {"directory>", ValueKind::Folder},
-        {"location>", ValueKind::Folder},
-        {"filename>", ValueKind::File},
-        {"dictionary>", ValueKind::File},
-    };
     const std::string placeholder = Placeholder(row);
-    for (const auto& [word, kind] : words) {
-        if (placeholder.ends_with(word)) return kind;
-    }
-    return ValueKind::Text;
+    if (placeholder.ends_with("directory>") || placeholder.ends_with("location>")) return ValueKind::Folder;
+    const bool isFile = placeholder.ends_with("filename>") || placeholder.ends_with("dictionary>");
+    return isFile ? ValueKind::File : ValueKind::Text;
 }
 
 std::string ValueText(const XOptionDefinition& row, ValueKind kind) {

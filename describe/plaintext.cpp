@@ -1,6 +1,8 @@
 #include "plaintext.h"
 
-#include <cctype>
+#include <algorithm>
+
+#include "veltrane/platform/text/characters.h"
 
 namespace veltrane::detail {
 
@@ -17,7 +19,7 @@ std::string Filled(std::string text, std::initializer_list<std::pair<std::string
 }
 
 std::string Capitals(std::string text) {
-    for (char& byte : text) byte = static_cast<char>(std::toupper(static_cast<unsigned char>(byte)));
+    std::ranges::transform(text, text.begin(), UpperAscii<char>);
     return text;
 }
 

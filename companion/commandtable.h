@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "veltrane/platform/text/characters.h"
+
 // The command line of veltrane-config. Its help, its man page and its completions are made from these rows.
 
 namespace veltrane::config {
@@ -91,7 +93,7 @@ std::string MakeDocument(const std::string& kind, const std::string& name, const
 
 /// A summary or a meaning as a sentence.
 inline std::string Sentence(std::string text) {
-    if (text[0] >= 'a' && text[0] <= 'z') text[0] = static_cast<char>(text[0] - 'a' + 'A');
+    text[0] = detail::UpperAscii(text[0]);
     return text + '.';
 }
 

@@ -116,37 +116,35 @@ struct AccessList {
 class NewFile {
 public:
     /// @param name  to be, ending in "XXXXXX"
-    explicit NewFile(char* name) noexcept : m_Name(name), m_Handle(mkostemp(name, O_CLOEXEC)) {}
+    explicit NewFile(char* name) noexcept : m_Name(name), m_File(mkostemp(name, O_CLOEXEC)) {}
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
     ~NewFile() {
-        if (m_Handle < 0) return;
-        close(m_Handle);
-        if (m_Name) unlink(m_Name);
+        if (Exists() && m_Name) unlink(m_Name);
     }
 
     // Each tells whether it has done it; errno says why not.
 
-    bool Exists() const noexcept { return m_Handle >= 0; }
+    bool Exists() const noexcept { return static_cast<bool>(m_File); }
     bool Write(std::string_view bytes) const noexcept {
         while (!bytes.empty()) {
-            const ssize_t count = Retried([&] { return write(m_Handle, bytes.data(), bytes.size()); });
+            const ssize_t count = Retried([&] { return write(m_File.Handle(), bytes.data(), bytes.size()); });
             if (count == 0) errno = EIO;
             if (count <= 0) return false;
             bytes.remove_prefix(static_cast<std::size_t>(count));
         }
-        return Retried([&] { return fsync(m_Handle); }) == 0;
+        return Retried([&] { return fsync(m_File.Handle()); }) == 0;
     }
     bool SetOwner(const struct stat& status) const noexcept {
         struct stat own;
-        if (fstat(m_Handle, &own) != 0) return false;
+        if (fstat(m_File.Handle(), &own) != 0) return false;
         const bool isSame = own.st_uid == status.st_uid && own.st_gid == status.st_gid;
-        return isSame || fchown(m_Handle, status.st_uid, status.st_gid) == 0;
+        return isSame || fchown(m_File.Handle(), status.st_uid, status.st_gid) == 0;
     }
-    bool SetRights(mode_t rights) const noexcept { return fchmod(m_Handle, rights & 07777) == 0; }
+    bool SetRights(mode_t rights) const noexcept { return fchmod(m_File.Handle(), rights & 07777) == 0; }
     bool SetAccess(const AccessList& list) const noexcept {
         const auto size = static_cast<std::size_t>(list.size);
-        return list.size < 1 || fsetxattr(m_Handle, AccessList::NAME, list.bytes, size, 0) == 0;
+        return list.size < 1 || fsetxattr(m_File.Handle(), AccessList::NAME, list.bytes, size, 0) == 0;
     }
     /// @param isNew  whether nobody may have the name yet
     bool RenameTo(const char* name, bool isNew) noexcept {
@@ -163,7 +161,7 @@ private:
     }
 
     const char* m_Name;  // null once it has the other's
-    int m_Handle;
+    NativeFile m_File;
 };
 
 /// What has failed, and why; nothing with an error of 0.

@@ -5,7 +5,11 @@
 #include <cstdint>
 #include <ostream>
 
+#include "veltrane/platform/text/characters.h"
+
 namespace veltrane::config {
+
+using namespace detail;
 
 namespace {
 
@@ -13,13 +17,9 @@ constexpr std::size_t LONGEST_LINE = 4096;  // of a header; of a longer one the 
 constexpr std::size_t CHUNK = 65'536;
 constexpr std::string_view LENGTH_FIELD = "content-length:";
 
-char Lowered(char byte) {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-}
-
 // A header may follow the rest of a broken message on the same line.
 std::optional<std::uint64_t> LengthIn(std::string_view line, bool isLost) {
-    const auto isSame = [](char left, char right) { return Lowered(left) == right; };
+    const auto isSame = [](char left, char right) { return LowerAscii(left) == right; };
     const auto begin = std::search(line.begin(), line.end(), LENGTH_FIELD.begin(), LENGTH_FIELD.end(), isSame);
     if (begin == line.end() || (begin != line.begin() && !isLost)) return {};
     std::string_view digits = line.substr(static_cast<std::size_t>(begin - line.begin()) + LENGTH_FIELD.size());
@@ -33,7 +33,7 @@ std::optional<std::uint64_t> LengthIn(std::string_view line, bool isLost) {
 
 // Whether a line is a field of a header other than the length.
 bool IsOtherField(std::string_view line) {
-    const bool isLength = std::ranges::equal(line.substr(0, LENGTH_FIELD.size()), LENGTH_FIELD, {}, Lowered);
+    const bool isLength = std::ranges::equal(line.substr(0, LENGTH_FIELD.size()), LENGTH_FIELD, {}, LowerAscii<char>);
     const std::size_t colon = line.find(':');
     return !isLength && colon != line.npos && line.substr(0, colon).find_first_of(" {\"") == line.npos;
 }

@@ -3,7 +3,11 @@
 #include <algorithm>
 #include <climits>
 
+#include "veltrane/platform/text/characters.h"
+
 namespace veltrane::config {
+
+using namespace detail;
 
 namespace {
 
@@ -11,15 +15,11 @@ constexpr std::string_view SCHEME = "file://";
 constexpr std::string_view HEX = "0123456789ABCDEF";
 constexpr std::string_view PLAIN = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
 
-constexpr char Capital(char byte) {
-    return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 'a' + 'A') : byte;
-}
-
 // The byte that two hexadecimal digits stand for; a percent sign without them stands for itself.
 std::optional<char> EscapedByte(std::string_view digits) {
     if (digits.size() < 2) return {};
-    const std::size_t high = HEX.find(Capital(digits[0]));
-    const std::size_t low = HEX.find(Capital(digits[1]));
+    const std::size_t high = HEX.find(UpperAscii(digits[0]));
+    const std::size_t low = HEX.find(UpperAscii(digits[1]));
     if (high == HEX.npos || low == HEX.npos) return {};
     return static_cast<char>(high * 16 + low);
 }
@@ -37,8 +37,7 @@ std::string Unescaped(std::string_view text) {
 }  // namespace
 
 std::optional<std::string> PathOfUri(std::string_view uri) {
-    const auto isSame = [](char left, char right) { return Capital(left) == Capital(right); };
-    if (!std::ranges::equal(uri.substr(0, SCHEME.size()), SCHEME, isSame)) return {};
+    if (!std::ranges::equal(uri.substr(0, SCHEME.size()), SCHEME, {}, LowerAscii<char>)) return {};
     uri.remove_prefix(SCHEME.size());
     if (uri.starts_with("localhost/")) uri.remove_prefix(uri.find('/'));
     std::string path = Unescaped(uri.substr(0, uri.find_first_of("?#")));

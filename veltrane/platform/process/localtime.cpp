@@ -18,31 +18,15 @@ constexpr const wchar_t* MONTHS[] = {L"January", L"February", L"March",     L"Ap
 
 /// @return false for an unknown letter
 bool AppendField(std::wstring& text, wchar_t letter, const std::tm& time) {
-    switch (letter) {
-        case L'A':
-            text += DAYS[time.tm_wday];
-            return true;
-        case L'B':
-            text += MONTHS[time.tm_mon];
-            return true;
-        case L'd':
-            AppendTwoDigits(text, time.tm_mday);
-            return true;
-        case L'H':
-            AppendTwoDigits(text, time.tm_hour);
-            return true;
-        case L'M':
-            AppendTwoDigits(text, time.tm_min);
-            return true;
-        case L'S':
-            AppendTwoDigits(text, time.tm_sec);
-            return true;
-        case L'Y':
-            text += FormatText(L"%04d", std::int64_t{time.tm_year} + 1900);
-            return true;
-        default:
-            return false;
-    }
+    const std::size_t before = text.size();
+    if (letter == L'A') text += DAYS[time.tm_wday];
+    if (letter == L'B') text += MONTHS[time.tm_mon];
+    if (letter == L'd') AppendTwoDigits(text, time.tm_mday);
+    if (letter == L'H') AppendTwoDigits(text, time.tm_hour);
+    if (letter == L'M') AppendTwoDigits(text, time.tm_min);
+    if (letter == L'S') AppendTwoDigits(text, time.tm_sec);
+    if (letter == L'Y') text += FormatText(L"%04d", std::int64_t{time.tm_year} + 1900);
+    return text.size() > before;
 }
 
 }  // namespace

@@ -32,16 +32,6 @@ void MakeRoom(std::vector<XOptionItem*>& items) {
     if (items.size() == items.capacity()) items.reserve(2 * items.size() + 1);
 }
 
-XOptionItem* Next(const std::vector<XOptionItem*>& items, XOptionWalk& walk) {
-    while (walk.next < items.size()) {
-        XOptionItem* const item = items[walk.next++];
-        if (item->GetFlag()) continue;
-        item->SetFlag(true);
-        return item;
-    }
-    return nullptr;
-}
-
 }  // namespace
 
 XOptionItems::XOptionItems() : m_Groups(static_cast<std::size_t>(OptionRowCount())) {}
@@ -100,6 +90,16 @@ XOptionItem* XOptionItems::GetNext(const XOptionDefinition* definition) {
     if (!definition) return Next(m_All, m_AllWalk);
     Group& group = GroupOf(*definition);
     return Next(group.items, group.walk);
+}
+
+XOptionItem* XOptionItems::Next(const std::vector<XOptionItem*>& items, XOptionWalk& walk) {
+    while (walk.next < items.size()) {
+        XOptionItem* const item = items[walk.next++];
+        if (item->GetFlag()) continue;
+        item->SetFlag(true);
+        return item;
+    }
+    return nullptr;
 }
 
 XOptionItem* XOptionItems::Find(const XOptionDefinition& definition, int index) const {

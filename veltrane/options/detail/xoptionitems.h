@@ -51,6 +51,7 @@ private:
     Group& GroupOf(const XOptionDefinition& definition);
     const Group* FindGroup(const XOptionDefinition& definition) const;
     XOptionItem* Append(Group& group, XOptionDefinition& definition, const CString& value, int index);
+    static XOptionItem* Next(const std::vector<XOptionItem*>& items, XOptionWalk& walk);
 
     XSetP<XOptionItem> m_Items;
     std::vector<XOptionItem*> m_All;

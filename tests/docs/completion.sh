@@ -6,12 +6,14 @@ set -euo pipefail
 command -v "$1" >/dev/null || exit 77
 file=$(realpath "$2")
 . "$(dirname "$0")/completion_world.sh"
-export HOME=$world/home XDG_CONFIG_HOME=$world/home XDG_DATA_HOME=$world/home ZDOTDIR=$world HISTFILE='' INPUTRC=/dev/null TERM=dumb
+export HOME=$world/home XDG_CONFIG_HOME=$world/home XDG_DATA_HOME=$world/home ZDOTDIR=$world HISTFILE='' INPUTRC=$world/inputrc TERM=dumb
+echo "set keyseq-timeout 9000" >"$INPUTRC" # \e and the key after it may be read apart
 
-# Types a line, of which \t completes and \e* inserts all completions, and compares the arguments.
+# Types a line, of which \t completes and \e* inserts all completions, and compares the arguments. The input stays open
+# until the shell ends: at its end script would stop a shell that is slow to read.
 typed() {
-    expect "$1" "$2" "$(printf '%b\nexit\n' "$setup$1" | PS1='' timeout 10 script -qec "$shell" /dev/null 2>&1 |
-        tr -d '\r' | grep '^got' || true)"
+    expect "$1" "$2" "$(PS1='' timeout 10 script -qec "$shell" /dev/null 2>&1 \
+        < <(printf '%b\nexit\n' "$setup$1" && exec sleep 10 2>/dev/null) | tr -d '\r' | grep '^got' || true)"
 }
 # Compares the names that complete a line, separated by commas.
 offers() {

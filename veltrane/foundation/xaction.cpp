@@ -7,6 +7,7 @@
 
 #include "veltrane/foundation/xraise.h"
 #include "veltrane/platform/process/process.h"
+#include "veltrane/platform/text/format.h"
 #include "veltrane/platform/text/numbers.h"
 
 using namespace veltrane;
@@ -106,7 +107,7 @@ CString XAction::TimeStr(const long& value, const int& precision, bool shortUnit
     const std::string seconds = SecondsText(duration, precision);
     std::wstring text;
     text.reserve(48);
-    if (duration.days > 0) text += duration.days == 1 ? L"1 day and " : std::to_wstring(duration.days) + L" days and ";
+    if (duration.days > 0) text += duration.days == 1 ? L"1 day and " : FormatText(L"%d days and ", duration.days);
     if (duration.days > 0 || duration.hours > 0) AppendField(text, duration.hours);
     if (duration.HasLargerUnit()) AppendField(text, duration.minutes);
     text.append(seconds.begin(), seconds.end()).append(UnitOf(duration, shortUnits));

@@ -17,10 +17,11 @@ constexpr OwnTable BEGINS{LOAD};
 constexpr XOptionDefinition LONG[] = {
     {OwnOption(1, eString), eSectionRoot, {'l', 'o', 'n', 'g'}, L"filled", {}, -1, {}}};
 constexpr OwnTable FILLED{LONG};
+
+// clang-format off
 constexpr XOptionDefinition WIDE[] = {ROWS[0], OptionRow(OwnOption(2, eString), eSectionRoot, L"wide", L"a", -1)};  // refused: Fault::TextDoesNotFitItsColumn
 constexpr OwnTable OF_WIDE{WIDE};
 
-// clang-format off
 static_assert(FitsLibrary<IN_USE>());   // refused: Fault::NameIsInUse, veltrane::detail::Spelled<'l', 'o', 'g', 'g', 'i', 'n', 'g'>
 static_assert(FitsLibrary<NOWHERE>());  // refused: Fault::SectionAboveDoesNotExist, veltrane::detail::Spelled<'S', 'U', 'B'>
 static_assert(FitsLibrary<BEGINS>());   // refused: Fault::ItsKeyWouldBeAValueOf, veltrane::detail::Spelled<'l', 'o', 'a', 'd'>, veltrane::detail::Spelled<'l', 'o', 'a', 'd', '-',

@@ -90,7 +90,7 @@ public:
         m_App.fallthrough();
         m_App.require_subcommand(0, 1);  // everything after the first command is a word of it
         m_App.get_formatter()->column_width(24);
-        for (const CommandRow& row : COMMANDS) AddCommand(row);
+        for (const CommandRow& row : Commands()) AddCommand(row);
         AddSwitches(m_App, "");
     }
 
@@ -166,7 +166,7 @@ private:
         if (!isOption && !m_App.get_subcommands().empty())
             throw Refusal{FormatText(L"'%s' takes no argument%s", FromUtf8(m_App.get_subcommands()[0]->get_name()),
                                      hasArguments ? L"" : FORGOTTEN_HYPHENS)};
-        const CString nearest = isOption ? NearestRow(word, SWITCHES) : NearestRow(word, COMMANDS);
+        const CString nearest = isOption ? NearestRow(word, SWITCHES) : NearestRow(word, Commands());
         throw Refusal{FormatText(L"unknown %s '%s'%s", isOption ? L"option" : L"command", word, NearestHint(nearest))};
     }
 

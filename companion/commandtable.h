@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "veltrane/platform/text/characters.h"
 
@@ -38,7 +39,7 @@ struct ExitRow {
 inline constexpr CommandRow COMMANDS[] = {
     {"show",    "[NAME ...]",     WordKind::Option, "values, where they come from and what they overrode",     "show logfile -- base -i team.ini"},
     {"lint",    "[FILE ...]",     WordKind::File,   "everything that is wrong with the configuration",         "lint --strict -- base -i team.ini"},
-    {"explain", "NAME ...",       WordKind::Option, "the steps from a key to its value",                       "explain spool -- base -i team.ini"},
+    {"explain", "NAME ...",       WordKind::Option, "the steps from a key to its value",                       "explain logfile -- base -i team.ini"},
     {"names",   "[FILE ...]",     WordKind::File,   "names as the naming rules change them",                   "names --version 3,5 names.txt -- base"},
     {"diff",    "[DOCUMENT ...]", WordKind::File,   "how two configurations differ",                           "diff -- base -i team.ini -- base -i other.ini"},
     {"set",     "NAME VALUE",     WordKind::Option, "give an option a value in the user or the basic file",    "set logfile run.log -- base -i team.ini"},
@@ -86,6 +87,9 @@ inline constexpr ExitRow EXITS[] = {
                     "read or written, or memory runs out"},
 };
 // clang-format on
+
+/// Those that make sense for the tool: without naming rules there are no names to change.
+std::vector<CommandRow> Commands();
 
 /// The man page of the program, or its completion for a shell, made from these rows and the options of the tool.
 /// @param kind  "man", "bash", "zsh" or "fish" @param name  of the program

@@ -102,7 +102,7 @@ std::string Joined(const std::vector<std::string>& words, std::string_view separ
 
 std::vector<std::string> CommandNames() {
     std::vector<std::string> names;
-    for (const CommandRow& row : COMMANDS) names.emplace_back(row.name);
+    for (const CommandRow& row : Commands()) names.emplace_back(row.name);
     return names;
 }
 
@@ -138,7 +138,7 @@ std::string ListEntry(std::string_view head, std::string_view value, std::string
 
 std::string ManPage() {
     std::string commands;
-    for (const CommandRow& row : COMMANDS) {
+    for (const CommandRow& row : Commands()) {
         commands += ListEntry(row.name, row.words, row.summary);
         for (const SwitchRow& own : SWITCHES) {
             if (std::string_view{own.command} != row.name) continue;
@@ -184,7 +184,7 @@ std::string Script(std::string text, const ShellWords& shell, const std::string&
     std::string options;
     std::string words;
     const std::string inner = indent + "        ";
-    for (const CommandRow& row : COMMANDS) {
+    for (const CommandRow& row : Commands()) {
         options += inner + "-*," + row.name + ") " + Offer(shell, SwitchNames(row.name)) + " ;;\n";
         if (row.kind == WordKind::None) continue;
         const bool isOption = row.kind == WordKind::Option;
@@ -208,7 +208,7 @@ std::string FishCompletion() {
     std::string text = "# fish completion for @NAME@, made by @NAME@ --generate fish\n\n";
     text += FishLine("", "-f");
     text += FishLine("contains -- -- (commandline -opc)", "-F");
-    for (const CommandRow& row : COMMANDS) {
+    for (const CommandRow& row : Commands()) {
         text += FishLine("__fish_use_subcommand", "-a " + std::string{row.name} + " -d " + FishQuoted(row.summary));
         const std::string seen = "__fish_seen_subcommand_from " + std::string{row.name};
         if (row.kind == WordKind::File) text += FishLine(seen, "-F");
@@ -225,6 +225,14 @@ std::string FishCompletion() {
 }
 
 }  // namespace
+
+std::vector<CommandRow> Commands() {
+    std::vector<CommandRow> rows{std::begin(COMMANDS), std::end(COMMANDS)};
+    if (!HasOption(eOptionTableNameRules) && !HasOption(eOptionColumnNameRules)) {
+        std::erase_if(rows, [](const CommandRow& row) { return row.name == std::string_view{"names"}; });
+    }
+    return rows;
+}
 
 std::string MakeDocument(const std::string& kind, const std::string& name, const std::string& version) {
     const std::string text = kind == "man"    ? ManPage()

@@ -49,13 +49,14 @@ run_config() {
     cp -r "$tests/../../examples/owntool/metadata" "$temporary/changed"
     "$1" set unit mm -- -m "$temporary/changed" | grep -qE ':[0-9]+ \[SCALE\]: unit = cm -> mm$' || fail "$1 sets no unit"
     run_editor "$1"
+    ! "$1" names 2>"$temporary/errors" || fail "$1 changes names without naming rules"
     for page in man/man1/owntool.1 man/man5/owntool.ini.5 bash-completion/completions/owntool \
         zsh/vendor-completions/_owntool fish/vendor_completions.d/owntool.fish; do
         page=$(dirname "$1")/share/$page
         grep -q 'dry.*run' "$page" || fail "$page does not name the tool's options"
         ! grep -iE '@[a-z]*@|autodoc|change ?file|naming rule|obsolete|Veltrane' "$page" || fail "$page tells too much"
     done
-    [ -s "$(dirname "$1")/share/man/man1/owntool-config.1" ] || fail "$1 has no man page"
+    ! grep -F '\fBnames\fR' "$(dirname "$1")/share/man/man1/owntool-config.1" || fail "the page of $1 tells too much"
 }
 
 # run_tool PROGRAM: the tool of examples/owntool sees its own options in file and command line.

@@ -138,18 +138,27 @@ Number PointerNumber(const XFormatArgument& argument) {
 }
 
 void AppendConversion(std::wstring& out, const XFormatConversion& conversion, const XFormatArgument& argument) {
-    using enum XFormatKind;
     const std::size_t limit = conversion.precision < 0 ? std::wstring_view::npos : Size(conversion.precision);
-    const XFormatKind kind = conversion.kind;
-    if (kind == WideText) return AppendPadded(out, conversion, argument.Wide(limit));
-    if (kind == Integer) return AppendNumber(out, conversion, IntegerNumber(conversion, argument));
-    if (kind == Real) return AppendNumber(out, conversion, RealNumber(conversion, argument));
-    if (kind == Pointer) return AppendNumber(out, conversion, PointerNumber(argument));
-    if (kind == WideCharacter)
-        return AppendPadded(out, conversion, std::wstring(1, static_cast<wchar_t>(argument.Signed())));
-    if (kind == NarrowText)
-        return AppendPadded(out, conversion, FromUtf8(argument.Narrow(limit)).View().substr(0, limit));
-    AppendPadded(out, conversion, FromUtf8(std::string(1, static_cast<char>(argument.Signed()))).View());
+    switch (conversion.kind) {
+        case XFormatKind::Integer:
+            return AppendNumber(out, conversion, IntegerNumber(conversion, argument));
+        case XFormatKind::Real:
+            return AppendNumber(out, conversion, RealNumber(conversion, argument));
+        case XFormatKind::Pointer:
+            return AppendNumber(out, conversion, PointerNumber(argument));
+        case XFormatKind::WideText:
+            return AppendPadded(out, conversion, argument.Wide(limit));
+        case XFormatKind::NarrowText:
+            return AppendPadded(out, conversion, FromUtf8(argument.Narrow(limit)).View().substr(0, limit));
+        case XFormatKind::WideCharacter: {
+            const auto element = static_cast<wchar_t>(argument.Signed());
+            return AppendPadded(out, conversion, {&element, 1});
+        }
+        case XFormatKind::NarrowCharacter: {
+            const auto byte = static_cast<char>(argument.Signed());
+            return AppendPadded(out, conversion, FromUtf8({&byte, 1}).View());
+        }
+    }
 }
 
 const XFormatArgument& NextArgument(std::span<const XFormatArgument>& arguments) {

@@ -93,12 +93,20 @@ private:
     }
 
     constexpr bool Flag(XFormatConversion& conversion) const noexcept {
-        const wchar_t sign = Peek();
-        if (sign == L'-') return conversion.left = true;
-        if (sign == L'+') return conversion.plus = true;
-        if (sign == L' ') return conversion.blank = true;
-        if (sign == L'#') return conversion.alternate = true;
-        return sign == L'0' && (conversion.zero = true);
+        switch (Peek()) {
+            case L'-':
+                return conversion.left = true;
+            case L'+':
+                return conversion.plus = true;
+            case L' ':
+                return conversion.blank = true;
+            case L'#':
+                return conversion.alternate = true;
+            case L'0':
+                return conversion.zero = true;
+            default:
+                return false;
+        }
     }
 
     constexpr bool Number(int& value, bool& star) {
@@ -122,21 +130,41 @@ private:
     }
 
     static constexpr bool Kind(XFormatConversion& conversion, bool narrow, bool wide) {
-        using enum XFormatKind;
-        const wchar_t letter = conversion.letter;
-        const bool isText = letter == L's' || letter == L'S';
-        const bool isCharacter = letter == L'c' || letter == L'C';
-        const bool isNarrow = letter == L's' || letter == L'c' ? narrow : !wide;
-        const bool isInteger =
-            letter == L'd' || letter == L'i' || letter == L'u' || letter == L'x' || letter == L'X' || letter == L'o';
-        const bool isReal =
-            letter == L'f' || letter == L'F' || letter == L'e' || letter == L'E' || letter == L'g' || letter == L'G';
-        if (isText) conversion.kind = isNarrow ? NarrowText : WideText;
-        if (isCharacter) conversion.kind = isNarrow ? NarrowCharacter : WideCharacter;
-        if (isInteger) conversion.kind = Integer;
-        if (isReal) conversion.kind = Real;
-        if (letter == L'p') conversion.kind = Pointer;
-        return isText || isCharacter || isInteger || isReal || letter == L'p';
+        switch (conversion.letter) {
+            case L's':
+                conversion.kind = narrow ? XFormatKind::NarrowText : XFormatKind::WideText;
+                return true;
+            case L'c':
+                conversion.kind = narrow ? XFormatKind::NarrowCharacter : XFormatKind::WideCharacter;
+                return true;
+            case L'S':
+                conversion.kind = wide ? XFormatKind::WideText : XFormatKind::NarrowText;
+                return true;
+            case L'C':
+                conversion.kind = wide ? XFormatKind::WideCharacter : XFormatKind::NarrowCharacter;
+                return true;
+            case L'd':
+            case L'i':
+            case L'u':
+            case L'x':
+            case L'X':
+            case L'o':
+                conversion.kind = XFormatKind::Integer;
+                return true;
+            case L'f':
+            case L'F':
+            case L'e':
+            case L'E':
+            case L'g':
+            case L'G':
+                conversion.kind = XFormatKind::Real;
+                return true;
+            case L'p':
+                conversion.kind = XFormatKind::Pointer;
+                return true;
+            default:
+                return false;
+        }
     }
 
     std::wstring_view m_Rest;
@@ -201,12 +229,23 @@ constexpr bool AcceptsArgument(XFormatKind kind) {
                             std::is_convertible_v<const T&, std::wstring_view>;
     constexpr bool isNarrow =
         std::is_convertible_v<const T&, const char*> || std::is_convertible_v<const T&, std::string_view>;
-    using enum XFormatKind;
-    return (kind == Integer && (std::is_integral_v<D> || std::is_enum_v<D>)) ||
-           (kind == Real && (std::is_same_v<D, double> || std::is_same_v<D, float>)) || (kind == WideText && isWide) ||
-           (kind == NarrowText && isNarrow) || (kind == WideCharacter && std::is_same_v<D, wchar_t>) ||
-           (kind == NarrowCharacter && std::is_same_v<D, char>) ||
-           (kind == Pointer && (std::is_pointer_v<D> || std::is_null_pointer_v<D>));
+    switch (kind) {
+        case XFormatKind::Integer:
+            return std::is_integral_v<D> || std::is_enum_v<D>;
+        case XFormatKind::Real:
+            return std::is_same_v<D, double> || std::is_same_v<D, float>;
+        case XFormatKind::WideText:
+            return isWide;
+        case XFormatKind::NarrowText:
+            return isNarrow;
+        case XFormatKind::WideCharacter:
+            return std::is_same_v<D, wchar_t>;
+        case XFormatKind::NarrowCharacter:
+            return std::is_same_v<D, char>;
+        case XFormatKind::Pointer:
+            return std::is_pointer_v<D> || std::is_null_pointer_v<D>;
+    }
+    return false;
 }
 
 /// A format with the arguments it is for, checked while compiling: only a constant text converts to it, so a user's

@@ -34,6 +34,7 @@ namespace {
 template <class Rows>
 CString NearestRow(const CString& name, const Rows& rows) {
     std::vector<CString> names;
+    names.reserve(std::size(rows));
     for (const auto& row : rows) names.emplace_back(row.name);
     return Nearest(name, names);
 }

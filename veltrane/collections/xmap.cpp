@@ -80,14 +80,8 @@ void XMapInt2SetOfInt::Insert(int key, const CString& list) {
 XMapInt2IntTupel::~XMapInt2IntTupel() = default;
 
 void XMapInt2IntTupel::Insert(int key, int first, int second) {
-    const IntTupel& held = Get(key);
-    if (held.nFirst == 0 && held.nSecond == 0) m_Map.Set(key, {first, second});
-}
-
-const XMapInt2IntTupel::IntTupel& XMapInt2IntTupel::Get(int key) const {
-    static const IntTupel tEmpty;
-    const IntTupel* tupel = m_Map.Get(key);
-    return tupel ? *tupel : tEmpty;
+    const IntTupel* const held = m_Map.Get(key);
+    if (!held || (held->nFirst == 0 && held->nSecond == 0)) m_Map.Set(key, {first, second});
 }
 
 int XMapInt2IntTupel::GetFirst(IntTupel& out) {

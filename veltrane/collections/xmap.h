@@ -102,7 +102,5 @@ public:
     void Clear() noexcept { m_Map.Clear(); }
 
 private:
-    const IntTupel& Get(int key) const;
-
     veltrane::detail::XCursorMap<int, IntTupel> m_Map;
 };

@@ -146,12 +146,6 @@ private:
         return {L".\\XSet", veltrane::detail::MethodName<T, "XSetP", Operation>.data(), line};
     }
 
-    template <class Texts, class Body, class... Args>
-    static decltype(auto) WithReason(const veltrane::XSite& site, const Texts& texts, Body&& body,
-                                     const Args&... args) {
-        return veltrane::WithReason(site, texts, std::forward<Body>(body), args...);
-    }
-
     bool Contains(int position) const noexcept { return position >= 0 && position < Size(); }
     T* At(int position) const noexcept { return m_Data[static_cast<std::size_t>(position)]; }
     T* ObjectAt(int position) const noexcept { return Contains(position) ? At(position) : nullptr; }

@@ -170,8 +170,8 @@ private:
     bool IsTooLateForFiles(const XOptionDefinition& definition) const;
     void ExplainRetrieval(veltrane::OptionExplanation& explanation, const XOptionDefinition& definition,
                           int index) const;
-    CString ExplainSingle(veltrane::detail::XKeptOrigin& kept, const XOptionDefinition& definition) const;
-    CString ExplainFamily(veltrane::detail::XKeptOrigin& kept, const XOptionDefinition& definition, int index) const;
+    CString ExplainFamily(veltrane::detail::XKeptOrigin& kept, const CString& section, const CString& key,
+                          int index) const;
 
     bool m_bLookOnly = false;
     std::optional<bool> m_bDataKnown;  // when start-up determined the folders, if one needed "data"

@@ -147,8 +147,9 @@ void XOption::ExplainRetrieval(OptionExplanation& explanation, const XOptionDefi
     if (definition.eSection == eSectionNone) return;
     XKeptOrigin kept;
     try {
-        explanation.value =
-            definition.IsSingle() ? ExplainSingle(kept, definition) : ExplainFamily(kept, definition, index);
+        const CString section = m_pRetrieval->SectionName(definition.eSection, /*isStoring*/ false);
+        explanation.value = definition.IsSingle() ? m_pRetrieval->Value(section, definition.szLongName, &kept)
+                                                  : ExplainFamily(kept, section, definition.szLongName, index);
         explanation.hasValue = !explanation.value.IsEmpty();
     } catch (const XException& error) {
         explanation.error = error.GetMessage();
@@ -156,15 +157,9 @@ void XOption::ExplainRetrieval(OptionExplanation& explanation, const XOptionDefi
     explanation.steps = StepsOf(kept, definition.IsSingle() ? definition.szLongName : L"");
 }
 
-CString XOption::ExplainSingle(XKeptOrigin& kept, const XOptionDefinition& definition) const {
-    const CString section = m_pRetrieval->SectionName(definition.eSection, /*isStoring*/ false);
-    return m_pRetrieval->Value(section, definition.szLongName, &kept);
-}
-
-CString XOption::ExplainFamily(XKeptOrigin& kept, const XOptionDefinition& definition, int index) const {
-    const CString section = m_pRetrieval->SectionName(definition.eSection, /*isStoring*/ false);
-    const XOptionFamily family = m_pSources->ReadFamily(section, definition.szLongName, /*withPlaces*/ true);
-    kept.answers = {{{}, m_pSources->PlacesIn(family, section, definition.szLongName, index)}};
+CString XOption::ExplainFamily(XKeptOrigin& kept, const CString& section, const CString& key, int index) const {
+    const XOptionFamily family = m_pSources->ReadFamily(section, key, /*withPlaces*/ true);
+    kept.answers = {{{}, m_pSources->PlacesIn(family, section, key, index)}};
     std::vector<OptionPlace>& places = kept.answers.front().places;
     std::ranges::reverse(places);  // the order of the questions
     if (family.fault) std::rethrow_exception(family.fault);

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "veltrane/options/xoptiondefinition.h"
+#include "veltrane/platform/text/characters.h"
 
 // The rules for rows of an option table. The compiler checks constant tables and shows the rule that a row breaks by
 // its name here; a registration checks while the program runs and has a text for each.
@@ -92,8 +93,8 @@ constexpr bool IsDigit(wchar_t element) {
 
 constexpr bool IsTypeable(std::wstring_view name) {
     const auto isPart = [](wchar_t element) {
-        return (element >= L'a' && element <= L'z') || (element >= L'A' && element <= L'Z') || IsDigit(element) ||
-               element == L'-' || element == L'_';
+        const wchar_t lower = LowerAscii(element);
+        return (lower >= L'a' && lower <= L'z') || IsDigit(element) || element == L'-' || element == L'_';
     };
     return std::ranges::all_of(name, isPart);
 }
@@ -115,20 +116,8 @@ constexpr Refusal CheckType(const XOptionDefinition& row) {
     return {};
 }
 
-constexpr Refusal CheckOptionalValue(const XOptionDefinition& row) {
-    if (row.IsValueOptional() && !row.IsString()) return {Fault::ValueMayBeLeftOutButIsNoText, row.szLongName};
-    return {};
-}
-
 // No listing has a value 128 columns to the right.
 inline constexpr int MAX_TABULATORS = 16;
-
-constexpr Refusal CheckTabulators(const XOptionDefinition& row) {
-    if (row.nTabulators < -1 || row.nTabulators > MAX_TABULATORS) {
-        return {Fault::TabulatorsAreNotFromMinus1To16, row.szLongName};
-    }
-    return {};
-}
 
 constexpr Refusal CheckEnds(const XOptionDefinition& row) {
     if (!HasEnd(row.szLongName)) return {Fault::TextDoesNotFitItsColumn, Whole(row.szLongName)};
@@ -143,8 +132,9 @@ constexpr Refusal CheckRow(const XOptionDefinition& row) {
     if (IsTitle(row)) return {};
     if (const Refusal refusal = CheckNames(row)) return refusal;
     if (const Refusal refusal = CheckType(row)) return refusal;
-    if (const Refusal refusal = CheckOptionalValue(row)) return refusal;
-    return CheckTabulators(row);
+    if (row.IsValueOptional() && !row.IsString()) return {Fault::ValueMayBeLeftOutButIsNoText, row.szLongName};
+    const bool canBeShown = row.nTabulators >= -1 && row.nTabulators <= MAX_TABULATORS;
+    return canBeShown ? Refusal{} : Refusal{Fault::TabulatorsAreNotFromMinus1To16, row.szLongName};
 }
 
 // --- A section alone ---
@@ -177,15 +167,11 @@ constexpr Refusal CheckRow(const XConfigSection& row) {
 
 // --- Rows side by side ---
 
-constexpr wchar_t Lower(wchar_t element) {
-    return element >= L'A' && element <= L'Z' ? static_cast<wchar_t>(element - L'A' + L'a') : element;
-}
-
 /// As configuration files compare: without regard to case.
 constexpr bool Begins(std::wstring_view text, std::wstring_view beginning) {
     if (text.size() < beginning.size()) return false;
     for (std::size_t i = 0; i < beginning.size(); ++i) {
-        if (Lower(text[i]) != Lower(beginning[i])) return false;
+        if (LowerAscii(text[i]) != LowerAscii(beginning[i])) return false;
     }
     return true;
 }
@@ -225,7 +211,7 @@ constexpr bool IsKeyOf(std::wstring_view family, std::wstring_view key) {
 }
 
 constexpr bool HasValueAt(const XOptionDefinition& family, const XOptionDefinition& other) {
-    return !family.IsSingle() && Lower(family.szLongName[0]) == Lower(other.szLongName[0]) &&
+    return !family.IsSingle() && LowerAscii(family.szLongName[0]) == LowerAscii(other.szLongName[0]) &&
            IsKeyOf(family.szLongName, other.szLongName);
 }
 
@@ -370,12 +356,6 @@ constexpr Refusal CheckBeside(Tables, const XConfigSection& row, const TableRows
     return CheckFamilies(row, other);
 }
 
-/// For an option that a store looks up by number at start-up.
-constexpr Refusal CheckNumber(const XOptionDefinition& row) {
-    if (IsTitle(row) || row.HasOptionNumber()) return {};
-    return {Fault::IdHasNoNumber, row.szLongName};
-}
-
 /// Comes before rows are compared with each other: only then does each of their texts end.
 constexpr Refusal CheckAlone(const TableRows& table) {
     for (const XConfigSection& row : table.sections) {
@@ -398,20 +378,14 @@ constexpr Refusal CheckAmong(Tables tables, const Row& row, std::span<const Row>
     }
     return {};
 }
-constexpr Refusal CheckAmong(Tables tables, const XConfigSection& row) {
-    return CheckAmong(tables, row, &TableRows::sections);
-}
-constexpr Refusal CheckAmong(Tables tables, const XOptionDefinition& row) {
-    return CheckAmong(tables, row, &TableRows::options);
-}
 
 /// @param tables  the texts of all rows end
 constexpr Refusal CheckAmong(Tables tables) {
     for (const XConfigSection& row : tables.back().sections) {
-        if (const Refusal refusal = CheckAmong(tables, row)) return refusal;
+        if (const Refusal refusal = CheckAmong(tables, row, &TableRows::sections)) return refusal;
     }
     for (const XOptionDefinition& row : tables.back().options) {
-        if (const Refusal refusal = CheckAmong(tables, row)) return refusal;
+        if (const Refusal refusal = CheckAmong(tables, row, &TableRows::options)) return refusal;
     }
     return {};
 }
@@ -422,11 +396,11 @@ constexpr Refusal CheckTables(Tables tables) {
     return CheckAmong(tables);
 }
 
-/// As CheckAlone, for a tool's rows.
+/// As CheckAlone, for a tool's rows, which the store looks up by their numbers at start-up.
 constexpr Refusal CheckOwnAlone(const TableRows& table) {
     if (const Refusal refusal = CheckAlone(table)) return refusal;
     for (const XOptionDefinition& row : table.options) {
-        if (const Refusal refusal = CheckNumber(row)) return refusal;
+        if (!IsTitle(row) && !row.HasOptionNumber()) return {Fault::IdHasNoNumber, row.szLongName};
     }
     return {};
 }

@@ -67,11 +67,11 @@ constexpr Refusal RefusalAlone() {
 }
 template <const OwnTable& Table, std::size_t Row>
 constexpr Refusal RefusalOfOption() {
-    return CheckAmong(ToolTables{Table}.rows, Table.options[Row]);
+    return CheckAmong(ToolTables{Table}.rows, Table.options[Row], &TableRows::options);
 }
 template <const OwnTable& Table, std::size_t Row>
 constexpr Refusal RefusalOfSection() {
-    return CheckAmong(ToolTables{Table}.rows, Table.sections[Row]);
+    return CheckAmong(ToolTables{Table}.rows, Table.sections[Row], &TableRows::sections);
 }
 
 template <const OwnTable& Table, std::size_t... Section, std::size_t... Option>

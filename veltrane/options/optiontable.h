@@ -21,51 +21,33 @@ inline constexpr std::wstring_view HELP_CREATE_VIEWS =
     L"\tForce the Veltrane to create SQL-statements for creation of all views,\r\n"
     L"\t\t\t\t\t\tor prohibit the Veltrane to create these statements.\r\n"
     L"\t\t\t\t\t\tThe default is [auto] which allows the Veltrane to determine dynamically if new views are needed.";
-inline constexpr std::wstring_view HELP_CREATE_SCHEMA =
-    L"\t\tForce the Veltrane to produce a 'create schema' file instead of a 'change schema' file.";
-inline constexpr std::wstring_view HELP_GATHER_INDEX_STATISTICS =
-    L"\tWhen creating new indexes also compute statistics!";
-inline constexpr std::wstring_view HELP_QUIET =
-    L"\t\t\tQuiet Mode. Don't ask questions where's nothing to ask!";
-inline constexpr std::wstring_view HELP_LOAD_ORACLE =
-    L"\t\tTry to load an existing oracle database schema.";
+inline constexpr std::wstring_view HELP_CREATE_SCHEMA           = L"\t\tForce the Veltrane to produce a 'create schema' file instead of a 'change schema' file.";
+inline constexpr std::wstring_view HELP_GATHER_INDEX_STATISTICS = L"\tWhen creating new indexes also compute statistics!";
+inline constexpr std::wstring_view HELP_QUIET                   = L"\t\t\tQuiet Mode. Don't ask questions where's nothing to ask!";
+inline constexpr std::wstring_view HELP_LOAD_ORACLE             = L"\t\tTry to load an existing oracle database schema.";
 inline constexpr std::wstring_view HELP_EXIT =
     L"\t\t\t\tGenerate an 'exit' statement in the changefile.\r\n"
     L"\t\t\t\t\t\tThis is NOT a good idea, when running from setup...";
-inline constexpr std::wstring_view HELP_SPOOL =
-    L"\t\tGenerate commands for spooling the sql activity in the changefile.";
-inline constexpr std::wstring_view HELP_HELP =
-    L"\t\t\t\tThis window.";
-inline constexpr std::wstring_view HELP_VERSION =
-    L"\t\t\t\tPrint the Veltrane version information.";
-inline constexpr std::wstring_view HELP_SUMMARY =
-    L"\t\t\tPrint a summary of all options.";
-inline constexpr std::wstring_view HELP_NAME =
-    L"\t\tSet the name of the database which should be processed (e.g 'database' or 'base').";
-inline constexpr std::wstring_view HELP_DICTIONARY_ROOT =
-    L"\t\tSet the root directory, from where all dictionaries are found easily.";
-inline constexpr std::wstring_view HELP_DATA =
-    L"\t\t\tDefine a root directory for all written files.";
-inline constexpr std::wstring_view HELP_CHANGEFILE_ROOT =
-    L"\t\tDefine a directory for all written changefiles.";
-inline constexpr std::wstring_view HELP_LOGFILE =
-    L"\t\tUse this logfile for logging output";
-inline constexpr std::wstring_view HELP_INI =
-    L"\t\t\tUse this ini file for more Veltrane configuration.";
-inline constexpr std::wstring_view HELP_METADATA =
-    L"\tUse this location for all metadata files.";
-inline constexpr std::wstring_view HELP_CONFIG =
-    L"\tUse this location for all user defined configuration files.";
-inline constexpr std::wstring_view HELP_AUTODOC_DOCUMENT_ROOT =
-    L"\tDefine the root directory for the HTML Autodoc file tree.";
+inline constexpr std::wstring_view HELP_SPOOL                   = L"\t\tGenerate commands for spooling the sql activity in the changefile.";
+inline constexpr std::wstring_view HELP_HELP                    = L"\t\t\t\tThis window.";
+inline constexpr std::wstring_view HELP_VERSION                 = L"\t\t\t\tPrint the Veltrane version information.";
+inline constexpr std::wstring_view HELP_SUMMARY                 = L"\t\t\tPrint a summary of all options.";
+inline constexpr std::wstring_view HELP_NAME                    = L"\t\tSet the name of the database which should be processed (e.g 'database' or 'base').";
+inline constexpr std::wstring_view HELP_DICTIONARY_ROOT         = L"\t\tSet the root directory, from where all dictionaries are found easily.";
+inline constexpr std::wstring_view HELP_DATA                    = L"\t\t\tDefine a root directory for all written files.";
+inline constexpr std::wstring_view HELP_CHANGEFILE_ROOT         = L"\t\tDefine a directory for all written changefiles.";
+inline constexpr std::wstring_view HELP_LOGFILE                 = L"\t\tUse this logfile for logging output";
+inline constexpr std::wstring_view HELP_INI                     = L"\t\t\tUse this ini file for more Veltrane configuration.";
+inline constexpr std::wstring_view HELP_METADATA                = L"\tUse this location for all metadata files.";
+inline constexpr std::wstring_view HELP_CONFIG                  = L"\tUse this location for all user defined configuration files.";
+inline constexpr std::wstring_view HELP_AUTODOC_DOCUMENT_ROOT   = L"\tDefine the root directory for the HTML Autodoc file tree.";
 inline constexpr std::wstring_view HELP_LOAD_DICTIONARY =
     L"\tLoad the dictionary at location <dictionary>.\r\n"
     L"\t\t\t\t\t\tYou may call this option more then once, if you want to load several dictionaries at one time.";
 inline constexpr std::wstring_view HELP_DIFF_DICTIONARY =
     L"\t\t\tStart the analysis of differencies between the first two dictionaries previously loaded.\r\n"
     L"\t\t\t\t\t\tSo it's necessary to load at least two dictionaries (see the '-l' option).";
-inline constexpr std::wstring_view HELP_CREATE_CHANGEFILE =
-    L"\tCreate a change file for a dictionary difference (see the -diff option).";
+inline constexpr std::wstring_view HELP_CREATE_CHANGEFILE       = L"\tCreate a change file for a dictionary difference (see the -diff option).";
 inline constexpr std::wstring_view HELP_CHECK_DATABASE =
     L"\t\t\tCheck an existing database for correct database schema\r\n"
     L"\t\t\t\t\t\t(indexes, mapping options, table and column status).";
@@ -74,8 +56,7 @@ inline constexpr std::wstring_view HELP_FIX_DATABASE =
     L"\t\t\t\t\t\tIf any changes for the database are necessary, a changefile 'modify-database-xx.sql' will be created in the working directory.";
 inline constexpr std::wstring_view HELP_LOAD_ACTIVE_ENVIRONMENT =
     L"\t\tTry to find the active environment, then load the dictionary and the according oracle database mapping.";
-inline constexpr std::wstring_view HELP_CREATE_AUTODOC =
-    L"\t\t\tCreate a datamodel's HTML document tree.";
+inline constexpr std::wstring_view HELP_CREATE_AUTODOC          = L"\t\t\tCreate a datamodel's HTML document tree.";
 
 inline constexpr XOptionDefinition g_OptionDefinitions[] = {
     //        option                                        section              short   long                                          tabs syntax                                            description

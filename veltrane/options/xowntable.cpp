@@ -1,7 +1,6 @@
 #include "veltrane/options/xowntable.h"
 
 #include <algorithm>
-#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,43 +19,37 @@ struct FaultText {
     std::wstring_view format;  ///< of the name of the row, and of another one if the fault tells it
 };
 
+// clang-format off
 constexpr FaultText FAULT_TEXTS[] = {
-    {Fault::NameIsEmpty, L"The option <%s> cannot be registered: its name is empty!"},
-    {Fault::NameBeginsWithAHyphen, L"The option <%s> cannot be registered: its names begin without a hyphen!"},
-    {Fault::NameHasOtherThanLettersDigitsAndHyphens,
-     L"The option <%s> cannot be registered: a name is made of letters, digits and hyphens!"},
-    {Fault::HasSeveralTypes, L"The option <%s> cannot be registered: it has several types!"},
-    {Fault::HasNoType, L"The option <%s> cannot be registered: it has no type!"},
-    {Fault::ValueMayBeLeftOutButIsNoText,
-     L"The option <%s> cannot be registered: only the value of a text may be left out!"},
-    {Fault::TabulatorsAreNotFromMinus1To16, L"The option <%s> cannot be registered: its tabulators are from -1 to 16!"},
-    {Fault::TextDoesNotFitItsColumn, L"The option <%s> cannot be registered: a text fills its column without an end!"},
-    {Fault::IdHasNoNumber, L"The option <%s> cannot be registered: its id has no number!"},
-    {Fault::IdIsInUse, L"The option <%s> cannot be registered: its id is in use!"},
-    {Fault::NameIsInUse, L"The option <%s> cannot be registered: its name is in use!"},
-    {Fault::ShortNameIsInUse, L"The option <%s> cannot be registered: its short name <%s> is in use!"},
-    {Fault::ItsValuesWouldHaveTheKeyOf,
-     L"The option <%s> cannot be registered: the key of <%s> would be one of its values!"},
-    {Fault::ItsKeyWouldBeAValueOf, L"The option <%s> cannot be registered: its key would be a value of <%s>!"},
-    {Fault::SectionDoesNotExist, L"The option <%s> cannot be registered: its section does not exist!"},
-    {Fault::SectionHasAnIndexValueHasNone,
-     L"The option <%s> cannot be registered: its section has an index, its value has none!"},
-    {Fault::SectionNameIsEmpty, L"The section <%s> cannot be registered: its name is empty!"},
-    {Fault::SectionNameDoesNotFitItsColumn,
-     L"The section <%s> cannot be registered: its name fills its column without an end!"},
-    {Fault::SectionValueStandsForNone, L"The section <%s> cannot be registered: its value stands for none!"},
-    {Fault::SectionHasPercentOutsideOneIndex,
-     L"The section <%s> cannot be registered: a '%%' stands in one \"%%d\" only!"},
-    {Fault::SectionIsBelowItself, L"The section <%s> stands below itself!"},
-    {Fault::SectionValueOrNameIsInUse, L"The section <%s> cannot be registered: its value or its name is in use!"},
-    {Fault::SectionSharesItsIndexWith, L"The section <%s> cannot be registered: its index and that of <%s> are one!"},
-    {Fault::SectionIsNamedByAnUnknownOption,
-     L"The section <%s> cannot be registered: the option that names it is not known!"},
-    {Fault::SectionIsNamedByAnOptionWithoutOneText,
-     L"The section <%s> cannot be registered: only an option with one text can name it!"},
-    {Fault::SectionAboveDoesNotExist, L"The section <%s> cannot be registered: the one above does not exist!"},
-    {Fault::SectionIsBelowOneWithAnIndex, L"The section <%s> cannot be registered: it stands below one with an index!"},
+    {Fault::NameIsEmpty,                             L"The option <%s> cannot be registered: its name is empty!"},
+    {Fault::NameBeginsWithAHyphen,                   L"The option <%s> cannot be registered: its names begin without a hyphen!"},
+    {Fault::NameHasOtherThanLettersDigitsAndHyphens, L"The option <%s> cannot be registered: a name is made of letters, digits and hyphens!"},
+    {Fault::HasSeveralTypes,                         L"The option <%s> cannot be registered: it has several types!"},
+    {Fault::HasNoType,                               L"The option <%s> cannot be registered: it has no type!"},
+    {Fault::ValueMayBeLeftOutButIsNoText,            L"The option <%s> cannot be registered: only the value of a text may be left out!"},
+    {Fault::TabulatorsAreNotFromMinus1To16,          L"The option <%s> cannot be registered: its tabulators are from -1 to 16!"},
+    {Fault::TextDoesNotFitItsColumn,                 L"The option <%s> cannot be registered: a text fills its column without an end!"},
+    {Fault::IdHasNoNumber,                           L"The option <%s> cannot be registered: its id has no number!"},
+    {Fault::IdIsInUse,                               L"The option <%s> cannot be registered: its id is in use!"},
+    {Fault::NameIsInUse,                             L"The option <%s> cannot be registered: its name is in use!"},
+    {Fault::ShortNameIsInUse,                        L"The option <%s> cannot be registered: its short name <%s> is in use!"},
+    {Fault::ItsValuesWouldHaveTheKeyOf,              L"The option <%s> cannot be registered: the key of <%s> would be one of its values!"},
+    {Fault::ItsKeyWouldBeAValueOf,                   L"The option <%s> cannot be registered: its key would be a value of <%s>!"},
+    {Fault::SectionDoesNotExist,                     L"The option <%s> cannot be registered: its section does not exist!"},
+    {Fault::SectionHasAnIndexValueHasNone,           L"The option <%s> cannot be registered: its section has an index, its value has none!"},
+    {Fault::SectionNameIsEmpty,                      L"The section <%s> cannot be registered: its name is empty!"},
+    {Fault::SectionNameDoesNotFitItsColumn,          L"The section <%s> cannot be registered: its name fills its column without an end!"},
+    {Fault::SectionValueStandsForNone,               L"The section <%s> cannot be registered: its value stands for none!"},
+    {Fault::SectionHasPercentOutsideOneIndex,        L"The section <%s> cannot be registered: a '%%' stands in one \"%%d\" only!"},
+    {Fault::SectionIsBelowItself,                    L"The section <%s> stands below itself!"},
+    {Fault::SectionValueOrNameIsInUse,               L"The section <%s> cannot be registered: its value or its name is in use!"},
+    {Fault::SectionSharesItsIndexWith,               L"The section <%s> cannot be registered: its index and that of <%s> are one!"},
+    {Fault::SectionIsNamedByAnUnknownOption,         L"The section <%s> cannot be registered: the option that names it is not known!"},
+    {Fault::SectionIsNamedByAnOptionWithoutOneText,  L"The section <%s> cannot be registered: only an option with one text can name it!"},
+    {Fault::SectionAboveDoesNotExist,                L"The section <%s> cannot be registered: the one above does not exist!"},
+    {Fault::SectionIsBelowOneWithAnIndex,            L"The section <%s> cannot be registered: it stands below one with an index!"},
 };
+// clang-format on
 
 constexpr bool FitsNames(const FaultText& text) {
     return XFormat<std::wstring_view>::Fits(text.format) ||
@@ -78,9 +71,7 @@ std::wstring TextOf(const Refusal& refusal) {
 
 void Check(const OwnTable& table) {
     constexpr XSite site = XSource{L".\\xowntable"}(L"OwnOptions::OwnOptions");
-    if (OptionRegistry::HasStores()) {
-        throw MakeError(site, L"Options can be registered only before a store is made!");
-    }
+    if (OptionRegistry::HasStores()) throw MakeError(site, L"Options can be registered only before a store is made!");
     const LibraryRows known = OptionRegistry::Library();
     const LibraryRows& library = table.library.HasAll() ? known : table.library;
     if (!known.HasAll() && library != known) {

@@ -107,9 +107,7 @@ bool XConfiguration::GetKeyIndexSet(XSetInt& indexes, const CString& section, co
     FindFamily(section, pattern)
         .ForEach([&] { return Successor(indexes.GetMax()); },
                  [&](const CString&, int index) {
-                     if (indexes.Find(index, XSetInt::Comp) >= 0) {
-                         throw GivenTwice(Here(method), pattern, index);
-                     }
+                     if (indexes.Find(index, XSetInt::Comp) >= 0) throw GivenTwice(Here(method), pattern, index);
                      indexes.Insert(index);
                  });
     return !indexes.IsEmpty();

@@ -112,15 +112,6 @@ std::string KindOf(const XOptionDefinition& row) {
     return kind;
 }
 
-std::vector<std::string> GetFixedSections() {
-    std::vector<std::string> names;
-    for (const enumCfgSection section : GetOptionSections()) {
-        const std::string title = SectionTitle(section);
-        if (title.find('<') == std::string::npos) names.push_back(title);
-    }
-    return names;
-}
-
 std::string SectionTitle(enumCfgSection section) {
     const XConfigSection* const row = FindConfigSection(section);
     if (!row) return {};

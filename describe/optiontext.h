@@ -34,7 +34,6 @@ struct OptionGroup {
 /// The option table in its own order; groups without options are left out.
 /// @param tool  name of its program, for descriptions
 std::vector<OptionGroup> GetOptionGroups(const std::string& tool);
-/// The options of all groups.
 std::vector<OptionText> GetOptionTexts(const std::string& tool = {});
 
 /// Whether the tool has the option of the library.
@@ -43,8 +42,6 @@ bool HasOption(enumOption option);
 /// "command, boolean", "text, several values": type and multiplicity of an option.
 std::string KindOf(const XOptionDefinition& row);
 
-/// The sections with a fixed name: "ROOT", "USER", "AUTODOC".
-std::vector<std::string> GetFixedSections();
 /// Name of a section as a reader sees it: "<database>\FILES\<n>"; empty for the unnamed one and for none.
 std::string SectionTitle(enumCfgSection section);
 /// The sections that options are in, in the order of their values.

@@ -51,10 +51,12 @@ std::string NamesOf(std::initializer_list<ValueKind> kinds, std::string_view sep
 
 std::string DatabaseFilter() {
     std::string fixed;
-    for (const std::string& section : GetFixedSections()) fixed.append(fixed.empty() ? "" : "\\|").append(section);
-    return "1s/^\\xEF\\xBB\\xBF//; s/^[ \\t]*\\[[ \\t]*//; t name; d; :name; s/\\].*//; s/[ \\t\\r]*$//; /\\\\/d; "
-           "/^$/d; "
-           "/^\\(" +
+    for (const enumCfgSection section : GetOptionSections()) {
+        const std::string title = SectionTitle(section);
+        if (title.find('<') == std::string::npos) fixed.append(fixed.empty() ? "" : "\\|").append(title);
+    }
+    return "1s/^\\xEF\\xBB\\xBF//; s/^[ \\t]*\\[[ \\t]*//; t name; d; :name; s/\\].*//; s/[ \\t\\r]*$//; "
+           "/\\\\/d; /^$/d; /^\\(" +
            fixed + "\\)$/Id; p";
 }
 

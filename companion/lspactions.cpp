@@ -148,12 +148,11 @@ bool IsWanted(const LspJson& params) {
 
 }  // namespace
 
-LspJson ListActions(LspWorld& world, const LspJson& params) {
+LspJson ListActions(LspWorld& world, const LspView& view, const LspJson& params) {
     const TextRange range = RangeIn(params.at("range"));
-    const std::optional<LspView> view = world.Look(UriIn(params));
-    if (!view || !IsWanted(params)) return {};
-    Actions actions{*view, world.Tool()};
-    for (const LineFinding& found : FindingsIn(view->analysis, view->source)) {
+    if (!IsWanted(params)) return {};
+    Actions actions{view, world.Tool()};
+    for (const LineFinding& found : FindingsIn(view.analysis, view.source)) {
         const int line = found.placed.line->number - 1;
         if (range.begin.line <= line && line <= range.end.line) actions.Add(found);
     }

@@ -221,13 +221,11 @@ LspJson CompleteValue(const Question& asked, std::size_t begin) {
 
 }  // namespace
 
-LspJson Complete(LspWorld& world, const LspJson& params) {
+LspJson Complete(LspWorld& /*world*/, const LspView& view, const LspJson& params) {
     const TextPosition position = PositionIn(params.at("position"));
-    const std::optional<LspView> view = world.Look(UriIn(params));
-    if (!view) return {};
-    const int line = std::min(position.line, view->document.text.LineCount() - 1);
-    const std::string_view text = view->document.text.Line(line);
-    const Question asked{*view, line, text, view->document.text.OffsetInLine({line, position.column}, view->unit)};
+    const DocumentText& text = view.document.text;
+    const int line = std::min(position.line, text.LineCount() - 1);
+    const Question asked{view, line, text.Line(line), text.OffsetInLine({line, position.column}, view.unit)};
     const std::string_view before = asked.Before();
     const std::size_t first = before.find_first_not_of(" \t");
     const std::size_t equals = before.find('=');

@@ -137,24 +137,23 @@ void AddFindings(HoverText& text, const LspView& view, const LspSpot& spot, cons
 
 }  // namespace
 
-LspJson Hover(LspWorld& world, const LspJson& params) {
+LspJson Hover(LspWorld& world, const LspView& view, const LspJson& params) {
     const TextPosition position = PositionIn(params.at("position"));
-    const std::optional<LspView> view = world.Look(UriIn(params));
-    const std::optional<LspSpot> spot = view ? SpotAt(*view, position) : std::nullopt;
+    const std::optional<LspSpot> spot = SpotAt(view, position);
     if (!spot) return {};
     HoverText text{world.client.ShowsMarkdown()};
-    const std::optional<CString> section = SectionOf(view->analysis, spot->placed);
-    const std::optional<LineOption> option = OptionOf(view->analysis, spot->placed);
+    const std::optional<CString> section = SectionOf(view.analysis, spot->placed);
+    const std::optional<LineOption> option = OptionOf(view.analysis, spot->placed);
     if (!spot->reference.IsEmpty()) {
-        AddReference(text, view->analysis, *spot);
+        AddReference(text, view.analysis, *spot);
     } else if (spot->part == LinePart::Section && section) {
-        AddSection(text, view->analysis, *section);
+        AddSection(text, view.analysis, *section);
     } else if (spot->part != LinePart::Line && option) {
-        AddOption(text, view->analysis, *option);
+        AddOption(text, view.analysis, *option);
     } else if (spot->part != LinePart::Line) {
-        AddRule(text, view->analysis, spot->placed);
+        AddRule(text, view.analysis, spot->placed);
     }
-    AddFindings(text, *view, *spot, position);
+    AddFindings(text, view, *spot, position);
     if (text.IsEmpty()) return {};
     return {{"contents", text.Json()}, {"range", RangeJson(spot->range)}};
 }

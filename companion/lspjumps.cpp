@@ -43,46 +43,42 @@ std::vector<PlacedLine> Rivals(LspAnalysis& analysis, const PlacedLine& placed) 
     return lines;
 }
 
-std::optional<LspSpot> SpotIn(const std::optional<LspView>& view, const LspJson& params) {
-    const TextPosition position = PositionIn(params.at("position"));
-    const std::optional<LspSpot> spot = view ? SpotAt(*view, position) : std::nullopt;
+std::optional<LspSpot> SpotIn(const LspView& view, const LspJson& params) {
+    const std::optional<LspSpot> spot = SpotAt(view, PositionIn(params.at("position")));
     return spot && spot->part != LinePart::Line ? spot : std::nullopt;
 }
 
 }  // namespace
 
 // A line in force leads to the one that it overrides, any other to the one that hides it.
-LspJson GoToDefinition(LspWorld& world, const LspJson& params) {
-    const std::optional<LspView> view = world.Look(UriIn(params));
+LspJson GoToDefinition(LspWorld& world, const LspView& view, const LspJson& params) {
     const std::optional<LspSpot> spot = SpotIn(view, params);
     if (!spot) return {};
     if (!spot->reference.IsEmpty()) {
-        std::vector<PlacedLine> lines = LinesOfReference(view->analysis, spot->placed, spot->reference);
+        std::vector<PlacedLine> lines = LinesOfReference(view.analysis, spot->placed, spot->reference);
         lines.resize(std::min<std::size_t>(lines.size(), 1));
-        return Locations(world, *view, lines);
+        return Locations(world, view, lines);
     }
-    const std::vector<PlacedLine> rivals = Rivals(view->analysis, spot->placed);
+    const std::vector<PlacedLine> rivals = Rivals(view.analysis, spot->placed);
     if (rivals.size() < 2) return LspJson::array();
-    return Locations(world, *view, {rivals[rivals.front() == spot->placed ? 1 : 0]});
+    return Locations(world, view, {rivals[rivals.front() == spot->placed ? 1 : 0]});
 }
 
-LspJson FindReferences(LspWorld& world, const LspJson& params) {
+LspJson FindReferences(LspWorld& world, const LspView& view, const LspJson& params) {
     const LspJson context = params.value("context", LspJson{});
     const bool withOwn = !context.is_object() || context.value("includeDeclaration", LspJson{true}) == true;
-    const std::optional<LspView> view = world.Look(UriIn(params));
     const std::optional<LspSpot> spot = SpotIn(view, params);
     if (!spot) return {};
     const bool isReference = !spot->reference.IsEmpty();
     const CString name = isReference ? spot->reference : spot->placed.line->key;
     std::vector<PlacedLine> lines;
     if (withOwn)
-        lines =
-            isReference ? LinesOfReference(view->analysis, spot->placed, name) : Rivals(view->analysis, spot->placed);
+        lines = isReference ? LinesOfReference(view.analysis, spot->placed, name) : Rivals(view.analysis, spot->placed);
     if (!name.IsEmpty()) {
-        const std::vector<PlacedLine> holders = LinesReferringTo(view->analysis, name);
+        const std::vector<PlacedLine> holders = LinesReferringTo(view.analysis, name);
         lines.insert(lines.end(), holders.begin(), holders.end());
     }
-    return Locations(world, *view, lines);
+    return Locations(world, view, lines);
 }
 
 }  // namespace veltrane::config

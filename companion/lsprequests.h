@@ -8,17 +8,18 @@
 
 namespace veltrane::config {
 
-// Requests. They answer null where there is nothing to tell.
-
 LspJson Initialize(LspWorld& world, const LspJson& params);
-LspJson Hover(LspWorld& world, const LspJson& params);
-LspJson Complete(LspWorld& world, const LspJson& params);
-LspJson GoToDefinition(LspWorld& world, const LspJson& params);
-LspJson FindReferences(LspWorld& world, const LspJson& params);
-LspJson ListSymbols(LspWorld& world, const LspJson& params);
-LspJson ListFoldings(LspWorld& world, const LspJson& params);
-LspJson ListActions(LspWorld& world, const LspJson& params);
-LspJson ListTokens(LspWorld& world, const LspJson& params);
+
+// Requests about a document. They answer null where there is nothing to tell.
+
+LspJson Hover(LspWorld& world, const LspView& view, const LspJson& params);
+LspJson Complete(LspWorld& world, const LspView& view, const LspJson& params);
+LspJson GoToDefinition(LspWorld& world, const LspView& view, const LspJson& params);
+LspJson FindReferences(LspWorld& world, const LspView& view, const LspJson& params);
+LspJson ListSymbols(LspWorld& world, const LspView& view, const LspJson& params);
+LspJson ListFoldings(LspWorld& world, const LspView& view, const LspJson& params);
+LspJson ListActions(LspWorld& world, const LspView& view, const LspJson& params);
+LspJson ListTokens(LspWorld& world, const LspView& view, const LspJson& params);
 
 // Notifications, which get no reply.
 

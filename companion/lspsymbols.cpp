@@ -92,27 +92,23 @@ void AddFolding(LspJson& foldings, int begin, int end, const char* kind) {
 
 }  // namespace
 
-LspJson ListSymbols(LspWorld& world, const LspJson& params) {
-    const std::optional<LspView> view = world.Look(UriIn(params));
-    if (!view) return {};
-    const Outline outline{*view};
+LspJson ListSymbols(LspWorld& world, const LspView& view, const LspJson& /*params*/) {
+    const Outline outline{view};
     return world.client.KnowsSymbolTrees() ? outline.Tree() : outline.List();
 }
 
-LspJson ListFoldings(LspWorld& world, const LspJson& params) {
-    const std::optional<LspView> view = world.Look(UriIn(params));
-    if (!view) return {};
+LspJson ListFoldings(LspWorld& /*world*/, const LspView& view, const LspJson& /*params*/) {
     LspJson foldings = LspJson::array();
-    for (const SectionLines& section : SectionsOf(view->source)) {
+    for (const SectionLines& section : SectionsOf(view.source)) {
         AddFolding(foldings, section.header->number, section.last->number, "region");
     }
     int begin = 0;  // of comments that follow one another
-    for (const SourceLine& line : view->source.view.lines) {
+    for (const SourceLine& line : view.source.view.lines) {
         const bool isComment = line.kind == Kind::Comment;
         if (!isComment && begin > 0) AddFolding(foldings, begin, line.number - 1, "comment");
         begin = !isComment ? 0 : begin > 0 ? begin : line.number;
     }
-    if (begin > 0) AddFolding(foldings, begin, static_cast<int>(view->source.view.lines.size()), "comment");
+    if (begin > 0) AddFolding(foldings, begin, static_cast<int>(view.source.view.lines.size()), "comment");
     return foldings;
 }
 

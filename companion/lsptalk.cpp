@@ -4,6 +4,7 @@
 #include <iterator>
 #include <string_view>
 
+#include "lspparams.h"
 #include "lsprequests.h"
 #include "veltrane/platform/files/internal/replacement.h"
 #include "veltrane/platform/sources/internal/snapshot.h"
@@ -31,7 +32,7 @@ private:
 
 struct RequestRow {
     std::string_view method;
-    LspJson (*answer)(LspWorld& world, const LspJson& params);
+    LspJson (*answer)(LspWorld& world, const LspView& view, const LspJson& params);
 };
 
 struct NoteRow {
@@ -147,7 +148,8 @@ LspJson LspTalk::Answer(const std::string& method, const LspJson& params) {
     const auto* const row = std::ranges::find(REQUESTS, method, &RequestRow::method);
     if (row == std::end(REQUESTS)) throw LspFault{MethodNotFound, "'" + method.substr(0, 100) + "' is not known"};
     const Overlay overlay{m_World.documents};
-    return row->answer(m_World, params);
+    const std::optional<LspView> view = m_World.Look(UriIn(params));
+    return view ? row->answer(m_World, *view, params) : LspJson{};
 }
 
 // A notification that is unknown, or comes at the wrong time, is ignored, as the protocol requires.

@@ -2,7 +2,6 @@
 #include <utility>
 
 #include "lspdiagnostics.h"
-#include "lspparams.h"
 #include "lsprequests.h"
 
 namespace veltrane::config {
@@ -70,10 +69,8 @@ LspJson TokenLegend() {
             {"tokenModifiers", LspJson::array({"deprecated"})}};
 }
 
-LspJson ListTokens(LspWorld& world, const LspJson& params) {
-    const std::optional<LspView> view = world.Look(UriIn(params));
-    if (!view) return {};
-    return Tokens{*view}.Json();
+LspJson ListTokens(LspWorld& /*world*/, const LspView& view, const LspJson& /*params*/) {
+    return Tokens{view}.Json();
 }
 
 }  // namespace veltrane::config

@@ -4,7 +4,7 @@
 #include <iterator>
 #include <sstream>
 
-#include "veltrane/foundation/nearest.h"
+#include "nametext.h"
 #include "veltrane/platform/text/encoding.h"
 
 namespace veltrane::config {
@@ -26,9 +26,7 @@ CString NearestCode(CString name) {
     name.MakeUpper();
     CString padded = L"C0" + name.Right(1);
     if (name.GetLength() < 3 && FindLint(padded)) return padded;
-    std::vector<CString> names;
-    for (const LintRow& row : LINTS) names.emplace_back(row.name);
-    return Nearest(name, names);
+    return NearestRow(name, LINTS, &LintRow::name);
 }
 
 }  // namespace veltrane::config

@@ -19,7 +19,7 @@ const struct MemoryGuard {
 #include <CLI/CLI.hpp>
 
 #include "commandtable.h"
-#include "veltrane/foundation/nearest.h"
+#include "nametext.h"
 #include "veltrane/options/xoptiondefinition.h"
 #include "veltrane/platform/sources/environment.h"
 #include "wrapped.h"
@@ -29,15 +29,6 @@ namespace veltrane::config {
 using namespace detail;
 
 namespace {
-
-// The row whose name may have been meant; empty when none is near.
-template <class Rows>
-CString NearestRow(const CString& name, const Rows& rows) {
-    std::vector<CString> names;
-    names.reserve(std::size(rows));
-    for (const auto& row : rows) names.emplace_back(row.name);
-    return Nearest(name, names);
-}
 
 std::string ExitTexts() {
     std::string text;
@@ -167,7 +158,8 @@ private:
         if (!isOption && !m_App.get_subcommands().empty())
             throw Refusal{FormatText(L"'%s' takes no argument%s", FromUtf8(m_App.get_subcommands()[0]->get_name()),
                                      hasArguments ? L"" : FORGOTTEN_HYPHENS)};
-        const CString nearest = isOption ? NearestRow(word, SWITCHES) : NearestRow(word, Commands());
+        const CString nearest =
+            isOption ? NearestRow(word, SWITCHES, &SwitchRow::name) : NearestRow(word, Commands(), &CommandRow::name);
         throw Refusal{FormatText(L"unknown %s '%s'%s", isOption ? L"option" : L"command", word, NearestHint(nearest))};
     }
 

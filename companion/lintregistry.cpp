@@ -4,7 +4,6 @@
 
 #include "lint.h"
 #include "nametext.h"
-#include "veltrane/foundation/nearest.h"
 #include "veltrane/platform/sources/internal/snapshot.h"
 #include "veltrane/platform/sources/winreg.h"
 
@@ -91,8 +90,9 @@ private:
     void LintKey(const SourceLine& line) {
         const std::optional<CString> below = m_Run.BelowTool(line.section);
         if (m_Run.FindRegistryKey(line.section) || IsParent(line.section)) return;
-        const CString nearest = NearestKey(line.section);
-        if (!below && (nearest.IsEmpty() || IsInFile(nearest) || IsNeighbour(line.section, nearest))) {
+        const CString nearest = NearestRow(line.section, m_Run.RegistryKeys(), &RegistryKey::path);
+        const bool isInFile = m_Paths.contains(Folded(nearest));  // then it is not a suggestion
+        if (!below && (nearest.IsEmpty() || isInFile || IsNeighbour(line.section, nearest))) {
             ++m_nForeign;
         } else if (!below) {
             Report(line, FormatText(L"[%s] is not a key of this tool", line.section), Bracketed(nearest));
@@ -118,14 +118,6 @@ private:
             return key.path.Left(below.GetLength()).CompareNoCase(below) == 0;
         });
     }
-
-    CString NearestKey(const CString& path) const {
-        std::vector<CString> paths;
-        for (const RegistryKey& key : m_Run.RegistryKeys()) paths.push_back(key.path);
-        return Nearest(path, paths);
-    }
-    // A key that the file has is not a suggestion for another path.
-    bool IsInFile(const CString& path) const { return m_Paths.contains(Folded(path)); }
 
     void LintEntry(const SourceLine& line) {
         const RegistryKey* const key = m_Run.FindRegistryKey(line.section);

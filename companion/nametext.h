@@ -1,6 +1,9 @@
 #pragma once
 
-#include "veltrane/platform/text/cstring.h"
+#include <iterator>
+#include <vector>
+
+#include "veltrane/foundation/nearest.h"
 
 namespace veltrane::config {
 
@@ -11,6 +14,15 @@ inline CString Folded(CString name) {
 
 inline bool IsSameName(const CString& left, const CString& right) {
     return left.CompareNoCase(right) == 0;
+}
+
+/// The name of a row, such as &LintRow::name, that is nearest to a name; empty when none is near.
+template <class Rows, class Name>
+CString NearestRow(const CString& name, const Rows& rows, Name nameOfRow) {
+    std::vector<CString> names;
+    names.reserve(std::size(rows));
+    for (const auto& row : rows) names.emplace_back(row.*nameOfRow);
+    return Nearest(name, names);
 }
 
 /// A section as suggestions name it; empty for none.

@@ -74,9 +74,7 @@ private:
         const std::string path = MapPath(file);
         std::ifstream lines{path};
         std::error_code ignored;
-        if (!lines || std::filesystem::is_directory(path, ignored)) {
-            throw NotReadable(file);
-        }
+        if (!lines || std::filesystem::is_directory(path, ignored)) throw NotReadable(file);
         Read(lines, file);
         if (lines.bad()) throw NotReadable(file);
     }
@@ -117,18 +115,11 @@ private:
 
     void Rename(Name& name) {
         for (const int version : m_Versions) {
-            CString result = name.name;
-            if (name.isTable) {
-                m_Options.ReplaceTableName(result, version, KEEP_CASE);
-            } else {
-                m_Options.ReplaceColumnsName(result, version, KEEP_CASE);
-            }
+            name.changes = name.isTable ? m_Options.PreviewTableName(name.name, version, KEEP_CASE)
+                                        : m_Options.PreviewColumnsName(name.name, version, KEEP_CASE);
+            for (const OptionRenaming& change : name.changes) m_Fired.insert({name.isTable, change.rule});
+            const CString result = name.changes.empty() ? CString{name.name}.MakeUpper() : name.changes.back().name;
             name.results.push_back(result);
-            const std::vector<OptionRenaming> changes =
-                name.isTable ? m_Options.PreviewTableName(name.name, version, KEEP_CASE)
-                             : m_Options.PreviewColumnsName(name.name, version, KEEP_CASE);
-            for (const OptionRenaming& change : changes) m_Fired.insert({name.isTable, change.rule});
-            name.changes = changes;
             if (result.IsEmpty()) AddFault(name, FormatText(L"empty in version %d", version));
             const int bytes = static_cast<int>(ToUtf8(result).size());
             if (bytes > m_Limit) name.problems.push_back(FormatText(L"%d bytes in version %d", bytes, version));

@@ -281,8 +281,7 @@ Answer Diff(const Request& request, const CString& tool, const std::vector<std::
     if (request.words.size() + lines.size() != 2)
         throw Refusal{
             L"diff compares two configurations; give each as a command line of the tool, after a '--' of its own, or "
-            L"as "
-            L"a document of 'show --all --format json'"};
+            L"as a document of 'show --all --format json'"};
     Answer answer;
     answer.document["errors"] = Json::array();
     Sides sides{answer, request, tool};

@@ -156,9 +156,7 @@ std::string ManPage() {
         lints += Entry(Bold(std::string{row.name} + ' ' + severity + ": " + row.title), Troff(row.explanation));
     }
     std::string exits;
-    for (const auto& [code, meaning] : EXITS) {
-        exits += Entry(Bold(std::to_string(code)), Troff(Sentence(meaning)));
-    }
+    for (const auto& [code, meaning] : EXITS) exits += Entry(Bold(std::to_string(code)), Troff(Sentence(meaning)));
     return Filled(MAN_PAGE, {{"@COMMANDS@", commands}, {"@OPTIONS@", options}, {"@LINTS@", lints}, {"@EXITS@", exits}});
 }
 

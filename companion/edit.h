@@ -27,7 +27,6 @@ public:
     const CString& Path() const { return m_Path; }
     const std::string& Bytes() const { return m_Bytes; }
     const SourceFileLines& View() const { return m_View; }
-    /// A line by its number.
     const SourceLine& Line(int number) const { return m_View.lines[static_cast<std::size_t>(number) - 1]; }
 
     bool HasLine(int number) const { return number > 0 && number <= static_cast<int>(m_View.lines.size()); }

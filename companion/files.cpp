@@ -100,9 +100,7 @@ Answer Files(const Request& /*request*/, Startup& startup) {
     const bool isUserFileRead = std::ranges::any_of(locations, [](const OptionLocation& location) {
         return location.kind == LocationKind::UserFile && location.isInForce;
     });
-    for (const OptionLocation& location : locations) {
-        Add(answer, columns, startup.options, location, isUserFileRead);
-    }
+    for (const OptionLocation& location : locations) Add(answer, columns, startup.options, location, isUserFileRead);
     columns.Print(answer);
     StartupFiles{startup}.AddFaults(answer);
     return answer;

@@ -208,7 +208,6 @@ Answer Fix(const Request& request, Startup& startup, const LintRun& run, const F
     std::vector<Mend> mends = CertainMends(run, wanted);
     if (request.Has("--force")) std::ranges::copy(MovesOfKeys(run, wanted), std::back_inserter(mends));
     const std::vector<MendedFile> files = ProveMends(startup, all, mends);
-    const bool isDry = request.Has("--dry-run");
     auto replacements = Replaced(files);
     const auto restarted = startup.Again();
     LintRun rest{*restarted};
@@ -223,16 +222,14 @@ Answer Fix(const Request& request, Startup& startup, const LintRun& run, const F
                                              {"line", finding.line},
                                              {"new", ToUtf8(mend.text)}});
     }
-    if (isDry) {
+    if (request.Has("--dry-run")) {
         answer.errorText = mended + answer.text;
         answer.text.clear();
         for (const MendedFile& file : files) answer.text += file.diff;
     } else {
         answer.text = mended + answer.text;
-    }
-    replacements.clear();
-    for (const MendedFile& file : files) {
-        if (!isDry) WriteMended(file);
+        replacements.clear();
+        for (const MendedFile& file : files) WriteMended(file);
     }
     return answer;
 }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vector>
-
 #include "answer.h"
 #include "lint.h"
 

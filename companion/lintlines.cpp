@@ -164,7 +164,9 @@ private:
         const MeantKey meant = FindAnywhere(line.key);
         const bool isElsewhere = meant.row && meant.row->eSection != m_Use.section;
         if (m_Run.IsReferredTo(line.section, line.key)) {
-            if (isElsewhere) LintReferred(line, meant);
+            if (!isElsewhere) return;
+            Report(line, Note(C03, FormatText(L"in this section '%s' is read only by references", line.key),
+                              Bracketed(m_Run.SectionFor(m_Source, *meant.row, meant.index))));
         } else if (IsForeignComment(line.key, /*isRule*/ false)) {
             Report(line, Note(C16, FormatText(L"only ';' begins a comment; '%s' is read as a key", line.key)));
         } else if (isElsewhere) {
@@ -176,11 +178,6 @@ private:
         } else {
             Report(line, {C02, FormatText(L"'%s' is not a known key", line.key), m_Run.NearestKey(m_Use, line.key)});
         }
-    }
-
-    void LintReferred(const SourceLine& line, const MeantKey& meant) {
-        Report(line, Note(C03, FormatText(L"in this section '%s' is read only by references", line.key),
-                          Bracketed(m_Run.SectionFor(m_Source, *meant.row, meant.index))));
     }
 
     // Any text can be a rule, even one that is spelled like an option.

@@ -78,9 +78,7 @@ void LintRun::AddReferences() {
         for (const CString& name : ReferencesOf(value)) m_References[Folded(name)].insert(Folded(section));
     };
     for (const StartupSource& source : sources) {
-        for (const SourceLine& line : source.view.lines) {
-            add(SectionOf(source, line).value_or(CString{}), line.value);
-        }
+        for (const SourceLine& line : source.view.lines) add(SectionOf(source, line).value_or(CString{}), line.value);
     }
     const CString root = startup.options.GetSectionName(eSectionRoot);
     for (const auto* item = startup.options.GetFirstOptionItem(L""); item;
@@ -162,8 +160,7 @@ void LintRun::Report(const OptionOrigin& place, Finding finding) {
 }
 
 int LintRun::SourceNumber(OptionLayer layer) const {
-    const auto isOf = [&](const StartupSource& source) { return source.layer == layer; };
-    const auto found = std::ranges::find_if(sources, isOf) - sources.begin();
+    const auto found = std::ranges::find(sources, layer, &StartupSource::layer) - sources.begin();
     return static_cast<int>(found) + (layer < OptionLayer::Registry ? 1 : 0);
 }
 

@@ -17,10 +17,6 @@ LspJson At(const LspJson& json, const char* path) {
     return json.is_object() && json.contains(pointer) ? json.at(pointer) : LspJson{};
 }
 
-bool IsTrue(const LspJson& json, const char* path) {
-    return At(json, path) == true;
-}
-
 bool Lists(const LspJson& json, const char* path, const char* word) {
     const LspJson list = At(json, path);
     return list.is_array() && std::ranges::find(list, word) != list.end();
@@ -31,8 +27,8 @@ bool Lists(const LspJson& json, const char* path, const char* word) {
 void LspClient::Meet(const LspJson& capabilities) {
     if (Lists(capabilities, "/general/positionEncodings", "utf-8")) m_Unit = ColumnUnit::Utf8;
     m_ShowsMarkdown = Lists(capabilities, "/textDocument/hover/contentFormat", "markdown");
-    m_KnowsSymbolTrees = IsTrue(capabilities, "/textDocument/documentSymbol/hierarchicalDocumentSymbolSupport");
-    m_CanWatch = IsTrue(capabilities, "/workspace/didChangeWatchedFiles/dynamicRegistration");
+    m_KnowsSymbolTrees = At(capabilities, "/textDocument/documentSymbol/hierarchicalDocumentSymbolSupport") == true;
+    m_CanWatch = At(capabilities, "/workspace/didChangeWatchedFiles/dynamicRegistration") == true;
 }
 
 void LspClient::Send(const LspJson& message) {

@@ -15,7 +15,6 @@ struct LineFinding {
     PlacedLine placed;
 
     TextRange Range(const LineUnits& units) const { return RangeOf(placed, finding->part, units); }
-    /// Whether nobody reads the line.
     bool IsNeverRead() const;
 };
 

@@ -17,7 +17,6 @@ struct PlacedLine {
     bool operator==(const PlacedLine&) const = default;
 };
 
-/// A reference in a value.
 struct ReferenceSpan {
     CString name;
     TextRange range;  ///< with its percent signs
@@ -33,7 +32,6 @@ struct LineUnits {
 /// The range of a part of a line; the whole line where it has no such part, or only its text would tell.
 TextRange RangeOf(const PlacedLine& placed, LinePart part, const LineUnits& units);
 
-/// The references in the value of a line.
 std::vector<ReferenceSpan> ReferencesIn(const PlacedLine& placed, const LineUnits& units);
 
 bool Holds(const TextRange& range, const TextPosition& position);

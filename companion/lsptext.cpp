@@ -19,18 +19,6 @@ constexpr int UnitsOf(char first, ColumnUnit unit) {
     return static_cast<unsigned char>(first) >= 0xF0 ? 2 : 1;
 }
 
-// The offset in a line of a column.
-std::size_t OffsetIn(std::string_view line, int column, ColumnUnit unit) {
-    std::size_t offset = 0;
-    for (int units = 0; offset < line.size() && units < column; ++offset) {
-        units += UnitsOf(line[offset], unit);
-        if (units > column) return offset;
-    }
-    while (unit == ColumnUnit::Utf16 && offset < line.size() && IsInsideCharacter(line[offset])) ++offset;
-    while (unit == ColumnUnit::Utf8 && offset > 0 && offset < line.size() && IsInsideCharacter(line[offset])) --offset;
-    return offset;
-}
-
 }  // namespace
 
 int WidthOf(std::string_view text, ColumnUnit unit) {
@@ -73,7 +61,15 @@ std::string_view DocumentText::LineEnd(int line) const {
 }
 
 std::size_t DocumentText::OffsetInLine(const TextPosition& position, ColumnUnit unit) const {
-    return OffsetIn(Line(position.line), position.column, unit);
+    const std::string_view line = Line(position.line);
+    std::size_t offset = 0;
+    for (int units = 0; offset < line.size() && units < position.column; ++offset) {
+        units += UnitsOf(line[offset], unit);
+        if (units > position.column) return offset;
+    }
+    while (unit == ColumnUnit::Utf16 && offset < line.size() && IsInsideCharacter(line[offset])) ++offset;
+    while (unit == ColumnUnit::Utf8 && offset > 0 && offset < line.size() && IsInsideCharacter(line[offset])) --offset;
+    return offset;
 }
 
 std::size_t DocumentText::OffsetOf(const TextPosition& position, ColumnUnit unit) const {

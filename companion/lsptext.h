@@ -39,7 +39,6 @@ public:
     /// The end of a line as it is there; that of the first line, or LF, for one that has none.
     std::string_view LineEnd(int line) const;
 
-    /// The offset in its line of a position.
     std::size_t OffsetInLine(const TextPosition& position, ColumnUnit unit) const;
     /// Replaces a part of the text; ends that come in the wrong order are swapped.
     void Replace(const TextRange& range, ColumnUnit unit, std::string_view text);

@@ -6,8 +6,8 @@
 
 namespace veltrane::detail {
 
-/// The candidates for one value that the store was given, newest first. @param values  those of the item, the newest
-/// last
+/// The candidates for one value that the store was given, the newest first.
+/// @param values  those of the item, the newest last
 OptionCandidates GivenCandidates(const std::vector<XKeptOrigin>& values);
 
 /// Adds what the sources hold now.
